@@ -1,0 +1,62 @@
+# The binary contracts: header and type library of each IDL file, and what a component server is linked from.
+
+if(CMAKE_SYSTEM_PROCESSOR STREQUAL "i686")
+  set(widl_bits --win32)
+else()
+  set(widl_bits --win64)
+endif()
+find_program(WIDL ${CMAKE_SYSTEM_PROCESSOR}-w64-mingw32-widl REQUIRED)
+file(GLOB stdole_folder /usr/lib/*/wine/x86_64-windows)
+set(contracts ${CMAKE_BINARY_DIR}/contracts)
+file(MAKE_DIRECTORY ${contracts})
+
+set(contract_files)
+foreach(name TVNINT XKTR2x TVN2x)
+  set(idl ${CMAKE_SOURCE_DIR}/interfaces/${name}.idl)
+  set(widl_call ${WIDL} ${widl_bits} -I /usr/include/wine/wine/windows -I ${CMAKE_SOURCE_DIR}/interfaces
+      -L ${stdole_folder} -L ${contracts})
+  set(needs)
+  if(NOT name STREQUAL "TVNINT")
+    set(needs ${CMAKE_SOURCE_DIR}/interfaces/TVNINT.idl ${contracts}/TVNINT.tlb)
+  endif()
+  add_custom_command(
+    OUTPUT ${contracts}/${name}.h ${contracts}/${name}.tlb
+    COMMAND ${widl_call} -h -o ${contracts}/${name}.h ${idl}
+    COMMAND ${widl_call} -t -o ${contracts}/${name}.tlb ${idl}
+    DEPENDS ${idl} ${needs}
+    VERBATIM)
+  list(APPEND contract_files ${contracts}/${name}.h ${contracts}/${name}.tlb)
+endforeach()
+add_custom_target(contracts_made DEPENDS ${contract_files})
+
+add_library(tvn_contracts INTERFACE)
+target_include_directories(tvn_contracts INTERFACE ${contracts})
+add_dependencies(tvn_contracts contracts_made)
+
+# tvn_component_server(NAME SOURCES file... ROOMS room...): a DLL with the exports of NAME.def and
+# the resources of NAME.rc, which embeds the type libraries. The folder's name is its include prefix.
+function(tvn_component_server name)
+  cmake_parse_arguments(SERVER "" "" "SOURCES;ROOMS" ${ARGN})
+  enable_language(RC)
+  get_filename_component(prefix ${CMAKE_CURRENT_SOURCE_DIR} NAME)
+  set(link ${CMAKE_BINARY_DIR}/rooms/${name})
+  file(MAKE_DIRECTORY ${link})
+  file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${link}/${prefix} SYMBOLIC)
+
+  add_library(${name} SHARED ${SERVER_SOURCES} ${name}.rc ${name}.def)
+  set_target_properties(${name} PROPERTIES PREFIX "" RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+  target_include_directories(${name} PRIVATE ${link})
+  foreach(room IN LISTS SERVER_ROOMS)
+    target_link_libraries(${name} PRIVATE tvn_${room})
+  endforeach()
+  target_link_libraries(${name} PRIVATE tvn_settings tvn_contracts ole32 oleaut32 uuid advapi32 user32)
+  add_dependencies(${name} contracts_made)
+  target_precompile_headers(${name} PRIVATE <windows.h> <oleauto.h> <string> <vector> <memory> <functional>)
+
+  string(REPLACE "." "," commas "${PROJECT_VERSION},0")
+  set_property(SOURCE ${name}.rc APPEND PROPERTY COMPILE_DEFINITIONS
+    TVN_VERSION_COMMAS=${commas} TVN_VERSION_TEXT="${PROJECT_VERSION}")
+  set_property(SOURCE ${name}.rc APPEND PROPERTY INCLUDE_DIRECTORIES ${contracts})
+  set_property(SOURCE ${name}.rc APPEND PROPERTY OBJECT_DEPENDS
+    "${contracts}/TVNINT.tlb;${contracts}/XKTR2x.tlb;${contracts}/TVN2x.tlb")
+endfunction()

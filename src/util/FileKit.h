@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "util/FileSystem.h"
+
+namespace tvn2x {
+
+/// Files above this size are refused: nothing the product reads comes near it.
+constexpr uint64_t largestFile = uint64_t{1} << 30;
+
+/// A file open for reading, as either system offers it.
+class InputFile
+{
+public:
+    virtual ~InputFile() = default;
+    virtual FileFault Stamp(FileStamp& stamp) = 0;
+    /// Back to the first byte.
+    virtual FileFault Rewind() = 0;
+    /// Up to `size` bytes; `got` is 0 at the end of the file only.
+    virtual FileFault Read(char* bytes, size_t size, size_t& got) = 0;
+};
+
+/// Reads one state of a file: a file that changes meanwhile is read again, and is in use if it keeps changing.
+FileFault ReadOneState(InputFile& file, std::string& content, FileStamp& stamp);
+
+/// A file name that nobody can foresee, and no pattern of the product's own files matches.
+std::wstring UnpredictableName();
+
+/// Whether a file's name is one that UnpredictableName makes.
+bool IsUnpredictableName(std::wstring_view name);
+
+/// A process that is killed while it saves leaves its temporary behind. The next one that saves in the same folder
+/// removes those that nobody has written to for so many seconds: a day, so that neither a slow disk nor a file server's
+/// clock makes one look left behind.
+constexpr int64_t staleAge = 24 * 60 * 60;
+
+}  // namespace tvn2x

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tvn2x {
+
+/// What identifies one state of a file: a file whose stamp is unchanged has not been written to.
+struct FileStamp
+{
+    bool exists = false;
+    uint64_t size = 0;
+    uint64_t modified = 0;  ///< the system's own file time, at its full resolution
+    uint64_t identity = 0;  ///< file index or inode: another file under the same name differs
+
+    bool operator==(const FileStamp&) const = default;
+};
+
+enum class FileFault
+{
+    none,
+    missing,
+    accessDenied,
+    inUse,
+    diskFull,
+    pathMissing,
+    readOnly,
+    isDirectory,
+    tooLarge,
+    other
+};
+
+/// What a fault means to a user, as the end of a sentence: "the disk is full".
+std::wstring_view FaultText(FileFault fault);
+
+/// A file being written. Closed without a trace of an error when it is destroyed.
+class OutputFile
+{
+public:
+    virtual ~OutputFile() = default;
+    virtual FileFault Write(std::string_view bytes) = 0;
+    virtual FileFault Flush() = 0;  ///< to the disk itself
+    virtual FileFault Close() = 0;
+};
+
+/// Files as the product uses them. SystemFiles is the machine's; tests make the n-th operation fail. Paths are absolute
+/// or relative to the current folder.
+class FileSystem
+{
+public:
+    virtual ~FileSystem() = default;
+
+    /// The stamp of a file; exists is false where there is none.
+    virtual FileStamp Stamp(const std::wstring& path) = 0;
+
+    /// The whole content and the stamp it belongs to. A missing file is FileFault::missing.
+    virtual FileFault Read(const std::wstring& path, std::string& content, FileStamp& stamp) = 0;
+
+    /// Creates a new file with an unpredictable name in the folder of `target`, with the attributes and access rights
+    /// of `target` where that exists. A read-only target, or one that is a folder, is refused. `path` receives its
+    /// name.
+    virtual FileFault CreateTemporary(const std::wstring& target, std::wstring& path,
+                                      std::unique_ptr<OutputFile>& file) = 0;
+
+    /// Renames `from` over `to` in one step. A file that somebody holds open is tried again for half a second.
+    virtual FileFault Rename(const std::wstring& from, const std::wstring& to) = 0;
+    virtual FileFault Remove(const std::wstring& path) = 0;
+
+    /// The name, without its folder, of the first file that matches a path whose last part is a pattern
+    /// ("C:\\data\\net.*"), nothing where none does. Folders do not count.
+    virtual std::optional<std::wstring> FindFirst(const std::wstring& pattern) = 0;
+    virtual std::wstring CurrentFolder() = 0;
+};
+
+/// The machine's files. One object for the process.
+FileSystem& SystemFiles();
+
+/// Whether a name matches a pattern of "*" and "?", in any case. "*.*" matches every name, "net." a name without a dot.
+bool MatchesPattern(std::wstring_view name, std::wstring_view pattern);
+
+/// Replaces a file's content, or creates the file, in one step: the content is written to a temporary file beside it,
+/// flushed to the disk and renamed over it. After a fault the old file is whole and no temporary is left.
+FileFault ReplaceContent(FileSystem& files, const std::wstring& path, std::string_view content);
+
+}  // namespace tvn2x

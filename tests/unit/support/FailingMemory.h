@@ -1,0 +1,10 @@
+#pragma once
+
+namespace tvn2x {
+
+/// Lets n more allocations of this program succeed and no further one, until AllowAllocations.
+void FailAllocationsFrom(long n);
+/// Ends it and tells whether an allocation has failed.
+bool AllowAllocations();
+
+}  // namespace tvn2x

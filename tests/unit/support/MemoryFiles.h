@@ -1,0 +1,145 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "util/FileSystem.h"
+
+namespace tvn2x {
+
+/// Files that live in memory, under the paths they are given (no path is normalised). Every folder exists but those in
+/// `missingFolders`.
+class MemoryFiles : public FileSystem
+{
+public:
+    void Put(const std::wstring& path, std::string_view content)
+    {
+        Entry& entry = entries_[path];
+        if (entry.identity == 0)
+            entry.identity = ++counter_;
+        *entry.content = content;
+        *entry.modified = ++counter_;
+    }
+    bool Exists(const std::wstring& path) const { return entries_.count(path) != 0; }
+    /// The bytes of a file, empty where there is none.
+    std::string Content(const std::wstring& path) const
+    {
+        const auto found = entries_.find(path);
+        return found == entries_.end() ? std::string() : *found->second.content;
+    }
+    std::vector<std::wstring> Paths() const
+    {
+        std::vector<std::wstring> paths;
+        for (const auto& [path, entry] : entries_)
+            paths.push_back(path);
+        return paths;
+    }
+
+    FileStamp Stamp(const std::wstring& path) override
+    {
+        const auto found = entries_.find(path);
+        return found == entries_.end() ? FileStamp() : StampOf(found->second);
+    }
+
+    FileFault Read(const std::wstring& path, std::string& content, FileStamp& stamp) override
+    {
+        const auto found = entries_.find(path);
+        if (found == entries_.end())
+            return missingFolders.count(Folder(path)) != 0 ? FileFault::pathMissing : FileFault::missing;
+        content = *found->second.content;
+        stamp = StampOf(found->second);
+        return FileFault::none;
+    }
+
+    FileFault CreateTemporary(const std::wstring& target, std::wstring& path,
+                              std::unique_ptr<OutputFile>& file) override
+    {
+        if (readOnly.count(target) != 0)
+            return FileFault::readOnly;
+        if (missingFolders.count(Folder(target)) != 0)
+            return FileFault::pathMissing;
+        path = target + L"." + std::to_wstring(++counter_) + L".tmp";
+        Put(path, {});
+        const Entry& entry = entries_[path];
+        file = std::make_unique<Output>(entry.content, entry.modified, counter_);
+        return FileFault::none;
+    }
+
+    FileFault Rename(const std::wstring& from, const std::wstring& to) override
+    {
+        if (readOnly.count(to) != 0)
+            return FileFault::readOnly;
+        const auto found = entries_.find(from);
+        if (found == entries_.end())
+            return FileFault::missing;
+        const Entry entry = found->second;
+        entries_.erase(found);
+        entries_[to] = entry;
+        return FileFault::none;
+    }
+
+    FileFault Remove(const std::wstring& path) override
+    {
+        return entries_.erase(path) != 0 ? FileFault::none : FileFault::missing;
+    }
+
+    std::optional<std::wstring> FindFirst(const std::wstring& pattern) override
+    {
+        const std::wstring folder = Folder(pattern);
+        for (const auto& [path, entry] : entries_)
+            if (Folder(path) == folder &&
+                MatchesPattern(std::wstring_view(path).substr(folder.size()), pattern.substr(folder.size())))
+                return path.substr(folder.size());
+        return std::nullopt;
+    }
+
+    std::wstring CurrentFolder() override { return L"C:\\current"; }
+
+    std::set<std::wstring> readOnly;        ///< files that may not be written
+    std::set<std::wstring> missingFolders;  ///< with their last separator: "C:\\gone\\"
+
+private:
+    struct Entry
+    {
+        std::shared_ptr<std::string> content = std::make_shared<std::string>();
+        std::shared_ptr<uint64_t> modified = std::make_shared<uint64_t>(0);
+        uint64_t identity = 0;
+    };
+
+    class Output : public OutputFile
+    {
+    public:
+        Output(std::shared_ptr<std::string> content, std::shared_ptr<uint64_t> modified, uint64_t& counter)
+            : content_(std::move(content)), modified_(std::move(modified)), counter_(counter)
+        {
+        }
+        FileFault Write(std::string_view bytes) override
+        {
+            content_->append(bytes);
+            *modified_ = ++counter_;
+            return FileFault::none;
+        }
+        FileFault Flush() override { return FileFault::none; }
+        FileFault Close() override { return FileFault::none; }
+
+    private:
+        std::shared_ptr<std::string> content_;
+        std::shared_ptr<uint64_t> modified_;
+        uint64_t& counter_;
+    };
+
+    static FileStamp StampOf(const Entry& entry)
+    {
+        return {true, entry.content->size(), *entry.modified, entry.identity};
+    }
+    static std::wstring Folder(const std::wstring& path) { return path.substr(0, path.find_last_of(L"\\/") + 1); }
+
+    std::map<std::wstring, Entry> entries_;
+    uint64_t counter_ = 0;
+};
+
+}  // namespace tvn2x

@@ -1,0 +1,53 @@
+# What the project's commands share. Sourced with the project's root in $root.
+
+export CMAKE_BUILD_PARALLEL_LEVEL=${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}
+
+# build PRESET [TARGET...]: configures when needed, builds, says nothing unless something is wrong.
+build() {
+    local preset=$1 log=$root/build/$1.log
+    shift
+    mkdir -p "$root/build"
+    {
+        ( cd "$root" && cmake --preset "$preset" ) &&
+            cmake --build "$root/build/$preset" ${@:+--target "$@"}
+    } >"$log" 2>&1 || {
+        grep -E -A6 'error|FAILED|Error' "$log" | head -60 >&2
+        echo "build of '$preset' failed; the whole log is $log" >&2
+        return 1
+    }
+}
+
+# The Wine prefix of the project's own, and a quiet Wine in it. TVN_PREFIX names another one: programs that need a screen
+# must not meet a Wine that was started without.
+wine_environment() {
+    export WINEPREFIX=$root/build/${TVN_PREFIX:-wine} WINEARCH=win64 WINEDEBUG=${WINEDEBUG:--all} WINEDLLOVERRIDES='mscoree,mshtml='
+    wine_program=/usr/lib/wine/wine64
+}
+
+# Makes the prefix when it is not there, and registers the three libraries when one of them has changed.
+wine_ready() {
+    wine_environment
+    local bin=$root/build/win64/bin stamp=$WINEPREFIX/registered
+    if [ ! -f "$WINEPREFIX/made" ]; then
+        rm -rf "$WINEPREFIX"
+        mkdir -p "$WINEPREFIX"
+        "$wine_program" wineboot -i >"$root/build/wineboot.log" 2>&1 </dev/null
+        wineserver -w
+        touch "$WINEPREFIX/made"
+    fi
+    local now
+    now=$(sha256sum "$bin/TVN2x.dll" "$bin/XKTR2x.dll" "$bin/tvnhost.exe")
+    if [ "$(cat "$stamp" 2>/dev/null)" != "$now" ]; then
+        "$wine_program" "$bin/tvnhost.exe" register >/dev/null </dev/null
+        "$wine_program" regsvr32 /s "$(wine_path "$bin/XKTR2x.dll")" </dev/null
+        "$wine_program" regsvr32 /s "$(wine_path "$bin/TVN2x.dll")" </dev/null
+        echo "$now" >"$stamp"
+    fi
+}
+
+# The Windows name of a file: drive Z: is the root of this machine.
+wine_path() {
+    local full
+    full=$(realpath -m "$1")
+    echo "Z:${full//\//\\}"
+}
