@@ -1,0 +1,356 @@
+#include "setup/ProfileFile.h"
+
+#include <algorithm>
+#include <new>
+#include <utility>
+
+#include "util/Encoding.h"
+
+namespace tvn2x {
+
+using profile::Line;
+using profile::LineScanner;
+using profile::NameIndex;
+
+namespace {
+
+constexpr std::string_view utf16Mark = "\xFF\xFE";
+constexpr size_t largestContent = 0x7FFFFFFF;
+
+bool IsLineEnd(char c)
+{
+    return c == '\r' || c == '\n';
+}
+
+/// No fewer lines than a text has; where all of them end alike, exactly as many.
+size_t MostLines(std::string_view text)
+{
+    const auto count = [text](char end) {
+        size_t ends = 0;
+        for (size_t at = 0; (at = text.find(end, at)) != std::string_view::npos; ++at)
+            ++ends;
+        return ends;
+    };
+    const size_t lineFeeds = count('\n');
+    const size_t returns = count('\r');
+    return 1 + (lineFeeds == returns ? lineFeeds : lineFeeds + returns);
+}
+
+/// How many different names `lines` lines can have at most: those that are shorter than `shortestLine` bytes soon come
+/// again.
+size_t MostNames(size_t lines, size_t bytes, size_t shortestLine)
+{
+    constexpr size_t shortNames = 0x10100;
+    return std::min(lines, bytes / shortestLine + shortNames);
+}
+
+}  // namespace
+
+ProfileFile::ProfileFile(std::string content)
+{
+    utf16_ = content.starts_with(utf16Mark);
+    if (!utf16_) {
+        Reset(std::move(content));
+        return;
+    }
+    if (content.size() % 2 != 0) {
+        oddByte_ = content.back();
+        content.pop_back();
+    }
+    Reset(profile::FromUtf16(std::string_view(content).substr(utf16Mark.size())));
+}
+
+std::string ProfileFile::Encode(std::wstring_view text) const
+{
+    return utf16_ ? ToUtf8(text) : ToCodePage(text);
+}
+
+std::wstring ProfileFile::Decode(std::string_view bytes) const
+{
+    return utf16_ ? FromUtf8(bytes) : FromCodePage(bytes);
+}
+
+void ProfileFile::Reset(std::string content)
+{
+    if (content.size() > largestContent)
+        throw std::bad_alloc();
+    content_ = std::move(content);
+    pool_.clear();
+    sections_.clear();
+    written_.clear();
+    lineEnd_ = {};
+    nextLine_ = 0;
+    sectionIndex_.Clear();
+    IndexSections();
+}
+
+/// The first line from the line start `from` on that opens a section, the content's size where none does.
+uint32_t ProfileFile::NextHeader(size_t from) const
+{
+    size_t at = from;
+    while ((at = content_.find('[', at)) != std::string::npos) {
+        size_t start = at;
+        while (start > from && profile::IsBlank(content_[start - 1]))
+            --start;
+        if (start == from || IsLineEnd(content_[start - 1]))
+            return static_cast<uint32_t>(start);
+        ++at;
+    }
+    return static_cast<uint32_t>(content_.size());
+}
+
+void ProfileFile::IndexSections()
+{
+    size_t headers = 0;
+    for (uint32_t head = NextHeader(0); head < content_.size(); head = NextHeader(LineAround(head).next))
+        ++headers;
+    constexpr size_t shortestLine = 5;
+    sectionIndex_.Reserve(MostNames(headers, content_.size(), shortestLine));
+    for (uint32_t head = NextHeader(0); head < content_.size(); head = NextHeader(LineAround(head).next)) {
+        const std::string_view name = SectionName(head);
+        const uint32_t hash = profile::HashName(name);
+        const auto same = [&](uint32_t other) { return profile::EqualNames(SectionName(other), name); };
+        if (sectionIndex_.Find(hash, same) == nullptr)
+            sectionIndex_.Add(hash, head);
+    }
+}
+
+/// The number of a section whose "[" line is at `head`, with its keys indexed.
+uint32_t ProfileFile::OpenSection(uint32_t head) const
+{
+    const auto section = static_cast<uint32_t>(sections_.size());
+    const size_t body = LineAround(head).next;
+    Section& opened = sections_.emplace_back();
+    opened.head = head;
+    opened.body = static_cast<uint32_t>(body);
+    opened.end = NextHeader(body);
+    opened.insert = opened.body;
+    IndexKeys(section);
+    return section;
+}
+
+void ProfileFile::IndexKeys(uint32_t section) const
+{
+    Section& opened = sections_[section];
+    const std::string_view lines = std::string_view(content_).substr(0, opened.end);
+    const std::string_view own = lines.substr(opened.body);
+    constexpr size_t shortestLine = 4;
+    opened.keys.Reserve(MostNames(MostLines(own), own.size(), shortestLine));
+    LineScanner scanner(lines, opened.body);
+    Line line;
+    while (scanner.Next(line)) {
+        size_t first = line.start;
+        while (first < line.stop && profile::IsBlank(content_[first]))
+            ++first;
+        if (first == line.stop)
+            continue;
+        opened.insert = static_cast<uint32_t>(line.next);
+        if (content_[first] == ';')
+            continue;
+        const std::string_view text = lines.substr(first, line.stop - first);
+        const std::string_view key = profile::Trim(text.substr(0, text.find('=')));
+        const uint32_t hash = profile::HashName(key);
+        if (opened.keys.Find(hash, [&](uint32_t other) { return IsAt(other, section, key); }) == nullptr)
+            opened.keys.Add(hash, static_cast<uint32_t>(first));
+        else
+            ++opened.repeated;
+    }
+}
+
+std::string_view ProfileFile::LineEnd() const
+{
+    if (lineEnd_.empty()) {
+        LineScanner scanner(content_);
+        for (Line line; scanner.Next(line);) {
+        }
+        lineEnd_ = scanner.PrevailingEnd();
+    }
+    return lineEnd_;
+}
+
+/// Makes the changes so far the file's content.
+void ProfileFile::Settle()
+{
+    if (!written_.empty())
+        Reset(RenderText());
+}
+
+/// The number of the first section of a name, nowhere if there is none.
+uint32_t ProfileFile::FindSection(std::string_view name) const
+{
+    const auto same = [&](uint32_t place) { return profile::EqualNames(SectionName(place), name); };
+    NameIndex::Slot* const slot = sectionIndex_.Find(profile::HashName(name), same);
+    if (slot == nullptr)
+        return nowhere;
+    if ((slot->place & openMark) == 0)
+        slot->place = OpenSection(slot->place) | openMark;
+    return slot->place & ~openMark;
+}
+
+std::string_view ProfileFile::SectionName(uint32_t place) const
+{
+    if ((place & openMark) != 0) {
+        const Section& section = sections_[place & ~openMark];
+        if (section.nameAt != nowhere)
+            return std::string_view(pool_).substr(section.nameAt, section.nameLength);
+        place = section.head;
+    }
+    return profile::ParseHeader(LineAt(place));
+}
+
+NameIndex::Slot* ProfileFile::FindKey(uint32_t section, std::string_view key) const
+{
+    if (!profile::IsPlainKey(key))
+        return nullptr;
+    return sections_[section].keys.Find(profile::HashName(key),
+                                        [&](uint32_t place) { return IsAt(place, section, key); });
+}
+
+/// Whether the line of a place has this key (which is plain) and belongs to this section.
+bool ProfileFile::IsAt(uint32_t place, uint32_t section, std::string_view key) const
+{
+    std::string_view text = content_;
+    if ((place & writtenMark) != 0) {
+        const Written& written = written_[place & ~writtenMark];
+        if (written.section != section)
+            return false;
+        text = std::string_view(pool_).substr(written.textAt, written.length);
+    } else {
+        if (place < sections_[section].body || place >= sections_[section].end)
+            return false;
+        text.remove_prefix(place);
+    }
+    if (text.size() < key.size() || !profile::EqualNames(text.substr(0, key.size()), key))
+        return false;
+    text.remove_prefix(key.size());
+    while (!text.empty() && profile::IsBlank(text.front()))
+        text.remove_prefix(1);
+    return text.empty() || text.front() == '=' || IsLineEnd(text.front());
+}
+
+/// The text of a line from its key on.
+std::string_view ProfileFile::LineAt(uint32_t place) const
+{
+    if ((place & writtenMark) != 0) {
+        const Written& written = written_[place & ~writtenMark];
+        return std::string_view(pool_).substr(written.textAt, written.length);
+    }
+    size_t stop = place;
+    while (stop < content_.size() && !IsLineEnd(content_[stop]))
+        ++stop;
+    return std::string_view(content_).substr(place, stop - place);
+}
+
+/// The whole line whose key stands at `base`.
+Line ProfileFile::LineAround(uint32_t base) const
+{
+    Line line;
+    line.start = base;
+    while (line.start > 0 && profile::IsBlank(content_[line.start - 1]))
+        --line.start;
+    line.stop = base + LineAt(base).size();
+    const bool pair = content_.compare(line.stop, 2, "\r\n") == 0;
+    line.next = std::min(line.stop + (pair ? 2 : 1), content_.size());
+    return line;
+}
+
+/// The line with a key, from its key on.
+std::optional<std::string_view> ProfileFile::FindLine(uint32_t section, std::string_view key) const
+{
+    uint32_t place = nextLine_;
+    // Where no key stands twice, a line that has the key is the line to find. A blank line has an empty key.
+    const bool unique = sections_[section].repeated == 0 && written_.empty() && !key.empty();
+    const bool expected = unique && profile::IsPlainKey(key) && IsAt(place, section, key);
+    if (!expected) {
+        const NameIndex::Slot* const slot = FindKey(section, key);
+        if (slot == nullptr || IsRemoved(*slot))
+            return std::nullopt;
+        place = slot->place;
+    }
+    const std::string_view line = LineAt(place);
+    if ((place & writtenMark) == 0) {
+        nextLine_ = place + static_cast<uint32_t>(line.size());
+        while (nextLine_ < content_.size() && IsLineEnd(content_[nextLine_]) && nextLine_ - place < line.size() + 2)
+            ++nextLine_;
+    }
+    return line;
+}
+
+std::optional<std::string_view> ProfileFile::Find(std::string_view section, std::string_view key) const
+{
+    const uint32_t found = FindSection(profile::TrimSpaces(section));
+    if (found == nowhere)
+        return std::nullopt;
+    const std::optional<std::string_view> line = FindLine(found, profile::TrimSpaces(key));
+    if (!line)
+        return std::nullopt;
+    const profile::Entry entry = profile::ParseEntry(*line);
+    return entry.hasValue ? std::optional(profile::ReadableValue(entry.value)) : std::nullopt;
+}
+
+std::string_view ProfileFile::GetString(std::string_view section, std::string_view key,
+                                        std::string_view defaultValue) const
+{
+    const std::optional<std::string_view> value = Find(section, key);
+    return value ? *value : profile::ReadableDefault(defaultValue);
+}
+
+uint32_t ProfileFile::GetInt(std::string_view section, std::string_view key, uint32_t defaultValue) const
+{
+    const std::optional<std::string_view> value = Find(section, key);
+    return value && !value->empty() ? profile::ReadInteger(*value) : defaultValue;
+}
+
+std::vector<std::string> ProfileFile::GetSection(std::string_view section) const
+{
+    if (!written_.empty())
+        return ProfileFile(Render()).GetSection(section);
+    std::vector<std::string> lines;
+    const uint32_t number = FindSection(profile::TrimSpaces(section));
+    if (number == nowhere)
+        return lines;
+    const Section& found = sections_[number];
+    LineScanner scanner(std::string_view(content_).substr(0, found.end), found.body);
+    Line line;
+    while (scanner.Next(line)) {
+        const profile::Entry entry = profile::ParseEntry(line.Text(content_));
+        if (profile::Trim(line.Text(content_)).empty() || entry.key.starts_with(';'))
+            continue;
+        lines.emplace_back(entry.key);
+        if (entry.hasValue)
+            lines.back().append("=").append(entry.value);
+    }
+    return lines;
+}
+
+std::vector<std::string> ProfileFile::GetSectionNames() const
+{
+    if (!written_.empty())
+        return ProfileFile(Render()).GetSectionNames();
+    std::vector<std::string> names;
+    LineScanner scanner(content_);
+    Line line;
+    while (scanner.Next(line)) {
+        const std::string_view text = profile::Trim(line.Text(content_));
+        if (text.starts_with('['))
+            names.emplace_back(profile::ParseHeader(text));
+    }
+    return names;
+}
+
+std::vector<std::string> ProfileFile::GetBracketedLines() const
+{
+    if (!written_.empty())
+        return ProfileFile(Render()).GetBracketedLines();
+    std::vector<std::string> names;
+    LineScanner scanner(content_);
+    Line line;
+    while (scanner.Next(line)) {
+        const std::string_view text = line.Text(content_);
+        if (text.size() >= 2 && text.front() == '[' && text.back() == ']')
+            names.emplace_back(text.substr(1, text.size() - 2));
+    }
+    return names;
+}
+
+}  // namespace tvn2x

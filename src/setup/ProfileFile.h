@@ -1,0 +1,149 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "setup/NameIndex.h"
+#include "setup/ProfileText.h"
+
+namespace tvn2x {
+
+/// One initialisation file ("[section]" lines, then "key=value" lines) in memory: read once, indexed, changed,
+/// rendered.
+///
+/// The rules are those of the operating system's profile functions: names ignore case and the blanks round them, the
+/// first section of a name and the first key of a name win, a line that begins with ";" is a comment, a line that
+/// begins with "[" opens a section whether or not its "]" is there, keys before the first section cannot be reached,
+/// and a value loses the blanks and then one pair of quotes round it. Bytes that no write touches are rendered as they
+/// were; a new line ends like most lines of the file, CR LF in a new file, and follows the section's last line that is
+/// not blank.
+///
+/// Texts are in the file's own bytes: the system code page, or UTF-8 where the file is UTF-16LE with its mark (Encode
+/// and Decode tell). Work and memory grow with the file's size alone, whatever its lines are: a section's keys are
+/// indexed when one of them is first asked for, at no more than three bytes for each byte of the section.
+class ProfileFile
+{
+public:
+    ProfileFile() = default;
+    /// Takes over the bytes of a file. Raises bad_alloc above 2 GiB.
+    explicit ProfileFile(std::string content);
+
+    bool IsUnicode() const { return utf16_; }
+    std::string Encode(std::wstring_view text) const;
+    std::wstring Decode(std::string_view bytes) const;
+
+    /// The value of a key, nothing where there is no such key or its line has no "=". Valid until the next write.
+    std::optional<std::string_view> Find(std::string_view section, std::string_view key) const;
+    /// The same, or the default as the system hands it out.
+    std::string_view GetString(std::string_view section, std::string_view key, std::string_view defaultValue) const;
+    /// The value as a number modulo 2^32; the default where there is no value or an empty one.
+    uint32_t GetInt(std::string_view section, std::string_view key, uint32_t defaultValue) const;
+    bool HasSection(std::string_view section) const { return FindSection(section) != nowhere; }
+    /// The lines of a section without comments and blank lines, "key=value" without the blanks round key and value.
+    std::vector<std::string> GetSection(std::string_view section) const;
+    /// The names of all sections in the file's order, repeated ones included.
+    std::vector<std::string> GetSectionNames() const;
+    /// What stands between the brackets of every line that begins with "[" and ends with "]".
+    std::vector<std::string> GetBracketedLines() const;
+
+    /// Sets a key, or removes it where there is no value; a missing section is appended. False, and nothing is changed,
+    /// where a text is longer than 32,767 bytes or holds CR, LF or NUL. A value that is there already is left
+    /// untouched.
+    bool Write(std::string_view section, std::string_view key, std::optional<std::string_view> value);
+    /// Removes a section from its "[" line to the next one. False for a name that cannot be written.
+    bool DeleteSection(std::string_view section);
+    /// Replaces all lines of a section; what has no "=" is left out. False as for Write.
+    bool WriteSection(std::string_view section, const std::vector<std::string_view>& lines);
+
+    bool Changed() const { return changed_; }
+    size_t TextSize() const { return content_.size(); }  ///< of the file as it was read, in bytes
+    /// The bytes of the file with every change in them.
+    std::string Render() const;
+
+private:
+    static constexpr uint32_t nowhere = profile::NameIndex::nowhere;
+    static constexpr uint32_t writtenMark = 0x80000000;  ///< a place is an offset, or the number of a written line
+    static constexpr uint32_t openMark = 0x80000000;     ///< likewise of a section's "[" line, or of an open section
+
+    /// From a line to the next one with the same key.
+    struct Link
+    {
+        uint32_t from;
+        uint32_t to;
+    };
+    /// The first section of a name. [head, body) is its "[" line, [body, end) its lines. A new one stands at the end of
+    /// the file, and its name is what was written.
+    struct Section
+    {
+        uint32_t head = 0;
+        uint32_t body = 0;
+        uint32_t end = 0;
+        uint32_t insert = 0;  ///< where a new line goes
+        uint32_t nameAt = nowhere;
+        uint32_t nameLength = 0;
+        uint32_t repeated = 0;    ///< how many lines have a key that stands above them already
+        std::vector<Link> links;  ///< of those keys, by `from`; made when a key of the section is first removed
+        profile::NameIndex keys;
+    };
+    /// A line that a write has made: in place of the line whose key stands at `base`, or new.
+    struct Written
+    {
+        uint32_t section;
+        uint32_t textAt;
+        uint32_t length;
+        uint32_t base;
+        bool removed = false;
+    };
+    struct Edit
+    {
+        uint32_t at;
+        uint32_t written;
+        bool insertion;
+    };
+
+    void IndexSections();
+    uint32_t NextHeader(size_t from) const;
+    uint32_t OpenSection(uint32_t head) const;
+    void IndexKeys(uint32_t section) const;
+    void Settle();
+    void Reset(std::string content);
+
+    uint32_t FindSection(std::string_view name) const;
+    std::string_view SectionName(uint32_t place) const;
+    profile::NameIndex::Slot* FindKey(uint32_t section, std::string_view key) const;
+    bool IsAt(uint32_t place, uint32_t section, std::string_view key) const;
+    std::optional<std::string_view> FindLine(uint32_t section, std::string_view key) const;
+    bool IsRemoved(const profile::NameIndex::Slot& slot) const
+    {
+        return (slot.place & writtenMark) != 0 && written_[slot.place & ~writtenMark].removed;
+    }
+    std::string_view LineAt(uint32_t place) const;
+    profile::Line LineAround(uint32_t base) const;
+    std::string_view LineEnd() const;
+
+    uint32_t AppendSection(std::string_view name, bool indexed);
+    uint32_t AddText(std::string_view key, std::string_view value);
+    uint32_t AddWritten(uint32_t section, std::string_view key, std::string_view value, uint32_t base);
+    void SetValue(profile::NameIndex::Slot& slot, uint32_t section, std::string_view newKey, std::string_view value);
+    void Remove(profile::NameIndex::Slot& slot, uint32_t section);
+    void LinkRepeatedKeys(uint32_t section);
+    std::vector<Edit> SortedEdits() const;
+    std::string RenderText() const;
+
+    std::string content_;
+    std::string pool_;  ///< names and lines that were written
+    bool utf16_ = false;
+    std::string oddByte_;  ///< the last byte of a UTF-16 file with half a unit at its end
+    bool changed_ = false;
+    std::vector<Written> written_;
+    // What is known of the content, found out when it is needed.
+    mutable std::string_view lineEnd_;         ///< the one that most lines have, "" while nobody has asked
+    mutable std::vector<Section> sections_;    ///< those that were asked for
+    mutable profile::NameIndex sectionIndex_;  ///< the first section of each name
+    mutable uint32_t nextLine_ = 0;  ///< the line behind the one that was found last: most callers read in file order
+};
+
+}  // namespace tvn2x

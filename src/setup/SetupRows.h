@@ -1,0 +1,28 @@
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <string>
+
+#include "setup/PathParts.h"
+#include "setup/clsIniFile.h"
+
+namespace tvn2x::setup_file {
+
+/// Folder and name of a path, the folder resolved.
+inline std::wstring NormalisedPath(const clsIniFile& ini, const std::wstring& path)
+{
+    return path.empty() ? std::wstring() : JoinPath(ini.ExtractPath(path), ini.ExtractName(path, 0));
+}
+
+/// The highest row number that the open file is believed to hold: any that a 16-bit integer can name, and above that as
+/// many as the file has room for, a row taking one line of at least 20 bytes.
+inline int32_t MostRows(clsIniFile& ini)
+{
+    constexpr size_t always = std::numeric_limits<int16_t>::max();
+    constexpr size_t bytesPerRow = 20;
+    return static_cast<int32_t>(std::max(always, ini.TextSize() / bytesPerRow));
+}
+
+}  // namespace tvn2x::setup_file

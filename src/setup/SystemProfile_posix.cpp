@@ -1,0 +1,64 @@
+#include <unistd.h>
+
+#include <array>
+#include <cstdlib>
+
+#include "setup/ProfileStore.h"
+#include "setup/SystemProfile.h"
+#include "util/Encoding.h"
+
+namespace tvn2x {
+namespace {
+
+ProfileStore OpenWinIni(FileSystem& files)
+{
+    ProfileStore store(files);
+    store.Bind(WindowsFolder() + L"/WIN.INI");
+    return store;
+}
+
+}  // namespace
+
+std::wstring WindowsFolder()
+{
+    if (const char* const settings = std::getenv("XDG_CONFIG_HOME"); settings != nullptr && *settings == '/')
+        return FromUtf8(settings);
+    if (const char* const home = std::getenv("HOME"); home != nullptr && *home == '/')
+        return FromUtf8(home) + L"/.config";
+    return L"/etc";
+}
+
+std::wstring RunningModule()
+{
+    std::array<char, 4096> path;
+    const ssize_t length = readlink("/proc/self/exe", path.data(), path.size());
+    return length > 0 ? FromUtf8(std::string_view(path.data(), static_cast<size_t>(length))) : std::wstring();
+}
+
+std::string WinIniString(FileSystem& files, const std::string& section, const std::string& key,
+                         const std::string& defaultValue)
+{
+    return std::string(OpenWinIni(files).Profile().GetString(section, key, defaultValue));
+}
+
+uint32_t WinIniInt(FileSystem& files, const std::string& section, const std::string& key, int32_t defaultValue)
+{
+    return OpenWinIni(files).Profile().GetInt(section, key, static_cast<uint32_t>(defaultValue));
+}
+
+std::string WinIniSection(FileSystem& files, const std::string& section)
+{
+    std::string lines;
+    for (const std::string& line : OpenWinIni(files).Profile().GetSection(section))
+        lines.append(line).push_back('\0');
+    return lines;
+}
+
+bool WriteWinIni(FileSystem& files, const std::string& section, const std::optional<std::string>& key,
+                 const std::optional<std::string>& value)
+{
+    ProfileStore store = OpenWinIni(files);
+    return key ? store.Write(section, *key, value) : store.DeleteSection(section);
+}
+
+}  // namespace tvn2x

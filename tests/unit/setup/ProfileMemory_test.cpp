@@ -1,0 +1,140 @@
+// How far files of the worst shapes let the process grow. Every block that this program takes is counted.
+
+#include <gtest/gtest.h>
+#include <malloc.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <iostream>
+#include <new>
+#include <string>
+
+#include "setup/SetupFile.h"
+#include "support/FixedLocale.h"
+#include "support/MemoryFiles.h"
+#include "support/RecordingMessageBoxes.h"
+#include "util/RaisedError.h"
+
+namespace {
+
+size_t held = 0;
+size_t mostHeld = 0;
+
+}  // namespace
+
+void* operator new(size_t size, const std::nothrow_t&) noexcept
+{
+    void* const block = std::malloc(size);
+    held += block == nullptr ? 0 : malloc_usable_size(block);
+    mostHeld = std::max(mostHeld, held);
+    return block;
+}
+
+void* operator new(size_t size)
+{
+    void* const block = operator new(size, std::nothrow);
+    if (block == nullptr)
+        throw std::bad_alloc();
+    return block;
+}
+
+void operator delete(void* block) noexcept
+{
+    held -= block == nullptr ? 0 : malloc_usable_size(block);
+    std::free(block);
+}
+
+void operator delete(void* block, size_t) noexcept
+{
+    operator delete(block);
+}
+
+namespace tvn2x {
+namespace {
+
+constexpr size_t fileSize = 8'000'000;
+const std::wstring path = L"C:\\data\\net.ini";
+const std::string head = "[Application]\r\nName=P\r\nVersion=2.0\r\n[Hardware]\r\nModel=2x\r\nMode=4\r\n";
+
+/// Runs a piece of work and gives what it held at most beside what was there before, for each byte of the file.
+template <class Work>
+double HeldPerByte(Work work)
+{
+    const size_t before = held;
+    mostHeld = held;
+    work();
+    return static_cast<double>(mostHeld - before) / fileSize;
+}
+
+std::string Filled(std::string content, const std::string& shape)
+{
+    content.reserve(fileSize);
+    while (content.size() + shape.size() <= fileSize)
+        content += shape;
+    return content;
+}
+
+/// Lines of as few bytes as can be, each with a name of its own.
+std::string Distinct(std::string content, char opener)
+{
+    constexpr std::string_view letters = "abcdefghijklmnopqrstuvwxyz0123456789!#$%&()*+,-./:<>?@^_{|}~";
+    content.reserve(fileSize);
+    for (size_t number = 0; content.size() + 8 <= fileSize; ++number) {
+        if (opener != 0)
+            content += opener;
+        for (size_t rest = number + 1; rest != 0; rest /= letters.size())
+            content += letters[rest % letters.size()];
+        content += '\n';
+    }
+    return content;
+}
+
+/// As many channels as so many bytes can hold.
+std::string Rows()
+{
+    std::string content = head + "[Frequency List]\r\nCount=350000\r\n";
+    content.reserve(fileSize);
+    for (int row = 1; content.size() + 24 <= fileSize; ++row)
+        content += "Frequency   " + std::string(row < 10 ? "0" : "") + std::to_string(row) + "=1\n";
+    return content;
+}
+
+TEST(ProfileMemory, NoFileMakesTheLoaderGrowBeyondASmallMultipleOfItsSize)
+{
+    const std::string list = head + "[Frequency List]\r\nCount=400000\r\n";
+    const std::pair<const char*, std::string> cases[] = {
+        {"no section", Filled("", "x\n")},
+        {"keys in a section that nobody reads", Distinct(head + "[Other]\n", 0)},
+        {"one long line", Filled(head + "[Frequency List]\r\nCount=1\r\nUser Field  01=", "x")},
+        {"nothing but line ends", Filled(list, "\n")},
+        {"the same key again and again", Filled(list, "a\n")},
+        {"the empty key again and again", Filled(list, "=\n")},
+        {"distinct keys of a section that is read", Distinct(list, 0)},
+        {"distinct sections", Distinct(head, '[')},
+        {"the same section again and again", Filled(head, "[\n")},
+        {"rows", Rows()},
+    };
+    // The file itself counts for one.
+    constexpr double most = 4.2;
+    for (const auto& [name, content] : cases) {
+        MemoryFiles files;
+        files.Put(path, content);
+        RecordingMessageBoxes messages;
+        const FixedLocale locale;
+        const SetupEnvironment environment{files, messages, locale};
+        const double perByte = HeldPerByte([&] {
+            SetupDocument document;
+            std::wstring model = L"2x";
+            int32_t mode = 4;
+            try {
+                LoadSetup(document, environment, L"P", path, model, mode);
+            } catch (const RaisedError&) {
+            }
+        });
+        EXPECT_LE(perByte, most) << name;
+        std::cout << "  " << name << ": " << perByte << " bytes for each byte of the file\n";
+    }
+}
+
+}  // namespace
+}  // namespace tvn2x

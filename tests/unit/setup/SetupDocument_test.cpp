@@ -1,0 +1,210 @@
+#include "setup/SetupDocument.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "util/RaisedError.h"
+
+namespace tvn2x {
+namespace {
+
+/// Number and source of the error that an action raises, "" where it raises none.
+std::wstring ErrorOf(const std::function<void()>& action)
+{
+    try {
+        action();
+    } catch (const RaisedError& raised) {
+        return std::to_wstring(raised.number) + L" " + raised.source + L": " + raised.description;
+    }
+    return {};
+}
+
+TEST(Parameters, LevelUnitsMapToTheReceiversCodesAndBack)
+{
+    const std::vector<std::wstring> names{L"dBmV", L"dBpW", L"dB\u00B5W", L"dBm", L"dB\u00B5V", L"mV"};
+    for (int32_t code = 0; code < 6; ++code) {
+        EXPECT_EQ(names[static_cast<size_t>(code)], LevelUnitName(code));
+        EXPECT_EQ(code, LevelUnitCode(names[static_cast<size_t>(code)]));
+    }
+    EXPECT_EQ(L"", LevelUnitName(6));
+    EXPECT_EQ(L"", LevelUnitName(-1));
+    for (const wchar_t* const none : {L"", L"dbmv", L"DBM", L"dB\u03BCV", L"dBmV "})
+        EXPECT_EQ(-1, LevelUnitCode(none)) << std::wstring(none).size();
+}
+
+TEST(Parameters, EveryParameterHasACaptionAndOnlyReadingsAFormat)
+{
+    for (int32_t parameter = MP_FIRST; parameter <= MP_LAST; ++parameter) {
+        EXPECT_NE(L"", DefaultCaption(parameter)) << parameter;
+        EXPECT_TRUE(parameter >= MP_RFLEV || DisplayFormat(parameter).empty()) << parameter;
+    }
+    EXPECT_EQ(L"", DefaultCaption(0));
+    EXPECT_EQ(L"", DefaultCaption(31));
+    EXPECT_EQ(L"#0", DisplayFormat(MP_FREQOFF));
+    EXPECT_EQ(L"0.0", DisplayFormat(MP_DE));
+}
+
+TEST(SetupDocument, StartsWithOneChannelAndEverythingMeasuredShown)
+{
+    const SetupDocument document;
+    EXPECT_FALSE(document.dirty);
+    ASSERT_EQ(1, document.ListSize());
+    EXPECT_EQ(213.0, document.Frequency(1));
+    EXPECT_EQ(6.9, document.SymbolRate(1));
+    EXPECT_EQ(L"My Channel", document.UserField(1));
+    EXPECT_EQ(10, document.BerSamples());
+    EXPECT_EQ(2, document.XAxis(0));
+    EXPECT_EQ(2, document.XAxis(1));
+    EXPECT_EQ(L"Untitled", document.FileTitle());
+    EXPECT_EQ(L"", document.FolderOfFile());
+    ASSERT_EQ(30, document.Count());
+    for (int32_t parameter = MP_FIRST; parameter <= MP_LAST; ++parameter) {
+        EXPECT_EQ(parameter > MP_LASTSTATIC, document.Parameter(1, parameter)) << parameter;
+        EXPECT_TRUE(document.Parameter(2, parameter) && document.Parameter(0, parameter)) << parameter;
+        EXPECT_EQ(parameter, document.Order(parameter));
+        EXPECT_EQ(DefaultCaption(parameter), document.StoredCaption(parameter));
+    }
+}
+
+TEST(SetupDocument, EverySetterMarksItDirtyForANewValueOnly)
+{
+    struct Setter
+    {
+        const char* name;
+        std::function<void(SetupDocument&)> same, other;
+        bool marks = true;
+    };
+    using D = SetupDocument;
+    const std::vector<Setter> setters{
+        {"ListSize", [](D& d) { d.ListSize(1); }, [](D& d) { d.ListSize(2); }},
+        {"Frequency", [](D& d) { d.Frequency(1, 213); }, [](D& d) { d.Frequency(1, 214); }},
+        {"SymbolRate", [](D& d) { d.SymbolRate(1, 6.9); }, [](D& d) { d.SymbolRate(1, 6.875); }},
+        {"UserField", [](D& d) { d.UserField(1, L"My Channel"); }, [](D& d) { d.UserField(1, L"my channel"); }},
+        {"Parameter", [](D& d) { d.Parameter(2, 3, true); }, [](D& d) { d.Parameter(2, 3, false); }},
+        {"Order", [](D& d) { d.Order(3, 3); }, [](D& d) { d.Order(3, -1); }},
+        {"Caption", [](D& d) { d.Caption(27, L"MER (dB RMS)"); }, [](D& d) { d.Caption(27, L"MER"); }},
+        {"LevelUnit", [](D& d) { d.LevelUnit(L"dBmV"); }, [](D& d) { d.LevelUnit(L"mV"); }},
+        {"ReferenceSource", [](D& d) { d.ReferenceSource(0); }, [](D& d) { d.ReferenceSource(1); }},
+        {"BerSamples", [](D& d) { d.BerSamples(10); }, [](D& d) { d.BerSamples(100); }},
+        {"SawBw", [](D& d) { d.SawBw(8); }, [](D& d) { d.SawBw(0); }},
+        {"OrderOfQam", [](D& d) { d.OrderOfQam(64); }, [](D& d) { d.OrderOfQam(256); }},
+        {"RollOffFactor", [](D& d) { d.RollOffFactor(15); }, [](D& d) { d.RollOffFactor(13); }},
+        {"Zin", [](D& d) { d.Zin(75); }, [](D& d) { d.Zin(50); }},
+        {"DefaultSymbolRate", [](D& d) { d.DefaultSymbolRate(6.9); }, [](D& d) { d.DefaultSymbolRate(5); }},
+        {"MaxSettlingTime", [](D& d) { d.MaxSettlingTime(10); }, [](D& d) { d.MaxSettlingTime(11); }},
+        {"XAxis", [](D& d) { d.XAxis(1, 2); }, [](D& d) { d.XAxis(1, 1); }},
+        {"Notes", [](D& d) { d.Notes(L""); }, [](D& d) { d.Notes(L"n"); }},
+        {"ShowNotesBefore", [](D& d) { d.ShowNotesBefore(false); }, [](D& d) { d.ShowNotesBefore(true); }},
+        {"ShowNotesAfter", [](D& d) { d.ShowNotesAfter(false); }, [](D& d) { d.ShowNotesAfter(true); }},
+        {"Count", [](D& d) { d.Count(30); }, [](D& d) { d.Count(31); }, false},
+        {"CoupleDisplayAndSave", [](D& d) { d.CoupleDisplayAndSave(true); },
+         [](D& d) { d.CoupleDisplayAndSave(false); }, false},
+    };
+    for (const Setter& setter : setters) {
+        SetupDocument document;
+        setter.same(document);
+        EXPECT_FALSE(document.dirty) << setter.name;
+        setter.other(document);
+        EXPECT_EQ(setter.marks, document.dirty) << setter.name;
+    }
+}
+
+TEST(SetupDocument, ANewListSizeClearsEveryRowAndTheSameSizeNone)
+{
+    SetupDocument document;
+    document.ListSize(1);
+    EXPECT_EQ(213.0, document.Frequency(1));
+    document.ListSize(2);
+    EXPECT_EQ(0.0, document.Frequency(1));
+    EXPECT_EQ(L"", document.UserField(2));
+    for (const int32_t none : {0, -7}) {
+        document.ListSize(none);
+        EXPECT_EQ(none, document.ListSize());
+        document.UserField(0, L"row 0");
+        EXPECT_EQ(L"row 0", document.UserField(0));
+        EXPECT_NE(L"", ErrorOf([&] { document.Frequency(1); }));
+        EXPECT_NE(L"", ErrorOf([&] { document.Frequency(none - 1); }));
+    }
+}
+
+TEST(SetupDocument, AnImpossibleSizeIsOutOfMemoryAndChangesNothing)
+{
+    SetupDocument document;
+    for (const int32_t size : {std::numeric_limits<int32_t>::max(), 100'000'000}) {
+        EXPECT_EQ(L"7 clsSetup.ListSize: Out of memory", ErrorOf([&] { document.ListSize(size); }));
+        EXPECT_EQ(L"7 clsSetup.Count: Out of memory", ErrorOf([&] { document.Count(size); }));
+    }
+    EXPECT_EQ(1, document.ListSize());
+    EXPECT_EQ(213.0, document.Frequency(1));
+    EXPECT_EQ(30, document.Count());
+    EXPECT_FALSE(document.dirty);
+}
+
+TEST(SetupDocument, CountIsNeverBelowThirtyAndKeepsWhatStays)
+{
+    SetupDocument document;
+    document.Count(12);
+    EXPECT_EQ(30, document.Count());
+    document.Count(35);
+    EXPECT_EQ(30, document.Order(30));
+    EXPECT_EQ(0, document.Order(35));
+    EXPECT_EQ(L"", document.Caption(35));
+    EXPECT_FALSE(document.Parameter(0, 35));
+    document.Parameter(1, 35, true);
+    document.Count(30);
+    document.Count(35);
+    EXPECT_FALSE(document.Parameter(1, 35)) << "an entry that comes back is new";
+}
+
+TEST(SetupDocument, TheRfLevelsCaptionCarriesTheUnitOnlyOutside)
+{
+    SetupDocument document;
+    document.LevelUnitDirect(L"dB\u00B5V");
+    EXPECT_EQ(L"RF Level (dB\u00B5V)", document.Caption(MP_RFLEV));
+    document.Caption(MP_RFLEV, document.Caption(MP_RFLEV));
+    EXPECT_EQ(L"RF Level", document.StoredCaption(MP_RFLEV));
+    EXPECT_FALSE(document.dirty);
+    document.Caption(MP_RFLEV, L"Level (dB\u00B5V) in (dBmV) (dB\u00B5V)");
+    EXPECT_EQ(L"Level in (dBmV)", document.StoredCaption(MP_RFLEV));
+    document.Caption(MP_MER, L"MER (dB\u00B5V)");
+    EXPECT_EQ(L"MER (dB\u00B5V)", document.Caption(MP_MER));
+}
+
+TEST(SetupDocument, AnIndexOutsideItsTableRaisesNineAndNamesTheProperty)
+{
+    SetupDocument document;
+    const std::vector<std::pair<const wchar_t*, std::function<void()>>> accesses{
+        {L"Frequency", [&] { document.Frequency(0); }},
+        {L"Frequency", [&] { document.Frequency(2, 100); }},
+        {L"SymbolRate", [&] { document.SymbolRate(-1, 6); }},
+        {L"UserField", [&] { document.UserField(std::numeric_limits<int32_t>::min(), L""); }},
+        {L"Parameter", [&] { document.Parameter(3, 1, false); }},
+        {L"Parameter", [&] { document.Parameter(-1, 1); }},
+        {L"Parameter", [&] { document.Parameter(1, 31); }},
+        {L"Order", [&] { document.Order(0, 5); }},
+        {L"Caption", [&] { document.Caption(0); }},
+        {L"XAxis", [&] { document.XAxis(2); }},
+        {L"XAxis", [&] { document.XAxis(-1, 1); }},
+    };
+    for (const auto& [property, access] : accesses)
+        EXPECT_EQ(std::wstring(L"9 clsSetup.") + property + L": Subscript out of range", ErrorOf(access));
+    EXPECT_FALSE(document.dirty);
+}
+
+TEST(SetupDocument, TitleAndFolderComeFromTheFullPath)
+{
+    SetupDocument document;
+    document.fullPath = L"C:\\net works\\north.v2.ini";
+    EXPECT_EQ(L"north", document.FileTitle());
+    EXPECT_EQ(L"C:\\net works", document.FolderOfFile());
+    document.fullPath = L"C:\\north.ini";
+    EXPECT_EQ(L"C:\\", document.FolderOfFile());
+}
+
+}  // namespace
+}  // namespace tvn2x
