@@ -1,0 +1,187 @@
+#include "instrument/HardwareCheck.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/ScriptedReceiver.h"
+
+namespace tvn2x {
+namespace {
+
+class HardwareCheckTest : public testing::Test
+{
+protected:
+    HardwareCheckTest()
+        : check(document, [this]() -> Receiver& {
+              ++opened;
+              return receiver;
+          })
+    {
+    }
+
+    SetupDocument document;
+    CallLog log;
+    ScriptedReceiver receiver{log};
+    int opened = 0;
+    HardwareCheck check;
+};
+
+/// A setting of the setup, a list of options that fits it, and lists that do not although they look like it.
+struct Case
+{
+    int32_t value;
+    std::vector<std::wstring> fitting;
+    std::vector<std::wstring> missing;
+};
+
+TEST_F(HardwareCheckTest, ModeNeedsItsOptionAsAWholeEntryInThisLetterCase)
+{
+    const Case cases[] = {
+        {4, {L"KTR-H2", L"A,KTR-H2,B"}, {L"", L"ktr-h2", L"KTR-H22", L"XKTR-H2", L"A, KTR-H2", L"KTR-H7"}},
+        {6, {L"KTR-S31", L"B,KTR-S31"}, {L"KTR-S33", L"KTR-S311", L"KTR-H2"}},
+        {7, {L"KTR-S33", L"KTR-S33,B"}, {L"KTR-S31", L"KTR-s33"}},
+        {8, {L"KTR-S31"}, {L"KTR-S33", L"KTR-S3"}},
+        {13, {L"KTR-H7"}, {L"KTR-H2", L"KTR-H7 "}},
+        {14, {L"KTR-S32"}, {L"KTR-S31,KTR-S33"}},
+        {1, {L"", L"KTR-H2"}, {}},  // modes that need no option
+        {0, {L""}, {}},
+        {-3, {L""}, {}},
+    };
+    for (const Case& row : cases) {
+        document.mode = row.value;
+        for (const std::wstring& options : row.fitting) {
+            SCOPED_TRACE(testing::PrintToString(row.value) + testing::PrintToString(options));
+            receiver.options = options;
+            receiver.mode = row.value;
+            EXPECT_EQ(check.Mode(), HardwareCheck::modeActive);
+            receiver.mode = row.value + 1;
+            EXPECT_EQ(check.Mode(), HardwareCheck::modeInactive);
+        }
+        for (const std::wstring& options : row.missing) {
+            receiver.options = options;
+            receiver.mode = row.value;
+            EXPECT_EQ(check.Mode(), HardwareCheck::modeMissing) << row.value << " " << testing::PrintToString(options);
+        }
+    }
+}
+
+TEST_F(HardwareCheckTest, InputPort)
+{
+    const Case cases[] = {
+        {2, {L"EAMOD", L"XEAMODX"}, {L"eamod", L"RB,KTR-H5"}},
+        {4, {L"RB", L"A,RBX"}, {L"rb", L"EAMOD"}},
+        {50, {L"KTR-H5", L"KTR-H55"}, {L"KTR-H4", L""}},
+        {75, {L"KTR-H5"}, {L"RB,EAMOD"}},
+        {1, {}, {L"EAMOD,RB,KTR-H5"}},
+        {0, {}, {L"EAMOD,RB,KTR-H5"}},
+    };
+    for (const Case& row : cases) {
+        document.Zin(row.value);
+        for (const auto& [lists, expected] : {std::pair{row.fitting, true}, {row.missing, false}}) {
+            for (const std::wstring& options : lists) {
+                receiver.options = options;
+                EXPECT_EQ(check.InputPort(), expected) << row.value << " " << testing::PrintToString(options);
+            }
+        }
+    }
+}
+
+TEST_F(HardwareCheckTest, SawFilter)
+{
+    const Case cases[] = {
+        {2, {L"KTR-H6", L"A,KTR-H6,B"}, {L"KTR-H66", L"KTR-H8 (or KTR-H9)"}},
+        {6, {L"KTR-H8 (or KTR-H9)", L"KTR-H8 "}, {L"KTR-H8", L"A,KTR-H8,B", L"KTR-H9"}},
+        {7, {L"KTR-H8 (or KTR-H9)", L"(or KTR-H9),B"}, {L"KTR-H9", L"(or KTR-H9) ,B", L"KTR-H8 "}},
+        {8, {L"KTR-H4"}, {L"KTR-H45", L"ktr-h4"}},
+    };
+    for (const Case& row : cases) {
+        document.SawBw(row.value);
+        for (const auto& [lists, expected] : {std::pair{row.fitting, true}, {row.missing, false}}) {
+            for (const std::wstring& options : lists) {
+                receiver.options = options;
+                EXPECT_EQ(check.SawFilterBw(), expected) << row.value << " " << testing::PrintToString(options);
+            }
+        }
+    }
+}
+
+TEST_F(HardwareCheckTest, ExternalReferenceNeedsItsInput)
+{
+    document.ReferenceSource(1);
+    receiver.options = L"A,XEXTREF2";
+    EXPECT_TRUE(check.ExtRef());
+    receiver.options = L"ExtRef";
+    EXPECT_FALSE(check.ExtRef());
+}
+
+TEST_F(HardwareCheckTest, AsksTheReceiverOnlyWhereItHasToAnswer)
+{
+    document.Zin(128);
+    document.SawBw(0);
+    EXPECT_TRUE(check.InputPort());
+    EXPECT_TRUE(check.SawFilterBw());
+    EXPECT_TRUE(check.ExtRef());
+    document.SawBw(5);
+    document.ReferenceSource(2);
+    document.Zin(1);
+    EXPECT_TRUE(check.SawFilterBw());
+    EXPECT_TRUE(check.ExtRef());
+    EXPECT_FALSE(check.InputPort());
+    EXPECT_EQ(opened, 0);
+    EXPECT_THAT(log.calls, testing::IsEmpty());
+}
+
+TEST_F(HardwareCheckTest, ErrorsOfTheReceiverArePassedOnByTheQuestions)
+{
+    document.ReferenceSource(1);
+    for (const std::function<void()>& question :
+         {std::function<void()>([&] { check.Mode(); }), {[&] { check.ExtRef(); }}, {[&] { check.InputPort(); }}, {[&] {
+              check.SawFilterBw();
+          }}}) {
+        log.FailAt(1, 77, "InstalledOptions");
+        EXPECT_THROW(question(), RaisedError);
+    }
+}
+
+TEST_F(HardwareCheckTest, ActivateModeSetsTheModeOnlyWhereItIsAnotherOne)
+{
+    receiver.options = L"KTR-H2";
+    EXPECT_TRUE(check.ActivateMode());
+    EXPECT_EQ(log.Count("Mode 4"), 0);
+    receiver.mode = 6;
+    EXPECT_TRUE(check.ActivateMode());
+    EXPECT_EQ(receiver.mode, 4);
+    receiver.mode = 6;
+    receiver.ignoresModes = true;
+    EXPECT_FALSE(check.ActivateMode());
+    log.calls.clear();
+    receiver.options = L"KTR-H7";
+    EXPECT_FALSE(check.ActivateMode());
+    EXPECT_THAT(log.calls, testing::ElementsAre("InstalledOptions"));
+}
+
+TEST_F(HardwareCheckTest, ActivateModeGoesOnAfterAnErrorAndAnswersByTheLastModeRead)
+{
+    receiver.options = L"KTR-H2";
+    // InstalledOptions, Mode, Mode, Mode 4, Mode: the n-th of them fails.
+    const struct
+    {
+        bool result;
+        size_t calls;
+        int32_t mode;
+    } expected[] = {{false, 1, 6}, {false, 2, 6}, {true, 5, 4}, {false, 5, 6}, {false, 5, 4}, {true, 5, 4}};
+    for (int n = 1; n <= 6; ++n) {
+        SCOPED_TRACE(n);
+        receiver.mode = 6;
+        log.calls.clear();
+        log.FailAt(n, 77);
+        const auto& row = expected[n - 1];
+        EXPECT_EQ(check.ActivateMode(), row.result);
+        EXPECT_EQ(log.calls.size(), row.calls);
+        EXPECT_EQ(receiver.mode, row.mode);
+        log.Disarm();
+    }
+}
+
+}  // namespace
+}  // namespace tvn2x

@@ -1,0 +1,94 @@
+#include "instrument/Identity.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/ScriptedReceiver.h"
+
+namespace tvn2x {
+namespace {
+
+class Identity : public testing::Test
+{
+protected:
+    bool Test()
+    {
+        identity = L"old";
+        hardware = L"old";
+        mode = -1;
+        log.calls.clear();
+        return Identify(instrument, receiver, identity, hardware, mode);
+    }
+
+    CallLog log;
+    ScriptedInstrument instrument{log};
+    ScriptedReceiver receiver{log};
+    std::wstring identity;
+    std::wstring hardware;
+    int32_t mode = 0;
+};
+
+TEST_F(Identity, OfTheRightInstrument)
+{
+    receiver.mode = 7;
+    EXPECT_TRUE(Test());
+    EXPECT_EQ(identity, L"Receiver 3,GPIB0::12,KTR,KESTREL&BRAND");
+    EXPECT_EQ(hardware, L"KTR 23");
+    EXPECT_EQ(mode, 7);
+    EXPECT_FALSE(instrument.online);
+    EXPECT_THAT(log.calls, testing::ElementsAre("Online 1", "Online", "Manufacturer", "Model", "Hardware", "Mode",
+                                                "InstrumentName", "BusAddress", "Model", "Manufacturer", "Online 0"));
+}
+
+TEST_F(Identity, LetterCaseDoesNotCountAndIsKept)
+{
+    instrument.manufacturer = L"Kestrel&brand";
+    instrument.model = L"ktr";
+    EXPECT_TRUE(Test());
+    EXPECT_EQ(identity, L"Receiver 3,GPIB0::12,ktr,Kestrel&brand");
+}
+
+TEST_F(Identity, OffLineMeansNoMoreQuestions)
+{
+    instrument.answers = false;
+    EXPECT_FALSE(Test());
+    EXPECT_EQ(identity, L"");
+    EXPECT_EQ(hardware, L"old");
+    EXPECT_EQ(mode, -1);
+    EXPECT_THAT(log.calls, testing::ElementsAre("Online 1", "Online"));
+}
+
+TEST_F(Identity, OfAnotherMakeOrModel)
+{
+    for (const auto& [manufacturer, model] :
+         {std::pair{L"KESTREL", L"KTR"}, {L"KESTREL&BRAND ", L"KTR"}, {L"KESTREL&BRAND", L"KTR2"}, {L"", L""}}) {
+        instrument.manufacturer = manufacturer;
+        instrument.model = model;
+        EXPECT_FALSE(Test());
+        EXPECT_EQ(identity, L"");
+        EXPECT_EQ(hardware, L"old");
+        EXPECT_EQ(mode, -1);
+        EXPECT_EQ(log.calls.back(), "Online 0");
+    }
+}
+
+/// Online 1, Online, Manufacturer, Model, Hardware, Mode, four for the identity, Online 0.
+TEST_F(Identity, NthCallFailsAndTheNextStatementFollows)
+{
+    constexpr int goesOnline = 1, isOnline = 2, lastQuestion = 10, goesOffline = 11;
+    for (int n = 1; n <= goesOffline + 1; ++n) {
+        SCOPED_TRACE(n);
+        log.Disarm();
+        instrument.online = n == goesOnline;  // was on line before: the failure does no harm
+        log.FailAt(n, 77);
+        const bool harmed = n >= isOnline && n <= lastQuestion;
+        EXPECT_EQ(Test(), !harmed);
+        EXPECT_EQ(identity.empty(), harmed);
+        EXPECT_EQ(log.calls.back(), n == isOnline ? "Online" : "Online 0");
+        EXPECT_EQ(hardware == L"old", n >= isOnline && n <= 5);
+        EXPECT_EQ(mode == -1, n >= isOnline && n <= 6 && n != 5);
+    }
+}
+
+}  // namespace
+}  // namespace tvn2x
