@@ -1,0 +1,419 @@
+#include "measure/ChannelRun.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "instrument/HardwareCheck.h"
+#include "setup/MP_TYPES.h"
+#include "util/RaisedError.h"
+#include "util/modFormat.h"
+
+namespace tvn2x {
+namespace {
+
+constexpr int32_t stopRequested = 50000;   ///< the stop flag was found set: the channel ends as "Done"
+constexpr int32_t leaveRequested = 50001;  ///< an order to leave at once
+
+constexpr double perMega = 1e6;
+constexpr double bitsPerSample = 1e7;
+constexpr int16_t progressTotal = 30;
+constexpr double longestWait = 23 * 3600;  ///< seconds; clsTimeout cannot tell a day or more
+
+constexpr std::wstring_view notMeasured = L"---";
+constexpr std::wstring_view rangeMarkers = L" --- UNDER OVER ";
+
+struct QualityReading
+{
+    MP_TYPES parameter;
+    double (Receiver::*read)();
+};
+
+constexpr QualityReading qualityReadings[] = {
+    {MP_IQIMBAL, &Receiver::ReadIqImbalance},
+    {MP_IQPHASE, &Receiver::ReadIqPhase},
+    {MP_CS, &Receiver::ReadCarrierSuppression},
+    {MP_PHASJIT, &Receiver::ReadPhaseJitter},
+    {MP_CI, &Receiver::ReadCarrierToInterference},
+    {MP_SN, &Receiver::ReadSignalToNoise},
+    {MP_MER, &Receiver::ReadMer},
+    {MP_MERPCT, &Receiver::ReadMerPercent},
+};
+
+struct LeaveAtOnce
+{
+};
+
+}  // namespace
+
+ChannelRun::ChannelRun(const Collaborators& with, int32_t channel, double& lastTuned)
+    : document_(with.document),
+      table_(with.table),
+      receiver_(with.receiver),
+      runControl_(with.runControl),
+      parent_(with.parent),
+      clock_(with.clock),
+      locale_(with.locale),
+      channel_(channel),
+      frequency_(with.document.Frequency(channel)),
+      symbolRate_(with.document.SymbolRate(channel)),
+      frequencyText_(FormatNumber(frequency_, true, locale_)),
+      lastTuned_(lastTuned)
+{
+}
+
+bool ChannelRun::Run()
+{
+    try {
+        Guarded([this] { Synchronise(); });
+        Measure();
+    } catch (const LeaveAtOnce&) {
+        // The channel keeps what was written so far and is not marked as measured.
+    }
+    return result_;
+}
+
+/// Here nothing is guarded: any error goes on with the measuring phase.
+void ChannelRun::Synchronise()
+{
+    table_.Measured(channel_, false);
+    ReportStatus(L"Synchronising");
+    Store(1, MP_STATUS, L"Synchronising");
+    ReportCell(-1);
+    if (parent_ != nullptr)
+        parent_->ChannelStart(frequency_ * perMega, symbolRate_ * perMega);
+    bitTime_ = bitsPerSample / (symbolRate_ * perMega * (std::log(document_.OrderOfQam()) / std::log(2.0)));
+    PollStopFlag();
+    ReportProgress();
+    TuneReceiver();
+    WaitForLocks();
+}
+
+void ChannelRun::TuneReceiver()
+{
+    if (frequency_ != lastTuned_)
+        receiver_.Frequency(frequency_ * perMega);
+    PollStopFlag();
+    ReportProgress();
+
+    receiver_.SymbolRate(symbolRate_ * perMega);
+    PollStopFlag();
+    ReportProgress();
+
+    runControl_.Pause(0.1F);
+    if (receiver_.Hold())
+        receiver_.Hold(false);
+    PollStopFlag();
+    ReportProgress();
+}
+
+void ChannelRun::WaitForLocks()
+{
+    clsTimeout settling = StartTimer(document_.MaxSettlingTime());
+    if (WantsErrorCounters())
+        receiver_.ResetErrorCounters();
+    PollStopFlag();
+    ReportProgress();
+
+    if (WaitFor(settling, [this] { return receiver_.RfSignalPresent(); }))
+        state_ |= rfPresent;
+    PollStopFlag();
+    ReportProgress();
+
+    referenceCanBeLost_ = document_.ReferenceSource() == 1 && HasReferenceInput(receiver_.InstalledOptions());
+    if (!referenceCanBeLost_ || WaitFor(settling, [this] { return receiver_.ReferenceLocked(); }))
+        state_ |= referenceLocked;
+    PollStopFlag();
+    ReportProgress();
+
+    if (state_ == (rfPresent | referenceLocked) && WaitFor(settling, [this] { return CarrierHolds(); }))
+        state_ |= carrierLocked;
+    PollStopFlag();
+    ReportProgress();
+
+    if (state_ == (rfPresent | referenceLocked | carrierLocked) &&
+        WaitFor(settling, [this] { return !receiver_.TsError(); })) {
+        state_ |= tsLocked;
+    }
+    PollStopFlag();
+    ReportProgress();
+}
+
+/// False when the time ran out, which is no error: the lock indicators show it. A set stop flag ends the wait too; the
+/// poll that follows deals with it.
+template <class Condition>
+bool ChannelRun::WaitFor(clsTimeout& settling, Condition holds)
+{
+    while (settling.State() != tmoExpired) {
+        const bool reached = holds();
+        if (runControl_.StopFlag() || reached)
+            return true;
+    }
+    return false;
+}
+
+/// From here on each statement is guarded on its own: after an error the next one follows.
+void ChannelRun::Measure()
+{
+    BeginMeasuring();
+    BeginErrorInterval();
+
+    MeasureColumn(MP_RFLEV, [this] {
+        if (Has(rfPresent) || receiver_.RfSignalPresent())
+            StoreReading(MP_RFLEV, &Receiver::ReadRfLevel);
+    });
+    ShowLock(MP_REF, referenceLocked);
+    ShowLock(MP_SYNC, carrierLocked);
+    ShowLock(MP_DATA, tsLocked);
+    MeasureColumn(MP_BER, [this] {
+        if (Has(tsLocked))
+            IntegrateBer();
+    });
+    MeasureColumn(MP_FREQOFF, [this] { StoreReading(MP_FREQOFF, &Receiver::ReadFrequencyOffset); });
+    for (const QualityReading& quality : qualityReadings) {
+        MeasureColumn(quality.parameter, [this, &quality] { StoreReading(quality.parameter, quality.read); });
+    }
+    MeasureColumn(MP_SY, [this] { StoreErrorRate(MP_SY, &ErrorCounters::syncErrors); });
+    MeasureColumn(MP_DE, [this] { StoreErrorRate(MP_DE, &ErrorCounters::dataErrors); });
+
+    ShowIntermittent(MP_REF, referenceLost);
+    ShowIntermittent(MP_SYNC, carrierLost);
+    ShowIntermittent(MP_DATA, tsLost);
+    Finish();
+}
+
+void ChannelRun::BeginMeasuring()
+{
+    Guarded([this] { ReportStatus(L"Measuring"); });
+    Guarded([this] { Store(1, MP_STATUS, L"Measuring"); });
+    Guarded([this] { ReportCell(-1); });
+    lastTuned_ = frequency_;
+    Guarded([this] { PollStopFlag(); });
+}
+
+void ChannelRun::BeginErrorInterval()
+{
+    if (!WantsErrorCounters())
+        return;
+    Guarded([this] { Recheck(); });
+    if (!Has(controlError)) {
+        Guarded([this] {
+            countersAtStart_ = receiver_.ReadErrorCounters();
+            intervalStart_ = clock_.Now();
+        });
+    }
+}
+
+/// One column: cleared, filled by `read`, which stores and reports what it finds, and "---" where it found nothing.
+template <class Read>
+void ChannelRun::MeasureColumn(MP_TYPES parameter, Read read)
+{
+    if (Wanted(parameter)) {
+        Guarded([&] { table_.ClearColumn(parameter, channel_); });
+        Guarded([&] { ReportCell(-1); });
+        Guarded([&] { Recheck(); });
+        if (!Has(controlError))
+            Guarded(read);
+        bool missing = false;
+        Defining([&] {
+            missing = table_.Result(0, parameter, channel_).empty();
+            if (missing)
+                Store(0, parameter, notMeasured);
+        });
+        if (missing) {
+            Guarded([&] { ReportCell(static_cast<int16_t>(parameter)); });
+        }
+    }
+    EndStep();
+}
+
+void ChannelRun::StoreReading(MP_TYPES parameter, Reading reading)
+{
+    const double value = (receiver_.*reading)();
+    const std::wstring marker = receiver_.ValueStatus();
+    if (!marker.empty() && rangeMarkers.find(marker) != std::wstring_view::npos) {
+        Store(0, parameter, marker);
+    } else if (std::isfinite(value)) {
+        Store(0, parameter, FormatNumber(value, DisplayFormat(parameter), true, locale_));
+    } else {
+        return;
+    }
+    ReportCell(static_cast<int16_t>(parameter));
+}
+
+/// The cell follows the count while it runs, so that the user sees it converge.
+void ChannelRun::IntegrateBer()
+{
+    clsTimeout integration = StartTimer(document_.BerSamples() * bitTime_);
+    do {
+        receiver_.ReadBer();
+        const std::wstring valueStatus = receiver_.ValueStatus();
+        const std::wstring countState = receiver_.BerState();
+        if (countState == notMeasured)
+            return;
+        Store(0, MP_BER, CleanBerResult(receiver_.BerResult()));
+        Store(1, MP_BER, countState);
+        Store(2, MP_BER, valueStatus);
+        ReportCell(MP_BER);
+        PollStopFlag();
+    } while (integration.State() != tmoExpired);
+}
+
+/// Errored time as a percentage of the time since BeginErrorInterval; 100 where no time or no errors were counted.
+void ChannelRun::StoreErrorRate(MP_TYPES parameter, double ErrorCounters::*counter)
+{
+    double percent = 100;
+    if (intervalStart_ && Has(tsLocked | tsLost)) {
+        const double errored = receiver_.ReadErrorCounters().*counter - countersAtStart_.*counter;
+        const auto seconds = static_cast<double>(SecondsBetween(*intervalStart_, clock_.Now()));
+        if (errored != 0 && seconds > 0)
+            percent = 100 * errored / seconds;
+    }
+    Store(0, parameter, FormatNumber(percent, DisplayFormat(parameter), true, locale_));
+    ReportCell(static_cast<int16_t>(parameter));
+}
+
+void ChannelRun::ShowLock(MP_TYPES parameter, SyncState lock)
+{
+    if (Wanted(parameter)) {
+        Guarded([&] { table_.ClearColumn(parameter, channel_); });
+        Guarded([&] { ReportCell(-1); });
+        Defining([&] { Store(0, parameter, Has(lock) ? L"OK" : L"UNSYNC"); });
+        Guarded([&] { ReportCell(static_cast<int16_t>(parameter)); });
+    }
+    EndStep();
+}
+
+void ChannelRun::ShowIntermittent(MP_TYPES parameter, SyncState lost)
+{
+    if (Wanted(parameter) && Has(lost) && !Has(controlError)) {
+        Guarded([&] { Store(0, parameter, L"INTERMITTENT"); });
+        Guarded([&] { ReportCell(static_cast<int16_t>(parameter)); });
+    }
+}
+
+void ChannelRun::Finish()
+{
+    Guarded([this] { ReportProgress(); });
+    Guarded([this] { Store(1, MP_TIMESTAMP, locale_.FormatGeneralDate(clock_.Now())); });
+    Guarded([this] { ReportCell(MP_TIMESTAMP); });
+    Defining([this] { Store(1, MP_STATUS, status_); });
+    Guarded([this] { ReportCell(MP_STATUS); });
+    Defining([this] { table_.Measured(channel_, true); });
+}
+
+void ChannelRun::Recheck()
+{
+    if (Has(rfPresent))
+        Recheck(rfPresent, receiver_.RfSignalPresent());
+    if (Has(referenceLocked) && referenceCanBeLost_)
+        Recheck(referenceLocked, receiver_.ReferenceLocked());
+    if (Has(carrierLocked))
+        Recheck(carrierLocked, CarrierHolds());
+    if (Has(tsLocked))
+        Recheck(tsLocked, !receiver_.TsError());
+}
+
+void ChannelRun::Recheck(SyncState lock, bool holds)
+{
+    if (!holds) {
+        state_ = (state_ & ~uint32_t{lock}) | uint32_t{lock} << lostShift;
+    }
+}
+
+/// A timer that is sure to expire: a time that is no number is over at once, and none is longer than can be told.
+clsTimeout ChannelRun::StartTimer(double seconds) const
+{
+    constexpr double over = -1;
+    clsTimeout timer(clock_);
+    timer.Start(static_cast<float>(std::isfinite(seconds) ? std::clamp(seconds, over, longestWait) : over));
+    return timer;
+}
+
+std::wstring ChannelRun::CleanBerResult(std::wstring text) const
+{
+    text.erase(text.find_last_not_of(L' ') + 1);
+    text.erase(0, text.find_first_not_of(L' '));
+    if (const std::size_t point = text.find(L'.'); point != std::wstring::npos)
+        text[point] = locale_.DecimalMark();
+    return text;
+}
+
+void ChannelRun::PollStopFlag()
+{
+    if (runControl_.StopFlag()) {
+        throw RaisedError(stopRequested, {}, {});
+    }
+}
+
+void ChannelRun::ReportStatus(std::wstring_view phase)
+{
+    if (parent_ != nullptr)
+        parent_->Status(std::wstring(phase) + L" at " + frequencyText_ + L" MHz");
+}
+
+void ChannelRun::ReportCell(int16_t column)
+{
+    if (parent_ != nullptr)
+        parent_->CellChanged(channel_, column);
+}
+
+void ChannelRun::ReportProgress()
+{
+    progress_ += 1.0;
+    if (parent_ != nullptr)
+        parent_->Progress(progress_, progressTotal);
+}
+
+void ChannelRun::EndStep()
+{
+    Guarded([this] { PollStopFlag(); });
+    Guarded([this] { ReportProgress(); });
+}
+
+void ChannelRun::Store(int32_t field, MP_TYPES parameter, std::wstring_view text)
+{
+    table_.Result(field, parameter, channel_, text);
+}
+
+/// Runs a statement of the scan and goes on behind it, whatever it raises.
+template <class Statement>
+void ChannelRun::Guarded(Statement statement)
+{
+    try {
+        statement();
+    } catch (...) {
+        HandleError();
+    }
+}
+
+/// The same for a write that the channel cannot do without: where memory lacks even for that, the caller must know.
+template <class Statement>
+void ChannelRun::Defining(Statement statement)
+{
+    try {
+        statement();
+    } catch (const RaisedError&) {
+        HandleError();
+    }
+}
+
+/// What an error means is decided here and nowhere else. Runs inside a catch block.
+void ChannelRun::HandleError()
+{
+    int32_t number = 0;
+    try {
+        throw;
+    } catch (const RaisedError& raised) {
+        number = raised.number;
+    } catch (...) {
+        // Counts as any other error.
+    }
+    if (number == leaveRequested) {
+        throw LeaveAtOnce{};
+    }
+    state_ = (state_ & ~uint32_t{allLocks}) | controlError;
+    status_ = number == stopRequested ? L"Done" : L"Control Error";
+    result_ = result_ && number == stopRequested;
+}
+
+}  // namespace tvn2x

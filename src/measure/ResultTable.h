@@ -1,0 +1,65 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "setup/SetupDocument.h"
+#include "util/modLocaleInfo.h"
+
+namespace tvn2x {
+
+/// What a measurement found: per channel 1..n a measured flag, and a text for each parameter 10..30 and field 0..2.
+///
+/// Field 0 holds a measured value, field 1 the fixed columns, the status and the time stamp; the bit error rate uses
+/// all three (result, state of the count, value status). Before the first Reset there is no table at all; for a list
+/// without channels there is the single row 0. An index outside the table raises 9 and changes nothing.
+class ResultTable
+{
+public:
+    static constexpr int32_t fieldCount = 3;
+
+    /// Brings channel `item`, or all channels when it is 0, back to "Un-measured". A list whose size has changed since
+    /// the last reset gives a new table, whatever `item` says. Where memory runs out the old table stays.
+    void Reset(const SetupDocument& document, const Locale& locale, int32_t item = 0);
+
+    int32_t Channels() const { return channels_; }  ///< -1 before the first reset
+
+    bool Measured(int32_t channel) const { return Row(channel, L"clsSetup.Measured").measured; }
+    void Measured(int32_t channel, bool measured);
+
+    /// The text is valid until the next change of the table.
+    std::wstring_view Result(int32_t field, int32_t parameter, int32_t channel) const;
+    void Result(int32_t field, int32_t parameter, int32_t channel, std::wstring_view text);
+    void ClearColumn(int32_t parameter, int32_t channel);
+
+private:
+    static constexpr int32_t parameterCount = MP_LAST - MP_FIRSTFIXED + 1;
+    static constexpr std::size_t cellCount = std::size_t{fieldCount} * parameterCount;
+
+    /// The cells of a channel as one run of text: most are empty or a few characters long, so a string each would take
+    /// several times the room.
+    struct Channel
+    {
+        std::wstring_view Cell(std::size_t cell) const;
+        void Cell(std::size_t cell, std::wstring_view text);
+        std::size_t Begin(std::size_t cell) const { return cell == 0 ? 0 : ends[cell - 1]; }
+
+        std::wstring texts;
+        std::array<uint32_t, cellCount> ends{};  ///< where in `texts` each cell ends
+        bool measured = false;
+    };
+
+    static std::size_t CellIndex(int32_t field, int32_t parameter);
+    static Channel Unmeasured(const SetupDocument& document, const Locale& locale, int32_t channel);
+    const Channel& Row(int32_t channel, const wchar_t* source) const;
+    Channel& Row(int32_t channel, const wchar_t* source);
+
+    int32_t channels_ = -1;
+    std::vector<Channel> rows_;  ///< from channel 1, or the one row 0
+};
+
+}  // namespace tvn2x

@@ -1,0 +1,212 @@
+#include <gtest/gtest.h>
+
+#include <new>
+
+#include "TestScan.h"
+#include "measure/ChannelScan.h"
+#include "support/FailingMemory.h"
+#include "util/RaisedError.h"
+
+namespace tvn2x {
+namespace {
+
+/// Every wanted cell holds a value, a marker or "---", every indicator a lock text; the status is final.
+void ExpectDefined(const TestScan& test)
+{
+    for (const MP_TYPES column : valueColumns)
+        EXPECT_NE(test.Cell(column), L"") << column;
+    for (const MP_TYPES column : lockIndicators) {
+        const std::wstring text = test.Cell(column);
+        EXPECT_TRUE(text == L"OK" || text == L"UNSYNC" || text == L"INTERMITTENT") << column;
+    }
+    EXPECT_TRUE(test.Status() == L"Done" || test.Status() == L"Control Error");
+    EXPECT_TRUE(test.table.Measured(1));
+}
+
+/// The next channel, with everything in order again, knows nothing of the last one's trouble.
+void ExpectRecovers(TestScan& test)
+{
+    test.Prepare();
+    EXPECT_TRUE(test.Measure(2));
+    EXPECT_EQ(test.Status(2), L"Done");
+    EXPECT_EQ(test.Cell(MP_DATA, 0, 2), L"OK");
+}
+
+TEST(ChannelScanFaults, ErrorInTheNthCallOfAnything)
+{
+    const std::exception_ptr failures[] = {std::make_exception_ptr(RaisedError(7, L"XKTR2x", L"No answer")),
+                                           std::make_exception_ptr(std::bad_alloc())};
+    for (const std::exception_ptr& failure : failures) {
+        bool hurt = true;
+        for (int n = 1; hurt; ++n) {
+            SCOPED_TRACE(n);
+            TestScan test;
+            test.log.FailAt(n, failure);
+            const bool result = test.Measure();
+            hurt = test.log.Triggered();
+            EXPECT_EQ(result, !hurt);
+            ExpectDefined(test);
+            const bool tooLate = static_cast<int>(test.log.calls.size()) <= n;  // the notice of the final status
+            EXPECT_EQ(test.Status(), hurt && !tooLate ? L"Control Error" : L"Done");
+            ExpectRecovers(test);
+        }
+    }
+}
+
+TEST(ChannelScanFaults, StopFlagSetFromTheNthCallOn)
+{
+    bool hurt = true;
+    for (int n = 1; hurt; ++n) {
+        SCOPED_TRACE(n);
+        TestScan test;
+        test.log.StopAt(n);
+        EXPECT_TRUE(test.Measure());
+        hurt = test.log.Triggered();
+        ExpectDefined(test);
+        EXPECT_EQ(test.Status(), L"Done");
+        ExpectRecovers(test);
+    }
+}
+
+TEST(ChannelScanFaults, OrderToLeaveEndsTheChannelAtOnce)
+{
+    bool hurt = true;
+    for (int n = 1; hurt; ++n) {
+        SCOPED_TRACE(n);
+        TestScan test;
+        test.log.FailAt(n, 50001);
+        EXPECT_TRUE(test.Measure());
+        hurt = test.log.Triggered();
+        EXPECT_EQ(test.table.Measured(1), !hurt);
+        EXPECT_TRUE(!hurt || static_cast<int>(test.log.calls.size()) == n);
+        ExpectRecovers(test);
+    }
+}
+
+/// Memory that is gone for good from the n-th allocation on: the caller is told, or the channel ends in order.
+TEST(ChannelScanFaults, MemoryThatRunsOutAtTheNthAllocation)
+{
+    bool failed = true;
+    for (long n = 0; failed; ++n) {
+        SCOPED_TRACE(n);
+        TestScan test;
+        test.log.calls.reserve(1000);
+        bool raised = false;
+        bool result = true;
+        FailAllocationsFrom(n);
+        try {
+            result = test.Measure();
+        } catch (const std::bad_alloc&) {
+            raised = true;
+        }
+        failed = AllowAllocations();
+        if (!raised) {
+            EXPECT_EQ(result, !failed);
+            ExpectDefined(test);
+        }
+        ExpectRecovers(test);
+    }
+}
+
+TEST(ChannelScanFaults, StopOrErrorWhileSynchronisingReadsNothing)
+{
+    for (const bool stop : {true, false}) {
+        for (const char* when : {"Status Synchronising", "SymbolRate", "RfSignalPresent", "TsError"}) {
+            SCOPED_TRACE(when);
+            TestScan test;
+            stop ? test.log.StopAt(1, when) : test.log.FailAt(1, 7, when);
+            EXPECT_EQ(test.Measure(), stop);
+            for (const MP_TYPES column : valueColumns)
+                EXPECT_EQ(test.Cell(column), L"---");
+            for (const MP_TYPES column : lockIndicators)
+                EXPECT_EQ(test.Cell(column), L"UNSYNC");
+            EXPECT_EQ(test.log.Count("Read"), 0);
+            EXPECT_EQ(test.Status(), stop ? L"Done" : L"Control Error");
+        }
+    }
+    TestScan waiting;
+    waiting.clock.step = 0;
+    waiting.receiver.carrierUnlocked = true;
+    waiting.log.StopAt(100, "CarrierUnlocked");
+    EXPECT_TRUE(waiting.Measure());
+    EXPECT_EQ(waiting.log.Count("CarrierUnlocked"), 100);
+}
+
+TEST(ChannelScanFaults, StopOrErrorWhileMeasuringKeepsWhatWasRead)
+{
+    TestScan stopped;
+    stopped.clock.step = 0;
+    stopped.log.StopAt(3, "ReadBer");
+    EXPECT_TRUE(stopped.Measure());
+    EXPECT_EQ(stopped.log.Count("ReadBer"), 3);
+    EXPECT_EQ(stopped.Cell(MP_DATA), L"OK");
+    EXPECT_EQ(stopped.Cell(MP_BER), L"1.0E-8");
+    EXPECT_EQ(stopped.Cell(MP_FREQOFF), L"---");
+
+    TestScan failed;
+    failed.log.FailAt(1, 7, "ReadCarrierSuppression");
+    EXPECT_FALSE(failed.Measure());
+    EXPECT_NE(failed.Cell(MP_IQPHASE), L"---");
+    EXPECT_EQ(failed.Cell(MP_CS), L"---");
+    EXPECT_EQ(failed.Cell(MP_PHASJIT), L"---");
+    EXPECT_EQ(failed.log.Count("ReadPhaseJitter"), 0);
+    EXPECT_EQ(failed.log.Count("Progress"), 26);
+}
+
+TEST(ChannelScanFaults, SecondCallIsRefusedWhileOneRuns)
+{
+    TestScan test;
+    std::size_t refused = 0;
+    test.log.onCall = [&](const std::string&) {
+        try {
+            test.scan.Measure(2, test.receiver, test.runControl, &test.parent);
+        } catch (const RaisedError& raised) {
+            refused += raised.number == 5 && raised.description == L"A measurement is already running" ? 1 : 0;
+        }
+    };
+    EXPECT_TRUE(test.Measure());
+    EXPECT_EQ(refused, test.log.calls.size());
+    EXPECT_EQ(test.Status(), L"Done");
+    EXPECT_EQ(test.Status(2), L"Un-measured");
+    ExpectRecovers(test);
+}
+
+TEST(ChannelScanFaults, ParentThatChangesEverythingInTheNthCall)
+{
+    const auto resize = [](int32_t size) {
+        return [size](TestScan& test) {
+            test.document.ListSize(size);
+            test.table.Reset(test.document, test.locale);
+        };
+    };
+    const std::tuple<const char*, bool, std::function<void(TestScan&)>> cases[] = {
+        {"reset", true, [](TestScan& test) { test.table.Reset(test.document, test.locale); }},
+        {"list emptied", true, [](TestScan& test) { test.document.ListSize(0); }},
+        {"list emptied, reset", false, resize(0)},
+        {"list grown, reset", true, resize(500)},
+        {"nothing wanted", true, [](TestScan& test) { test.WantOnly({}); }},
+        {"other document", true, [](TestScan& test) { test.document = SetupDocument(); }},
+        {"tuning forgotten", true, [](TestScan& test) { test.scan.ForgetTuning(); }},
+    };
+    for (const auto& [name, rowStays, change] : cases) {
+        bool reached = true;
+        for (std::size_t n = 1; reached; ++n) {
+            SCOPED_TRACE(name + std::string(" in call ") + std::to_string(n));
+            TestScan test;
+            reached = false;
+            test.log.onCall = [&, &change = change](const std::string&) {
+                if (test.log.calls.size() == n) {
+                    reached = true;
+                    change(test);
+                }
+            };
+            const bool result = test.Measure();
+            EXPECT_EQ(result, rowStays || !reached);
+            EXPECT_TRUE(!rowStays || test.table.Measured(1));
+            ExpectRecovers(test);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace tvn2x

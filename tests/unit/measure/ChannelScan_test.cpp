@@ -1,0 +1,318 @@
+#include "measure/ChannelScan.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "TestScan.h"
+#include "util/RaisedError.h"
+#include "util/modFormat.h"
+
+namespace tvn2x {
+namespace {
+
+/// The calls of a run, one line a step, with the check of all four locks folded into one word.
+std::string Steps(const std::vector<std::string>& calls)
+{
+    const std::string locks = "RfSignalPresent, ReferenceLocked, SymbolClockUnlocked, CarrierUnlocked, TsError, ";
+    std::string text;
+    for (const std::string& call : calls) {
+        text += call + (call.starts_with("Progress") ? "\n" : ", ");
+        if (text.ends_with(locks))
+            text.replace(text.size() - locks.size(), locks.size(), "Locks, ");
+    }
+    return text;
+}
+
+TEST(ChannelScan, CallsReceiverAndParentInThisOrder)
+{
+    TestScan test;
+    test.receiver.hold = true;
+    test.log.Once("ReadBer", [&] { test.clock.Advance(60); });
+    EXPECT_TRUE(test.Measure());
+    EXPECT_EQ(Steps(test.log.calls),
+              R"(Status Synchronising at 213 MHz, Cell 1,-1, ChannelStart 213000000 6900000, StopFlag, Progress 1/30
+Frequency 213000000, StopFlag, Progress 2/30
+SymbolRate 6900000, StopFlag, Progress 3/30
+Pause 100 ms, Hold, Hold 0, StopFlag, Progress 4/30
+ResetErrorCounters, StopFlag, Progress 5/30
+RfSignalPresent, StopFlag, StopFlag, Progress 6/30
+InstalledOptions, ReferenceLocked, StopFlag, StopFlag, Progress 7/30
+SymbolClockUnlocked, CarrierUnlocked, StopFlag, StopFlag, Progress 8/30
+TsError, StopFlag, StopFlag, Progress 9/30
+Status Measuring at 213 MHz, Cell 1,-1, StopFlag, Locks, ReadErrorCounters, Cell 1,-1, Locks, ReadRfLevel, ValueStatus, Cell 1,15, StopFlag, Progress 10/30
+Cell 1,-1, Cell 1,18, StopFlag, Progress 11/30
+Cell 1,-1, Cell 1,19, StopFlag, Progress 12/30
+Cell 1,-1, Cell 1,20, StopFlag, Progress 13/30
+Cell 1,-1, Locks, ReadBer, ValueStatus, BerState, BerResult, Cell 1,16, StopFlag, StopFlag, Progress 14/30
+Cell 1,-1, Locks, ReadFrequencyOffset, ValueStatus, Cell 1,17, StopFlag, Progress 15/30
+Cell 1,-1, Locks, ReadIqImbalance, ValueStatus, Cell 1,21, StopFlag, Progress 16/30
+Cell 1,-1, Locks, ReadIqPhase, ValueStatus, Cell 1,22, StopFlag, Progress 17/30
+Cell 1,-1, Locks, ReadCarrierSuppression, ValueStatus, Cell 1,23, StopFlag, Progress 18/30
+Cell 1,-1, Locks, ReadPhaseJitter, ValueStatus, Cell 1,24, StopFlag, Progress 19/30
+Cell 1,-1, Locks, ReadCarrierToInterference, ValueStatus, Cell 1,25, StopFlag, Progress 20/30
+Cell 1,-1, Locks, ReadSignalToNoise, ValueStatus, Cell 1,26, StopFlag, Progress 21/30
+Cell 1,-1, Locks, ReadMer, ValueStatus, Cell 1,27, StopFlag, Progress 22/30
+Cell 1,-1, Locks, ReadMerPercent, ValueStatus, Cell 1,28, StopFlag, Progress 23/30
+Cell 1,-1, Locks, ReadErrorCounters, Cell 1,29, StopFlag, Progress 24/30
+Cell 1,-1, Locks, ReadErrorCounters, Cell 1,30, StopFlag, Progress 25/30
+Progress 26/30
+Cell 1,14, Cell 1,13, )");
+}
+
+TEST(ChannelScan, FillsTheRowInTheUsersLocale)
+{
+    TestScan test(CommaLocale());
+    test.document.Frequency(1, 213.125);
+    test.receiver.berResult = L"  1.25E-8 ";
+    EXPECT_TRUE(test.Measure());
+    EXPECT_EQ(test.log.calls.front(), "Status Synchronising at 213,125 MHz");
+    const std::pair<MP_TYPES, const char*> readings[] = {
+        {MP_RFLEV, "ReadRfLevel"},       {MP_FREQOFF, "ReadFrequencyOffset"},  {MP_IQIMBAL, "ReadIqImbalance"},
+        {MP_IQPHASE, "ReadIqPhase"},     {MP_CS, "ReadCarrierSuppression"},    {MP_MER, "ReadMer"},
+        {MP_PHASJIT, "ReadPhaseJitter"}, {MP_CI, "ReadCarrierToInterference"}, {MP_SN, "ReadSignalToNoise"},
+        {MP_MERPCT, "ReadMerPercent"}};
+    for (const auto& [column, name] : readings)
+        EXPECT_EQ(test.Cell(column),
+                  FormatNumber(test.receiver.readings[name], DisplayFormat(column), true, test.locale));
+    EXPECT_EQ(test.Cell(MP_BER), L"1,25E-8");
+    for (const MP_TYPES indicator : lockIndicators)
+        EXPECT_EQ(test.Cell(indicator), L"OK");
+    EXPECT_EQ(test.Cell(MP_TIMESTAMP, 1).substr(0, 14), L"2024-03-15 10:");
+    EXPECT_EQ(test.Status(), L"Done");
+    EXPECT_TRUE(test.table.Measured(1));
+    EXPECT_EQ(test.Status(2), L"Un-measured");
+}
+
+TEST(ChannelScan, UnwantedParametersAreNotReadButCountAsProgress)
+{
+    TestScan test;
+    test.WantOnly({MP_MER});
+    test.table.Result(0, MP_RFLEV, 1, L"kept");
+    EXPECT_TRUE(test.Measure());
+    EXPECT_EQ(test.log.Count("Read") + test.log.Count("ResetErrorCounters"), 1);
+    EXPECT_EQ(test.log.Count("Progress"), 26);
+    EXPECT_EQ(test.Cell(MP_RFLEV), L"kept");
+    EXPECT_EQ(test.Cell(MP_DATA), L"");
+    EXPECT_TRUE(test.scan.Measure(2, test.receiver, test.runControl, nullptr));  // without a parent nobody is told
+    EXPECT_EQ(test.log.Count("Progress"), 26);
+    EXPECT_EQ(test.Status(2), L"Done");
+}
+
+TEST(ChannelScan, SameFrequencyIsNotTunedAgainUnlessForgotten)
+{
+    TestScan test;
+    const auto tunings = [&](int32_t channel) {
+        EXPECT_TRUE(test.Measure(channel));
+        EXPECT_EQ(test.log.Count("SymbolRate"), 1);
+        EXPECT_EQ(test.log.Count("Hold 0"), 0);
+        return test.log.Count("Frequency");
+    };
+    EXPECT_EQ(tunings(1), 1);
+    EXPECT_EQ(tunings(1), 0);
+    EXPECT_EQ(tunings(2), 1);
+    EXPECT_EQ(tunings(1), 1);
+    test.scan.ForgetTuning();
+    EXPECT_EQ(tunings(1), 1);
+}
+
+TEST(ChannelScan, ReferenceIsWatchedOnlyWhereItIsExternalAndFitted)
+{
+    const std::tuple<int32_t, const wchar_t*, bool> cases[] = {
+        {1, L"DVBC,EXTREF", true}, {1, L"DVBC,ExtRef", false}, {1, L"", false}, {0, L"EXTREF", false}};
+    for (const auto& [source, options, watched] : cases) {
+        TestScan test;
+        test.document.ReferenceSource(source);
+        test.receiver.options = options;
+        test.receiver.referenceLocked = false;
+        EXPECT_TRUE(test.Measure());
+        EXPECT_EQ(test.log.Count("ReferenceLocked") > 0, watched) << options;
+        EXPECT_EQ(test.Cell(MP_REF), watched ? L"UNSYNC" : L"OK");
+        EXPECT_EQ(test.Cell(MP_DATA), watched ? L"UNSYNC" : L"OK");
+        EXPECT_NE(test.Cell(MP_MER), L"---");
+    }
+}
+
+TEST(ChannelScan, WithoutRfSignalTheLaterWaitsAreSkippedAndTheRestIsRead)
+{
+    TestScan test;
+    test.document.ReferenceSource(0);
+    test.receiver.rfSignalPresent = false;
+    EXPECT_TRUE(test.Measure());
+    EXPECT_EQ(test.log.Count("CarrierUnlocked") + test.log.Count("TsError"), 0);
+    EXPECT_EQ(test.log.Count("ReadRfLevel") + test.log.Count("ReadBer"), 0);
+    EXPECT_EQ(test.log.Count("Progress"), 26);
+    const std::pair<MP_TYPES, const wchar_t*> cells[] = {{MP_RFLEV, L"---"},   {MP_BER, L"---"},     {MP_REF, L"OK"},
+                                                         {MP_SYNC, L"UNSYNC"}, {MP_DATA, L"UNSYNC"}, {MP_SY, L"100.0"},
+                                                         {MP_DE, L"100.0"}};
+    for (const auto& [column, text] : cells)
+        EXPECT_EQ(test.Cell(column), text);
+    EXPECT_NE(test.Cell(MP_MER), L"---");
+    EXPECT_EQ(test.Status(), L"Done");
+
+    // A signal that comes after all is too late for the locks, but has a level.
+    test.log.Once("Status Measuring", [&] { test.receiver.rfSignalPresent = true; });
+    EXPECT_TRUE(test.Measure());
+    EXPECT_NE(test.Cell(MP_RFLEV), L"---");
+    EXPECT_EQ(test.Cell(MP_SYNC), L"UNSYNC");
+}
+
+TEST(ChannelScan, AllWaitsShareOneSettlingTimeAndEveryOneEnds)
+{
+    TestScan test;
+    test.receiver.carrierUnlocked = true;
+    test.log.Once("RfSignalPresent", [&] { test.clock.Advance(9); });
+    test.clock.Set(0);
+    EXPECT_TRUE(test.Measure());
+    EXPECT_EQ(test.Cell(MP_SYNC), L"UNSYNC");
+    EXPECT_LT(test.clock.SecondsSinceMidnight(), 12);
+
+    test.receiver.rfSignalPresent = false;
+    test.clock.step = 300;
+    for (const int32_t seconds : {0, -1, INT32_MIN, INT32_MAX}) {
+        test.document.MaxSettlingTime(seconds);
+        EXPECT_TRUE(test.Measure());
+        EXPECT_EQ(test.Cell(MP_DATA), L"UNSYNC");
+    }
+}
+
+TEST(ChannelScan, LockThatGoesWhileMeasuringReadsIntermittentEvenWhenItComesBack)
+{
+    const std::tuple<bool ScriptedReceiver::*, MP_TYPES> cases[] = {{&ScriptedReceiver::referenceLocked, MP_REF},
+                                                                    {&ScriptedReceiver::symbolClockUnlocked, MP_SYNC},
+                                                                    {&ScriptedReceiver::carrierUnlocked, MP_SYNC},
+                                                                    {&ScriptedReceiver::tsError, MP_DATA}};
+    for (const auto& [flag, lost] : cases) {
+        for (const char* when : {"ReadRfLevel", "ReadMer"}) {
+            TestScan test;
+            const auto toggle = [&, flag = flag] { test.receiver.*flag = !(test.receiver.*flag); };
+            test.log.Once(when, [&] {
+                toggle();
+                test.log.Once("Progress 23", toggle);
+            });
+            EXPECT_TRUE(test.Measure());
+            for (const MP_TYPES indicator : lockIndicators)
+                EXPECT_EQ(test.Cell(indicator), indicator == lost ? L"INTERMITTENT" : L"OK") << indicator << when;
+        }
+    }
+}
+
+TEST(ChannelScan, RangeMarkersStandInPlaceOfTheValue)
+{
+    const std::pair<const wchar_t*, bool> cases[] = {{L"---", true}, {L"UNDER", true}, {L"OVER", true},
+                                                     {L"", false},   {L"over", false}, {L"HOLD", false}};
+    for (const auto& [marker, shown] : cases) {
+        TestScan test;
+        test.receiver.markers["ReadMer"] = marker;
+        EXPECT_TRUE(test.Measure());
+        EXPECT_EQ(test.Cell(MP_MER) == marker, shown) << marker;
+        EXPECT_NE(test.Cell(MP_MERPCT), marker);
+    }
+    TestScan test;
+    test.receiver.readings["ReadMer"] = std::nan("");
+    EXPECT_TRUE(test.Measure());
+    EXPECT_EQ(test.Cell(MP_MER), L"---");
+}
+
+TEST(ChannelScan, BerIsIntegratedForItsSamplesOrReadsDashes)
+{
+    TestScan test;
+    test.document.BerSamples(100);  // 10^9 bits at 6.9 MSymb/s and 6 bits a symbol: 24.15 s
+    test.clock.step = 0;
+    test.receiver.markers["ReadBer"] = L"UNDER";
+    test.log.onCall = [&](const std::string& call) {
+        if (call == "ReadBer") {
+            test.clock.Advance(1);
+            test.receiver.berResult = std::to_wstring(test.log.Count("ReadBer")) + L".0E-8";
+        }
+    };
+    EXPECT_TRUE(test.Measure());
+    EXPECT_EQ(test.log.Count("Cell 1,16"), 25);
+    EXPECT_EQ(test.Cell(MP_BER, 0), L"25.0E-8");
+    EXPECT_EQ(test.Cell(MP_BER, 1), L"RUN");
+    EXPECT_EQ(test.Cell(MP_BER, 2), L"UNDER");
+
+    test.receiver.berState = L"---";
+    EXPECT_TRUE(test.Measure());
+    EXPECT_EQ(test.log.Count("BerResult"), 0);
+    EXPECT_EQ(test.Cell(MP_BER, 0), L"---");
+    EXPECT_EQ(test.Cell(MP_BER, 1), L"");
+
+    test.log.Once("Status Measuring", [&] { test.receiver.tsError = true; });
+    EXPECT_TRUE(test.Measure());
+    EXPECT_EQ(test.log.Count("ReadBer"), 0);
+    EXPECT_EQ(test.Cell(MP_BER), L"---");
+}
+
+TEST(ChannelScan, BerIntegrationEndsWhateverItsTime)
+{
+    const std::tuple<int32_t, int32_t, double> cases[] = {{10, 1, 6.9}, {10, 0, 6.9},  {10, -4, 6.9}, {10, 64, 0},
+                                                          {0, 64, 0},   {-1, 64, 6.9}, {0, 64, 6.9}};
+    TestScan test;
+    for (const auto& [samples, order, symbolRate] : cases) {
+        test.document.BerSamples(samples);
+        test.document.OrderOfQam(order);
+        test.document.SymbolRate(1, symbolRate);
+        EXPECT_TRUE(test.Measure());
+        EXPECT_EQ(test.log.Count("ReadBer"), 1) << samples << " " << order << " " << symbolRate;
+    }
+    test.Prepare();
+    test.document.BerSamples(INT32_MAX);  // years
+    test.log.Once("ReadBer", [&] { test.clock.step = 300; });
+    EXPECT_TRUE(test.Measure());
+    EXPECT_GT(test.log.Count("ReadBer"), 100);
+}
+
+TEST(ChannelScan, ErrorRatesArePartsOfTheTimeSinceTheFirstReading)
+{
+    const std::tuple<double, ErrorCounters, const wchar_t*, const wchar_t*> cases[] = {
+        {20, {5, 1, 9}, L"25.0", L"5.0"}, {20, {0, 0.5, 9}, L"100.0", L"2.5"}, {0, {3, 1, 9}, L"100.0", L"100.0"}};
+    for (const auto& [seconds, errors, sync, data] : cases) {
+        TestScan test;
+        test.clock.step = 0;
+        test.receiver.counters = {7, 8, 9};
+        test.WantOnly({MP_SY, MP_DE, MP_MER});
+        test.log.Once("ReadMer", [&, seconds = seconds, errors = errors] {
+            test.clock.Advance(seconds);
+            test.receiver.counters = {7 + errors.syncErrors, 8 + errors.dataErrors, 9 + errors.unavailable};
+            test.receiver.tsError = true;  // a stream that was lost on the way has its rates all the same
+        });
+        EXPECT_TRUE(test.Measure());
+        EXPECT_EQ(test.Cell(MP_SY), sync);
+        EXPECT_EQ(test.Cell(MP_DE), data);
+    }
+    TestScan late;  // wanted only after the first reading would have been due
+    late.WantOnly({MP_MER});
+    late.receiver.counters.dataErrors = 5;
+    late.log.Once("ReadMer", [&] { late.document.Parameter(0, MP_DE, true); });
+    EXPECT_TRUE(late.Measure());
+    EXPECT_EQ(late.Cell(MP_DE), L"100.0");
+}
+
+TEST(ChannelScan, ChannelThatDoesNotFitIsRefusedBeforeAnythingIsSent)
+{
+    TestScan test;
+    const auto expectRefused = [&](int32_t channel) {
+        try {
+            test.Measure(channel);
+            ADD_FAILURE() << channel;
+        } catch (const RaisedError& raised) {
+            EXPECT_EQ(raised.number, 9);
+            EXPECT_EQ(raised.source, L"clsSetup.Measure");
+            EXPECT_TRUE(test.log.calls.empty());
+        }
+    };
+    for (const int32_t channel : {-1, 0, 3})
+        expectRefused(channel);
+    test.document.ListSize(3);
+    expectRefused(1);
+    test.document.ListSize(0);
+    test.table.Reset(test.document, test.locale);
+    expectRefused(0);
+    test.document.ListSize(1);
+    test.table = ResultTable();
+    expectRefused(1);
+}
+
+}  // namespace
+}  // namespace tvn2x

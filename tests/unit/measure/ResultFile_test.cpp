@@ -1,0 +1,284 @@
+#include "measure/ResultFile.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <new>
+#include <sstream>
+
+#include "support/FaultyFiles.h"
+#include "support/FixedLocale.h"
+#include "support/MemoryFiles.h"
+#include "support/RecordingMessageBoxes.h"
+#include "util/Encoding.h"
+
+namespace tvn2x {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+const std::wstring path = L"C:\\out\\results.csv";
+
+struct ResultFileTest : testing::Test
+{
+    ResultFileTest()
+    {
+        document.ListSize(2);
+        document.UserField(1, L"S 21");
+        document.Frequency(1, 213);
+        document.UserField(2, L"S 22");
+        document.Frequency(2, 858.1234567);
+        document.productName = L"Host";
+        document.appVersion = L"2.0";
+        document.fullPath = L"C:\\setups\\North.ini";
+        Save({MP_FREQUENCY, MP_STATUS, MP_RFLEV});
+        table.Reset(document, locale);
+        table.Result(1, MP_STATUS, 1, L"Done");
+        table.Result(0, MP_RFLEV, 1, L"-12,3");
+        table.Result(0, MP_RFLEV, 2, L"---");
+    }
+
+    void Save(std::initializer_list<int32_t> parameters)
+    {
+        for (int32_t parameter = MP_FIRST; parameter <= MP_LAST; ++parameter)
+            document.Parameter(2, parameter, std::ranges::find(parameters, parameter) != parameters.end());
+    }
+
+    std::vector<std::string> Rows() const
+    {
+        std::istringstream content(ResultFileContent(document, table, locale));
+        std::vector<std::string> rows;
+        for (std::string row; std::getline(content, row);) {
+            EXPECT_TRUE(row.ends_with('\r'));
+            rows.push_back(row.substr(0, row.size() - 1));
+        }
+        return rows;
+    }
+
+    /// What follows the first blank row: the results, and the notes where there are any.
+    std::vector<std::string> RowsBehindSettings() const
+    {
+        std::vector<std::string> rows = Rows();
+        rows.erase(rows.begin(), std::ranges::find(rows, std::string()) + 1);
+        return rows;
+    }
+
+    bool Write(const std::wstring& to = path)
+    {
+        messages.messages.clear();
+        return SaveResults(document, table, locale, faulty, messages, to);
+    }
+
+    SetupDocument document;
+    ResultTable table;
+    const FixedLocale locale = CommaLocale();
+    MemoryFiles files;
+    FaultyFiles faulty{files};
+    RecordingMessageBoxes messages;
+};
+
+TEST_F(ResultFileTest, SettingsReadAsTheUserKnowsThem)
+{
+    Save({MP_ZIN, MP_SAWBW, MP_ORDEROFQAM, MP_ROLLOFFFACTOR, MP_LEVELUNIT, MP_REFERENCE, MP_BERSAMPLES,
+          MP_MAXSETTLINGTIME, MP_XAXIS});
+    document.LevelUnit(L"dB\u00B5V");
+    EXPECT_THAT(Rows(), ElementsAre("\xEF\xBB\xBF"
+                                    "Application;Host 2.0",
+                                    "Setup;North", "Input Route;Receiver (75 ohm)", "SAW Filter Bandwidth (MHz);8 MHz",
+                                    "Order of QAM;64", "Rolloff Factor;0,15", "Level Unit;dB\xC2\xB5V",
+                                    "10 MHz Reference;Internal", "BER Integration (Samples);10",
+                                    "Maximum Settling Time (sec);10", "X Axis is Frequency;False",
+                                    "Default Symbol Rate (MSymb/s);6,900", "Couple Display and Save;True"));
+}
+
+TEST_F(ResultFileTest, EachChoiceHasItsWords)
+{
+    Save({MP_ZIN, MP_REFERENCE, MP_SAWBW});
+    document.ReferenceSource(1);
+    document.SawBw(0);
+    document.CoupleDisplayAndSave(false);
+    const std::pair<int32_t, const char*> routes[] = {
+        {2, "Receiver"},           {4, "Demod (50 ohm)"}, {50, "Receiver (50 ohm)"},
+        {75, "Receiver (75 ohm)"}, {128, "IF"},           {99, "99"}};
+    for (const auto& [route, words] : routes) {
+        document.Zin(route);
+        EXPECT_EQ(Rows()[2], std::string("Input Route;") + words);
+    }
+    EXPECT_EQ(Rows()[3], "SAW Filter Bandwidth (MHz);Off");
+    EXPECT_EQ(Rows()[4], "10 MHz Reference;External");
+    EXPECT_EQ(Rows()[6], "Couple Display and Save;False");
+}
+
+TEST_F(ResultFileTest, SettingsThatAreNotSavedStayOut)
+{
+    EXPECT_EQ(Rows()[2], "Default Symbol Rate (MSymb/s);6,900");
+}
+
+TEST_F(ResultFileTest, ChannelsRunDown)
+{
+    document.XAxis(1, 1);
+    EXPECT_THAT(RowsBehindSettings(), ElementsAre("Center Frequency (MHz);Status;RF Level (dBmV)",
+                                                  "213,0000000;Done;-12,3", "858,1234567;Un-measured;---"));
+}
+
+TEST_F(ResultFileTest, ChannelsRunAcross)
+{
+    Save({MP_XAXIS, MP_FREQUENCY, MP_STATUS, MP_RFLEV});
+    document.XAxis(1, 0);
+    EXPECT_EQ(Rows()[2], "X Axis is Frequency;True");
+    EXPECT_THAT(RowsBehindSettings(), ElementsAre("Center Frequency (MHz);213,0000000;858,1234567",
+                                                  "Status;Done;Un-measured", "RF Level (dBmV);-12,3;---"));
+}
+
+TEST_F(ResultFileTest, OwnChoiceOfTheFileComesBeforeThatOfTheGrid)
+{
+    Save({MP_XAXIS});
+    struct Case
+    {
+        int32_t grid, file;
+        bool across;
+    };
+    for (const Case& choice : {Case{0, 0, true}, Case{1, 0, true}, Case{0, 1, false}, Case{0, 2, true},
+                               Case{1, 2, false}, Case{2, 2, false}, Case{0, 7, false}}) {
+        document.XAxis(0, choice.grid);
+        document.XAxis(1, choice.file);
+        EXPECT_EQ(Rows()[2], choice.across ? "X Axis is Frequency;True" : "X Axis is Frequency;False")
+            << choice.grid << choice.file;
+    }
+}
+
+TEST_F(ResultFileTest, ColumnsFollowTheDisplayOrderUnderTheUsersCaptions)
+{
+    document.Order(MP_RFLEV, 1);
+    document.Order(MP_STATUS, -1);
+    document.Caption(MP_FREQUENCY, L"Mitte; \"f\"");
+    EXPECT_EQ(RowsBehindSettings()[0], "RF Level (dBmV);\"Mitte; \"\"f\"\"\";Status");
+}
+
+TEST_F(ResultFileTest, CellsComeFromTheFieldThatTheUserSees)
+{
+    Save({MP_USERFIELD, MP_SYMBOLRATE, MP_TIMESTAMP, MP_BER});
+    table.Result(1, MP_TIMESTAMP, 1, L"15.03.2024 10:00:00");
+    table.Result(0, MP_BER, 1, L"<1,7E-8");
+    table.Result(1, MP_BER, 1, L"UNDER");
+    table.Result(2, MP_BER, 1, L"2,1E10");
+    table.Result(0, MP_TIMESTAMP, 1, L"wrong field");
+    EXPECT_EQ(RowsBehindSettings()[1], "S 21;0,000;15.03.2024 10:00:00;<1,7E-8");
+}
+
+TEST_F(ResultFileTest, TableWithoutChannelsHasCaptionsOnly)
+{
+    const ResultTable neverReset;
+    document.XAxis(1, 1);
+    EXPECT_THAT(ResultFileContent(document, neverReset, locale), testing::EndsWith("RF Level (dBmV)\r\n"));
+    document.ListSize(0);
+    table.Reset(document, locale);
+    EXPECT_EQ(RowsBehindSettings().size(), 1u);
+    document.XAxis(1, 0);
+    EXPECT_EQ(RowsBehindSettings().back(), "RF Level (dBmV)");
+}
+
+TEST_F(ResultFileTest, NotesFollowLineByLine)
+{
+    document.measurementNotes = L"cold morning\r\n\r\n=A1; amplifier 3\nend\r\n\r\n";
+    EXPECT_THAT(RowsBehindSettings(), ElementsAre("Center Frequency (MHz);Status;RF Level (dBmV)",
+                                                  "213,0000000;Done;-12,3", "858,1234567;Un-measured;---", "", "Notes",
+                                                  "cold morning", "", "\"'=A1; amplifier 3\"", "end"));
+    document.measurementNotes = L"{\\rtf1\\ansi{\\fonttbl{\\f0 Lucida Console;}}one\\par two\\par\n}";
+    EXPECT_THAT(Rows(), testing::Contains("two"));
+    EXPECT_EQ(Rows().back(), "two");
+    document.measurementNotes = L" \r\n";
+    EXPECT_EQ(RowsBehindSettings().size(), 3u);
+}
+
+TEST_F(ResultFileTest, SavingAgainReplacesTheFile)
+{
+    EXPECT_TRUE(Write());
+    const std::string first = files.Content(path);
+    table.Result(1, MP_STATUS, 2, L"Done");
+    EXPECT_TRUE(Write());
+    EXPECT_EQ(files.Content(path), ResultFileContent(document, table, locale));
+    EXPECT_NE(files.Content(path), first);
+    EXPECT_THAT(files.Paths(), ElementsAre(path));
+    EXPECT_TRUE(messages.messages.empty());
+}
+
+TEST_F(ResultFileTest, UserLearnsWhatStandsInTheWay)
+{
+    const std::pair<FileFault, std::wstring> texts[] = {
+        {FileFault::diskFull, L"Destination disk drive is full."},
+        {FileFault::inUse,
+         L"The document C:\\out\\results.csv is in use by another application and cannot be accessed."},
+        {FileFault::accessDenied, L"Access to C:\\out\\results.csv was denied."},
+        {FileFault::readOnly, L"Access to C:\\out\\results.csv was denied."},
+        {FileFault::isDirectory, L"Access to C:\\out\\results.csv was denied."},
+        {FileFault::pathMissing, L"Path does not exist. Please verify the correct path was given."},
+        {FileFault::missing, L"Path does not exist. Please verify the correct path was given."},
+        {FileFault::other, L"Error writing C:\\out\\results.csv: the system reports an error."}};
+    for (const auto& [fault, text] : texts) {
+        faulty.FailAt(1, fault);
+        EXPECT_FALSE(Write());
+        ASSERT_EQ(messages.messages.size(), 1u);
+        EXPECT_EQ(messages.messages[0].text, text);
+        EXPECT_EQ(messages.messages[0].title, L"Save Results");
+        EXPECT_EQ(messages.messages[0].icon, MessageIcon::warning);
+    }
+}
+
+TEST_F(ResultFileTest, FaultOfAnyFileOperationLeavesTheOldFileOrTheNewOne)
+{
+    for (int failing = 1;; ++failing) {
+        ASSERT_LT(failing, 20);
+        files.Put(path, "old");
+        faulty.FailAt(failing, FileFault::diskFull);
+        const bool saved = Write();
+        const bool unhurt = !faulty.Failed();
+        EXPECT_EQ(saved, unhurt) << failing;
+        EXPECT_EQ(files.Content(path), saved ? ResultFileContent(document, table, locale) : "old") << failing;
+        EXPECT_THAT(files.Paths(), ElementsAre(path)) << "no piece is left behind";
+        EXPECT_EQ(messages.messages.size(), saved ? 0u : 1u);
+        if (unhurt)
+            break;
+    }
+}
+
+/// Files on which memory runs out while the result file is open.
+class MemorylessFiles : public MemoryFiles
+{
+public:
+    FileFault CreateTemporary(const std::wstring& target, std::wstring& temporary,
+                              std::unique_ptr<OutputFile>& file) override
+    {
+        const FileFault fault = MemoryFiles::CreateTemporary(target, temporary, file);
+        file = std::make_unique<Output>(open);
+        return fault;
+    }
+
+    int open = 0;
+
+private:
+    struct Output : OutputFile
+    {
+        explicit Output(int& count) : open(++count) {}
+        ~Output() override { --open; }
+        FileFault Write(std::string_view) override { throw std::bad_alloc(); }
+        FileFault Flush() override { return FileFault::none; }
+        FileFault Close() override { return FileFault::none; }
+        int& open;
+    };
+};
+
+TEST_F(ResultFileTest, NoFileStaysOpenWhenMemoryRunsOut)
+{
+    MemorylessFiles memoryless;
+    memoryless.Put(path, "old");
+    EXPECT_THROW(SaveResults(document, table, locale, memoryless, messages, path), std::bad_alloc);
+    EXPECT_EQ(memoryless.open, 0);
+    EXPECT_EQ(memoryless.Content(path), "old");
+    EXPECT_THAT(memoryless.Paths(), ElementsAre(path));
+}
+
+}  // namespace
+}  // namespace tvn2x
