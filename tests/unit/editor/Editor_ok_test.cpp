@@ -1,0 +1,262 @@
+#include <limits>
+#include <new>
+
+#include "TestEditor.h"
+#include "support/FailingMemory.h"
+
+namespace tvn2x {
+namespace {
+
+using Focused = std::pair<Control, Column>;
+
+/// Everything that the editor can change, as one text.
+std::wstring Everything(const SetupDocument& document)
+{
+    std::wstring text = document.LevelUnit() + L"|" + document.Notes() + L"|" + std::to_wstring(document.dirty);
+    const auto add = [&text](auto value) { text += L"," + std::to_wstring(value); };
+    for (int32_t choice = 0; choice < choiceCount; ++choice)
+        add(PositionIn(document, static_cast<Choice>(choice)));
+    for (const bool flag : {document.CoupleDisplayAndSave(), document.ShowNotesBefore(), document.ShowNotesAfter()})
+        add(flag);
+    add(document.DefaultSymbolRate());
+    add(document.MaxSettlingTime());
+    for (int32_t channel = 1; channel <= document.ListSize(); ++channel) {
+        add(document.Frequency(channel));
+        add(document.SymbolRate(channel));
+        text += document.UserField(channel);
+    }
+    for (int32_t parameter = 1; parameter <= document.Count(); ++parameter) {
+        text += document.Caption(parameter);
+        add(document.Order(parameter));
+        for (const int32_t action : {0, 1, 2})
+            add(document.Parameter(action, parameter));
+    }
+    return text;
+}
+
+TEST(EditorOk, WithoutAChangeLeavesTheDocumentClean)
+{
+    for (const wchar_t* const separator : {L".", L","}) {
+        TestEditor test(separator);
+        test.document.LevelUnit(L"dB\u00B5V");
+        test.document.Notes(L"plain\nnotes");
+        test.Open({113, 474.25, 858.1234567, 999.9999999});
+        const std::wstring before = Everything(test.document);
+        test.editor.SelectPage(Page::notes);
+        test.editor.FocusMoved(Control::notes, 0);
+        test.editor.Ok();
+        EXPECT_EQ(L"OK", test.editor.Tag());
+        EXPECT_TRUE(test.view.closed);
+        EXPECT_TRUE(test.messages.messages.empty());
+        EXPECT_EQ(before, Everything(test.document));
+        EXPECT_FALSE(test.document.dirty);
+    }
+}
+
+TEST(EditorOk, CancelLeavesTheDocumentAlone)
+{
+    TestEditor test;
+    test.Open({100});
+    const std::wstring before = Everything(test.document);
+    test.Set(MP_FREQUENCY, 0, L"200");
+    test.Choose(Choice::levelUnit, L"mV");
+    test.editor.Execute(RowCommand::remove, Grid::parameters);
+    test.editor.Cancel();
+    EXPECT_EQ(L"Cancel", test.editor.Tag());
+    EXPECT_TRUE(test.view.closed);
+    EXPECT_EQ(before, Everything(test.document));
+}
+
+TEST(EditorOk, SettingsThatAreNoChoiceBecomeTheFirst)
+{
+    TestEditor test;
+    test.document.LevelUnit(L"dBuV");
+    test.document.SawBw(3);
+    test.document.Zin(-1);
+    test.document.ReferenceSource(7);
+    test.document.XAxis(1, 9);
+    test.document.OrderOfQam(128);
+    test.Open();
+    EXPECT_EQ(L"Off", test.Chosen(Choice::sawFilter));
+    EXPECT_EQ(L"dBpW", test.Chosen(Choice::levelUnit));
+    EXPECT_EQ(L"128", test.Chosen(Choice::orderOfQam));
+    EXPECT_EQ(L"RF Level (dBpW)", test.editor.CellText(captionColumn, test.RowOf(MP_RFLEV)));
+    test.Choose(Choice::rolloffFactor, L"0.18");
+    test.Choose(Choice::berIntegration, L"1000");
+    test.editor.SelectItem(Choice::orderOfQam, 99);
+    test.editor.Ok();
+    EXPECT_EQ(0, test.document.SawBw());
+    EXPECT_EQ(2, test.document.Zin());
+    EXPECT_EQ(0, test.document.ReferenceSource());
+    EXPECT_EQ(0, test.document.XAxis(1));
+    EXPECT_EQ(2, test.document.XAxis(0));
+    EXPECT_EQ(18, test.document.RollOffFactor());
+    EXPECT_EQ(1000, test.document.BerSamples());
+    EXPECT_EQ(128, test.document.OrderOfQam());
+    EXPECT_EQ(L"dBpW", test.document.LevelUnit());
+    EXPECT_EQ(L"RF Level", test.document.StoredCaption(MP_RFLEV));
+    EXPECT_TRUE(test.document.dirty);
+}
+
+TEST(EditorOk, StopsAtTheFirstFaultOnItsPageAndField)
+{
+    TestEditor test;
+    test.Open({100, 200});
+    const std::wstring before = Everything(test.document);
+    test.Set(MP_SYMBOLRATE, 1, L"7.001");
+    test.Set(MP_FREQUENCY, 0, L"1500");
+    test.editor.TextChanged(Field::defaultSymbolRate, L"x");
+    for (const wchar_t* const refused : {L"0", L"301", L"", L"-"}) {
+        test.editor.TextChanged(Field::maxSettlingTime, refused);
+        test.editor.Ok();
+        EXPECT_EQ(Page::application, test.editor.CurrentPage());
+        EXPECT_EQ(Focused(Control::maxSettlingTime, 0), test.view.focus);
+        EXPECT_EQ(
+            L"Maximum settling time is out of range\r\n\r\n Please enter a value between 1 and 300, expressed in "
+            L"seconds",
+            test.messages.messages.back().text);
+    }
+    test.editor.TextChanged(Field::maxSettlingTime, L"300");
+    test.editor.Ok();
+    EXPECT_EQ(Focused(Control::defaultSymbolRate, 0), test.view.focus);
+    EXPECT_EQ(0u, test.messages.messages.back().text.find(L"Symbol Rate too low."));
+    test.editor.TextChanged(Field::defaultSymbolRate, L"6.9004");
+    test.editor.Ok();
+    EXPECT_EQ(L"6.900", test.editor.Text(Field::defaultSymbolRate));
+    EXPECT_EQ(Page::frequencies, test.editor.CurrentPage());
+    EXPECT_EQ(L"11/0 1500", test.Editing());
+    EXPECT_EQ(Focused(Control::cellEditor, MP_FREQUENCY), test.view.focus);
+    test.Type(L"3.3");
+    test.editor.Ok();
+    EXPECT_EQ(L"3.2999999 200.0000000 -", test.Texts(MP_FREQUENCY));
+    EXPECT_EQ(L"12/1 7.001", test.Editing());
+    EXPECT_EQ(before, Everything(test.document));
+    EXPECT_FALSE(test.view.closed);
+
+    test.Type(L"7");
+    test.editor.Ok();
+    EXPECT_TRUE(test.view.closed);
+    EXPECT_EQ(3.2999999, test.document.Frequency(1));
+    EXPECT_EQ(7, test.document.SymbolRate(2));
+    EXPECT_EQ(300, test.document.MaxSettlingTime());
+    EXPECT_EQ(9u, test.messages.messages.size());  // the last time nothing is rounded any more
+}
+
+TEST(EditorOk, ChannelWithoutANumberIsTooLow)
+{
+    TestEditor test;
+    test.document.Frequency(1, std::numeric_limits<double>::quiet_NaN());
+    test.Open();
+    test.editor.Ok();
+    EXPECT_EQ(L"11/0 NaN", test.Editing());
+    EXPECT_EQ(0u, test.messages.messages.at(0).text.find(L"Frequency too low.\n\nPlease"));
+    test.Type(L"100");
+    test.Set(MP_USERFIELD, 1, L"new");
+    test.editor.Ok();
+    EXPECT_EQ(L"11/1 -", test.Editing());
+}
+
+TEST(EditorNotes, KeepTheirKindUntilTheyAreTouched)
+{
+    TestEditor test;
+    test.document.Notes(L"{\\rtf1\\ansi old}");
+    test.Open();
+    EXPECT_EQ(L"rich {\\rtf1\\ansi old}", test.view.notes);
+    test.view.richText = std::wstring(L"{\\rtf1\nnew\r\n\r}\0", 14);
+    test.editor.NotesChanged();
+    test.editor.Ok();
+    EXPECT_EQ(L"{\\rtf1\r\nnew\r\n\r\n}", test.document.Notes());
+    EXPECT_TRUE(test.document.dirty);
+}
+
+TEST(EditorNotes, TakeEnterFromTheButtonWhileTheyHaveTheKeyboard)
+{
+    TestEditor test;
+    test.Open();
+    EXPECT_EQ(L"plain ", test.view.notes);
+    test.editor.SelectPage(Page::notes);
+    test.editor.FocusMoved(Control::notes, 0);
+    EXPECT_FALSE(test.editor.OkIsDefault());
+    EXPECT_TRUE(test.editor.CancelIsCancel());
+    test.editor.FocusMoved(Control::other, 0);
+    EXPECT_TRUE(test.editor.OkIsDefault());
+    test.editor.FocusMoved(Control::notes, 0);
+    test.editor.SelectPage(Page::settings);
+    EXPECT_TRUE(test.editor.OkIsDefault());
+}
+
+TEST(EditorNotes, ProtectedTextIsColouredAndStaysAsItIs)
+{
+    TestEditor test;
+    test.Open();
+    test.editor.SelectPage(Page::notes);
+    test.editor.NotesButton(true);
+    test.editor.NotesButton(false);
+    EXPECT_EQ(L"unprotect 8388608 protect unprotect 0 ", test.view.notesCalls);
+    EXPECT_EQ(Focused(Control::notes, 0), test.view.focus);
+    EXPECT_FALSE(test.editor.AllowNotesEdit(true));
+    EXPECT_EQ(1, test.view.beeps);
+    EXPECT_TRUE(test.editor.AllowNotesEdit(false));
+    test.editor.Ok();
+    EXPECT_EQ(L"{\\rtf1 new}", test.document.Notes());
+}
+
+TEST(EditorFaults, NoMemoryLeavesTheDocumentWhole)
+{
+    bool failed = true;
+    for (long n = 0; failed; ++n) {
+        SCOPED_TRACE(n);
+        TestEditor test;
+        test.document.ListSize(3);
+        for (int32_t channel = 1; channel <= 3; ++channel) {
+            test.document.Frequency(channel, 500 - channel);
+            test.document.SymbolRate(channel, 6.9);
+            test.document.UserField(channel, L"a channel with a name that takes memory");
+        }
+        test.document.dirty = false;
+        const std::wstring before = Everything(test.document);
+        FailAllocationsFrom(n);
+        try {
+            test.editor.Activate();
+            test.editor.SelectPage(Page::frequencies);
+            test.editor.HeadingClicked(MP_FREQUENCY);
+            test.Set(MP_USERFIELD, 3, L"another channel with a name that takes memory");
+            test.Set(MP_FREQUENCY, 3, L"600");
+            test.Choose(Choice::levelUnit, L"mV");
+            test.editor.Execute(RowCommand::insert, Grid::parameters);
+            test.editor.NotesChanged();
+            test.editor.Ok();
+        } catch (const std::bad_alloc&) {
+        }
+        failed = AllowAllocations();
+        if (failed)
+            EXPECT_EQ(before, Everything(test.document));
+        else
+            EXPECT_EQ(4, test.document.ListSize());
+        EXPECT_EQ(failed, test.editor.Tag() != L"OK");
+
+        // And the user can try again.
+        test.editor.Activate();
+        if (failed)
+            test.editor.Ok();
+        EXPECT_EQ(failed, before == Everything(test.document));
+    }
+}
+
+TEST(EditorOk, ThousandsOfChannelsAreReadAndWrittenAtOnce)
+{
+    constexpr int32_t count = 5000;
+    TestEditor test;
+    test.document.ListSize(count);
+    for (int32_t channel = 1; channel <= count; ++channel) {
+        test.document.Frequency(channel, 100 + channel * 0.125);
+        test.document.SymbolRate(channel, 6.9);
+    }
+    test.Open();
+    test.editor.Ok();
+    EXPECT_EQ(L"OK", test.editor.Tag());
+    EXPECT_FALSE(test.document.dirty);
+}
+
+}  // namespace
+}  // namespace tvn2x

@@ -1,0 +1,189 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "editor/Editor.h"
+#include "support/FixedLocale.h"
+#include "support/RecordingMessageBoxes.h"
+
+namespace tvn2x {
+
+/// A window that keeps a copy of the grids by the notices alone, and moves the keyboard as it is told.
+class FakeView : public EditorView
+{
+public:
+    using Cells = std::vector<std::array<std::wstring, 3>>;
+
+    void CellChanged(Column column, int32_t row) override
+    {
+        Read(grids[GridOf(column)].at(static_cast<size_t>(row)), GridOf(column), row);
+    }
+    void RowsInserted(Grid grid, int32_t row, int32_t count) override
+    {
+        grids[grid].insert(grids[grid].begin() + row, static_cast<size_t>(count), {});
+        for (int32_t each = row; each < row + count; ++each)
+            Read(grids[grid].at(static_cast<size_t>(each)), grid, each);
+    }
+    void RowsRemoved(Grid grid, int32_t row, int32_t count) override
+    {
+        grids[grid].erase(grids[grid].begin() + row, grids[grid].begin() + row + count);
+    }
+    void GridChanged(Grid grid) override { grids[grid] = Content(grid); }
+    void SelectionChanged(Grid) override {}
+    void ArrowChanged(Column) override {}
+    void CellEditorChanged() override {}
+    void PageChanged() override { ++pageChanges; }
+    void ChoiceChanged(Choice) override {}
+    void FieldChanged(Field) override {}
+    void CheckChanged(Check) override {}
+    void ButtonRolesChanged() override { okIsDefault = editor->OkIsDefault(); }
+    void LoadNotes(const std::wstring& text, bool isRichText) override
+    {
+        notes = (isRichText ? L"rich " : L"plain ") + text;
+        editor->NotesChanged();
+    }
+    std::wstring NotesAsRichText() override { return richText; }
+    void ProtectNotesSelection(bool protect) override
+    {
+        notesCalls += protect ? L"protect " : L"unprotect ";
+        editor->NotesChanged();
+        EXPECT_TRUE(editor->AllowNotesEdit(true));
+    }
+    void ColourNotesSelection(Colour colour) override { notesCalls += std::to_wstring(colour) + L" "; }
+    void Focus(Control control, Column column) override
+    {
+        focus = {control, column};
+        editor->FocusMoved(control, column);
+    }
+    void Beep() override { ++beeps; }
+    void Close() override { closed = true; }
+
+    Cells Content(Grid grid) const
+    {
+        Cells cells(static_cast<size_t>(editor->RowCount(grid)));
+        for (size_t row = 0; row < cells.size(); ++row)
+            Read(cells[row], grid, static_cast<int32_t>(row));
+        return cells;
+    }
+
+    Editor* editor = nullptr;
+    std::map<Grid, Cells> grids;
+    std::pair<Control, Column> focus{Control::other, 0};
+    std::wstring notes;
+    std::wstring richText = L"{\\rtf1 new}";
+    std::wstring notesCalls;
+    int beeps = 0;
+    int pageChanges = 0;
+    bool okIsDefault = false;
+    bool closed = false;
+
+private:
+    void Read(std::array<std::wstring, 3>& cells, Grid grid, int32_t row) const
+    {
+        for (Column index = 0; index < 3; ++index) {
+            const Column column = static_cast<Column>(grid) + index;
+            cells[static_cast<size_t>(index)] =
+                editor->CellText(column, row) + (editor->CellChecked(column, row) ? L"*" : L"");
+        }
+    }
+};
+
+/// An editor on a document, with hands to type.
+class TestEditor
+{
+public:
+    explicit TestEditor(std::wstring decimal = L".") : locale(std::move(decimal)) { view.editor = &editor; }
+    /// Every test ends with the window showing what the editor holds.
+    ~TestEditor()
+    {
+        for (const auto& [grid, cells] : view.grids)
+            EXPECT_EQ(view.Content(grid), cells);
+        EXPECT_EQ(editor.OkIsDefault(), view.okIsDefault);
+    }
+
+    /// Channels "A", "B", ... at the frequencies given, 6.9 MSymb/s each, and the editor open on its frequency page.
+    void Open(const std::vector<double>& frequencies)
+    {
+        document.ListSize(static_cast<int32_t>(frequencies.size()));
+        for (int32_t channel = 1; channel <= document.ListSize(); ++channel) {
+            document.Frequency(channel, frequencies[static_cast<size_t>(channel) - 1]);
+            document.SymbolRate(channel, 6.9);
+            document.UserField(channel, std::wstring(1, static_cast<wchar_t>(L'A' + channel - 1)));
+        }
+        document.dirty = false;
+        Open();
+        editor.SelectPage(Page::frequencies);
+    }
+    void Open()
+    {
+        document.dirty = false;
+        editor.Activate();
+    }
+
+    /// Types into the open cell, whose text is selected; a key that the filter stops is lost.
+    void Type(std::wstring_view keys)
+    {
+        std::wstring text;
+        for (const wchar_t character : keys) {
+            if (editor.CellChar(character))
+                text += character;
+        }
+        editor.CellTextChanged(text);
+    }
+    void Enter() { EXPECT_TRUE(editor.CellKeyDown(13, false)); }
+    void Escape() { EXPECT_TRUE(editor.CellKeyDown(27, false)); }
+    void Tab(bool shift = false) { EXPECT_TRUE(editor.CellKeyDown(9, shift)); }
+    /// Puts a text into a cell.
+    void Set(Column column, int32_t row, std::wstring_view text)
+    {
+        editor.BeginCellEdit(column, row, 0);
+        editor.CellTextChanged(std::wstring(text));
+        Enter();
+    }
+
+    /// A column from top to bottom: "A B -".
+    std::wstring Texts(Column column) const
+    {
+        std::wstring texts;
+        for (int32_t row = 0; row < editor.RowCount(GridOf(column)); ++row)
+            texts += (row == 0 ? L"" : L" ") + editor.CellText(column, row);
+        return texts;
+    }
+    /// The cell being edited: "10/0 text", "" where none is.
+    std::wstring Editing() const
+    {
+        const CellEdit& edit = editor.CurrentEdit();
+        return !edit.open ? L"" : std::to_wstring(edit.column) + L"/" + std::to_wstring(edit.row) + L" " + edit.text;
+    }
+    int32_t RowOf(int32_t parameter) const
+    {
+        int32_t row = 0;
+        while (editor.ItemData(Grid::parameters, row) != parameter)
+            ++row;
+        return row;
+    }
+    void Choose(Choice choice, std::wstring_view text)
+    {
+        editor.SelectItem(choice, FindListText(ItemsOf(choice), text));
+    }
+    std::wstring_view Chosen(Choice choice) const
+    {
+        return ItemsOf(choice)[static_cast<size_t>(editor.SelectedItem(choice))].text;
+    }
+
+    SetupDocument document;
+    FakeView view;
+    RecordingMessageBoxes messages;
+    FixedLocale locale;
+    Editor editor{document, view, messages, locale};
+};
+
+}  // namespace tvn2x
