@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstdint>
+
+namespace tvn2x {
+
+/// The receiver's codes for the unit that it shows levels in.
+enum class LevelUnit : int32_t
+{
+    dBmV = 0,
+    dBpW = 1,
+    dBuW = 2,
+    dBm = 3,
+    dBuV = 4,
+    mV = 5
+};
+
+/// A level in dBµV at 75 ohm in another unit. Millivolts are linear, all others logarithmic.
+double LevelIn(LevelUnit unit, double dBuV);
+
+}  // namespace tvn2x

@@ -1,0 +1,332 @@
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdlib>
+
+#include "receiver_model/ReceiverModel.h"
+
+namespace tvn2x {
+
+namespace {
+
+constexpr int32_t modeRefused = static_cast<int32_t>(0x80040000u + 2003);
+constexpr int32_t filterRefused = static_cast<int32_t>(0x80040000u + 2004);
+constexpr int32_t referenceMissing = static_cast<int32_t>(0x80040000u + 2005);
+constexpr int32_t routeMissing = static_cast<int32_t>(0x80040000u + 2006);
+
+/// Hardware that a setting needs; a setting that is not listed here needs none.
+struct Need
+{
+    int32_t value;
+    std::wstring_view option;
+};
+
+constexpr std::array modeNeeds{Need{4, L"KTR-H2"},  Need{6, L"KTR-S31"}, Need{7, L"KTR-S33"},
+                               Need{8, L"KTR-S31"}, Need{13, L"KTR-H7"}, Need{14, L"KTR-S32"}};
+constexpr std::array routeNeeds{Need{input_route::receiver75, L"KTR-H5"}, Need{input_route::receiver50, L"KTR-H5"},
+                                Need{input_route::receiver, L"EAMOD"}, Need{input_route::demodulator, L"RB"},
+                                Need{input_route::intermediate, L""}};
+constexpr std::array filterNeeds{Need{0, L""}, Need{2, L"KTR-H6"}, Need{6, L"KTR-H8"}, Need{7, L"KTR-H9"},
+                                 Need{8, L"KTR-H4"}};
+
+template <size_t N>
+const Need* FindNeed(const std::array<Need, N>& needs, int32_t value)
+{
+    const auto found = std::ranges::find(needs, value, &Need::value);
+    return found == needs.end() ? nullptr : &*found;
+}
+
+/// Refuses a setting: "Let OrderOfQam failed: 65 is none of ...".
+void Require(bool accepted, std::wstring_view setting, const std::wstring& reason,
+             int32_t number = error::invalidPropertyValue, std::wstring_view member = {})
+{
+    if (!accepted)
+        throw RaisedError(number, L"clsReceiver." + std::wstring(member.empty() ? setting : member),
+                          L"Let " + std::wstring(setting) + L" failed: " + reason);
+}
+
+void RequireRange(double value, double min, double max, std::wstring_view setting, std::wstring_view unit)
+{
+    const auto text = [](double number) { return std::to_wstring(std::llround(number)); };
+    Require(value >= min && value <= max, setting,
+            L"it must be from " + text(min) + L" to " + text(max) + std::wstring(unit));
+}
+
+}  // namespace
+
+bool ReceiverModel::HasOption(std::wstring_view option) const
+{
+    return model_.Network().installedOptions.find(option) != std::wstring::npos;
+}
+
+/// The basic state, as far as the installed options allow it.
+ReceiverSettings ReceiverModel::BasicState() const
+{
+    constexpr int32_t modeWithoutOptions = 1;
+    ReceiverSettings basic;
+    const auto fitted = [&](const Need& need) { return HasOption(need.option); };
+    if (!fitted(*FindNeed(modeNeeds, basic.mode)))
+        basic.mode = modeWithoutOptions;
+    basic.route = std::ranges::find_if(routeNeeds, fitted)->value;
+    if (!fitted(*FindNeed(filterNeeds, basic.sawBandwidth)))
+        basic.sawBandwidth = 0;
+    return basic;
+}
+
+std::optional<int32_t> ReceiverModel::FilterFor(int32_t megahertz) const
+{
+    const auto fitted = [&](int32_t bandwidth) {
+        const Need* need = FindNeed(filterNeeds, bandwidth);
+        return need != nullptr && HasOption(need->option);
+    };
+    if (fitted(megahertz))
+        return megahertz;
+    const bool onePlace = megahertz == 6 || megahertz == 7;
+    if (onePlace && fitted(13 - megahertz))
+        return 13 - megahertz;
+    if (!model_.Network().swapsFilters)
+        return std::nullopt;
+    const auto distance = [&](int32_t bandwidth) { return std::abs(int64_t{bandwidth} - megahertz); };
+    int32_t nearest = 0;  // no filter, where none is fitted
+    for (const Need& filter : filterNeeds) {
+        const bool nearer = nearest == 0 || distance(filter.value) < distance(nearest);
+        if (filter.value != 0 && fitted(filter.value) && nearer)
+            nearest = filter.value;
+    }
+    return nearest;
+}
+
+template <class Value>
+void ReceiverModel::Change(Value ReceiverSettings::*setting, Value value)
+{
+    if (settings_.*setting == value)
+        return;
+    settings_.*setting = value;
+    Tune();
+}
+
+int32_t ReceiverModel::BerSamples()
+{
+    Begin(L"BerSamples", Access::get);
+    return settings_.berSamples;
+}
+
+void ReceiverModel::BerSamples(int32_t blocks)
+{
+    Begin(L"BerSamples", Access::let);
+    RequireRange(blocks, 1, 10000, L"BerSamples", L" samples of 10^7 bits");
+    settings_.berSamples = blocks;
+    ber_.reset();
+}
+
+int32_t ReceiverModel::RollOffFactor()
+{
+    Begin(L"RollOffFactor", Access::get);
+    return settings_.rollOff;
+}
+
+void ReceiverModel::RollOffFactor(int32_t hundredths)
+{
+    Begin(L"RollOffFactor", Access::let);
+    RequireRange(hundredths, 12, 35, L"RollOffFactor", L" hundredths");
+    Change(&ReceiverSettings::rollOff, hundredths);
+}
+
+int32_t ReceiverModel::OrderOfQam()
+{
+    Begin(L"OrderOfQam", Access::get);
+    return settings_.order;
+}
+
+void ReceiverModel::OrderOfQam(int32_t order)
+{
+    Begin(L"OrderOfQam", Access::let);
+    SetOrderOfQam(order);
+}
+
+void ReceiverModel::SetOrderOfQam(int32_t order)
+{
+    Require(qam::IsOrder(order), L"OrderOfQam", std::to_wstring(order) + L" is none of 4, 16, 32, 64, 128 and 256");
+    Change(&ReceiverSettings::order, order);
+}
+
+double ReceiverModel::SymbolRate()
+{
+    Begin(L"SymbolRate", Access::get);
+    return settings_.symbolRate;
+}
+
+void ReceiverModel::SymbolRate(double symbolsPerSecond)
+{
+    Begin(L"SymbolRate", Access::let);
+    RequireRange(symbolsPerSecond, 0.1e6, 8e6, L"SymbolRate", L" symbols per second");
+    ber_.reset();
+    Change(&ReceiverSettings::symbolRate, symbolsPerSecond);
+}
+
+int32_t ReceiverModel::SawBandwidth()
+{
+    Begin(L"SawBandwidth", Access::get);
+    return settings_.sawBandwidth;
+}
+
+void ReceiverModel::SawBandwidth(int32_t megahertz)
+{
+    Begin(L"SawBandwidth", Access::let);
+    const std::optional<int32_t> taken = FilterFor(megahertz);
+    Require(taken.has_value(), L"StatusSawFilterBW",
+            L"there is no SAW filter of " + std::to_wstring(megahertz) + L" MHz in this receiver", filterRefused,
+            L"SawBandwidth");
+    Change(&ReceiverSettings::sawBandwidth, *taken);
+}
+
+int32_t ReceiverModel::ReferenceSource()
+{
+    Begin(L"ReferenceSource", Access::get);
+    return settings_.externalReference ? 1 : 0;
+}
+
+void ReceiverModel::ReferenceSource(int32_t source)
+{
+    Begin(L"ReferenceSource", Access::let);
+    RequireRange(source, 0, 1, L"ReferenceSource", L": 0 is internal, 1 external");
+    if (source == 1 && !HasOption(L"EXTREF"))
+        throw RaisedError(referenceMissing, L"clsReceiver.ReferenceSource", L"Let Setup10MhzRef not available");
+    const bool external = source == 1;
+    if (external && !settings_.externalReference)
+        referenceSince_ = time_.Seconds();
+    Change(&ReceiverSettings::externalReference, external);
+}
+
+int32_t ReceiverModel::LevelUnit()
+{
+    Begin(L"LevelUnit", Access::get);
+    return static_cast<int32_t>(settings_.levelUnit);
+}
+
+void ReceiverModel::LevelUnit(int32_t code)
+{
+    Begin(L"LevelUnit", Access::let);
+    SetLevelUnit(code);
+}
+
+void ReceiverModel::SetLevelUnit(int32_t code)
+{
+    RequireRange(code, 0, 5, L"LevelUnit", L", the codes of dBmV, dBpW, dBuW, dBm, dBuV and mV");
+    settings_.levelUnit = static_cast<tvn2x::LevelUnit>(code);
+}
+
+int32_t ReceiverModel::InputRoute()
+{
+    Begin(L"InputRoute", Access::get);
+    return settings_.route;
+}
+
+void ReceiverModel::InputRoute(int32_t route)
+{
+    Begin(L"InputRoute", Access::let);
+    const Need* need = FindNeed(routeNeeds, route);
+    Require(need != nullptr, L"InputRoute", std::to_wstring(route) + L" is none of 2, 4, 50, 75 and 128");
+    Require(HasOption(need->option), L"InputRoute",
+            L"the input needs the option " + std::wstring(need->option) + L", which is not installed", routeMissing);
+    Change(&ReceiverSettings::route, route);
+}
+
+int32_t ReceiverModel::Mode()
+{
+    Begin(L"Mode", Access::get);
+    return settings_.mode;
+}
+
+void ReceiverModel::Mode(int32_t mode)
+{
+    Begin(L"Mode", Access::let);
+    Require(mode >= 1 && mode <= 15, L"Mode", std::to_wstring(mode) + L" is not from 1 to 15", modeRefused);
+    const Need* need = FindNeed(modeNeeds, mode);
+    const bool available = need == nullptr || HasOption(need->option);
+    if (!available && model_.Network().ignoresModes)
+        return;
+    Require(available, L"Mode",
+            L"it needs the option " + std::wstring(need ? need->option : L"") + L", which is not installed",
+            modeRefused);
+    Change(&ReceiverSettings::mode, mode);
+}
+
+bool ReceiverModel::Hold()
+{
+    Begin(L"Hold", Access::get);
+    return held_.has_value();
+}
+
+void ReceiverModel::Hold(bool hold)
+{
+    Begin(L"Hold", Access::let);
+    if (!hold)
+        held_.reset();
+    else if (!held_)
+        held_ = HeldTuning{tuning_, time_.Seconds()};
+}
+
+double ReceiverModel::Frequency()
+{
+    Begin(L"Frequency", Access::get);
+    return settings_.frequency;
+}
+
+void ReceiverModel::Frequency(double hertz)
+{
+    Begin(L"Frequency", Access::let);
+    RequireRange(hertz, 30e6, 1200e6, L"Frequency", L" Hz");
+    settings_.frequency = hertz;
+    Tune();
+}
+
+int32_t ReceiverModel::InputAttenuation()
+{
+    Begin(L"InputAttenuation", Access::get);
+    return settings_.attenuation;
+}
+
+void ReceiverModel::InputAttenuation(int32_t decibels)
+{
+    Begin(L"InputAttenuation", Access::let);
+    if (decibels != automaticAttenuation)
+        RequireRange(decibels, 0, 70, L"InputAttenuation", L" dB, or 255 for automatic");
+    Change(&ReceiverSettings::attenuation, decibels);
+}
+
+int32_t ReceiverModel::DemodulatorGainControl()
+{
+    Begin(L"DemodulatorGainControl", Access::get);
+    return settings_.automaticGain ? 1 : 0;
+}
+
+void ReceiverModel::DemodulatorGainControl(int32_t mode)
+{
+    Begin(L"DemodulatorGainControl", Access::let);
+    RequireRange(mode, 0, 1, L"DemodulatorGainControl", L": 0 is fixed, 1 automatic");
+    Change(&ReceiverSettings::automaticGain, mode == 1);
+}
+
+int32_t ReceiverModel::Equaliser()
+{
+    Begin(L"Equaliser", Access::get);
+    return settings_.adaptiveEqualiser ? 1 : 0;
+}
+
+void ReceiverModel::Equaliser(int32_t mode)
+{
+    Begin(L"Equaliser", Access::let);
+    RequireRange(mode, 0, 1, L"Equaliser", L": 0 is off, 1 adaptive");
+    Change(&ReceiverSettings::adaptiveEqualiser, mode == 1);
+}
+
+void ReceiverModel::Initialise()
+{
+    Begin(L"Initialise", Access::call);
+    held_.reset();
+    settings_ = BasicState();
+    Tune();
+}
+
+}  // namespace tvn2x

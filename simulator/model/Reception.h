@@ -1,0 +1,55 @@
+#pragma once
+
+#include <vector>
+
+#include "receiver_model/ModelSections.h"
+#include "receiver_model/NetworkModel.h"
+#include "receiver_model/QamPhysics.h"
+#include "receiver_model/ReceiverSettings.h"
+
+namespace tvn2x {
+
+/// The steps of acquisition, in the order in which the receiver takes them. Each needs all before it.
+enum class Stage
+{
+    gainControl,
+    timing,
+    equaliser,
+    carrier,
+    frameSync,
+    reedSolomon
+};
+
+constexpr int stageCount = 6;
+
+/// What arrives at the demodulator for one receiver setting: the physics of the moment, without time or measurement
+/// noise. Ratios in dB.
+struct Reception
+{
+    double level = 0;                  ///< dBµV within the channel's bandwidth, noise included
+    double noiseLevel = 0;             ///< dBµV of the noise alone
+    double frequencyOffset = 0;        ///< Hz, as the receiver's reference sees it
+    double symbolRateOffset = 0;       ///< ppm
+    double carrierToInterference = 0;  ///< neighbours that leak in included
+    double carrierSuppression = 0;
+    double phaseJitter = 0;      ///< degrees RMS
+    double iqImbalance = 0;      ///< %
+    double quadratureError = 0;  ///< degrees
+    double signalToNoise = 0;    ///< the MER without jitter, carrier, I/Q errors and echoes
+    double mer = 0;
+    double bitsPerSymbol = 0;
+    double bitRate = 0;  ///< bits per second before Reed-Solomon
+    double ber = 0.5;    ///< before Reed-Solomon
+    double margin = 0;   ///< dB of MER above what a bit error ratio of 2e-4 needs
+    qam::PacketErrors packets;
+    int stagesReached = 0;  ///< how many steps of acquisition this signal lets the receiver take
+    double lockTimeFactor = 1;
+    std::vector<Outage> outages;
+
+    /// Packets of the transport stream per second.
+    double PacketRate() const { return bitRate / (8 * qam::packetBytes); }
+};
+
+Reception Receive(const NetworkModel& model, const ReceiverSettings& settings);
+
+}  // namespace tvn2x
