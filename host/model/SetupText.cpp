@@ -1,0 +1,129 @@
+#include "host_model/SetupText.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "host_model/TextInput.h"
+#include "util/Encoding.h"
+
+namespace tvn2x {
+
+namespace {
+
+constexpr std::string_view utf16Mark = "\xFF\xFE";
+
+std::string Utf16ToUtf8(std::string_view bytes)
+{
+    std::wstring text;
+    for (size_t at = 0; at + 1 < bytes.size(); at += 2) {
+        text += static_cast<wchar_t>(static_cast<unsigned char>(bytes[at]) | static_cast<unsigned char>(bytes[at + 1])
+                                                                                 << 8);
+    }
+    return ToUtf8(text);
+}
+
+std::string_view WithoutQuotes(std::string_view value)
+{
+    const bool isQuoted =
+        value.size() >= 2 && (value.front() == '"' || value.front() == '\'') && value.front() == value.back();
+    return isQuoted ? value.substr(1, value.size() - 2) : value;
+}
+
+}  // namespace
+
+bool IgnoreCase::operator()(std::string_view left, std::string_view right) const
+{
+    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c + 0; };
+    return std::ranges::lexicographical_compare(left, right, {}, lower, lower);
+}
+
+SetupEntry SetupSection::Find(std::string_view key) const
+{
+    const auto found = first.find(key);
+    return found == first.end() ? SetupEntry{} : entries[found->second];
+}
+
+SetupText::SetupText(std::string_view content) : isUnicode_(content.starts_with(utf16Mark))
+{
+    content_ = isUnicode_ ? Utf16ToUtf8(content.substr(utf16Mark.size())) : std::string(content);
+    const std::string_view text = content_;
+    int32_t number = 0;
+    for (size_t at = 0; at < text.size();) {
+        const size_t stop = std::min(text.find_first_of("\r\n", at), text.size());
+        Take(TrimBlanks(text.substr(at, stop - at)), ++number);
+        at = stop + (text.substr(stop, 2) == "\r\n" ? 2 : 1);
+    }
+}
+
+void SetupText::Take(std::string_view line, int32_t number)
+{
+    if (line.empty() || line.starts_with(';')) {
+        return;
+    }
+    if (line.starts_with('[')) {
+        const std::string_view name = TrimBlanks(line.substr(1, line.find(']') - 1));
+        const bool isNew = byName_.emplace(name, sections_.size()).second;
+        if (isNew) {
+            open_ = sections_.size();
+            sections_.push_back({name, number, {}, {}});
+        } else {
+            open_.reset();
+            repeated_.push_back({name, {}, number, false});
+        }
+        return;
+    }
+    const size_t equals = line.find('=');
+    const bool hasValue = equals != std::string_view::npos;
+    const SetupEntry entry{TrimBlanks(line.substr(0, equals)),
+                           hasValue ? WithoutQuotes(TrimBlanks(line.substr(equals + 1))) : std::string_view(), number,
+                           hasValue};
+    if (!open_) {
+        unread_.push_back(entry);
+        return;
+    }
+    SetupSection& section = sections_[*open_];
+    section.first.emplace(entry.key, section.entries.size());
+    section.entries.push_back(entry);
+}
+
+const SetupSection* SetupText::Find(std::string_view name) const
+{
+    const auto found = byName_.find(name);
+    return found == byName_.end() ? nullptr : &sections_[found->second];
+}
+
+SetupEntry SetupText::Find(std::string_view section, std::string_view key) const
+{
+    const SetupSection* const found = Find(section);
+    return found ? found->Find(key) : SetupEntry{};
+}
+
+std::wstring SetupText::Wide(std::string_view text) const
+{
+    return isUnicode_ ? FromUtf8(text) : FromCodePage(text);
+}
+
+std::wstring SetupText::Quoted(std::string_view text) const
+{
+    return Excerpt(ToUtf8(Wide(text)));
+}
+
+std::string RowKey(std::string_view prefix, int32_t row)
+{
+    return std::string(prefix) + (row >= 0 && row < 10 ? "0" : "") + std::to_string(row);
+}
+
+std::optional<int32_t> RowOf(std::string_view prefix, std::string_view key)
+{
+    if (!EqualIgnoringCase(key.substr(0, prefix.size()), prefix)) {
+        return std::nullopt;
+    }
+    const std::string_view digits = key.substr(std::min(prefix.size(), key.size()));
+    int32_t row = 0;
+    const auto [end, fault] = std::from_chars(digits.data(), digits.data() + digits.size(), row);
+    const bool isWhole = fault == std::errc() && end == digits.data() + digits.size();
+    return isWhole && row > 0 && key == std::string(key.substr(0, prefix.size())) + RowKey("", row) ? std::optional(row)
+                                                                                                    : std::nullopt;
+}
+
+}  // namespace tvn2x

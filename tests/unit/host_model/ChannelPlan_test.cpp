@@ -1,0 +1,139 @@
+#include "host_model/ChannelPlan.h"
+
+#include "host_model/TestFiles.h"
+
+namespace tvn2x {
+namespace {
+
+using testing::HasSubstr;
+
+std::string Block(const std::string& system, const std::string& frequency, const std::string& symbolRate,
+                  const std::string& modulation)
+{
+    return "[CHANNEL]\n\tDELIVERY_SYSTEM = " + system + "\n\tFREQUENCY = " + frequency +
+           "\n\tSYMBOL_RATE = " + symbolRate + "\n\tMODULATION = " + modulation + "\n";
+}
+
+const std::string goodBlock = Block("DVBC/ANNEX_A", "474000000", "6900000", "QAM/64");
+
+ChannelPlan Read(const std::string& content, int32_t orderForAuto = 0)
+{
+    return ReadChannelPlan(content, L"net", orderForAuto);
+}
+
+std::wstring RefusalOf(const std::string& content)
+{
+    return Refusal([&] { Read(content); });
+}
+
+TEST(ChannelPlan, ReadsARealPlan)
+{
+    const ChannelPlan plan = Read(TestFile("plans/at-Kabelsignal"));
+    ASSERT_EQ(plan.channels.size(), 36u);
+    EXPECT_TRUE(plan.leftOut.empty());
+    EXPECT_EQ(plan.title, L"kabelsignal");
+    EXPECT_EQ(plan.channels[0].frequency, 314);
+    EXPECT_EQ(plan.channels[0].symbolRate, 6.9);
+    EXPECT_EQ(plan.channels[0].orderOfQam, 256);
+    EXPECT_EQ(plan.channels[0].line, 3);
+}
+
+TEST(ChannelPlan, TitleIsTheFirstCommentThatSaysSomething)
+{
+    EXPECT_EQ(Read("#----\n# freq sr fec mod\n## Kabel Linz\n# 2006\n" + goodBlock).title, L"Kabel Linz");
+    EXPECT_EQ(Read("#\n# Praha \xC4\x8C"
+                   "esk\xC3\xA1\n" +
+                   goodBlock)
+                  .title,
+              L"Praha Česká");
+    EXPECT_EQ(Read(goodBlock + "# behind the channels\n").title, L"");
+}
+
+TEST(ChannelPlan, BlockNamesCommentsLineEndsAndOtherKeysDoNotMatter)
+{
+    const ChannelPlan plan = Read(
+        "\xEF\xBB\xBF[Main Frequency]\r\nDELIVERY_SYSTEM=DVBC/ANNEX_A # cable\r\n\r\nFREQUENCY = 377750000\r\n"
+        "SYMBOL_RATE = 6875000\r\nINNER_FEC = NONE\r\nMODULATION = QAM/128\r\nINVERSION = AUTO");
+    ASSERT_EQ(plan.channels.size(), 1u);
+    EXPECT_EQ(plan.channels[0].frequency, 377.75);
+    EXPECT_EQ(plan.channels[0].symbolRate, 6.875);
+    EXPECT_EQ(plan.channels[0].orderOfQam, 128);
+}
+
+TEST(ChannelPlan, LeavesOutWhatCannotBeMeasuredWithLineAndReason)
+{
+    const struct
+    {
+        std::string block;
+        const wchar_t* reason;
+    } cases[] = {
+        {Block("DVBT2", "474000000", "6900000", "QAM/64"), L"delivery system \"DVBT2\" is not DVB-C"},
+        {Block("DVBC/ANNEX_B", "474000000", "5056941", "QAM/64"), L"\"DVBC/ANNEX_B\" is not DVB-C"},
+        {Block("DVBC/ANNEX_A", "2999999", "6900000", "QAM/64"),
+         L"2.999999 MHz is outside the receiver's 3 to 1000 MHz"},
+        {Block("DVBC/ANNEX_A", "1000000001", "6900000", "QAM/64"), L"1000.000001 MHz is outside"},
+        {Block("DVBC/ANNEX_A", "474000000", "7001000", "QAM/64"), L"7.001 MSymb/s is outside the receiver's 0.1 to 7"},
+        {Block("DVBC/ANNEX_A", "474000000", "99999", "QAM/64"), L"0.099999 MSymb/s is outside"},
+        {Block("DVBC/ANNEX_A", "474.0", "6900000", "QAM/64"), L"FREQUENCY \"474.0\" is not a whole number"},
+        {Block("DVBC/ANNEX_A", "99999999999999999999999", "6900000", "QAM/64"), L"is not a whole number"},
+        {Block("DVBC/ANNEX_A", "", "6900000", "QAM/64"), L"FREQUENCY is missing"},
+        {Block("DVBC/ANNEX_A", "474000000", "6900000", "QAM/512"), L"modulation \"QAM/512\" is none of"},
+        {Block("DVBC/ANNEX_A", "474000000", "6900000", "64"), L"modulation \"64\" is none of"},
+        {Block("DVBC/ANNEX_A", "474000000", "6900000", "QAM/AUTO"), L"give it with --order"},
+        {"[CHANNEL]\nFREQUENCY = 474000000\n", L"DELIVERY_SYSTEM is missing"},
+    };
+    for (const auto& c : cases) {
+        const ChannelPlan plan = Read(goodBlock + c.block);
+        EXPECT_EQ(plan.channels.size(), 1u) << c.block;
+        ASSERT_EQ(plan.leftOut.size(), 1u) << c.block;
+        EXPECT_EQ(plan.leftOut[0].line, 6);
+        EXPECT_THAT(plan.leftOut[0].text, HasSubstr(c.reason));
+    }
+}
+
+TEST(ChannelPlan, LimitsThemselvesAreInside)
+{
+    const ChannelPlan plan =
+        Read(Block("DVBC/ANNEX_A", "3000000", "100000", "QAM/4") + Block("DVBC", "1000000000", "7000000", "256QAM"));
+    EXPECT_EQ(plan.channels.size(), 2u);
+}
+
+TEST(ChannelPlan, OrderForAutoAnswersForThePlan)
+{
+    const ChannelPlan plan = Read(Block("DVBC/ANNEX_A", "474000000", "6900000", "QAM/AUTO"), 64);
+    ASSERT_EQ(plan.channels.size(), 1u);
+    EXPECT_EQ(plan.channels[0].orderOfQam, 64);
+}
+
+TEST(ChannelPlan, RefusesWhatIsNoPlan)
+{
+    EXPECT_THAT(RefusalOf(""), HasSubstr(L"net is empty"));
+    EXPECT_THAT(RefusalOf(" \r\n\t"), HasSubstr(L"is empty"));
+    EXPECT_THAT(RefusalOf(goodBlock + std::string("\0\1", 2)), HasSubstr(L"net, line 6: binary data"));
+    EXPECT_THAT(RefusalOf("\xFF\xFE[\0"), HasSubstr(L"UTF-16"));
+    EXPECT_THAT(RefusalOf(std::string(5u << 20, 'x')), HasSubstr(L"larger than 4 MiB"));
+    EXPECT_THAT(RefusalOf("# a comment\n"), HasSubstr(L"net has no channels"));
+    EXPECT_THAT(RefusalOf("FREQUENCY = 1\n" + goodBlock), HasSubstr(L"line 1: \"FREQUENCY = 1\" is no line of"));
+    EXPECT_THAT(RefusalOf(goodBlock + "nonsense\n"), HasSubstr(L"line 6: \"nonsense\" is no line of"));
+}
+
+TEST(ChannelPlan, NamesTheKindOfTheWrongPlan)
+{
+    EXPECT_THAT(RefusalOf("# kabelsignal\nC 314000000 6900000 NONE QAM256\n"),
+                HasSubstr(L"net, line 2: \"C 314000000 6900000 NONE QAM256\" is the older plan format"));
+    EXPECT_THAT(RefusalOf(Block("DVBT", "474000000", "", "QAM/64")),
+                HasSubstr(L"line 1: delivery system \"DVBT\" is not DVB-C; no channel of the plan can be measured"));
+}
+
+TEST(ChannelPlan, QuotedTextIsShortAndHarmless)
+{
+    const std::wstring message = RefusalOf(std::string(300, 'x') + "\n");
+    EXPECT_THAT(message, HasSubstr(L"x…\""));
+    EXPECT_LT(message.size(), 250u);
+    EXPECT_THAT(RefusalOf("a\x7F"
+                          "b\n"),
+                HasSubstr(L"\"a?b\""));
+}
+
+}  // namespace
+}  // namespace tvn2x

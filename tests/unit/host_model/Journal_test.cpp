@@ -1,0 +1,121 @@
+#include "host_model/Journal.h"
+
+#include "host_model/RunComparison.h"
+#include "host_model/TestFiles.h"
+#include "host_model/TestRun.h"
+
+namespace tvn2x {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+/// A file on a disk that can be full.
+class FullableFile final : public GrowingFile
+{
+public:
+    FileFault Append(std::string_view bytes) override
+    {
+        if (fault == FileFault::none) {
+            content += bytes;
+        }
+        return fault;
+    }
+    std::string content;
+    FileFault fault = FileFault::none;
+};
+
+TEST(Journal, KeepsWhatAFullDiskRefusesAndTellsOnce)
+{
+    FullableFile file;
+    std::vector<FileFault> told;
+    Journal journal(file, [&](FileFault fault) { told.push_back(fault); });
+    journal.Add("one\n");
+    file.fault = FileFault::diskFull;
+    journal.Add("two\n");
+    journal.Add("three\n");
+    EXPECT_FALSE(journal.IsWhole());
+    file.fault = FileFault::none;
+    journal.Add("four\n");
+    EXPECT_TRUE(journal.IsWhole());
+    EXPECT_EQ(file.content, "one\ntwo\nthree\nfour\n");
+    EXPECT_THAT(told, ElementsAre(FileFault::diskFull, FileFault::none));
+}
+
+TEST(Journal, ARunGoesOnBehindTheChannelsThatItHas)
+{
+    FinishedRun run = TestRun({TestChannel(2, 482, {}), TestChannel(5, 506, {}), TestChannel(7, 522, {})});
+    EXPECT_TRUE(TurnsLeft(run).empty());
+    run.channels.pop_back();
+    EXPECT_THAT(TurnsLeft(run), ElementsAre(ChannelTurn{1, 7}));
+    run.channels.back().outcome = ChannelOutcome::unmeasured;
+    EXPECT_THAT(TurnsLeft(run), ElementsAre(ChannelTurn{1, 5}, ChannelTurn{1, 7})) << "a stopped channel is none";
+    run.channels[0].outcome = ChannelOutcome::error;
+    EXPECT_EQ(TurnsLeft(run).size(), 2u) << "an error is a result";
+    run.channels.clear();
+    EXPECT_EQ(TurnsLeft(run).size(), 3u);
+}
+
+TEST(Journal, PassesFollowEachOther)
+{
+    FinishedRun run = TestRun({TestChannel(1, 474, {}), TestChannel(2, 482, {})});
+    run.passes = 2;
+    EXPECT_THAT(TurnsLeft(run), ElementsAre(ChannelTurn{2, 1}, ChannelTurn{2, 2}));
+    run.channels.push_back(TestChannel(1, 474, {}, 2));
+    EXPECT_THAT(TurnsLeft(run), ElementsAre(ChannelTurn{2, 2}));
+    run.channels.push_back(TestChannel(2, 482, {}, 2));
+    EXPECT_TRUE(TurnsLeft(run).empty());
+    run.passes = 0;
+    EXPECT_THAT(TurnsLeft(run), ElementsAre(ChannelTurn{3, 1}, ChannelTurn{3, 2})) << "without an end";
+}
+
+TEST(Journal, RefusesAnotherSetup)
+{
+    const FinishedRun run = TestRun({TestChannel(1, 474, {}), TestChannel(2, 482, {})});
+    const auto refusal = [&](char hash, int32_t channels) {
+        return Refusal([&] { RequireSameSetup(run, L"j.jsonl", std::string(64, hash), L"net.ini", channels); });
+    };
+    EXPECT_EQ(refusal('a', 2), L"");
+    EXPECT_THAT(refusal('b', 2), HasSubstr(L"j.jsonl belongs to the setup C:\\data\\net.ini as it was on 2026-11-21"));
+    EXPECT_THAT(refusal('a', 1), HasSubstr(L"names channels that net.ini does not have"));
+}
+
+TEST(Journal, ReadsIntervals)
+{
+    EXPECT_EQ(ReadInterval("90s"), 90);
+    EXPECT_EQ(ReadInterval("15m"), 900);
+    EXPECT_EQ(ReadInterval("1.5h"), 5400);
+    EXPECT_EQ(ReadInterval("30"), 30);
+    for (const char* bad : {"", "m", "15 min", "-1m", "0s", "8000h", "nan"}) {
+        EXPECT_THAT(Refusal([&] { ReadInterval(bad); }), HasSubstr(L"is no time from 1 second to 7 days")) << bad;
+    }
+}
+
+TEST(CompareRuns, ShowsWhatDriftedAndWhatCameAndWent)
+{
+    const auto channel = [](int32_t number, double frequency, const wchar_t* level, const wchar_t* ber) {
+        return TestChannel(number, frequency, {{parameter::level, level}, {parameter::ber, ber}});
+    };
+    const FinishedRun before = TestRun({channel(1, 474, L"60.0", L"<1.7E-8"), channel(2, 482, L"60.0", L"1E-8"),
+                                        channel(3, 490, L"60.0", L"---"), channel(4, 498, L"60.0", L"1E-8")});
+    FinishedRun after = TestRun({channel(7, 474, L"58.0", L"<1.0E-8"), channel(8, 482, L"57.9", L"1E-6"),
+                                 channel(9, 490, L"60.0", L"1E-8"), channel(10, 506, L"60.0", L"1E-8")});
+    after.channels[2].outcome = ChannelOutcome::notSynchronised;
+    const RunComparison comparison = CompareRuns(before, after, {{parameter::level, 2}, {parameter::ber, 1}});
+    std::vector<std::string> texts;
+    for (const RunChange& change : comparison.changes) {
+        texts.push_back(change.channel + "|" + change.parameter + "|" + change.before + "|" + change.after + "|" +
+                        change.change);
+    }
+    EXPECT_THAT(texts, ElementsAre("C8 482 MHz|RF level|60.0 dBµV|57.9 dBµV|-2.1 dB",
+                                   "C8 482 MHz|BER before RS|1E-8|1E-6|+2 decades",
+                                   "C9 490 MHz|outcome|synchronised|not synchronised|",
+                                   "C4 498 MHz|channel|synchronised|not in the run|",
+                                   "C10 506 MHz|channel|not in the run|synchronised|"));
+    EXPECT_EQ(comparison.channels, 3);
+    EXPECT_EQ(comparison.changed, 4);
+    EXPECT_TRUE(CompareRuns(before, before, {{parameter::level, 0}}).changes.empty());
+}
+
+}  // namespace
+}  // namespace tvn2x

@@ -1,0 +1,124 @@
+#include "host_model/RunRecords.h"
+
+#include "host_model/Sha256.h"
+#include "host_model/TestFiles.h"
+#include "host_model/TestRun.h"
+
+namespace tvn2x {
+namespace {
+
+using testing::HasSubstr;
+
+FinishedRun MixedRun()
+{
+    ChannelResult lost = TestChannel(2, 482, {{parameter::data, L"INTERMITTENT"}, {parameter::mer, L"---"}});
+    lost.outcome = ChannelOutcome::notSynchronised;
+    ChannelResult late = TestChannel(3, 490, {});
+    late.outcome = ChannelOutcome::unmeasured;
+    late.label = "a \"quoted\" \x01 name";
+    return TestRun({TestChannel(1, 474, {{parameter::level, L"61.1"}, {parameter::ber, L"<1.7E-8"}}), lost, late});
+}
+
+std::wstring RefusalOf(const std::string& content)
+{
+    return Refusal([&] { ReadRun(content, L"run.jsonl"); });
+}
+
+TEST(Sha256, AgreesWithThePublishedVectors)
+{
+    EXPECT_EQ(Sha256(""), "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855");
+    EXPECT_EQ(Sha256("abc"), "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
+    EXPECT_EQ(Sha256("abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq"),
+              "248d6a61d20638b8e5c026930c3e6039a33ce45964ff2167f6ecedd419db06c1");
+    EXPECT_EQ(Sha256(std::string(1000000, 'a')), "cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0");
+}
+
+TEST(MakeReading, TakesNumberAndBoundFromTheTextOfTheCell)
+{
+    const struct
+    {
+        int32_t parameter;
+        const wchar_t* cell;
+        Reading reading;
+    } cases[] = {
+        {parameter::level, L"61.1", {.parameter = 15, .text = "61.1", .value = 61.1, .unit = "dBmV"}},
+        {parameter::ber, L"<1.7E-8", {.parameter = 16, .text = "<1.7E-8", .value = 1.7e-8, .bound = Bound::below}},
+        {parameter::mer, L"OVER", {.parameter = 27, .text = "OVER", .bound = Bound::above, .unit = "dB"}},
+        {parameter::mer, L"---", {.parameter = 27, .text = "---", .unit = "dB"}},
+        {parameter::sync, L"UNSYNC", {.parameter = 19, .text = "UNSYNC"}},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(MakeReading(c.parameter, c.cell, "dBmV", SystemLocale()), c.reading) << c.reading.text;
+    }
+}
+
+TEST(RunRecords, ARunReadsBackAsItWasWritten)
+{
+    FinishedRun run = MixedRun();
+    run.passes = 0;
+    run.interval = 900;
+    run.stopped = true;
+    const StoredRun stored = ReadRun(ResultText(run), L"run.jsonl");
+    EXPECT_EQ(stored.run, run);
+    EXPECT_FALSE(stored.isTorn);
+    run.resumed = {"2026-11-22T00:00:00.000Z"};
+    const RunJudgement judgement = Judge(run, nullptr);
+    EXPECT_EQ(ReadRun(ResultText(run, &judgement), L"").run, run) << "verdicts are passed over";
+}
+
+TEST(RunRecords, EveryCutThroughAJournalLeavesItsWholeLines)
+{
+    const FinishedRun run = MixedRun();
+    const std::string head = RunLine(run);
+    const std::string first = ChannelLine(run.channels[0]);
+    const std::string all = head + first + ChannelLine(run.channels[1]);
+    for (size_t size = 0; size <= all.size(); ++size) {
+        const std::string cut = all.substr(0, size);
+        if (size < head.size()) {
+            EXPECT_THAT(RefusalOf(cut), HasSubstr(size == 0 ? L"is empty" : L"has no whole line"));
+            continue;
+        }
+        const StoredRun stored = ReadRun(cut, L"");
+        const size_t channels = size < head.size() + first.size() ? 0 : size < all.size() ? 1 : 2;
+        EXPECT_EQ(stored.run.channels.size(), channels) << size;
+        EXPECT_EQ(stored.isTorn, stored.wholeBytes != size);
+        EXPECT_TRUE(stored.run.ended.empty());
+    }
+    EXPECT_TRUE(ReadRun(head + std::string(100, '\0'), L"").isTorn) << "blocks that never reached the disk";
+}
+
+TEST(RunRecords, GoingOnTakesTheEndBack)
+{
+    FinishedRun run = MixedRun();
+    run.stopped = true;
+    const FinishedRun stored = ReadRun(RunLine(run) + EndLine(run) + ResumedLine("2026-11-22T00:00:00.000Z"), L"").run;
+    EXPECT_FALSE(stored.stopped);
+    EXPECT_EQ(stored.ended, "");
+    EXPECT_EQ(stored.resumed.size(), 1u);
+}
+
+TEST(RunRecords, NamesTheLineThatIsNoRecord)
+{
+    const FinishedRun run = MixedRun();
+    const std::string head = RunLine(run);
+    std::string channel = ChannelLine(run.channels[0]);
+    const auto with = [&](const std::string& from, const std::string& to) {
+        std::string changed = channel;
+        changed.replace(changed.find(from), from.size(), to);
+        return head + changed;
+    };
+    EXPECT_THAT(RefusalOf("hello\n"), HasSubstr(L"run.jsonl, line 1: \"hello\" is no JSON. Give a result file"));
+    EXPECT_THAT(RefusalOf("[1]\n"), HasSubstr(L"line 1: that is no record"));
+    EXPECT_THAT(RefusalOf(channel), HasSubstr(L"line 1: a result begins with its record \"run\""));
+    EXPECT_THAT(RefusalOf(head + head), HasSubstr(L"line 2: a result begins with its record \"run\", and has one"));
+    EXPECT_THAT(RefusalOf(with("\"number\":1", "\"number\":1e99")), HasSubstr(L"\"number\" has to be a whole number"));
+    EXPECT_THAT(RefusalOf(with("\"number\":1", "\"number\":99999999999")), HasSubstr(L"\"number\" is outside 1 to"));
+    EXPECT_THAT(RefusalOf(with("\"pass\":1", "\"pass\":0")), HasSubstr(L"\"pass\" is outside 1 to"));
+    EXPECT_THAT(RefusalOf(with("\"seconds\"", "\"secs\"")), HasSubstr(L"line 2: \"seconds\" is missing"));
+    EXPECT_THAT(RefusalOf(with("\"below\"", "\"beside\"")), HasSubstr(L"is \"beside\", which is not known"));
+    EXPECT_THAT(RefusalOf(with("\"value\":61.1", "\"value\":\"x\"")), HasSubstr(L"\"value\" has to be a number"));
+    EXPECT_THAT(RefusalOf("{\"record\":\"run\",\"format\":2}\n"), HasSubstr(L"\"format\" is 2, this program reads 1"));
+}
+
+}  // namespace
+}  // namespace tvn2x

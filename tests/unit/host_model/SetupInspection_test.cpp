@@ -1,0 +1,154 @@
+#include "host_model/SetupInspection.h"
+
+#include "host_model/SetupText.h"
+#include "host_model/TestFiles.h"
+
+namespace tvn2x {
+namespace {
+
+using testing::AllOf;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::Field;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+SetupInspection Inspect(const std::string& content)
+{
+    return InspectSetup(content, L"TVN Host");
+}
+
+auto Remark(int32_t line, const std::wstring& text, bool isFatal = false)
+{
+    return AllOf(Field(&SetupRemark::line, line), Field(&SetupRemark::text, HasSubstr(text)),
+                 Field(&SetupRemark::isFatal, isFatal));
+}
+
+/// The remarks on a good setup in which one text is replaced by another.
+std::vector<SetupRemark> Changed(const std::string& from, const std::string& to)
+{
+    std::string content = TestFile("setups/version-2.0.ini");
+    const size_t at = content.find(from);
+    EXPECT_NE(at, std::string::npos) << from;
+    return Inspect(content.replace(at, from.size(), to)).remarks;
+}
+
+TEST(SetupInspection, FindsNothingInSetupsAsTheyAreSaved)
+{
+    for (const char* const name : {"setups/version-2.0.ini", "setups/backup.ini"}) {
+        EXPECT_THAT(Inspect(TestFile(name)).remarks, IsEmpty()) << name;
+    }
+    const SetupInspection old = Inspect(TestFile("setups/version-1.4.ini"));
+    EXPECT_EQ(old.version, L"1.4");
+    EXPECT_EQ(old.channels, 3);
+    EXPECT_TRUE(old.IsUsable());
+    EXPECT_THAT(old.remarks, ElementsAre(Remark(16, L"\"Frequency 4\" was left behind by an early program"),
+                                         Remark(17, L"\"Symbol Rate (MSymb/s) 4\" was left behind")));
+    EXPECT_TRUE(Inspect(TestFile("setups/backup.ini")).isBackup);
+}
+
+TEST(SetupInspection, RefusesWhatIsNoSetupWithoutGoingIntoDetail)
+{
+    EXPECT_THAT(Inspect(" \r\n").remarks, ElementsAre(Remark(0, L"empty", true)));
+    EXPECT_THAT(Inspect(std::string("[a]\nMZ\0", 7)).remarks, ElementsAre(Remark(2, L"binary data", true)));
+    EXPECT_THAT(Inspect("[a]\nk=1\n").remarks, ElementsAre(Remark(0, L"\"Name\" in [Application]", true)));
+    EXPECT_THAT(Inspect(TestFile("plans/at-Kabelsignal")).remarks, ElementsAre(Remark(0, L"channel plan", true)));
+}
+
+TEST(SetupInspection, SaysWhyAVersionDoesNotLoad)
+{
+    EXPECT_THAT(Changed("Name=TVN Host", "Name=TVN host"), ElementsAre(Remark(2, L"belongs to \"TVN host\"", true)));
+    EXPECT_THAT(Changed("Model=2x", "Model=2X"), ElementsAre(Remark(5, L"model \"2X\"", true)));
+    EXPECT_THAT(Changed("Model=2x", ";"), ElementsAre(Remark(3, L"version 2 needs \"Model\" in [Hardware]", true)));
+    EXPECT_THAT(Changed("Version=2.0", "Version=1.9"), ElementsAre(Remark(3, L"\"1.9\" is the version of no known")));
+    EXPECT_THAT(Changed("Version=2.0", ";"), ElementsAre(Remark(0, L"the version is missing")));
+}
+
+TEST(SetupInspection, NamesEveryDoubtfulValueByItsLine)
+{
+    const struct
+    {
+        const char* from;
+        const char* to;
+        int32_t line;
+        const wchar_t* text;
+        bool isFatal;
+    } cases[] = {
+        {"Frequency   01=314.0000000", "Frequency   01=2.9", 9, L"from 3 to 1000", false},
+        {"Frequency   01=314.0000000", "Frequency   01=", 9, L"is no number", true},
+        {"Symbol Rate 01=6.900", "Symbol Rate 01=7.1", 11, L"from 0.1 to 7", false},
+        {"Symbol Rate 01=6.900", "Symbol Rate 01=fast", 11, L"is \"fast\", which is no number", true},
+        {"Mode=4", "Mode=6", 6, L"the list has 4", false},
+        {"Level Unit=dB\xB5V", "Level Unit=dBuV", 28, L"none of dBmV, dBpW", false},
+        {"10MHz Reference Source=0", "10MHz Reference Source=2", 29, L"the list has 0, 1", false},
+        {"Order Of QAM=256", "Order Of QAM=many", 30, L"is no number: 64 is taken", false},
+        {"Rolloff Factor=15", "ROLLOFF FACTOR=0.15", 31, L"no whole number: the digits at its beginning", false},
+        {"Input Impedance (ohm)=75", "Input Impedance (ohm)=60", 34, L"2, 50, 75, 4, 128", false},
+        {"Couple Display and Save=True", "Couple Display and Save=maybe", 37, L"neither True nor False", false},
+        {"Show Before=-1", "Show Before=", 166, L"no whole number: -1 is taken", false},
+        {"Display Grid=2", "Display Grid=3", 169, L"the list has 0, 1, 2", false},
+    };
+    for (const auto& c : cases) {
+        EXPECT_THAT(Changed(c.from, c.to), ElementsAre(Remark(c.line, c.text, c.isFatal))) << c.to;
+    }
+}
+
+TEST(SetupInspection, NamesWhatIsNotReadAndWhatIsMissing)
+{
+    EXPECT_THAT(Changed("[Notes]", "[Note]"), ElementsAre(Remark(164, L"no setup has a section \"Note\"")));
+    EXPECT_THAT(Changed("Level Unit", "Level"), ElementsAre(Remark(28, L"[Static Settings] has no key \"Level\"")));
+    EXPECT_THAT(Changed("[X-Axis]", "[notes]"), ElementsAre(Remark(168, L"the one in line 164 counts")));
+    EXPECT_THAT(Changed("Mode=4", "Mode=4\r\nMODE=5\r\nmode"),
+                ElementsAre(Remark(7, L"is there a second time: line 6 counts"), Remark(8, L"has no \"=\"")));
+    EXPECT_THAT(Changed("[Application]", "stray=1\r\n[Application]"),
+                ElementsAre(Remark(1, L"\"stray\" stands before the first section")));
+    EXPECT_THAT(Changed("Count=6", "Count=5"),
+                ElementsAre(Remark(24, L"\"Frequency   06\" stands beyond \"Count\" (5)"), Remark(25, L"beyond"),
+                            Remark(26, L"beyond")));
+    EXPECT_THAT(Changed("Count=6", "Count=8"),
+                ElementsAre(Remark(7, L"lacks \"Frequency   07\" to \"Frequency   08\": their defaults are taken"),
+                            Remark(7, L"lacks \"Symbol Rate 07\" to \"Symbol Rate 08\"")));
+    EXPECT_THAT(Changed("Count=6", ";"), Contains(Remark(7, L"\"Count\" is missing in [Frequency List]: 1 is taken")));
+    EXPECT_THAT(Changed("Count=6", "Count=40000"), Contains(Remark(8, L"the file can hold at most 32767", true)));
+    EXPECT_THAT(Changed("Position 02=2", "Position 02=1"),
+                ElementsAre(Remark(104, L"\"Position 02\" is \"1\", as is \"Position 01\" in line 103")));
+}
+
+TEST(SetupInspection, StaysShortWhereEverythingIsDoubtful)
+{
+    std::string content = TestFile("setups/version-2.0.ini") + "[Notes]\r\n[Odd]\r\n[Hardware]\r\n";
+    for (int i = 0; i < 5000; ++i) {
+        content += "[Hardware]\r\n";
+    }
+    const SetupInspection inspection = Inspect(content);
+    EXPECT_EQ(inspection.remarks.size() + inspection.leftOut, 5003u);
+    EXPECT_EQ(inspection.remarks.size(), 1000u);
+}
+
+TEST(SetupText, ReadsFilesOfEitherEncodingAndAnyLineEnd)
+{
+    for (const char* const end : {"\n", "\r", "\r\n"}) {
+        const std::string content = std::string(";c") + end + " [ A ] x" + end + end + "k = \"v \"" + end + "K=2";
+        const SetupText setup(content);
+        EXPECT_EQ(setup.Find("a", "K").value, "v ");
+        EXPECT_EQ(setup.Find("a", "k").line, 4);
+    }
+    const std::string utf16("\xFF\xFE[\0a\0]\0\n\0k\0=\0\xB5\0", 16);
+    const SetupText setup(utf16);
+    EXPECT_EQ(setup.Wide(setup.Find("A", "K").value), L"µ");
+    EXPECT_EQ(setup.Quoted(SetupText("[a]\nk=\xB5").Find("a", "k").value).size(), 3u);
+}
+
+TEST(SetupText, TellsRowKeysFromOthers)
+{
+    EXPECT_EQ(RowKey("Frequency   ", 7), "Frequency   07");
+    EXPECT_EQ(RowOf("Frequency   ", "FREQUENCY   07"), 7);
+    EXPECT_EQ(RowOf("Frequency   ", "Frequency   123"), 123);
+    for (const char* const key : {"Frequency   7", "Frequency   007", "Frequency   0", "Frequency   00", "Frequency   ",
+                                  "Frequency   1x", "Frequency 01", "Frequency   99999999999"}) {
+        EXPECT_EQ(RowOf("Frequency   ", key), std::nullopt) << key;
+    }
+}
+
+}  // namespace
+}  // namespace tvn2x
