@@ -1,0 +1,81 @@
+#include "com/Server.h"
+
+#include "com/ComPtr.h"
+#include "com/Counted.h"
+#include "com/Errors.h"
+#include "com/Module.h"
+#include "com/Registration.h"
+
+namespace tvn2x::com {
+namespace {
+
+class ClassFactory final : public Counted<IClassFactory>
+{
+public:
+    explicit ClassFactory(const ServedClass& served) : served_(served) {}
+
+    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID id, void** out) noexcept override
+    {
+        if (!out)
+            return E_POINTER;
+        *out = nullptr;
+        if (outer)
+            return CLASS_E_NOAGGREGATION;
+        HRESULT result = E_UNEXPECTED;
+        const HRESULT guarded = Guard(IID_IClassFactory, [&] { result = served_.create(id, out); });
+        return FAILED(guarded) ? guarded : result;
+    }
+
+    HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) noexcept override
+    {
+        lock ? Module::Lock() : Module::Unlock();
+        return S_OK;
+    }
+
+private:
+    const ServedClass& served_;
+};
+
+}  // namespace
+
+HRESULT Server::ClassObject(REFCLSID classId, REFIID interfaceId, void** out) const noexcept
+{
+    if (!out)
+        return E_POINTER;
+    *out = nullptr;
+    for (const ServedClass& served : classes_) {
+        if (served.id != classId)
+            continue;
+        HRESULT result = E_UNEXPECTED;
+        const HRESULT guarded = Guard(IID_IClassFactory, [&] {
+            result = ComPtr<ClassFactory>::Attach(new ClassFactory(served))->QueryInterface(interfaceId, out);
+        });
+        return FAILED(guarded) ? guarded : result;
+    }
+    return CLASS_E_CLASSNOTAVAILABLE;
+}
+
+HRESULT Server::Register() const noexcept
+{
+    const HRESULT result = Guard(IID_NULL, [&] {
+        const Registration registration(typeLibrary_);
+        for (const ServedClass& served : classes_)
+            registration.Add(served);
+        registration.AddTypeLibrary();
+    });
+    if (FAILED(result))
+        Unregister();
+    return result;
+}
+
+HRESULT Server::Unregister() const noexcept
+{
+    return Guard(IID_NULL, [&] {
+        const Registration registration(typeLibrary_);
+        for (const ServedClass& served : classes_)
+            registration.Remove(served);
+        registration.RemoveTypeLibrary();
+    });
+}
+
+}  // namespace tvn2x::com

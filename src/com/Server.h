@@ -1,0 +1,49 @@
+#pragma once
+
+#include <windows.h>
+
+#include <unknwn.h>
+
+#include <span>
+
+namespace tvn2x::com {
+
+/// A creatable class of a component server.
+struct ServedClass
+{
+    const CLSID& id;
+    const wchar_t* name;         ///< "TVN2x.clsSetup"
+    const wchar_t* description;  ///< what the registry shows
+    /// Makes an object and answers `interfaceId` of it. May throw.
+    HRESULT (*create)(REFIID interfaceId, void** out);
+};
+
+/// What a component server's exports do, over its table of classes and its first embedded type library.
+class Server
+{
+public:
+    Server(std::span<const ServedClass> classes, REFGUID typeLibrary) : classes_(classes), typeLibrary_(typeLibrary) {}
+
+    HRESULT ClassObject(REFCLSID classId, REFIID interfaceId, void** out) const noexcept;
+    /// For all users of the machine. A registration that fails half-way is taken back.
+    HRESULT Register() const noexcept;
+    /// Removes what Register wrote and nothing else.
+    HRESULT Unregister() const noexcept;
+
+private:
+    std::span<const ServedClass> classes_;
+    const GUID& typeLibrary_;
+};
+
+/// The usual `create` of a class: a new Class, its `interfaceId` answered.
+template <class Class>
+HRESULT Create(REFIID interfaceId, void** out)
+{
+    Class* object = new Class;
+    object->AddRef();
+    const HRESULT result = object->QueryInterface(interfaceId, out);
+    object->Release();
+    return result;
+}
+
+}  // namespace tvn2x::com

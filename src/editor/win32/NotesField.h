@@ -1,0 +1,53 @@
+#pragma once
+
+#include <windows.h>
+
+#include <richedit.h>
+
+#include <string>
+
+#include "editor/Editor.h"
+#include "editor_win32/Handles.h"
+#include "editor_win32/Subclass.h"
+
+namespace tvn2x {
+
+/// The notes: a rich-text field whose protected ranges the user cannot change.
+class NotesField
+{
+public:
+    explicit NotesField(Editor& editor);
+
+    /// Raises where the system has no rich-text control.
+    HWND Create(HWND parent, const RECT& place, int id);
+
+    void Load(const std::wstring& text, bool isRichText);
+    std::wstring AsRichText() const;
+    void ProtectSelection(bool protect);
+    void ColourSelection(Colour colour);
+
+    LRESULT OnMessage(const Subclass& control, UINT message, WPARAM wParam, LPARAM lParam);
+    /// The system's question whether protected text may be changed: 1 for no.
+    LRESULT OnProtected(const ENPROTECTED& question);
+    void OnChanged();
+
+private:
+    void StreamIn(const std::string& richText) const;
+    void ProtectHidden() const;
+    bool HasProtected(CHARRANGE range) const;
+    CHARRANGE Selection() const;
+    CHARRANGE Affected(UINT message, WPARAM wParam) const;
+    bool TouchesProtected(CHARRANGE range) const;
+    void TypeUnprotected();
+    LONG WordEdge(LONG from, WPARAM direction) const;
+    void Format(const CHARFORMAT2W& format, WPARAM what) const;
+    template <class Work>
+    void Quietly(Work work) const;
+
+    Editor& editor_;
+    Library library_;
+    HWND window_ = nullptr;
+    bool updating_ = false;  ///< the field itself is changing its content
+};
+
+}  // namespace tvn2x

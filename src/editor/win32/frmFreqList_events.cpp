@@ -1,0 +1,212 @@
+#include <algorithm>
+
+#include "editor_win32/ControlIds.h"
+#include "editor_win32/frmFreqList.h"
+
+namespace tvn2x {
+namespace {
+
+bool IsPushButton(HWND window)
+{
+    return (SendMessageW(window, WM_GETDLGCODE, 0, 0) & (DLGC_DEFPUSHBUTTON | DLGC_UNDEFPUSHBUTTON)) != 0;
+}
+
+}  // namespace
+
+/// Keys that the system's dialogs do not know, or know otherwise. True where one is taken.
+bool frmFreqList::BeforeDialog(const MSG& message)
+{
+    if (!IsChild(dialog_.Get(), message.hwnd))
+        return false;
+    try {
+        if (message.message == WM_SYSCHAR)
+            return OnAccessKey(static_cast<wchar_t>(message.wParam));
+        if (message.message != WM_KEYDOWN)
+            return false;
+        if (GetKeyState(VK_CONTROL) < 0)
+            return OnPageKey(message.wParam);
+        if (message.wParam == VK_RETURN && IsPushButton(message.hwnd)) {
+            SendMessageW(message.hwnd, BM_CLICK, 0, 0);
+            return true;
+        }
+    } catch (...) {
+        OnException();
+    }
+    return false;
+}
+
+bool frmFreqList::OnPageKey(WPARAM key)
+{
+    const bool isTab = key == VK_TAB;
+    if (!isTab && key != VK_NEXT && key != VK_PRIOR)
+        return false;
+    const bool backwards = isTab ? GetKeyState(VK_SHIFT) < 0 : key == VK_PRIOR;
+    const int32_t page = static_cast<int32_t>(editor_.CurrentPage()) + (backwards ? pageCount - 1 : 1);
+    editor_.SelectPage(static_cast<Page>(page % pageCount));
+    return true;
+}
+
+bool frmFreqList::OnAccessKey(wchar_t letter)
+{
+    if (const auto target = accessKeys_.Find(editor_.CurrentPage(), letter, GetFocus())) {
+        if (target->heading) {
+            editor_.HeadingAccessKey(*target->heading);
+            return true;
+        }
+        SetFocus(target->control);
+        const LRESULT code = SendMessageW(target->control, WM_GETDLGCODE, 0, 0);
+        if ((code & (DLGC_BUTTON | DLGC_DEFPUSHBUTTON | DLGC_UNDEFPUSHBUTTON)) != 0)
+            SendMessageW(target->control, BM_CLICK, 0, 0);
+        else if ((code & DLGC_HASSETSEL) != 0)
+            SendMessageW(target->control, EM_SETSEL, 0, -1);
+        return true;
+    }
+    const auto page = AccessKeys::FindTab(letter);
+    if (!page)
+        return false;
+    SetFocus(tabs_);
+    editor_.SelectPage(*page);
+    return true;
+}
+
+INT_PTR CALLBACK frmFreqList::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept
+{
+    if (message == WM_INITDIALOG) {
+        SetWindowLongPtrW(window, DWLP_USER, lParam);
+        return FALSE;
+    }
+    auto* const self = reinterpret_cast<frmFreqList*>(GetWindowLongPtrW(window, DWLP_USER));
+    if (!self)
+        return FALSE;
+    try {
+        return self->OnDialogMessage(window, message, wParam, lParam);
+    } catch (...) {
+        self->OnException();
+        return TRUE;
+    }
+}
+
+INT_PTR frmFreqList::OnDialogMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    const bool isFrame = window == dialog_.Get();
+    switch (message) {
+        case WM_COMMAND:
+            OnCommand(LOWORD(wParam), HIWORD(wParam), reinterpret_cast<HWND>(lParam));
+            return TRUE;
+        case WM_NOTIFY:
+            return OnNotify(window, *reinterpret_cast<const NMHDR*>(lParam));
+        case WM_DRAWITEM: {
+            const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam);
+            const GridPane& pane = Pane(window == PageWindow(Page::frequencies) ? Grid::channels : Grid::parameters);
+            item.CtlType == ODT_LISTBOX ? pane.DrawRow(item) : pane.DrawHeading(item);
+            return TRUE;
+        }
+        case WM_LBUTTONDOWN:
+            if (!isFrame)
+                editor_.BackgroundClicked();
+            return !isFrame;
+        case WM_SIZE:
+            if (isFrame && tabs_ && wParam != SIZE_MINIMIZED)
+                Arrange();
+            return FALSE;
+        case WM_GETMINMAXINFO:
+            if (isFrame)
+                reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {smallest_.cx, smallest_.cy};
+            return FALSE;
+        case WM_SYSCOLORCHANGE:
+            if (isFrame)
+                OnColoursChanged();
+            return FALSE;
+        case WM_CLOSE:
+            if (isFrame)
+                editor_.Cancel();
+            return TRUE;
+        default:
+            return FALSE;
+    }
+}
+
+void frmFreqList::OnColoursChanged()
+{
+    look_.MakeArrows();
+    for (const Subclass& each : subclasses_)
+        SendMessageW(each.window, WM_SYSCOLORCHANGE, 0, 0);
+    RedrawWindow(dialog_.Get(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+}
+
+INT_PTR frmFreqList::OnNotify(HWND window, const NMHDR& notice)
+{
+    if (notice.code == static_cast<UINT>(TCN_SELCHANGE) && notice.hwndFrom == tabs_) {
+        editor_.SelectPage(static_cast<Page>(SendMessageW(tabs_, TCM_GETCURSEL, 0, 0)));
+        return TRUE;
+    }
+    if (notice.code == EN_PROTECTED) {
+        const LRESULT answer = notes_.OnProtected(reinterpret_cast<const ENPROTECTED&>(notice));
+        SetWindowLongPtrW(window, DWLP_MSGRESULT, answer);
+        return TRUE;
+    }
+    return FALSE;
+}
+
+/// The numbers of the controls tell what they are: see ControlIds.h.
+void frmFreqList::OnCommand(int id, int event, HWND control)
+{
+    using namespace control_id;
+    if (id == ok && event == BN_CLICKED)
+        return editor_.Ok();
+    if (id == cancel)
+        return editor_.CancelIsCancel() ? editor_.Cancel() : void();
+    if (id == notes && event == EN_CHANGE)
+        return notes_.OnChanged();
+    if ((id == protect || id == unprotect) && event == BN_CLICKED)
+        return editor_.NotesButton(id == protect);
+    const auto in = [id](int first, int count) { return id >= first && id < first + count; };
+    if (in(Of(Choice{}), choiceCount) && event == CBN_SELCHANGE)
+        return editor_.SelectItem(static_cast<Choice>(id - Of(Choice{})),
+                                  static_cast<int32_t>(SendMessageW(control, CB_GETCURSEL, 0, 0)));
+    if (in(Of(Field{}), fieldCount) && event == EN_CHANGE && !updating_)
+        return editor_.TextChanged(static_cast<Field>(id - Of(Field{})), WindowText(control));
+    if (in(Of(Check{}), checkCount) && event == BN_CLICKED)
+        return editor_.SetCheck(static_cast<Check>(id - Of(Check{})),
+                                SendMessageW(control, BM_GETCHECK, 0, 0) == BST_CHECKED);
+    for (const Grid grid : {Grid::parameters, Grid::channels}) {
+        if (in(Of(RowCommand{}, grid), rowCommandCount) && event == BN_CLICKED)
+            return editor_.Execute(static_cast<RowCommand>(id - Of(RowCommand{}, grid)), grid);
+        if (in(Heading(static_cast<Column>(grid)), 3) && (event == STN_CLICKED || event == STN_DBLCLK))
+            return editor_.HeadingClicked(id - Heading(0));
+        if (id == CellEditor(grid) && event == EN_CHANGE)
+            return Pane(grid).OnCellTextChanged();
+    }
+}
+
+LRESULT frmFreqList::OnMessage(const Subclass& control, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == WM_SETFOCUS || message == WM_KILLFOCUS) {
+        const LRESULT result = control.Default(message, wParam, lParam);
+        parameters_.SelectionColourChanged();
+        channels_.SelectionColourChanged();
+        if (message == WM_SETFOCUS && !closed_)
+            editor_.FocusMoved(control.control,
+                               control.control == Control::cellEditor ? editor_.CurrentEdit().column : control.number);
+        return result;
+    }
+    switch (control.control) {
+        case Control::list:
+            return Pane(control.number).OnListMessage(control, message, wParam, lParam);
+        case Control::cellEditor:
+            return Pane(static_cast<Grid>(control.number)).OnCellEditorMessage(control, message, wParam, lParam);
+        case Control::notes:
+            return notes_.OnMessage(control, message, wParam, lParam);
+        case Control::defaultSymbolRate:
+        case Control::maxSettlingTime:
+            if (message == WM_CHAR &&
+                !editor_.FieldChar(static_cast<Field>(control.number), static_cast<wchar_t>(wParam)))
+                return 0;
+            break;
+        default:
+            break;
+    }
+    return control.Default(message, wParam, lParam);
+}
+
+}  // namespace tvn2x
