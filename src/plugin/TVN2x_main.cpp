@@ -1,0 +1,61 @@
+// The exports of the component server, and nothing else.
+
+#include <initguid.h>
+#include <windows.h>
+
+#include "TVN2x.h"
+#include "TVNINT.h"
+#include "XKTR2x.h"
+#include "com/Module.h"
+#include "com/Server.h"
+#include "com/TypeLibrary.h"
+#include "plugin/TimeoutObject.h"
+#include "plugin/clsSetup.h"
+#include "plugin/clsSupport.h"
+
+namespace {
+
+using namespace tvn2x;
+
+const com::ServedClass classes[] = {
+    {CLSID_clsSetup, L"TVN2x.clsSetup", L"Setup document, instrument facade and measurement process",
+     com::Create<tvn2x::clsSetup>},
+    {CLSID_clsSupport, L"TVN2x.clsSupport", L"Container for product support contact information",
+     com::Create<tvn2x::clsSupport>},
+    {CLSID_clsTimeout, L"TVN2x.clsTimeout", L"Polled timer", com::Create<TimeoutObject>},
+};
+
+const com::Server server(classes, LIBID_TVN2x);
+
+}  // namespace
+
+STDAPI DllGetClassObject(REFCLSID classId, REFIID interfaceId, void** out)
+{
+    return server.ClassObject(classId, interfaceId, out);
+}
+
+STDAPI DllCanUnloadNow()
+{
+    return com::Module::CanUnload() ? S_OK : S_FALSE;
+}
+
+STDAPI DllRegisterServer()
+{
+    return server.Register();
+}
+
+STDAPI DllUnregisterServer()
+{
+    return server.Unregister();
+}
+
+BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* processEnds)
+{
+    if (reason == DLL_PROCESS_ATTACH) {
+        com::Module::Instance(instance);
+        DisableThreadLibraryCalls(instance);
+    } else if (reason == DLL_PROCESS_DETACH && !processEnds) {
+        com::ForgetTypeInfo();
+    }
+    return TRUE;
+}
