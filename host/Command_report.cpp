@@ -1,0 +1,82 @@
+#include "fmt/format.h"
+#include "fmt/xchar.h"
+#include "host/Commands.h"
+#include "host/Files.h"
+#include "host_model/InputError.h"
+#include "host_model/RunComparison.h"
+#include "host_model/RunGrid.h"
+#include "util/Encoding.h"
+
+namespace tvn2x {
+
+namespace {
+
+/// The channels that a verdict is about, each with its reason.
+TextGrid Findings(const FinishedRun& run, const RunJudgement& judgement)
+{
+    TextGrid grid({L"Channel", L"Verdict", L"Why"}, 1);
+    for (size_t i = 0; i < run.channels.size(); ++i) {
+        const ChannelJudgement& channel = judgement.channels[i];
+        if (channel.verdict != Verdict::pass) {
+            const std::string pass = run.passes == 1 ? "" : fmt::format(" pass {}", run.channels[i].pass);
+            grid.AddRow({FromUtf8(run.channels[i].Name() + pass), FromUtf8(VerdictName(channel.verdict)),
+                         FromUtf8(channel.reason)});
+        }
+    }
+    return grid;
+}
+
+}  // namespace
+
+void ShowVerdict(const FinishedRun& run, const RunJudgement& judgement, Console& console)
+{
+    if (judgement.Count(Verdict::pass) != static_cast<int32_t>(run.channels.size())) {
+        console.Result(Findings(run, judgement).Render(console.ResultWidth()));
+    }
+    console.Result(FromUtf8(VerdictSentence(run, judgement)) + L"\n");
+}
+
+int JudgeRun(const JudgeOptions& options, Console& console)
+{
+    const std::optional<Limits> limits = LoadLimits(options.reports.limits);
+    RequireReportTargets(options.reports, AbsolutePath(options.result));
+    const FinishedRun run = LoadRun(options.result, console);
+    const RunJudgement judgement = Judge(run, limits ? &*limits : nullptr);
+    if (options.shows) {
+        ShowVerdict(run, judgement, console);
+    } else if (!options.reports.HasReports()) {
+        RaiseInput(L"there is nothing to do. Say which report to make: --html FILE, --junit FILE or --json FILE.");
+    }
+    WriteReports(run, judgement, limits ? &*limits : nullptr, options.reports, console);
+    return options.shows ? judgement.ExitCode() : exitDone;
+}
+
+int Compare(const CompareOptions& options, Console& console)
+{
+    std::map<int32_t, double> drift = options.limits.empty() ? OutletLimits().drift : LoadLimits(options.limits)->drift;
+    if (drift.empty()) {
+        RaiseInput(options.limits + L" has no section [drift]. Add one, like [drift] with a line rflev=2.");
+    }
+    if (options.level) {
+        drift[parameter::level] = *options.level;
+    }
+    if (options.mer) {
+        drift[parameter::mer] = *options.mer;
+    }
+    const FinishedRun before = LoadRun(options.before, console);
+    const FinishedRun after = LoadRun(options.after, console);
+    const RunComparison comparison = CompareRuns(before, after, drift);
+    if (!comparison.changes.empty()) {
+        console.Result(ComparisonGrid(comparison).Render(console.ResultWidth()));
+    }
+    console.Result(fmt::format(L"{} channels in both runs, {} changed\n", comparison.channels, comparison.changed));
+    return comparison.changed == 0 ? exitDone : exitFindings;
+}
+
+int PrintLimits(Console& console)
+{
+    console.Result(FromUtf8(OutletLimitsText()));
+    return exitDone;
+}
+
+}  // namespace tvn2x

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+#include "TVN2x.h"
+#include "TVNINT.h"
+#include "XKTR2x.h"
+#include "com/ComPtr.h"
+#include "com/Errors.h"
+#include "com/Text.h"
+
+namespace tvn2x {
+
+/// Calls a member of a COM object; a failure is thrown as RaisedError. An argument that the compiler has to convert
+/// (bool to VARIANT_BOOL) is the caller's.
+template <class Interface, class Base, class... Parameters, class... Arguments>
+void Call(const com::ComPtr<Interface>& object, HRESULT (STDMETHODCALLTYPE Base::*member)(Parameters...),
+          Arguments&&... arguments)
+{
+    com::Check((object.Get()->*member)(std::forward<Arguments>(arguments)...), object.Get());
+}
+
+/// The same for a member whose last parameter hands out a T.
+template <class T, class Interface, class Member, class... Arguments>
+T Get(const com::ComPtr<Interface>& object, Member member, Arguments&&... arguments)
+{
+    if constexpr (std::is_same_v<T, std::wstring>) {
+        com::Bstr text;
+        Call(object, member, std::forward<Arguments>(arguments)..., text.Put());
+        return std::wstring(text.View());
+    } else {
+        T value{};
+        Call(object, member, std::forward<Arguments>(arguments)..., &value);
+        return value;
+    }
+}
+
+/// The plug-in's one object, by the interfaces that the host uses.
+struct Plugin
+{
+    /// Raises 429 with a remedy where the plug-in is not registered.
+    Plugin();
+
+    /// Loads a setup that CheckSetupFile has seen. Raises where the plug-in refuses it.
+    void Load(const std::wstring& path) const;
+
+    com::ComPtr<_clsSetup> document;
+    com::ComPtr<ISetup> setup;
+    com::ComPtr<IMeasure> measure;
+    com::ComPtr<IDriver> driver;
+    com::ComPtr<ICheckHardware> check;
+};
+
+/// The parent stays the plug-in's until this goes, whatever ends the operation.
+class AttachedParent
+{
+public:
+    AttachedParent(const Plugin& plugin, IDispatch* parent);
+    AttachedParent(const AttachedParent&) = delete;
+    AttachedParent& operator=(const AttachedParent&) = delete;
+    ~AttachedParent();
+
+private:
+    const Plugin& plugin_;
+};
+
+/// The run-control object that the plug-in shares with the host on this thread. Raises 429 with a remedy where the
+/// driver library is not registered.
+com::ComPtr<IRunControl> CreateRunControl();
+
+/// The object that keeps the errors which the plug-in reports without raising them.
+com::ComPtr<IErrorReport> CreateErrorReport();
+
+/// The settings of the simulated receiver. Raises where another receiver is connected.
+com::ComPtr<ISimulatorSettings> SimulatorSettings(const Plugin& plugin);
+
+/// What the user is told of an error: its description, number and source, and what to do about it.
+std::wstring ErrorText(const RaisedError& error);
+
+}  // namespace tvn2x

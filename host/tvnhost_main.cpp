@@ -1,0 +1,298 @@
+#include <windows.h>
+
+#include <objbase.h>
+
+#include <algorithm>
+#include <exception>
+#include <string>
+#include <vector>
+
+#include "CLI/App.hpp"
+#include "CLI/Config.hpp"
+#include "CLI/Formatter.hpp"
+#include "com/Module.h"
+#include "com/TypeLibrary.h"
+#include "host/Commands.h"
+#include "host/Plugin.h"
+#include "host/RunArguments.h"
+#include "util/Encoding.h"
+
+namespace tvn2x {
+
+namespace {
+
+/// The command line as the parser takes it, in UTF-8. What was read is handed on as wide text.
+struct Arguments
+{
+    std::string plan, output, title, levelUnit = "dBuV", setup, network, channels, parameters;
+    ImportOptions import;
+    NetworkOptions model;
+    ScanOptions scan;
+    RunArguments run;
+    bool checksReceiver = false;
+};
+
+class Apartment
+{
+public:
+    Apartment() : result_(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)) {}
+    Apartment(const Apartment&) = delete;
+    Apartment& operator=(const Apartment&) = delete;
+    ~Apartment()
+    {
+        com::ForgetTypeInfo();
+        if (SUCCEEDED(result_)) {
+            CoUninitialize();
+        }
+    }
+
+private:
+    HRESULT result_;
+};
+
+CLI::App* AddImport(CLI::App& app, Arguments& arguments)
+{
+    CLI::App* command = app.add_subcommand("import", "Make a setup from a network's channel plan");
+    command->add_option("plan", arguments.plan, "Channel plan (DVBv5 channel file)")->type_name("FILE")->required();
+    command->add_option("-o,--output", arguments.output, "Setup file to write")->type_name("FILE")->required();
+    command->add_option("--ber-samples", arguments.import.berSamples, "Bit error count, in blocks of 10^7 bits")
+        ->type_name("N")
+        ->check(CLI::Range(1, 100000).description("1..100000"))
+        ->capture_default_str();
+    command->add_option("--max-settling-time", arguments.import.maxSettlingTime, "Longest wait for a lock, in seconds")
+        ->type_name("S")
+        ->check(CLI::Range(1, 300).description("1..300"))
+        ->capture_default_str();
+    command->add_option("--level-unit", arguments.levelUnit, "dBmV, dBpW, dBuW, dBm, dBuV or mV")
+        ->type_name("UNIT")
+        ->capture_default_str();
+    command->add_option("--order", arguments.import.orderForAuto, "Order of QAM where the plan says QAM/AUTO")
+        ->type_name("ORDER")
+        ->check(CLI::IsMember({4, 16, 32, 64, 128, 256}));
+    command->add_option("--title", arguments.title, "First line of the setup's notes")->type_name("TEXT");
+    command->footer("A setup has one order of QAM. A plan that mixes orders gives one setup each: SETUP-64qam, ...");
+    return command;
+}
+
+CLI::App* AddNetwork(CLI::App& app, Arguments& arguments)
+{
+    CLI::App* command = app.add_subcommand("network", "Make a network model for the simulated receiver from a plan");
+    command->add_option("plan", arguments.plan, "Channel plan (DVBv5 channel file)")->type_name("FILE")->required();
+    command->add_option("-o,--output", arguments.output, "Network model file to write")->type_name("FILE")->required();
+    command->add_option("--seed", arguments.model.seed, "The same seed gives the same network")
+        ->type_name("N")
+        ->capture_default_str();
+    command->add_option("--order", arguments.model.orderForAuto, "Order of QAM where the plan says QAM/AUTO")
+        ->type_name("ORDER")
+        ->check(CLI::IsMember({4, 16, 32, 64, 128, 256}));
+    command->add_flag("--clean", arguments.model.isClean, "Without impaired channels");
+    return command;
+}
+
+CLI::App* AddScan(CLI::App& app, Arguments& arguments)
+{
+    CLI::App* command = app.add_subcommand("scan", "Measure the channels of a setup and print the results");
+    command->add_option("setup", arguments.setup, "Setup file")->type_name("FILE")->required();
+    command->add_option("--network", arguments.network, "Network model for the simulated receiver")->type_name("FILE");
+    command->add_option("--channels", arguments.channels, "Channels to measure, like 3-7,12,30- (all)")
+        ->type_name("LIST");
+    command->add_option("--parameters", arguments.parameters, "Columns to show, like status,rflev,mer,ber")
+        ->type_name("LIST");
+    command
+        ->add_option("--time-scale", arguments.scan.timeScale,
+                     "Speed of the simulated receiver: 1 is real time, 0.01 a hundred times as fast")
+        ->type_name("X")
+        ->check(CLI::Range(1e-6, 1000.0).description("0.000001..1000"));
+    command->add_flag("--write", arguments.scan.writes, "Bring the receiver into the setup's state first");
+    command->add_flag("--force", arguments.scan.forces, "Go on where the receiver cannot do the setup");
+    arguments.run.AddToScan(*command);
+    command->footer("Ctrl+C ends the running channel and shows what was measured.");
+    return command;
+}
+
+void AddSetupCommands(CLI::App& app, Arguments& arguments)
+{
+    CLI::App* const show = app.add_subcommand("show", "Print a setup: settings, channels, parameters, notes");
+    CLI::App* const convert = app.add_subcommand("convert", "Bring a setup of any generation into the present format");
+    CLI::App* const check = app.add_subcommand("check", "Name every doubtful thing in a setup by its line");
+    for (CLI::App* const command : {show, convert, check}) {
+        command->add_option("setup", arguments.setup, "Setup file")->type_name("FILE")->required();
+    }
+    check->add_flag("--receiver", arguments.checksReceiver, "Ask whether the connected receiver can do it, too");
+    check->add_option("--network", arguments.network, "Network model for the simulated receiver")
+        ->type_name("FILE")
+        ->needs("--receiver");
+    convert->add_option("-o,--output", arguments.output, "Setup file to write")->type_name("FILE")->required();
+    check->footer(
+        "Exit codes: 0 nothing doubtful, 1 something doubtful or beyond the receiver, 2 the setup cannot be loaded.");
+}
+
+void AddReceiverCommands(CLI::App& app, Arguments& arguments)
+{
+    CLI::App* const info = app.add_subcommand("info", "Say which receiver is connected and what it is fitted with");
+    CLI::App* const read = app.add_subcommand("read", "Make a setup of the receiver's present settings");
+    CLI::App* const write = app.add_subcommand("write", "Bring the receiver into a setup's state");
+    read->add_option("-o,--output", arguments.output, "Setup file to write")->type_name("FILE")->required();
+    write->add_option("setup", arguments.setup, "Setup file")->type_name("FILE")->required();
+    for (CLI::App* const command : {info, read, write}) {
+        command->add_option("--network", arguments.network, "Network model for the simulated receiver")
+            ->type_name("FILE");
+    }
+}
+
+void AddEdit(CLI::App& app, Arguments& arguments)
+{
+    CLI::App* const command = app.add_subcommand("edit", "Edit a setup, or make a new one, in a dialog");
+    command->add_option("setup", arguments.setup, "Setup file (none: a new setup)")->type_name("FILE");
+    command->add_option("-o,--output", arguments.output, "Setup file to write (the one that is edited)")
+        ->type_name("FILE");
+}
+
+std::wstring LevelUnit(const std::string& text)
+{
+    std::wstring name = FromUtf8(text);
+    for (const wchar_t* known : {L"dBmV", L"dBpW", L"dBµW", L"dBm", L"dBµV", L"mV"}) {
+        std::wstring plain = known;
+        std::ranges::replace(plain, L'µ', L'u');
+        if (name == known || name == plain) {
+            return known;
+        }
+    }
+    throw CLI::ValidationError("--level-unit", "dBmV, dBpW, dBuW, dBm, dBuV or mV, not " + text);
+}
+
+/// The file, and then the receiver where it was asked for.
+int CheckAll(const Arguments& arguments, Console& console)
+{
+    const std::wstring setup = FromUtf8(arguments.setup);
+    const int ofFile = Check(setup, console);
+    if (!arguments.checksReceiver || ofFile == exitUnusable) {
+        return ofFile;
+    }
+    return std::max(ofFile, CheckReceiver({setup, FromUtf8(arguments.network)}, console));
+}
+
+int Run(CLI::App& app, Arguments& arguments, Console& console)
+{
+    if (app.got_subcommand("import")) {
+        arguments.import.plan = FromUtf8(arguments.plan);
+        arguments.import.setup = FromUtf8(arguments.output);
+        arguments.import.title = FromUtf8(arguments.title);
+        arguments.import.levelUnit = LevelUnit(arguments.levelUnit);
+        return Import(arguments.import, console);
+    }
+    if (app.got_subcommand("network")) {
+        arguments.model.plan = FromUtf8(arguments.plan);
+        arguments.model.model = FromUtf8(arguments.output);
+        return Network(arguments.model, console);
+    }
+    if (app.got_subcommand("scan")) {
+        arguments.scan.setup = FromUtf8(arguments.setup);
+        arguments.scan.network = FromUtf8(arguments.network);
+        arguments.scan.channels = FromUtf8(arguments.channels);
+        arguments.scan.parameters = FromUtf8(arguments.parameters);
+        arguments.scan.hasTimeScale = app.get_subcommand("scan")->count("--time-scale") != 0;
+        arguments.run.FillScan(*app.get_subcommand("scan"), arguments.scan);
+        return Scan(arguments.scan, console);
+    }
+    if (const std::optional<int> exitCode = arguments.run.Run(app, console)) {
+        return *exitCode;
+    }
+    if (app.got_subcommand("show")) {
+        return Show(FromUtf8(arguments.setup), console);
+    }
+    if (app.got_subcommand("convert")) {
+        return Convert(FromUtf8(arguments.setup), FromUtf8(arguments.output), console);
+    }
+    if (app.got_subcommand("check")) {
+        return CheckAll(arguments, console);
+    }
+    if (app.got_subcommand("info")) {
+        return Info({L"", FromUtf8(arguments.network)}, console);
+    }
+    if (app.got_subcommand("read")) {
+        return ReadReceiver({FromUtf8(arguments.output), FromUtf8(arguments.network)}, console);
+    }
+    if (app.got_subcommand("write")) {
+        return WriteReceiver({FromUtf8(arguments.setup), FromUtf8(arguments.network)}, console);
+    }
+    if (app.got_subcommand("edit")) {
+        return Edit({FromUtf8(arguments.setup), FromUtf8(arguments.output)}, console);
+    }
+    return app.got_subcommand("register") ? Register(console) : Unregister(console);
+}
+
+std::string WithoutLineEnd(std::string text)
+{
+    text.erase(text.find_last_not_of('\n') + 1);
+    return text;
+}
+
+/// Help and version are results; anything else that the parser stops with is a wrong usage.
+int Explain(const CLI::App& app, const CLI::ParseError& error, Console& console)
+{
+    std::ostringstream result, complaint;
+    if (app.exit(error, result, complaint) == 0) {
+        console.Result(FromUtf8(WithoutLineEnd(result.str())) + L"\n");
+        return exitDone;
+    }
+    console.Notice(L"tvnhost: " + FromUtf8(WithoutLineEnd(complaint.str())));
+    return exitUnusable;
+}
+
+int Main(std::vector<std::string> words, Console& console)
+{
+    Arguments arguments;
+    CLI::App app("Reference host of the TVN2x measurement plug-in: scans the channels of a cable network.", "tvnhost");
+    app.set_version_flag("--version", "tvnhost " TVN_VERSION);
+    app.require_subcommand(1);
+    // "/data/net.ini" is a path, not an option.
+    app.allow_windows_style_options(false);
+    app.get_formatter()->column_width(34);
+    AddImport(app, arguments);
+    AddNetwork(app, arguments);
+    AddScan(app, arguments);
+    arguments.run.AddCommands(app);
+    AddSetupCommands(app, arguments);
+    AddReceiverCommands(app, arguments);
+    AddEdit(app, arguments);
+    app.add_subcommand("register", "Register the type library TVNINT for the machine");
+    app.add_subcommand("unregister", "Take that registration back");
+    app.footer(
+        "Exit codes: 0 all channels synchronised, 1 some not synchronised or in error,\n"
+        "            or limits missed, 2 unusable input or usage, 3 stopped.\n"
+        "Example:    tvnhost import at-Kabelsignal -o net.ini\n"
+        "            tvnhost scan net.ini --channels 3-7");
+    try {
+        std::ranges::reverse(words);
+        app.parse(words);
+        const Apartment apartment;
+        return Run(app, arguments, console);
+    } catch (const CLI::ParseError& error) {
+        return Explain(app, error, console);
+    }
+}
+
+}  // namespace
+
+}  // namespace tvn2x
+
+int wmain(int count, wchar_t** words)
+{
+    tvn2x::Console console;
+    try {
+        tvn2x::com::Module::Instance(GetModuleHandleW(nullptr));
+        std::vector<std::string> arguments;
+        for (int i = 1; i < count; ++i) {
+            arguments.push_back(tvn2x::ToUtf8(words[i]));
+        }
+        return tvn2x::Main(std::move(arguments), console);
+    } catch (const tvn2x::RaisedError& error) {
+        console.Notice(L"tvnhost: " + tvn2x::ErrorText(error));
+    } catch (const std::bad_alloc&) {
+        console.Notice(L"tvnhost: not enough memory. Close other programs, or measure fewer channels at a time.");
+    } catch (const std::exception& error) {
+        console.Notice(L"tvnhost: " + tvn2x::FromUtf8(error.what()));
+    }
+    return tvn2x::exitUnusable;
+}
