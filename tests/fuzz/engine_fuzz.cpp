@@ -1,0 +1,169 @@
+// Any bytes as an initialisation file, then any sequence of reads and writes: what was written reads back, lines that a
+// write does not touch stay, and the file in memory answers as the file that it would be written to.
+//
+// The file ends at the first byte 0x1E; the same byte ends each step. A step is one letter (w write, d delete a key,
+// s delete a section, l write a section) and up to three texts with 0x1F between them.
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Require.h"
+#include "setup/ProfileFile.h"
+
+namespace {
+
+using namespace tvn2x;
+using fuzz::Require;
+
+using Lines = std::vector<std::string>;
+
+Lines LinesOf(const std::string& rendered, bool withBlank)
+{
+    const bool isUnicode = rendered.starts_with("\xFF\xFE");
+    const std::string text =
+        isUnicode ? profile::FromUtf16(std::string_view(rendered).substr(2, (rendered.size() - 2) & ~size_t{1}))
+                  : rendered;
+    Lines lines;
+    profile::LineScanner scanner(text);
+    for (profile::Line line; scanner.Next(line);) {
+        if (withBlank || !profile::Trim(line.Text(text)).empty())
+            lines.emplace_back(line.Text(text));
+    }
+    return lines;
+}
+
+/// One stretch of lines is replaced by another; all others are the same.
+void RequireOneChange(const Lines& before, const Lines& after, size_t mostGone, size_t mostNew)
+{
+    const size_t shorter = std::min(before.size(), after.size());
+    size_t head = 0;
+    while (head < shorter && before[head] == after[head])
+        ++head;
+    size_t tail = 0;
+    while (tail < shorter - head && before[before.size() - 1 - tail] == after[after.size() - 1 - tail])
+        ++tail;
+    Require(before.size() - head - tail <= mostGone, "no other line is gone");
+    Require(after.size() - head - tail <= mostNew, "no other line is new");
+}
+
+void RequireSameAnswers(const ProfileFile& left, const ProfileFile& right, std::string_view section,
+                        std::string_view key)
+{
+    Require(left.Find(section, key) == right.Find(section, key), "the value");
+    Require(left.HasSection(section) == right.HasSection(section), "the section");
+    Require(left.GetInt(section, key, 7) == right.GetInt(section, key, 7), "the number");
+}
+
+void RequireSameListings(const ProfileFile& left, const ProfileFile& right)
+{
+    const std::vector<std::string> names = left.GetSectionNames();
+    Require(names == right.GetSectionNames(), "the sections");
+    Require(left.GetBracketedLines() == right.GetBracketedLines(), "the section lines");
+    for (size_t i = 0; i < std::min<size_t>(names.size(), 20); ++i)
+        Require(left.GetSection(names[i]) == right.GetSection(names[i]), "a section's lines");
+}
+
+std::string_view NextPart(std::string_view& rest, char end)
+{
+    const size_t at = rest.find(end);
+    const std::string_view part = rest.substr(0, at);
+    rest.remove_prefix(at == std::string_view::npos ? rest.size() : at + 1);
+    return part;
+}
+
+struct Step
+{
+    char kind = 0;
+    std::array<std::string, 3> text;
+};
+
+/// A file of UTF-16 takes texts in UTF-8, which any bytes need not be.
+Step Decoded(std::string_view bytes, const ProfileFile& profile)
+{
+    Step step;
+    if (bytes.empty())
+        return step;
+    step.kind = bytes.front();
+    bytes.remove_prefix(1);
+    for (std::string& text : step.text) {
+        text = NextPart(bytes, '\x1F');
+        if (profile.IsUnicode())
+            text = profile.Encode(ProfileFile().Decode(text));
+    }
+    return step;
+}
+
+bool Apply(ProfileFile& profile, const Step& step)
+{
+    const auto& [section, key, value] = step.text;
+    switch (step.kind) {
+        case 'w':
+            return profile.Write(section, key, value);
+        case 'd':
+            return profile.Write(section, key, std::nullopt);
+        case 's':
+            return profile.DeleteSection(section);
+        case 'l':
+            return profile.WriteSection(section, {key, value});
+        default:
+            return true;
+    }
+}
+
+void RequireReadBack(const ProfileFile& profile, const Step& step)
+{
+    const std::string_view section = profile::TrimSpaces(step.text[0]);
+    const std::string_view key = profile::TrimSpaces(step.text[1]);
+    if (step.kind == 'w' && profile::IsPlainSection(section) && profile::IsPlainKey(key))
+        Require(profile.Find(section, key) == profile::ReadableValue(profile::Trim(step.text[2])), "it reads back");
+}
+
+/// One step on a file as it was read.
+void RequireLocal(const Lines& before, const std::string& rendered, const Step& step)
+{
+    const Lines after = LinesOf(rendered, true);
+    if (step.kind == 'w')
+        RequireOneChange(before, after, 1, 2);
+    else if (step.kind == 'd')
+        RequireOneChange(before, after, 1, 0);
+    else if (step.kind == 's')
+        RequireOneChange(before, after, before.size(), 0);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    std::string_view input(reinterpret_cast<const char*>(data), size);
+    const std::string content(NextPart(input, '\x1E'));
+    ProfileFile profile(content);
+    Require(profile.Render() == content, "an unchanged file is written as it was read");
+    std::string rendered = content;
+    for (int steps = 0; steps < 30 && !input.empty(); ++steps) {
+        const Step step = Decoded(NextPart(input, '\x1E'), profile);
+        ProfileFile fresh(rendered);
+        const Lines before = LinesOf(rendered, true);
+        const bool done = Apply(profile, step);
+        Require(done == Apply(fresh, step), "the same result");
+        const std::string alone = fresh.Render();
+        if (!done)
+            Require(alone == rendered, "a refused write changes nothing");
+        else {
+            RequireReadBack(profile, step);
+            RequireReadBack(fresh, step);
+            RequireLocal(before, alone, step);
+        }
+        rendered = profile.Render();
+        // Where a new line goes between blank ones may depend on what was written before it.
+        Require(LinesOf(alone, false) == LinesOf(rendered, false), "the same lines in one go and one by one");
+        const ProfileFile again(rendered);
+        Require(again.Render() == rendered, "what was written is read and written the same");
+        RequireSameAnswers(profile, again, step.text[0], step.text[1]);
+        RequireSameListings(profile, again);
+    }
+    return 0;
+}

@@ -1,0 +1,133 @@
+// Any bytes as a setup file: refused, or loaded; what was loaded is saved, and comes back as it was.
+
+#include <cmath>
+#include <cstdint>
+#include <string>
+
+#include "Require.h"
+#include "setup/SetupFile.h"
+#include "support/FixedLocale.h"
+#include "support/MemoryFiles.h"
+#include "support/RecordingMessageBoxes.h"
+#include "util/RaisedError.h"
+
+namespace {
+
+using namespace tvn2x;
+using fuzz::Require;
+
+const std::wstring original = L"C:\\data\\net.ini";
+const std::wstring copy = L"C:\\data\\copy.ini";
+const std::wstring product = L"TVN Host";
+
+bool Near(double left, double right, double step)
+{
+    return std::abs(left - right) <= step + std::abs(left) * 1e-14;
+}
+
+void RequireSameParameters(const SetupDocument& left, const SetupDocument& right)
+{
+    Require(left.Count() == right.Count(), "the number of parameters");
+    for (int32_t parameter = 1; parameter <= left.Count(); ++parameter) {
+        for (int32_t action = 0; action <= 2; ++action)
+            Require(left.Parameter(action, parameter) == right.Parameter(action, parameter), "a parameter's flags");
+        // Without a position it is given one when the file is read.
+        Require(left.Order(parameter) == right.Order(parameter) || left.Order(parameter) == -1, "a position");
+        Require(left.StoredCaption(parameter) == right.StoredCaption(parameter), "a caption");
+    }
+}
+
+void RequireSame(const SetupDocument& left, const SetupDocument& right)
+{
+    Require(left.ListSize() == right.ListSize(), "the number of channels");
+    for (int32_t row = 1; row <= left.ListSize(); ++row) {
+        Require(Near(left.Frequency(row), right.Frequency(row), 0.5001e-7), "a frequency");
+        Require(Near(left.SymbolRate(row), right.SymbolRate(row), 0.5001e-3), "a symbol rate");
+        Require(left.UserField(row) == right.UserField(row), "a user field");
+    }
+    RequireSameParameters(left, right);
+    Require(left.LevelUnit() == right.LevelUnit(), "the level unit");
+    Require(left.ReferenceSource() == right.ReferenceSource(), "the reference source");
+    Require(left.BerSamples() == right.BerSamples(), "the BER samples");
+    Require(left.SawBw() == right.SawBw(), "the SAW filter bandwidth");
+    Require(left.OrderOfQam() == right.OrderOfQam(), "the order of QAM");
+    Require(left.RollOffFactor() == right.RollOffFactor(), "the roll-off factor");
+    Require(left.Zin() == right.Zin(), "the input route");
+    Require(Near(left.DefaultSymbolRate(), right.DefaultSymbolRate(), 0.5001e-3), "the default symbol rate");
+    Require(left.MaxSettlingTime() == right.MaxSettlingTime(), "the settling time");
+    Require(left.CoupleDisplayAndSave() == right.CoupleDisplayAndSave(), "the coupling");
+    Require(left.XAxis(0) == right.XAxis(0) && left.XAxis(1) == right.XAxis(1), "the x axis");
+    Require(left.Notes() == right.Notes(), "the notes");
+    Require(left.ShowNotesBefore() == right.ShowNotesBefore(), "notes before");
+    Require(left.ShowNotesAfter() == right.ShowNotesAfter(), "notes after");
+}
+
+class Trial
+{
+public:
+    explicit Trial(bool comma) : locale_(comma ? CommaLocale() : FixedLocale()) {}
+
+    void Run(const std::string& content)
+    {
+        files_.Put(original, content);
+        SetupDocument document;
+        if (!Load(original, document)) {
+            RequireSame(SetupDocument(), document);
+            return;
+        }
+        // Characters that the code page lacks are lost in a new file.
+        const bool isUnicode = content.starts_with("\xFF\xFE");
+        Require(SaveSetup(document, environment_, product, L"2.0", copy), "saved as a new file");
+        const SetupDocument again = Reloaded(copy);
+        if (!isUnicode)
+            RequireSame(document, again);
+        RequireSettled(copy, again);
+
+        Require(SaveSetup(document, environment_, product, L"2.0", original), "saved in place");
+        RequireSame(document, Reloaded(original));
+        RequireSettled(original, Reloaded(original));
+        Require(messages_.messages.empty(), "nothing is shown");
+        Require(files_.Paths().size() == 2, "no other file is left");
+    }
+
+private:
+    bool Load(const std::wstring& path, SetupDocument& document)
+    {
+        std::wstring model = L"2x";
+        int32_t mode = 4;
+        try {
+            return LoadSetup(document, environment_, product, path, model, mode);
+        } catch (const RaisedError& raised) {
+            Require(raised.number == error::typeMismatch || raised.number == error::invalidPropertyValue, "the error");
+            return false;
+        }
+    }
+    SetupDocument Reloaded(const std::wstring& path)
+    {
+        SetupDocument document;
+        Require(Load(path, document), "what was saved loads");
+        return document;
+    }
+    /// Saving what was loaded from a saved file changes nothing more.
+    void RequireSettled(const std::wstring& path, SetupDocument document)
+    {
+        Require(SaveSetup(document, environment_, product, L"2.0", path), "saved again");
+        const std::string bytes = files_.Content(path);
+        SetupDocument again = Reloaded(path);
+        Require(SaveSetup(again, environment_, product, L"2.0", path), "saved once more");
+        Require(bytes == files_.Content(path), "the same bytes");
+    }
+
+    MemoryFiles files_;
+    RecordingMessageBoxes messages_;
+    FixedLocale locale_;
+    SetupEnvironment environment_{files_, messages_, locale_};
+};
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    Trial(size % 2 != 0).Run(std::string(reinterpret_cast<const char*>(data), size));
+    return 0;
+}

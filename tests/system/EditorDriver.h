@@ -1,0 +1,222 @@
+#pragma once
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <functional>
+#include <string>
+#include <thread>
+
+#include "Client.h"
+#include "editor_win32/ControlIds.h"
+
+namespace tvn2x::client {
+
+constexpr unsigned shift = 1, control = 2;
+
+/// A person in front of the setup editor: opens it through ISetup on the calling thread and works in it from a thread
+/// of its own, by keys and clicks. Every act returns when the dialog has dealt with it.
+class EditorDriver
+{
+public:
+    using Deeds = std::function<void(EditorDriver&)>;
+
+    EditorDriver()
+        : gui_(GetCurrentThreadId()),
+          helper_(CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr)),
+          settled_(CreateEventW(nullptr, FALSE, FALSE, nullptr)),
+          done_(CreateEventW(nullptr, FALSE, FALSE, nullptr))
+    {
+        SetWindowLongPtrW(helper_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+        SetWindowLongPtrW(helper_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&EditorDriver::Procedure));
+    }
+    EditorDriver(const EditorDriver&) = delete;
+    EditorDriver& operator=(const EditorDriver&) = delete;
+    ~EditorDriver()
+    {
+        DestroyWindow(helper_);
+        CloseHandle(settled_);
+        CloseHandle(done_);
+    }
+
+    /// What ISetup.Edit says when the deeds are done. A dialog that is then still open is cancelled.
+    HRESULT Edit(ISetup* setup, bool& accepted, const Deeds& deeds)
+    {
+        std::thread person([&] {
+            Settle();  // the first message loop that runs is the dialog's
+            dialog = GetAncestor(GuiState().hwndActive, GA_ROOT);
+            if (IsWindow(dialog))
+                deeds(*this);
+            for (int attempt = 0; attempt < 8 && IsWindow(dialog); ++attempt) {
+                PostMessageW(IsWindow(MessageBoxWindow()) ? MessageBoxWindow() : dialog, WM_CLOSE, 0, 0);
+                Settle();
+            }
+            SetEvent(done_);
+        });
+        VARIANT_BOOL answer = VARIANT_FALSE;
+        const HRESULT result = setup->Edit(&answer);
+        // The person may still be looking at what happened.
+        while (MsgWaitForMultipleObjects(1, &done_, FALSE, INFINITE, QS_ALLINPUT) != WAIT_OBJECT_0) {
+            MSG message;
+            while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+                DispatchMessageW(&message);
+        }
+        person.join();
+        accepted = answer != VARIANT_FALSE;
+        return result;
+    }
+
+    void Type(std::wstring_view text)
+    {
+        for (const wchar_t each : text) {
+            PostMessageW(Focus(), WM_CHAR, each, 1);
+            Settle();
+        }
+    }
+    void Press(WPARAM key, unsigned modifiers = 0)
+    {
+        Hold(modifiers);
+        PostMessageW(Focus(), WM_KEYDOWN, key, 1);
+        Settle();
+        Hold(0);
+    }
+    void Alt(wchar_t letter)
+    {
+        constexpr LPARAM altIsDown = 1 << 29;
+        PostMessageW(Focus(), WM_SYSCHAR, letter, altIsDown);
+        Settle();
+    }
+    void Click(HWND window, int x, int y)
+    {
+        const LPARAM point = MAKELPARAM(x, y);
+        PostMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, point);
+        PostMessageW(window, WM_LBUTTONUP, 0, point);
+        Settle();
+    }
+    void Click(int id) { Click(Find(id), 5, 5); }
+    void ClickRow(Column column, int row)
+    {
+        RECT cell{};
+        SendMessageW(List(column), LB_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&cell));
+        Click(List(column), 5, cell.top + 5);
+    }
+    void ClickTab(Page page)
+    {
+        RECT tab{};
+        SendMessageW(Find(control_id::tabs), TCM_GETITEMRECT, static_cast<WPARAM>(page),
+                     reinterpret_cast<LPARAM>(&tab));
+        Click(Find(control_id::tabs), tab.left + 4, tab.top + 4);
+    }
+
+    /// A control of the dialog, on any page.
+    HWND Find(int id) const
+    {
+        struct Search
+        {
+            int id;
+            HWND found;
+        } search{id, nullptr};
+        EnumChildWindows(
+            dialog,
+            [](HWND child, LPARAM wanted) -> BOOL {
+                auto& sought = *reinterpret_cast<Search*>(wanted);
+                if (GetDlgCtrlID(child) == sought.id)
+                    sought.found = child;
+                return sought.found == nullptr;
+            },
+            reinterpret_cast<LPARAM>(&search));
+        return search.found;
+    }
+    HWND List(Column column) const { return Find(control_id::List(column)); }
+    HWND CellEditor(Grid grid) const { return Find(control_id::CellEditor(grid)); }
+    bool IsEditing(Grid grid) const { return IsWindowVisible(CellEditor(grid)) && Focus() == CellEditor(grid); }
+    HWND Focus() const { return GuiState().hwndFocus; }
+    int FocusId() const { return GetDlgCtrlID(Focus()); }
+    Page CurrentPage() const { return static_cast<Page>(SendMessageW(Find(control_id::tabs), TCM_GETCURSEL, 0, 0)); }
+    long Rows(Column column) const { return static_cast<long>(SendMessageW(List(column), LB_GETCOUNT, 0, 0)); }
+    long SelectedRow(Column column) const { return static_cast<long>(SendMessageW(List(column), LB_GETCURSEL, 0, 0)); }
+    long TopRow(Column column) const { return static_cast<long>(SendMessageW(List(column), LB_GETTOPINDEX, 0, 0)); }
+    static std::wstring TextOf(HWND window)
+    {
+        std::wstring text(static_cast<size_t>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0)) + 1, L'\0');
+        text.resize(
+            static_cast<size_t>(SendMessageW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()))));
+        return text;
+    }
+    std::wstring FocusText() const { return TextOf(Focus()); }
+
+    /// The message box that is open over the dialog, null for none.
+    HWND MessageBoxWindow() const
+    {
+        const HWND popup = GetLastActivePopup(dialog);
+        return popup != dialog && IsWindowVisible(popup) ? popup : nullptr;
+    }
+    /// Closes the message box with Enter: "title|text", "" where there is none.
+    std::wstring AnswerMessageBox()
+    {
+        const HWND box = MessageBoxWindow();
+        if (!box)
+            return L"";
+        constexpr int textOfBox = 0xFFFF;
+        const std::wstring message = TextOf(box) + L"|" + TextOf(GetDlgItem(box, textOfBox));
+        PostMessageW(Focus(), WM_KEYDOWN, VK_RETURN, 1);
+        Settle();
+        return message;
+    }
+
+    /// Runs something on the dialog's thread, between two messages.
+    void OnGuiThread(const std::function<void()>& work)
+    {
+        SendMessageW(helper_, WM_APP + 1, 0, reinterpret_cast<LPARAM>(&work));
+    }
+
+    HWND dialog = nullptr;
+
+private:
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+    {
+        auto* const self = reinterpret_cast<EditorDriver*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+        if (message == WM_APP)
+            SetEvent(self->settled_);
+        else if (message == WM_APP + 1)
+            (*reinterpret_cast<const std::function<void()>*>(lParam))();
+        else
+            return DefWindowProcW(window, message, wParam, lParam);
+        return 0;
+    }
+
+    /// Returns when what was posted so far has been dealt with, the characters that keys make among it.
+    void Settle() const
+    {
+        for (int round = 0; round < 2; ++round) {
+            PostMessageW(helper_, WM_APP, 0, 0);
+            WaitForSingleObject(settled_, INFINITE);
+        }
+    }
+
+    GUITHREADINFO GuiState() const
+    {
+        GUITHREADINFO state{};
+        state.cbSize = sizeof state;
+        GetGUIThreadInfo(gui_, &state);
+        return state;
+    }
+
+    void Hold(unsigned modifiers)
+    {
+        OnGuiThread([&] {
+            BYTE keys[256]{};
+            keys[VK_SHIFT] = modifiers & shift ? 0x80 : 0;
+            keys[VK_CONTROL] = modifiers & control ? 0x80 : 0;
+            SetKeyboardState(keys);
+        });
+    }
+
+    const DWORD gui_;
+    const HWND helper_;
+    const HANDLE settled_;
+    const HANDLE done_;
+};
+
+}  // namespace tvn2x::client

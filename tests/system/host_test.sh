@@ -1,0 +1,176 @@
+#!/usr/bin/env bash
+# The reference host as its user meets it: what it prints where, what it ends with, what it leaves on the disk.
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+root=$PWD
+. tools/common.sh
+wine_environment
+bin=$root/build/win64/bin
+plans=$root/tests/data/plans
+work=$root/build/host_test
+tools/wine cmd /c ver >/dev/null # the prefix is made and everything registered
+
+rm -rf "$work"
+mkdir -p "$work/files"
+cd "$work/files"
+job=
+restore() {
+    [ -z "$job" ] || kill "$job" 2>/dev/null || true
+    "$wine_program" regsvr32 /s "$(wine_path "$bin/XKTR2x.dll")" </dev/null
+}
+trap restore EXIT
+
+. "$root/tests/system/expect.sh"
+expect_text() { grep -qF -- "$1" "$work/out" || fail "does not print: $1"; }
+expect_no_notice() { [ ! -s "$work/err" ] || fail "has something to tell"; }
+expect_rows() { # channel numbers of the grid's rows
+    local rows
+    rows=$(sed -nE 's/^ {0,2}([0-9]+)  .*/\1/p' "$work/out" | xargs)
+    [ "$rows" = "$1" ] || fail "shows the channels $rows instead of $1"
+}
+expect_lines() { # NUMBER PATTERN FILE
+    local found
+    found=$(grep -cE -- "$2" "$3") || true
+    [ "$found" = "$1" ] || fail "$3 has $found lines with $2 instead of $1"
+}
+expect_refusal() { # MESSAGE ARGUMENT...: nothing is printed but that, and no file is new, changed or gone
+    local before
+    before=$(ls -lAR --time-style=full-iso)
+    expect_exit 2 "${@:2}"
+    expect_notice "$1"
+    [ ! -s "$work/out" ] || fail "prints results"
+    [ "$(ls -lAR --time-style=full-iso)" = "$before" ] || fail "leaves something behind"
+}
+
+# Plans become setups.
+expect_exit 0 import "$plans/at-Kabelsignal" -o net.ini --max-settling-time 1 --ber-samples 1
+expect_text 'net.ini: 36 channels, 256-QAM, 314 to 810 MHz'
+expect_no_notice
+expect_lines 36 '^Frequency   [0-9]+=' net.ini
+expect_lines 1 '^Count=36' net.ini
+
+expect_exit 0 import "$plans/at-Kabel-Braunau" -o mixed.ini --max-settling-time 1 --ber-samples 1
+expect_notice 'The plan mixes 3 orders of QAM, and a setup has one: 3 setups are written.'
+for setup in 64:20 128:2 256:2; do
+    expect_text "mixed-${setup%:*}qam.ini: ${setup#*:} channels"
+    expect_lines 1 "^Count=${setup#*:}" "mixed-${setup%:*}qam.ini"
+    expect_lines 1 "^Order Of QAM=${setup%:*}" "mixed-${setup%:*}qam.ini"
+done
+[ ! -e mixed.ini ] || fail "writes mixed.ini beside the three"
+
+head -n 24 "$plans/at-Kabelsignal" >town # three channels
+printf '[CHANNEL]\n\tDELIVERY_SYSTEM = DVBT\n\tFREQUENCY = 474000000\n' >aerial
+cat aerial >>town
+printf '[CHANNEL]\n\tDELIVERY_SYSTEM = DVBC/ANNEX_A\n\tFREQUENCY = 338000000\n\tSYMBOL_RATE = 6900000\n\tMODULATION = QAM/AUTO\n' >>town
+first=$(grep -n DVBT town | cut -d: -f1)
+expect_exit 0 import town -o town.ini
+expect_text 'town.ini: 3 channels'
+expect_notice "town, line $((first - 1)): left out: delivery system \"DVBT\" is not DVB-C"
+expect_notice "town, line $((first + 2)): left out: the plan does not name the order of QAM"
+expect_exit 0 import town -o town.ini --order 256
+expect_text 'town.ini: 4 channels'
+expect_lines 1 '^Count=4' town.ini # the older setup is replaced
+
+# Plans become networks.
+expect_exit 0 network "$plans/at-Kabelsignal" -o clean.ini --clean
+expect_text 'clean.ini: 36 channels, 0 of them impaired'
+expect_lines 36 '^Frequency \(MHz\)=' clean.ini
+expect_exit 0 network "$plans/at-Kabelsignal" -o impaired.ini --seed 7
+expect_text '9 of them impaired'
+expect_text 'K51      the carrier is missing'
+
+# Scans.
+fast=(--time-scale 0.001)
+expect_exit 0 scan net.ini --network clean.ini "${fast[@]}" --channels 35-,2-3
+expect_rows '2 3 35 36'
+for caption in No. User Frequency '(MSymb/s)' Status '(dBµV)' Offset Suppression MER; do
+    expect_text "$caption"
+done
+expect_text '4 channels, 4 synchronised, 0 not synchronised, 0 errors'
+expect_notice '   4/4  K63  810 MHz      synchronised'
+cat "$work/out" "$work/err" | grep -q $'[\r\033]' && fail "writes a terminal's control characters into a file"
+
+expect_exit 1 scan net.ini --network impaired.ini "${fast[@]}" --channels 23-25 --parameters ber,mer
+expect_rows '23 24 25'
+expect_text '3 channels, 2 synchronised, 1 not synchronised, 0 errors'
+expect_notice 'K51  714 MHz      not synchronised'
+grep -q Jitter "$work/out" && fail "shows columns that were not asked for"
+
+expect_exit 0 network "$plans/at-Kabel-Braunau" -o braunau.ini --clean
+expect_exit 0 scan mixed-128qam.ini --network braunau.ini "${fast[@]}"
+expect_rows '1 2'
+
+# Input that is not to be used.
+: >empty
+head -c 300 "$bin/tvnhost.exe" >binary
+sed '/^Symbol Rate 07=/q' net.ini >truncated
+sed 's/^Frequency   02=.*/Frequency   02=twelve\r/' net.ini >edited
+printf 'hello\n' >letter
+printf '[Network]\n\n[Channel 1]\nFrequency (MHz)=314\nLevl (dBuV)=60\n' >unknown.ini
+mkdir folder.ini blocked-256qam.ini
+echo mine >readonly.ini
+chmod a-w readonly.ini
+at() { wine_path "$1"; }
+expect_refusal "cannot read $(at missing.ini): there is no such file" scan missing.ini
+expect_refusal "$(at empty) is empty" scan empty
+expect_refusal "$(at binary), line 1: binary data: that is no setup" scan binary
+expect_refusal "$(at truncated), line $(grep -n ^Count= truncated | cut -d: -f1): the list has 36 channels, but \"" scan truncated
+expect_refusal "$(at edited), line $(grep -n twelve edited | cut -d: -f1): \"Frequency   02\" is \"twelve\"" scan edited
+expect_refusal "$(at town) is a channel plan, not a setup" scan town
+expect_refusal 'letter, line 1: "hello" is no line of a channel plan' import letter -o new.ini
+expect_refusal 'binary, line 1: binary data' network binary -o new.ini
+expect_refusal 'aerial, line 1: delivery system "DVBT" is not DVB-C' import aerial -o new.ini
+for command in import network; do
+    expect_refusal "cannot write $(at folder.ini): it is a folder" $command town -o folder.ini
+    expect_refusal "cannot write $(at readonly.ini): it is read-only" $command town -o readonly.ini
+    expect_refusal "cannot write $(at none/new.ini): the folder does not exist" $command town -o none/new.ini
+    expect_refusal "$(at town) would replace the file that it is made from" $command town -o town
+done
+# The first of two setups could be written.
+expect_refusal "cannot write $(at blocked-256qam.ini): it is a folder" import "$plans/at-Liwest" -o blocked.ini
+expect_refusal "$(at unknown.ini):5: unknown key \"Levl (dBuV)\"" scan net.ini --network unknown.ini
+expect_refusal '"5-99" is outside the setup'\''s channels 1 to 36' scan net.ini --channels 5-99
+expect_refusal 'time-scale' scan net.ini --time-scale 0
+expect_refusal 'required' scan
+
+said='tvnhost scan >/dev/full'
+status=0
+"$wine_program" "$bin/tvnhost.exe" scan net.ini --network clean.ini "${fast[@]}" --channels 1 >/dev/full 2>"$work/err" </dev/null || status=$?
+[ "$status" = 2 ] || fail "ends with $status"
+expect_notice 'the results cannot be written (the disk is full)'
+
+# Ctrl+C, typed on a terminal while the second channel waits for a carrier that is not there.
+printf '[Network]\n[Channel 1]\nFrequency (MHz)=314\nOrder of QAM=256\n' >one.ini
+expect_exit 0 import town -o slow.ini --max-settling-time 30 --ber-samples 1
+said='Ctrl+C'
+mkfifo keys notices
+SHELL=/bin/bash script -qec "exec '$wine_program' '$bin/tvnhost.exe' scan slow.ini --network one.ini >'$work/out' 2>notices" \
+    /dev/null <keys >/dev/null 3>&- 4>&- &
+job=$!
+exec 3<>keys 4<>notices
+read -r -t 30 line <&4 || fail "comes too late: the scan does not begin"
+[[ $line == "Receiver "* ]] || fail "comes after: $line"
+read -r -t 30 line <&4 || fail "comes too late: the scan does not get through its first channel"
+[[ $line == *1/3*synchronised ]] || fail "comes after: $line"
+read -r -t 1 line <&4 && fail "comes too late: $line"
+pressed=$(date +%s%N)
+printf '\3' >&3
+status=0
+wait "$job" || status=$?
+job=
+took=$((($(date +%s%N) - pressed) / 1000000))
+[ "$status" = 3 ] || fail "ends the scan with $status"
+[ "$took" -lt 2000 ] || fail "takes $took ms to end the scan"
+read -r -t 1 line <&4 && [[ $line == *2/3*stopped ]] || fail "does not show as the end of the running channel"
+expect_rows '1 2 3'
+expect_text 'Stopped: 3 channels, 1 synchronised, 0 not synchronised, 0 errors, 2 not measured'
+grep -qE '^  1 .* Done .* OK ' "$work/out" || fail "loses the first channel's row"
+grep -qE '^  3 .* Un-measured$' "$work/out" || fail "comes after the third channel"
+
+# A driver library that is not registered.
+"$wine_program" regsvr32 /s /u "$(wine_path "$bin/XKTR2x.dll")" </dev/null
+expect_refusal 'error 429: the instrument driver XKTR2x cannot be created' scan net.ini
+expect_notice 'regsvr32 XKTR2x.dll'
+expect_exit 0 import town -o town.ini # needs no receiver
+
+echo "the host does as it should; Ctrl+C took $took ms"

@@ -1,0 +1,73 @@
+// What a client sees where the driver library is not registered. Takes the registration away while it runs.
+
+#include <initguid.h>
+
+#include "Client.h"
+
+namespace tvn2x::client {
+namespace {
+
+class MissingDriver : public Apartment
+{
+protected:
+    MissingDriver() { Call("DllUnregisterServer"); }
+    ~MissingDriver() override { Call("DllRegisterServer"); }
+
+private:
+    static void Call(const char* entry)
+    {
+        const HMODULE library = LoadLibraryW(TVN_PRODUCT_FOLDER L"\\XKTR2x.dll");
+        ASSERT_TRUE(library);
+        const auto function =
+            reinterpret_cast<HRESULT(STDMETHODCALLTYPE*)()>(reinterpret_cast<void*>(GetProcAddress(library, entry)));
+        EXPECT_EQ(function(), S_OK);
+        FreeLibrary(library);
+    }
+};
+
+TEST_F(MissingDriver, EveryMemberThatNeedsItRaises429)
+{
+    const auto setup = Create<_clsSetup>(L"TVN2x.clsSetup");
+    const auto driver = setup.As<IDriver>();
+    const auto measure = setup.As<IMeasure>();
+    const auto check = setup.As<ICheckHardware>();
+    setup->put_ReferenceSource(1);
+    ASSERT_EQ(measure->ResetMeasurement(0), S_OK);
+    Bstr text, hardware;
+    long mode = 0;
+    VARIANT_BOOL flag;
+    ComPtr<IDispatch> settings;
+    const std::function<HRESULT()> members[] = {
+        [&] { return driver->get_FirmwareVersion(text.Put()); },
+        [&] { return driver->get_InstalledHardware(text.Put()); },
+        [&] { return driver->get_SerialNumber(text.Put()); },
+        [&] { return driver->get_Online(&flag); },
+        [&] { return driver->put_Online(VARIANT_TRUE); },
+        [&] { return driver->get_Settings(settings.Put()); },
+        [&] { return driver->Test(text.Put(), hardware.Put(), &mode, &flag); },
+        [&] { return measure->Measure(1, VARIANT{}, &flag); },
+        [&] { return measure->GetConfiguration(); },
+        [&] { return measure->SetConfiguration(); },
+        [&] { return check->ActivateMode(&flag); },
+        [&] { return check->ExtRef(&flag); },
+        [&] { return check->InputPort(&flag); },
+        [&] { return check->Mode(&mode); },
+        [&] { return check->SawFilterBw(&flag); },
+    };
+    for (const auto& member : members) {
+        EXPECT_EQ(member(), RuntimeError(429));
+        EXPECT_EQ(LastError().description, L"ActiveX component can't create object");
+    }
+
+    // What needs no receiver is answered without one.
+    setup->put_ReferenceSource(0);
+    setup->put_Zin(128);
+    setup->put_SawBw(0);
+    for (const auto& question : {&ICheckHardware::ExtRef, &ICheckHardware::InputPort, &ICheckHardware::SawFilterBw}) {
+        EXPECT_EQ((check.Get()->*question)(&flag), S_OK);
+        EXPECT_EQ(flag, VARIANT_TRUE);
+    }
+}
+
+}  // namespace
+}  // namespace tvn2x::client

@@ -1,0 +1,217 @@
+// The profile engine beside the system's own functions on the same bytes, and the machine's files as the setup uses
+// them.
+
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include "setup/ProfileRules.h"
+#include "setup/clsIniFile.h"
+#include "support/RecordingMessageBoxes.h"
+#include "util/FileKit.h"
+
+namespace tvn2x {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A folder of the test's own for as long as it runs.
+class MachineFolder : public testing::Test
+{
+protected:
+    MachineFolder() : folder(fs::temp_directory_path() / UnpredictableName()) { fs::create_directory(folder); }
+    ~MachineFolder() override
+    {
+        std::error_code ignored;
+        fs::remove_all(LongForm(folder), ignored);
+    }
+
+    static fs::path LongForm(const fs::path& path) { return L"\\\\?\\" + path.wstring(); }
+    fs::path Make(const std::wstring& name, const std::string& content)
+    {
+        std::ofstream(folder / name, std::ios::binary) << content;
+        return folder / name;
+    }
+    static std::string Bytes(const fs::path& path)
+    {
+        std::ifstream file(path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    FileFault Replace(const fs::path& path, std::string_view content)
+    {
+        return ReplaceContent(SystemFiles(), path.wstring(), content);
+    }
+    size_t FilesInFolder() const
+    {
+        return static_cast<size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
+    }
+
+    fs::path folder;
+};
+
+/// The system's functions as a row of the rules calls them.
+class SystemCall
+{
+public:
+    SystemCall(const Rule& rule, fs::path path) : rule_(rule), path_(std::move(path)), name_(path_.string())
+    {
+        for (const std::string& argument : Split(rule.arguments, ','))
+            texts_.push_back(Unescape(argument));
+        numbers_ = Split(rule.arguments, ',');
+    }
+
+    std::string Answer()
+    {
+        const char* const file = name_.c_str();
+        if (rule_.call == "GetPrivateProfileStringA")
+            return Filled(3, [&](char* buffer, DWORD size) {
+                return GetPrivateProfileStringA(Text(0), Text(1), Text(2), buffer, size, file);
+            });
+        if (rule_.call == "GetPrivateProfileSectionA")
+            return Filled(
+                1, [&](char* buffer, DWORD size) { return GetPrivateProfileSectionA(Text(0), buffer, size, file); });
+        if (rule_.call == "GetPrivateProfileSectionNamesA")
+            return Filled(0,
+                          [&](char* buffer, DWORD size) { return GetPrivateProfileSectionNamesA(buffer, size, file); });
+        if (rule_.call == "GetPrivateProfileIntA")
+            return "ret=" + std::to_string(GetPrivateProfileIntA(Text(0), Text(1), std::stoi(numbers_[2]), file));
+        if (rule_.call == "WritePrivateProfileStringA")
+            return Written(WritePrivateProfileStringA(Text(0), Text(1), Text(2), file));
+        return Written(WritePrivateProfileSectionA(Text(0), Text(1), file));
+    }
+
+private:
+    const char* Text(size_t i) const { return texts_[i] ? texts_[i]->c_str() : nullptr; }
+
+    /// The result and the part of the buffer that was written.
+    template <class Call>
+    std::string Filled(size_t sizeArgument, Call call)
+    {
+        const auto size = static_cast<DWORD>(std::stoul(numbers_[sizeArgument]));
+        std::string buffer(size + 1, '\xCC');
+        const DWORD result = call(buffer.data(), size);
+        buffer.erase(buffer.find_last_not_of('\xCC') + 1);
+        return "ret=" + std::to_string(result) + " buf=" + Escape(buffer);
+    }
+    std::string Written(BOOL result)
+    {
+        WritePrivateProfileStringA(nullptr, nullptr, nullptr, name_.c_str());
+        std::ifstream file(path_, std::ios::binary);
+        const std::string content{std::istreambuf_iterator<char>(file), {}};
+        return "ret=" + std::to_string(result) + " file=" + (fs::exists(path_) ? Escape(content) : "-");
+    }
+
+    const Rule& rule_;
+    fs::path path_;
+    std::string name_;
+    std::vector<ProfileCalls::Text> texts_;
+    std::vector<std::string> numbers_;
+};
+
+using ProfileRulesOnWindows = MachineFolder;
+
+TEST_F(ProfileRulesOnWindows, TheSystemAndTheEngineAnswerAlike)
+{
+    int compared = 0;
+    for (const Rule& rule : Rules(fs::path(TVN_TEST_DATA) / L"profile-rules.tsv")) {
+        if (rule.windows != "same")
+            continue;
+        ++compared;
+        const std::wstring name = std::wstring(rule.id.begin(), rule.id.end()) + L".ini";
+        const ProfileCalls::Text content = Unescape(rule.file);
+        const fs::path path = content ? Make(name, *content) : folder / name;
+        EXPECT_EQ(SystemCall(rule, path).Answer(), AnswerTo(rule))
+            << rule.id << ": " << rule.call << "(" << rule.arguments << ") on " << rule.file << "  " << rule.note;
+    }
+    EXPECT_GT(compared, 70);
+}
+
+using FilesOnWindows = MachineFolder;
+
+TEST_F(FilesOnWindows, AFileThatSomebodyHoldsIsInUseAndStaysWhole)
+{
+    const fs::path path = Make(L"net.ini", "old");
+    for (const DWORD shared : {DWORD{0}, DWORD{FILE_SHARE_READ}}) {
+        const HANDLE holder =
+            CreateFileW(path.c_str(), GENERIC_READ, shared, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+        ASSERT_NE(holder, INVALID_HANDLE_VALUE);
+        EXPECT_EQ(Replace(path, "new"), FileFault::inUse);
+        CloseHandle(holder);
+        EXPECT_EQ(Bytes(path), "old");
+        EXPECT_EQ(FilesInFolder(), 1u) << "no temporary is left";
+    }
+    EXPECT_EQ(Replace(path, "new"), FileFault::none);
+    EXPECT_EQ(Bytes(path), "new");
+}
+
+TEST_F(FilesOnWindows, AReadOnlyFileIsRefusedAndAFolderToo)
+{
+    const fs::path path = Make(L"net.ini", "old");
+    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY);
+    EXPECT_EQ(Replace(path, "new"), FileFault::readOnly);
+    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+    EXPECT_EQ(Bytes(path), "old");
+    EXPECT_EQ(Replace(folder, "new"), FileFault::isDirectory);
+    EXPECT_EQ(Replace(folder / L"gone" / L"net.ini", "new"), FileFault::pathMissing);
+    EXPECT_EQ(FilesInFolder(), 1u);
+}
+
+TEST_F(FilesOnWindows, AHiddenFileStaysHidden)
+{
+    const fs::path path = Make(L"net.ini", "old");
+    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_HIDDEN);
+    ASSERT_EQ(Replace(path, "new"), FileFault::none);
+    EXPECT_EQ(Bytes(path), "new");
+    EXPECT_NE(GetFileAttributesW(path.c_str()) & FILE_ATTRIBUTE_HIDDEN, 0u);
+}
+
+TEST_F(FilesOnWindows, APathBeyondTheUsualLengthIsWrittenAndRead)
+{
+    std::wstring path = folder.wstring();
+    while (path.size() < 400) {
+        path += L"\\" + std::wstring(60, L'd');
+        ASSERT_TRUE(CreateDirectoryW(LongForm(path).c_str(), nullptr)) << GetLastError();
+    }
+    path += L"\\net.ini";
+    RecordingMessageBoxes messages;
+    clsIniFile ini(SystemFiles(), messages);
+    ini.FullPath(path);
+    ini.SectionName(L"s");
+    EXPECT_EQ(ini.PutString(L"k", L"v"), -1);
+    EXPECT_EQ(ini.GetString(L"k", L"-"), L"v");
+    EXPECT_EQ(ini.Exists(path), -1);
+}
+
+TEST_F(FilesOnWindows, WhatAKilledProcessLeftADayAgoIsRemoved)
+{
+    const fs::path stale = Make(UnpredictableName(), "left");
+    const fs::path young = Make(UnpredictableName(), "left");
+    fs::last_write_time(stale, fs::file_time_type::clock::now() - std::chrono::hours(25));
+    ASSERT_EQ(Replace(folder / L"net.ini", "new"), FileFault::none);
+    EXPECT_FALSE(fs::exists(stale));
+    EXPECT_TRUE(fs::exists(young));
+}
+
+TEST(WinIni, IsWrittenAndReadThroughTheSystem)
+{
+    RecordingMessageBoxes messages;
+    clsIniFile ini(SystemFiles(), messages);
+    ini.UseWinINI(true);
+    ini.SectionName(UnpredictableName());
+    EXPECT_EQ(ini.PutString(L"k", L" v "), -1);
+    EXPECT_EQ(ini.PutInt(L"number", -7), -1);
+    EXPECT_EQ(ini.GetString(L"k", L"-"), L"v");
+    EXPECT_EQ(ini.GetLong(L"number", 1), -7);
+    EXPECT_TRUE(ini.SectExist(ini.SectionName()));
+    EXPECT_EQ(ini.PutString(L"k", L"x\n[y]"), 0) << "no value can forge a section";
+    EXPECT_TRUE(ini.DeleteNumEntry(L"number"));
+    EXPECT_EQ(ini.GetLong(L"number", 1), 1);
+    ini.DeleteSection();
+    EXPECT_EQ(ini.GetString(L"k", L"gone"), L"gone");
+    EXPECT_FALSE(ini.SectExist(ini.SectionName()));
+    ini.UseWinINI(false);
+    EXPECT_EQ(ini.FullPath(), ini.PrivPath());
+}
+
+}  // namespace
+}  // namespace tvn2x

@@ -1,0 +1,163 @@
+#!/usr/bin/env bash
+# Reports, limits and journal of the reference host. Programs that are not ours judge the files; scans are killed at
+# random moments and gone on with; a journal meets a full disk.
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+root=$PWD
+. tools/common.sh
+wine_environment
+bin=$root/build/win64/bin
+check() { python3 -B "$root/tests/system/report_check.py" "$@"; }
+work=$root/build/report_test
+tools/wine cmd /c ver >/dev/null # the prefix is made and everything registered
+
+rm -rf "$work"
+mkdir -p "$work/disk"
+cd "$work"
+trap 'mountpoint -q "$work/disk" && umount "$work/disk"' EXIT
+
+fail() {
+    echo "$said: $*"
+    tail -n 20 out err
+    exit 1
+}
+expect_exit() { # CODE ARGUMENT...
+    local code=$1 status=0
+    shift
+    said="tvnhost $*"
+    "$wine_program" "$bin/tvnhost.exe" "$@" >out 2>err </dev/null || status=$?
+    [ "$status" = "$code" ] || fail "ends with $status instead of $code"
+}
+expect_text() { grep -qF -- "$1" out || fail "does not print: $1"; }
+expect_notice() { grep -qF -- "$1" err || fail "does not tell: $1"; }
+
+plan=$root/tests/data/plans/at-Kabelsignal
+expect_exit 0 import "$plan" -o net.ini --ber-samples 1 --max-settling-time 1
+expect_exit 0 network "$plan" -o clean.ini --clean
+expect_exit 0 network "$plan" -o impaired.ini --seed 7
+fast=(--time-scale 0.02)
+
+# All reports of one scan, judged.
+expect_exit 1 scan net.ini --network impaired.ini "${fast[@]}" --limits outlet --journal all.journal \
+    --json all.jsonl --junit all.xml --html all.html
+expect_text 'FAIL: '
+expect_text 'RF level 43.6 dBµV is 10.4 dB below the limit of 54 dBµV'
+check schema "$root/docs/result.schema.json" all.jsonl all.journal
+check count all.jsonl 36
+check same all.jsonl all.journal
+xmllint --noout --schema "$root/tests/data/junit.xsd" all.xml 2>xsd || { cat xsd; exit 1; }
+xmllint --noout all.html
+check agree all.jsonl all.html all.xml
+! grep -qE '<script|src=|@import|url\(' all.html || fail "writes a page that needs something else"
+
+# The same reports later, from the stored run.
+expect_exit 0 report all.jsonl --limits outlet --html later.html --junit later.xml --json later.jsonl
+cmp all.html later.html
+cmp all.xml later.xml
+cmp all.jsonl later.jsonl
+expect_exit 1 judge all.jsonl
+expect_text 'not synchronised: symbol rate and carrier UNSYNC'
+expect_exit 0 limits
+sed 's/^Fail Below=54/Fail Below=54x/' out >bad.ini
+printf '[rflev]\nFail Below=30\n' >lenient.ini
+line=$(grep -n 54x bad.ini | cut -d: -f1)
+expect_exit 2 judge all.jsonl --limits bad.ini
+expect_notice "bad.ini, line $line: \"54x\" is no number"
+expect_exit 2 report all.xml --html other.html
+expect_notice 'all.xml, line 1: "<?xml version='
+expect_exit 2 report all.jsonl --html all.jsonl
+expect_notice 'replace what the report is made from'
+
+# Good channels pass; what changed is told.
+expect_exit 0 scan net.ini --network clean.ini "${fast[@]}" --channels 1-14 --limits lenient.ini --json clean.jsonl
+expect_text 'PASS: 14 of 14 channels pass.'
+expect_exit 0 compare clean.jsonl clean.jsonl
+expect_exit 1 compare clean.jsonl all.jsonl --drift-level 1
+expect_text 'K45 666 MHz'
+
+# Again and again, into one journal.
+expect_exit 0 scan net.ini --network clean.ini "${fast[@]}" --channels 3-4 --repeat 3 --every 1s --journal thrice.jsonl \
+    --junit thrice.xml
+check count thrice.jsonl 6
+check schema "$root/docs/result.schema.json" thrice.jsonl
+xmllint --noout --schema "$root/tests/data/junit.xsd" thrice.xml 2>xsd || { cat xsd; exit 1; }
+
+# Killed at random moments: no channel is lost, none is measured twice, and nothing else tells the runs apart.
+RANDOM=${TVN_SEED:-$$}
+echo "seed $RANDOM"
+scan=(scan net.ini --network clean.ini "${fast[@]}")
+kills=0
+for ((turn = 0; ; ++turn)); do
+    [ "$turn" -lt 60 ] || fail "never comes to its end"
+    if [ -e crash.journal ] && [ "$(wc -l <crash.journal)" -eq 0 ]; then
+        rm crash.journal
+    fi
+    go=(--journal crash.journal --channels 1-14)
+    [ ! -e crash.journal ] || go=(--resume crash.journal)
+    status=0
+    {
+        timeout --signal=KILL "$((RANDOM % 2)).$((RANDOM % 10))$((RANDOM % 10))" "$wine_program" "$bin/tvnhost.exe" \
+            "${scan[@]}" "${go[@]}" --json crashed.jsonl >out 2>err </dev/null || status=$?
+    } 2>/dev/null # the shell's own remark on the killed process
+    said="tvnhost ${scan[*]} ${go[*]}"
+    case $status in
+        137) kills=$((kills + 1)) ;;
+        0) break ;;
+        *) fail "ends with $status" ;;
+    esac
+done
+echo "killed $kills times"
+[ "$kills" -gt 0 ] || fail "was never killed"
+check schema "$root/docs/result.schema.json" crashed.jsonl
+check count crashed.jsonl 14
+check count crash.journal 14
+check same clean.jsonl crashed.jsonl
+
+# Stopped with Ctrl+C, typed on a terminal while a channel is measured, and gone on with.
+said='Ctrl+C'
+mkfifo keys notices
+SHELL=/bin/bash script -qec "exec '$wine_program' '$bin/tvnhost.exe' scan net.ini --network clean.ini ${fast[*]} --channels 1-14 \
+    --journal stopped.journal --json stopped.jsonl >out 2>notices" /dev/null <keys >/dev/null 3>&- 4>&- &
+job=$!
+exec 3<>keys 4<>notices
+until [[ ${line:-} == *3/14* ]]; do
+    read -r -t 30 line <&4 || fail "comes too late: the scan does not get through three channels"
+done
+printf '\3' >&3
+status=0
+wait "$job" || status=$?
+exec 3>&- 4>&-
+[ "$status" = 3 ] || fail "ends the scan with $status"
+check schema "$root/docs/result.schema.json" stopped.jsonl stopped.journal
+check count stopped.jsonl 14
+expect_exit 0 scan net.ini --network clean.ini "${fast[@]}" --resume stopped.journal
+check same clean.jsonl stopped.journal
+
+# A torn last line, a complete journal, another setup.
+head -c -300 crash.journal >torn.journal
+expect_exit 0 scan net.ini --network clean.ini "${fast[@]}" --resume torn.journal
+expect_notice 'the last line is torn'
+check same clean.jsonl torn.journal
+expect_exit 0 scan net.ini --network clean.ini "${fast[@]}" --resume torn.journal
+expect_notice 'nothing is left to measure'
+check count torn.journal 14
+sed 's/^Max.*Settling.*/Maximum Settling Time (sec)=2\r/' net.ini >other.ini
+expect_exit 2 scan other.ini --network clean.ini "${fast[@]}" --resume torn.journal
+expect_notice 'other.ini differs from that'
+expect_exit 2 scan net.ini --journal torn.journal
+expect_notice 'exists already'
+
+# A full disk.
+if mount -t tmpfs -o size=12k none "$work/disk" 2>/dev/null; then
+    expect_exit 2 scan net.ini --network clean.ini "${fast[@]}" --channels 1-14 --journal disk/full.journal --json full.jsonl
+    expect_notice 'the journal cannot be written (the disk is full)'
+    [ "$(grep -c 'cannot be written' err)" = 1 ] || fail "says so more than once"
+    expect_notice 'the journal lacks the last channels'
+    expect_text '14 channels, 14 synchronised'
+    check same clean.jsonl full.jsonl
+    cp disk/full.journal moved.journal
+    expect_exit 0 scan net.ini --network clean.ini "${fast[@]}" --resume moved.journal
+    check same clean.jsonl moved.journal
+else
+    echo "no small file system can be mounted here: the full disk is left out (the unit tests have it)"
+fi

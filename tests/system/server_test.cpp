@@ -1,0 +1,236 @@
+// The component server as a client sees it: classes, interfaces, identity, counts, errors, unloading.
+
+#include <initguid.h>
+
+#include <thread>
+
+#include "Client.h"
+
+namespace tvn2x::client {
+namespace {
+
+class Server : public Apartment
+{
+};
+
+struct AnsweredInterface
+{
+    const wchar_t* progId;
+    std::vector<IID> answered;
+    std::vector<IID> refused;
+};
+
+const AnsweredInterface answeredInterfaces[] = {
+    {L"TVN2x.clsSetup",
+     {IID_IUnknown, IID_IDispatch, IID_ISupportErrorInfo, IID__clsSetup, IID_ISetup, IID_IMeasure, IID_IDriver,
+      IID_ICheckHardware},
+     {IID_ISupport, IID__clsTimeout, IID_IMeasureParent, IID_IReceiver, IID_IPersist, IID_IMarshal}},
+    {L"TVN2x.clsSupport",
+     {IID_IUnknown, IID_IDispatch, IID_ISupportErrorInfo, IID_ISupport},
+     {IID_ISetup, IID__clsSetup, IID_IMeasure}},
+    {L"TVN2x.clsTimeout",
+     {IID_IUnknown, IID_IDispatch, IID_ISupportErrorInfo, IID__clsTimeout},
+     {IID_ISetup, IID__clsSetup, IID_ISupport}},
+    {L"XKTR2x.clsReceiver",
+     {IID_IUnknown, IID_IDispatch, IID_ISupportErrorInfo, IID_IReceiver, IID_IDriver, IID_IIdentification},
+     {IID_ISetup, IID_IRunControl, IID_IErrorReport}},
+    {L"XKTR2x.clsRunControl",
+     {IID_IUnknown, IID_IDispatch, IID_ISupportErrorInfo, IID_IRunControl, IID_IMarshal},
+     {IID_IReceiver, IID_IErrorReport}},
+    {L"XKTR2x.clsErrorReport",
+     {IID_IUnknown, IID_IDispatch, IID_ISupportErrorInfo, IID_IErrorReport},
+     {IID_IReceiver, IID_IRunControl, IID_IMarshal}},
+};
+
+TEST_F(Server, AnswersItsInterfacesAndRefusesOthersUnderOneIdentity)
+{
+    for (const AnsweredInterface& row : answeredInterfaces) {
+        SCOPED_TRACE(testing::PrintToString(std::wstring(row.progId)));
+        const auto object = Create<IUnknown>(row.progId);
+        ASSERT_TRUE(object);
+        for (const IID& id : row.answered) {
+            ComPtr<IUnknown> other;
+            ASSERT_EQ(object->QueryInterface(id, reinterpret_cast<void**>(other.Put())), S_OK);
+            for (const IID& back : row.answered) {
+                ComPtr<IUnknown> again;
+                EXPECT_EQ(other->QueryInterface(back, reinterpret_cast<void**>(again.Put())), S_OK);
+            }
+            EXPECT_EQ(other.As<IUnknown>().Get(), object.Get()) << "one object, one identity";
+        }
+        for (const IID& id : row.refused) {
+            void* other = this;
+            EXPECT_EQ(object->QueryInterface(id, &other), E_NOINTERFACE);
+            EXPECT_EQ(other, nullptr);
+        }
+        EXPECT_EQ(object->QueryInterface(IID_IUnknown, nullptr), E_POINTER);
+    }
+}
+
+TEST_F(Server, CountsReferencesOfAllInterfacesTogether)
+{
+    auto object = Create<IUnknown>(L"TVN2x.clsSetup");
+    auto setup = object.As<ISetup>();
+    auto measure = object.As<IMeasure>();
+    EXPECT_EQ(measure->AddRef(), 4u);
+    EXPECT_EQ(setup->Release(), 3u);
+    setup.Reset();
+    measure.Reset();
+    EXPECT_EQ(object.Detach()->Release(), 0u);
+}
+
+TEST_F(Server, UnloadsOnlyWhenNothingIsHeld)
+{
+    auto object = Create<IUnknown>(L"TVN2x.clsTimeout");
+    ASSERT_TRUE(GetModuleHandleW(L"TVN2x.dll"));
+    CoFreeUnusedLibrariesEx(0, 0);
+    EXPECT_TRUE(GetModuleHandleW(L"TVN2x.dll")) << "an object lives";
+    object.Reset();
+
+    ComPtr<IClassFactory> factory;
+    ASSERT_EQ(CoGetClassObject(CLSID_clsTimeout, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory,
+                               reinterpret_cast<void**>(factory.Put())),
+              S_OK);
+    EXPECT_EQ(factory->LockServer(TRUE), S_OK);
+    CoFreeUnusedLibrariesEx(0, 0);
+    EXPECT_TRUE(GetModuleHandleW(L"TVN2x.dll")) << "the server is locked";
+    EXPECT_EQ(factory->LockServer(FALSE), S_OK);
+    factory.Reset();
+
+    CoFreeUnusedLibrariesEx(0, 0);
+    CoFreeUnusedLibrariesEx(0, 0);
+    EXPECT_FALSE(GetModuleHandleW(L"TVN2x.dll"));
+}
+
+/// A stop comes while the measuring thread is busy and handles no messages: a call that waited for it would hang here.
+TEST_F(Server, RunControlIsOneObjectOfItsThreadAndEveryThreadMayCallIt)
+{
+    auto run = Create<IRunControl>(L"XKTR2x.clsRunControl");
+    EXPECT_EQ(Create<IRunControl>(L"XKTR2x.clsRunControl").Get(), run.Get());
+    EXPECT_EQ(run->put_StopFlag(VARIANT_FALSE), S_OK);
+    ComPtr<IStream> stream;
+    ASSERT_EQ(CoMarshalInterThreadInterfaceInStream(__uuidof(IRunControl), run.Get(), stream.Put()), S_OK);
+    VARIANT_BOOL ofOtherThread = VARIANT_TRUE;
+    std::thread([&] {
+        CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+        ComPtr<IRunControl> other;
+        EXPECT_EQ(CoGetInterfaceAndReleaseStream(stream.Detach(), __uuidof(IRunControl),
+                                                 reinterpret_cast<void**>(other.Put())),
+                  S_OK);
+        EXPECT_EQ(other.Get(), run.Get()) << "no proxy";
+        EXPECT_EQ(other->put_StopFlag(VARIANT_TRUE), S_OK);
+        EXPECT_EQ(Create<IRunControl>(L"XKTR2x.clsRunControl")->get_StopFlag(&ofOtherThread), S_OK);
+        run.Reset();  // the last reference but this thread's
+        other.Reset();
+        CoUninitialize();
+    }).join();
+    EXPECT_EQ(ofOtherThread, VARIANT_FALSE) << "another thread, another flag";
+    VARIANT_BOOL stop = VARIANT_FALSE;
+    run = Create<IRunControl>(L"XKTR2x.clsRunControl");
+    EXPECT_EQ(run->get_StopFlag(&stop), S_OK);
+    EXPECT_EQ(stop, VARIANT_TRUE) << "what the thread knows outlives the object";
+    run->put_StopFlag(VARIANT_FALSE);
+}
+
+TEST_F(Server, ClassFactoryRefusesAggregationAndUnknownClasses)
+{
+    ComPtr<IClassFactory> factory;
+    ASSERT_EQ(CoGetClassObject(CLSID_clsSetup, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory,
+                               reinterpret_cast<void**>(factory.Put())),
+              S_OK);
+    const auto outer = Create<IUnknown>(L"TVN2x.clsSupport");
+    void* out = this;
+    EXPECT_EQ(factory->CreateInstance(outer.Get(), IID_IUnknown, &out), CLASS_E_NOAGGREGATION);
+    EXPECT_EQ(out, nullptr);
+    EXPECT_EQ(factory->CreateInstance(nullptr, IID_ISupport, &out), E_NOINTERFACE);
+
+    using GetClassObject = HRESULT(STDMETHODCALLTYPE*)(REFCLSID, REFIID, void**);
+    const auto get = reinterpret_cast<GetClassObject>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"TVN2x.dll"), "DllGetClassObject")));
+    ASSERT_TRUE(get);
+    EXPECT_EQ(get(IID_ISetup, IID_IClassFactory, &out), CLASS_E_CLASSNOTAVAILABLE);
+    EXPECT_EQ(out, nullptr);
+}
+
+TEST_F(Server, RaisedErrorArrivesWithNumberSourceAndDescription)
+{
+    const auto setup = Create<_clsSetup>(L"TVN2x.clsSetup");
+    EXPECT_EQ(setup.As<ISupportErrorInfo>()->InterfaceSupportsErrorInfo(IID__clsSetup), S_OK);
+    EXPECT_EQ(setup.As<ISupportErrorInfo>()->InterfaceSupportsErrorInfo(IID_IMeasure), S_OK);
+    EXPECT_EQ(setup.As<ISupportErrorInfo>()->InterfaceSupportsErrorInfo(IID_ISupport), S_FALSE);
+
+    double frequency = 1;
+    EXPECT_EQ(setup->get_Frequency(2, &frequency), RuntimeError(9));
+    EXPECT_EQ(frequency, 0);
+    const ErrorText text = LastError();
+    EXPECT_EQ(text.source, L"clsSetup.Frequency");
+    EXPECT_EQ(text.description, L"Subscript out of range");
+
+    // The same by name, as a script calls it.
+    DISPID id;
+    auto name = const_cast<LPOLESTR>(L"Frequency");
+    ASSERT_EQ(setup->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, &id), S_OK);
+    VARIANT index{};
+    index.vt = VT_I4;
+    index.lVal = 7;
+    DISPPARAMS arguments{&index, nullptr, 1, 0};
+    VARIANT value{};
+    EXCEPINFO exception{};
+    EXPECT_EQ(
+        setup->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &arguments, &value, &exception, nullptr),
+        DISP_E_EXCEPTION);
+    EXPECT_EQ(exception.scode, RuntimeError(9));
+    EXPECT_EQ(com::ViewOf(exception.bstrSource), L"clsSetup.Frequency");
+    SysFreeString(exception.bstrSource);
+    SysFreeString(exception.bstrDescription);
+}
+
+TEST_F(Server, NullOutArgumentsAreRefused)
+{
+    const auto setup = Create<_clsSetup>(L"TVN2x.clsSetup");
+    const auto document = setup.As<ISetup>();
+    EXPECT_EQ(setup->get_Notes(nullptr), E_POINTER);
+    EXPECT_EQ(document->get_AppVersion(nullptr), E_POINTER);
+    EXPECT_EQ(document->Edit(nullptr), E_POINTER);
+    VARIANT_BOOL result;
+    EXPECT_EQ(document->Load(nullptr, nullptr, nullptr, nullptr, &result), E_POINTER);
+    EXPECT_EQ(setup.As<IMeasure>()->get_Result(0, 13, 1, nullptr), E_POINTER);
+    EXPECT_EQ(setup.As<ICheckHardware>()->Mode(nullptr), E_POINTER);
+    EXPECT_EQ(setup.As<IDriver>()->Test(nullptr, nullptr, nullptr, &result), E_POINTER);
+}
+
+TEST_F(Server, SupportContactIsFixed)
+{
+    const auto support = Create<ISupport>(L"TVN2x.clsSupport");
+    Bstr address, email, fax, phone;
+    EXPECT_EQ(support->get_Address(address.Put()), S_OK);
+    EXPECT_EQ(support->get_Email(email.Put()), S_OK);
+    EXPECT_EQ(support->get_Fax(fax.Put()), S_OK);
+    EXPECT_EQ(support->get_Phone(phone.Put()), S_OK);
+    EXPECT_EQ(address.View(), L"");
+    EXPECT_THAT(std::wstring(email.View()), testing::HasSubstr(L"@"));
+    EXPECT_FALSE(fax.View().empty());
+    EXPECT_FALSE(phone.View().empty());
+}
+
+TEST_F(Server, TypeLibraryPublishesEnumerationsAndHelpStrings)
+{
+    ComPtr<ITypeLib> library;
+    ASSERT_EQ(LoadRegTypeLib(LIBID_TVN2x, 1, 0, LOCALE_NEUTRAL, library.Put()), S_OK);
+    ComPtr<ITypeInfo> info;
+    ASSERT_EQ(library->GetTypeInfoOfGuid(__uuidof(_clsSetup), info.Put()), S_OK);
+    auto name = const_cast<LPOLESTR>(L"BerSamples");
+    MEMBERID member;
+    ASSERT_EQ(info->GetIDsOfNames(&name, 1, &member), S_OK);
+    Bstr help;
+    ASSERT_EQ(info->GetDocumentation(member, nullptr, help.Put(), nullptr, nullptr), S_OK);
+    EXPECT_FALSE(help.View().empty());
+
+    MEMBERID found = MEMBERID_NIL;
+    USHORT matches = 1;
+    ComPtr<ITypeInfo> enumeration;
+    ASSERT_EQ(library->FindName(const_cast<LPOLESTR>(L"MP_DE"), 0, enumeration.Put(), &found, &matches), S_OK);
+    EXPECT_EQ(matches, 1);
+}
+
+}  // namespace
+}  // namespace tvn2x::client
