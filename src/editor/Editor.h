@@ -138,12 +138,12 @@ private:
     bool CheckSettlingTime();
     bool CheckDefaultSymbolRate();
     bool CheckChannels();
+    bool CheckNotes(const std::wstring& notes);
     void Reopen(Column column, int32_t row);
     void RefuseField(Field field);
     void WriteChannels(SetupDocument& document) const;
     void WriteSettings(SetupDocument& document) const;
     void WriteParameters(SetupDocument& document) const;
-    void WriteNotes(SetupDocument& document) const;
 
     SetupDocument& document_;
     EditorView& view_;

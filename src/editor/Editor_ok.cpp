@@ -8,6 +8,7 @@
 #include "editor/Editor.h"
 #include "editor/EditorKeys.h"
 #include "editor/ValidateChannel.h"
+#include "setup/SetupFile.h"
 #include "util/RaisedError.h"
 #include "util/modFormat.h"
 
@@ -51,6 +52,10 @@ void Editor::Ok()
     CommitCellEdit(Leave::elsewhere);
     if (!CheckSettlingTime() || !CheckDefaultSymbolRate() || !CheckChannels())
         return;
+    // Notes that nobody has touched go back as they came, be they plain text or rich.
+    std::wstring notes = notesTouched_ ? WithWholeLineEnds(view_.NotesAsRichText()) : document_.Notes();
+    if (notesTouched_ && !CheckNotes(notes))
+        return;
 
     // Whatever fails on the way, the document is the old one or the new one.
     static_assert(std::is_nothrow_move_assignable_v<SetupDocument>);
@@ -58,7 +63,7 @@ void Editor::Ok()
     WriteChannels(edited);
     WriteSettings(edited);
     WriteParameters(edited);
-    WriteNotes(edited);
+    edited.Notes(std::move(notes));
     document_ = std::move(edited);
     tag_ = L"OK";
     view_.Close();
@@ -109,6 +114,19 @@ bool Editor::CheckChannels()
         SetCell(MP_SYMBOLRATE, row, FormatNumber(symbolRate, symbolRatePattern, true, locale_));
     }
     return true;
+}
+
+/// Notes that no setup file can hold would be lost with the next save.
+bool Editor::CheckNotes(const std::wstring& notes)
+{
+    if (CanStoreNotes(notes))
+        return true;
+    messages_.Show(L"The notes are too long to be saved: " + std::to_wstring(notes.size()) +
+                       L" characters with their formatting, of at most 32767.\r\n\r\nPlease shorten them.",
+                   L"Setup", MessageIcon::warning);
+    SelectPage(Page::notes);
+    view_.Focus(Control::notes, 0);
+    return false;
 }
 
 void Editor::Reopen(Column column, int32_t row)
@@ -169,13 +187,6 @@ void Editor::WriteParameters(SetupDocument& document) const
         if (!hasRow[static_cast<size_t>(parameter)])
             write(parameter, false, false);
     }
-}
-
-/// Notes that nobody has touched go back as they came, be they plain text or rich.
-void Editor::WriteNotes(SetupDocument& document) const
-{
-    if (notesTouched_)
-        document.Notes(WithWholeLineEnds(view_.NotesAsRichText()));
 }
 
 }  // namespace tvn2x

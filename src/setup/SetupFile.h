@@ -40,6 +40,9 @@ bool SaveSetup(SetupDocument& document, const SetupEnvironment& environment, con
 bool BackupSetup(const SetupDocument& document, const SetupEnvironment& environment, const std::wstring& productName,
                  const std::wstring& appVersion, const std::wstring& fullPath);
 
+/// Whether SaveSetup can write these notes: no lone line end, at most 32,767 characters with four for each line end.
+bool CanStoreNotes(const std::wstring& notes);
+
 /// Line ends of notes: mode 0 writes each CR LF as the four characters \r\n, mode 1 reads them back. A lone CR or LF
 /// stays. Another mode raises 1000.
 std::wstring ProcessCrLf(std::wstring_view text, int32_t mode);

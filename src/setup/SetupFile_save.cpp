@@ -2,10 +2,12 @@
 #include <limits>
 #include <utility>
 
+#include "setup/ProfileText.h"
 #include "setup/SetupFile.h"
 #include "setup/SetupKeys.h"
 #include "setup/SetupRows.h"
 #include "setup/clsIniFile.h"
+#include "util/Encoding.h"
 #include "util/modFormat.h"
 
 namespace tvn2x {
@@ -183,6 +185,11 @@ void Writer::WriteBackup()
 }
 
 }  // namespace
+
+bool CanStoreNotes(const std::wstring& notes)
+{
+    return profile::IsWritable(ToCodePage(Protected(ProcessCrLf(notes, 0))));
+}
 
 bool SaveSetup(SetupDocument& document, const SetupEnvironment& environment, const std::wstring& productName,
                const std::wstring& appVersion, const std::wstring& fullPath)

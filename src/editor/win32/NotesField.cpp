@@ -35,6 +35,24 @@ std::string InBytes(const std::wstring& richText)
     return bytes;
 }
 
+/// What the notes call dark blue, and what shows it where the system's windows are dark.
+constexpr std::string_view darkBlue = "\\red0\\green0\\blue128;";
+constexpr std::string_view paleBlue = "\\red153\\green204\\blue255;";
+constexpr COLORREF paleBlueColour = RGB(153, 204, 255);
+
+bool WindowsAreDark()
+{
+    const COLORREF colour = GetSysColor(COLOR_WINDOW);
+    return 299 * GetRValue(colour) + 587 * GetGValue(colour) + 114 * GetBValue(colour) < 1000 * 128;
+}
+
+std::string Replaced(std::string text, std::string_view from, std::string_view to)
+{
+    for (size_t at = text.find(from); at != text.npos; at = text.find(from, at + to.size()))
+        text.replace(at, from.size(), to);
+    return text;
+}
+
 /// The same text with its protection as hidden text.
 std::string ProtectedAsHidden(const std::string& richText)
 {
@@ -85,7 +103,9 @@ DWORD CALLBACK WritePiece(DWORD_PTR cookie, BYTE* buffer, LONG size, LONG* done)
 }  // namespace
 
 NotesField::NotesField(Editor& editor)
-    : editor_(editor), library_(LoadLibraryExW(L"msftedit.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32))
+    : editor_(editor),
+      isDark_(WindowsAreDark()),
+      library_(LoadLibraryExW(L"msftedit.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32))
 {
 }
 
@@ -121,7 +141,7 @@ void NotesField::Load(const std::wstring& text, bool isRichText)
 {
     const FlagGuard updating(updating_);
     if (isRichText) {
-        const std::string bytes = InBytes(text);
+        const std::string bytes = isDark_ ? Replaced(InBytes(text), darkBlue, paleBlue) : InBytes(text);
         StreamIn(bytes);
         // There are versions of the control that write protection but do not read it.
         if (bytes.find("\\protect") != bytes.npos && !HasProtected({0, -1})) {
@@ -167,6 +187,8 @@ std::wstring NotesField::AsRichText() const
     SendMessageW(window_, EM_STREAMOUT, SF_RTF, reinterpret_cast<LPARAM>(&stream));
     if (stream.dwError != 0)
         throw std::bad_alloc();
+    if (isDark_)
+        bytes = Replaced(std::move(bytes), paleBlue, darkBlue);
     std::wstring text;
     text.reserve(bytes.size());
     for (const char each : bytes) {
@@ -186,12 +208,12 @@ void NotesField::ProtectSelection(bool protect)
     SendMessageW(window_, EM_EMPTYUNDOBUFFER, 0, 0);
 }
 
-/// Black is the colour of text that has none of its own: so it stays readable on a dark background.
+/// On a dark background, black is the colour of text that has none of its own, and dark blue a pale one.
 void NotesField::ColourSelection(Colour colour)
 {
     const FlagGuard updating(updating_);
     CHARFORMAT2W format = NewFormat(CFM_COLOR);
-    format.crTextColor = colour;
+    format.crTextColor = isDark_ && colour == palette::darkBlue ? paleBlueColour : colour;
     format.dwEffects = colour == palette::black ? CFE_AUTOCOLOR : 0;
     Format(format, SCF_SELECTION);
 }

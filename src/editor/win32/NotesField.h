@@ -45,6 +45,7 @@ private:
     void Quietly(Work work) const;
 
     Editor& editor_;
+    const bool isDark_;  ///< colours are shown that can be read there; the notes keep their own
     Library library_;
     HWND window_ = nullptr;
     bool updating_ = false;  ///< the field itself is changing its content

@@ -2,37 +2,13 @@
 #include <new>
 
 #include "TestEditor.h"
+#include "support/DocumentText.h"
 #include "support/FailingMemory.h"
 
 namespace tvn2x {
 namespace {
 
 using Focused = std::pair<Control, Column>;
-
-/// Everything that the editor can change, as one text.
-std::wstring Everything(const SetupDocument& document)
-{
-    std::wstring text = document.LevelUnit() + L"|" + document.Notes() + L"|" + std::to_wstring(document.dirty);
-    const auto add = [&text](auto value) { text += L"," + std::to_wstring(value); };
-    for (int32_t choice = 0; choice < choiceCount; ++choice)
-        add(PositionIn(document, static_cast<Choice>(choice)));
-    for (const bool flag : {document.CoupleDisplayAndSave(), document.ShowNotesBefore(), document.ShowNotesAfter()})
-        add(flag);
-    add(document.DefaultSymbolRate());
-    add(document.MaxSettlingTime());
-    for (int32_t channel = 1; channel <= document.ListSize(); ++channel) {
-        add(document.Frequency(channel));
-        add(document.SymbolRate(channel));
-        text += document.UserField(channel);
-    }
-    for (int32_t parameter = 1; parameter <= document.Count(); ++parameter) {
-        text += document.Caption(parameter);
-        add(document.Order(parameter));
-        for (const int32_t action : {0, 1, 2})
-            add(document.Parameter(action, parameter));
-    }
-    return text;
-}
 
 TEST(EditorOk, WithoutAChangeLeavesTheDocumentClean)
 {
@@ -199,6 +175,24 @@ TEST(EditorNotes, ProtectedTextIsColouredAndStaysAsItIs)
     EXPECT_TRUE(test.editor.AllowNotesEdit(false));
     test.editor.Ok();
     EXPECT_EQ(L"{\\rtf1 new}", test.document.Notes());
+}
+
+TEST(EditorNotes, TooLongToBeSavedAreRefusedWithoutLosingThem)
+{
+    TestEditor test;
+    test.Open();
+    test.view.richText = std::wstring(32767, L'x');
+    test.editor.NotesChanged();
+    test.view.richText += L"x";
+    test.editor.Ok();
+    EXPECT_EQ(Page::notes, test.editor.CurrentPage());
+    EXPECT_EQ(Focused(Control::notes, 0), test.view.focus);
+    EXPECT_NE(std::wstring::npos, test.messages.messages.at(0).text.find(L"32768 characters"));
+    EXPECT_EQ(L"", test.editor.Tag());
+    test.view.richText.pop_back();
+    test.editor.Ok();
+    EXPECT_EQ(L"OK", test.editor.Tag());
+    EXPECT_EQ(test.view.richText, test.document.Notes());
 }
 
 TEST(EditorFaults, NoMemoryLeavesTheDocumentWhole)
