@@ -45,6 +45,23 @@ wine_ready() {
     fi
 }
 
+# on_screen PROGRAM [ARGUMENT...]: a Windows program on a screen that nobody sees, in a Wine of its own: one that was
+# started without a screen cannot open windows later.
+on_screen() {
+    (
+        export TVN_PREFIX=wine-screen TVN_BUILT=1
+        wine_environment
+        trap 'wineserver -k >/dev/null 2>&1 || true' EXIT
+        if [ ! -f "$WINEPREFIX/screen" ]; then
+            # Without a window manager, windows have frames only if Wine draws them itself.
+            xvfb-run -a "$root/tools/wine" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null
+            touch "$WINEPREFIX/screen"
+        fi
+        wineserver -k >/dev/null 2>&1 || true
+        xvfb-run -a "$root/tools/wine" "$@"
+    )
+}
+
 # The Windows name of a file: drive Z: is the root of this machine.
 wine_path() {
     local full

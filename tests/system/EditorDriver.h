@@ -43,6 +43,16 @@ public:
     /// What ISetup.Edit says when the deeds are done. A dialog that is then still open is cancelled.
     HRESULT Edit(ISetup* setup, bool& accepted, const Deeds& deeds)
     {
+        VARIANT_BOOL answer = VARIANT_FALSE;
+        HRESULT result = E_FAIL;
+        Work([&] { result = setup->Edit(&answer); }, deeds);
+        accepted = answer != VARIANT_FALSE;
+        return result;
+    }
+
+    /// The same with any way to open the dialog.
+    void Work(const std::function<void()>& open, const Deeds& deeds)
+    {
         std::thread person([&] {
             Settle();  // the first message loop that runs is the dialog's
             dialog = GetAncestor(GuiState().hwndActive, GA_ROOT);
@@ -54,8 +64,7 @@ public:
             }
             SetEvent(done_);
         });
-        VARIANT_BOOL answer = VARIANT_FALSE;
-        const HRESULT result = setup->Edit(&answer);
+        open();
         // The person may still be looking at what happened.
         while (MsgWaitForMultipleObjects(1, &done_, FALSE, INFINITE, QS_ALLINPUT) != WAIT_OBJECT_0) {
             MSG message;
@@ -63,8 +72,6 @@ public:
                 DispatchMessageW(&message);
         }
         person.join();
-        accepted = answer != VARIANT_FALSE;
-        return result;
     }
 
     void Type(std::wstring_view text)
@@ -157,7 +164,7 @@ public:
     {
         const HWND box = MessageBoxWindow();
         if (!box)
-            return L"";
+            return {};
         constexpr int textOfBox = 0xFFFF;
         const std::wstring message = TextOf(box) + L"|" + TextOf(GetDlgItem(box, textOfBox));
         PostMessageW(Focus(), WM_KEYDOWN, VK_RETURN, 1);

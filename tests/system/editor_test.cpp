@@ -470,39 +470,5 @@ TEST_F(SetupEditor, ObjectThatTheHostLetsGoOfOutlivesTheDialog)
     EXPECT_TRUE(accepted);
 }
 
-/// Handles that the process holds. Where the system does not count them they are tried one by one: their lower halves
-/// alone name them there.
-std::pair<unsigned, unsigned> HeldHandles()
-{
-    const HANDLE self = GetCurrentProcess();
-    std::pair<unsigned, unsigned> held(GetGuiResources(self, GR_GDIOBJECTS), GetGuiResources(self, GR_USEROBJECTS));
-    if (held.first != 0)
-        return held;
-    for (uintptr_t lower = 0; lower < 0x10000; ++lower) {
-        held.first += GetObjectType(reinterpret_cast<HGDIOBJ>(lower)) != 0;
-        held.second += IsWindow(reinterpret_cast<HWND>(lower)) || IsMenu(reinterpret_cast<HMENU>(lower));
-    }
-    return held;
-}
-
-TEST_F(SetupEditor, OpeningItManyTimesLeavesNoHandlesBehind)
-{
-    const auto open = [&](int times) {
-        for (int opened = 0; opened < times; ++opened)
-            Edit([](EditorDriver& editor) {
-                editor.ClickTab(Page::frequencies);
-                editor.ClickRow(MP_FREQUENCY, 0);
-            });
-        return HeldHandles();
-    };
-    const auto before = open(5);  // what the system keeps once and for all
-    const HGDIOBJ one = CreateSolidBrush(0x123456);
-    EXPECT_EQ(HeldHandles().first, before.first + 1) << "one is seen";
-    DeleteObject(one);
-    const auto after = open(200);
-    EXPECT_EQ(after.first, before.first) << "GDI objects";
-    EXPECT_EQ(after.second, before.second) << "windows and menus";
-}
-
 }  // namespace
 }  // namespace tvn2x::client

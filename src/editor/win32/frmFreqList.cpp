@@ -83,8 +83,8 @@ bool frmFreqList::ShowModal(HWND owner)
     const INITCOMMONCONTROLSEX classes{sizeof classes, ICC_STANDARD_CLASSES | ICC_TAB_CLASSES};
     InitCommonControlsEx(&classes);
     CreateDialogs(owner, title_);
-    CreateControls();
     PlaceOver(owner);
+    CreateControls();
     Arrange();
     editor_.Activate();
     {

@@ -5,8 +5,9 @@
 
 namespace {
 
-long allocationsLeft = -1;  // -1 is no limit
-bool allocationFailed = false;
+// Of each thread its own: what other threads do meanwhile does not fail.
+thread_local long allocationsLeft = -1;  // -1 is no limit
+thread_local bool allocationFailed = false;
 
 }  // namespace
 
