@@ -52,6 +52,12 @@ std::string Scaled(double nanoseconds)
     return text;
 }
 
+void KeepFigures(const std::string& race, const std::string& contestant, const std::string& figures)
+{
+    allFigures += (allFigures.empty() ? "" : ",\n") + ("  {\"race\": " + Quoted(race)) +
+                  ", \"contestant\": " + Quoted(contestant) + ", " + figures + "}";
+}
+
 }  // namespace
 
 void Race::Measure(int rounds)
@@ -92,9 +98,16 @@ void Race::Run(int rounds, double limit)
         char figures[96];
         std::snprintf(figures, sizeof figures, "\"nanoseconds\": %.3f, \"ratio\": %.4f", contestant.median,
                       contestant.median / contestants_[0].median);
-        allFigures += (allFigures.empty() ? "" : ",\n") + ("  {\"race\": " + Quoted(title_)) +
-                      ", \"contestant\": " + Quoted(contestant.name) + ", " + figures + "}";
+        KeepFigures(title_, contestant.name, figures);
     }
+}
+
+void Size(const std::string& title, const std::string& what, double bytes)
+{
+    std::printf("  %-44s %9.0f bytes\n", what.c_str(), bytes);
+    char figures[48];
+    std::snprintf(figures, sizeof figures, "\"bytes\": %.0f", bytes);
+    KeepFigures(title, what, figures);
 }
 
 int Finish(int argc, char** argv)

@@ -39,6 +39,9 @@ private:
     std::vector<Contestant> contestants_;
 };
 
+/// Prints a size in bytes and keeps it with the figures.
+void Size(const std::string& title, const std::string& what, double bytes);
+
 /// Writes the figures of all races of this program as JSON to the file named by the first argument, if there is one.
 /// The result of main.
 int Finish(int argc, char** argv);
