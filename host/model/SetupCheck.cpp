@@ -6,7 +6,6 @@
 #include "host_model/InputError.h"
 #include "host_model/SetupText.h"
 #include "host_model/TextInput.h"
-#include "util/Encoding.h"
 #include "util/modFormat.h"
 #include "util/modLocaleInfo.h"
 
@@ -27,7 +26,7 @@ void CheckIdentity(const SetupText& setup, const std::wstring& path, std::wstrin
                    (name.line == 0 ? L"the product's name in [Application]" : L"the section [Frequency List]") + L". " +
                    setupRemedy);
     }
-    if (FromCodePage(name.value) != product) {
+    if (setup.Wide(name.value) != product) {
         RaiseInput(AtLine(path, name.line) + L"the setup belongs to " + setup.Quoted(name.value) +
                    L", this host opens those of \"" + std::wstring(product) + L"\". " + setupRemedy);
     }
@@ -61,20 +60,21 @@ constexpr Limits settingLimits[] = {
     {"Maximum Settling Time (sec)", 1, 300},
 };
 
-std::optional<double> ReadNumber(std::string_view text)
+std::optional<double> ReadNumber(const std::wstring& text)
 {
     try {
-        return ParseNumber(FromCodePage(text), SystemLocale());
+        return ParseNumber(text, SystemLocale());
     } catch (const RaisedError&) {
         return std::nullopt;
     }
 }
 
 /// The entry as a number. Raises where it is none, or outside the limits.
-double CheckNumber(const SetupEntry& entry, std::string_view key, const Limits& limits, const std::wstring& path)
+double CheckNumber(const SetupText& setup, const SetupEntry& entry, std::string_view key, const Limits& limits,
+                   const std::wstring& path)
 {
     const Locale& locale = SystemLocale();
-    const std::optional<double> number = ReadNumber(entry.value);
+    const std::optional<double> number = ReadNumber(setup.Wide(entry.value));
     if (!number || !(*number >= limits.lowest && *number <= limits.highest)) {
         RaiseInput(AtLine(path, entry.line) + Excerpt(key) + L" is " + Excerpt(entry.value) +
                    L"; it has to be a number from " + FormatNumber(limits.lowest, false, locale) + L" to " +
@@ -90,7 +90,7 @@ int32_t CheckChannels(const SetupText& setup, const std::wstring& path)
     if (count.line == 0) {
         RaiseInput(path + L": \"Count\" is missing in [Frequency List]. " + setupRemedy);
     }
-    const auto channels = static_cast<int32_t>(CheckNumber(count, channelCount.key, channelCount, path));
+    const auto channels = static_cast<int32_t>(CheckNumber(setup, count, channelCount.key, channelCount, path));
     for (int32_t row = 1; row <= channels; ++row) {
         for (const Limits& limits : rowLimits) {
             const std::string key = RowKey(limits.key, row);
@@ -100,7 +100,7 @@ int32_t CheckChannels(const SetupText& setup, const std::wstring& path)
                            L" channels, but " + Excerpt(key) + L" is missing: the file is cut off or was edited. " +
                            setupRemedy);
             }
-            CheckNumber(entry, key, limits, path);
+            CheckNumber(setup, entry, key, limits, path);
         }
     }
     return channels;
@@ -112,7 +112,7 @@ void CheckSettings(const SetupText& setup, const std::wstring& path)
     for (const Limits& limits : settingLimits) {
         const SetupEntry entry = setup.Find("Static Settings", limits.key);
         if (entry.line != 0) {
-            CheckNumber(entry, limits.key, limits, path);
+            CheckNumber(setup, entry, limits.key, limits, path);
         }
     }
 }
@@ -121,7 +121,10 @@ void CheckSettings(const SetupText& setup, const std::wstring& path)
 
 int32_t CheckSetupFile(std::string_view content, const std::wstring& path, std::wstring_view product)
 {
-    RequireText(content, path, L"setup", setupRemedy);
+    if (const auto refused = WhyNoSetupText(content)) {
+        RaiseInput((refused->line == 0 ? path + L": " : AtLine(path, refused->line)) + refused->reason + L". " +
+                   setupRemedy);
+    }
     const SetupText setup(content);
     CheckIdentity(setup, path, product);
     const int32_t channels = CheckChannels(setup, path);

@@ -390,16 +390,9 @@ bool SetupInspection::IsUsable() const
 
 SetupInspection InspectSetup(std::string_view content, std::wstring_view product)
 {
-    SetupInspection nothing;
-    const bool isUnicode = content.starts_with("\xFF\xFE");
-    if (content.find_first_not_of(" \t\r\n") == std::string_view::npos) {
-        nothing.remarks.push_back({0, L"the file is empty", true});
-        return nothing;
-    }
-    if (const size_t nul = content.find('\0'); nul != std::string_view::npos && !isUnicode) {
-        const auto line =
-            static_cast<int32_t>(std::count(content.begin(), content.begin() + static_cast<ptrdiff_t>(nul), '\n')) + 1;
-        nothing.remarks.push_back({line, L"binary data: this is no setup", true});
+    if (const auto refused = WhyNoSetupText(content)) {
+        SetupInspection nothing;
+        nothing.remarks.push_back({refused->line, refused->reason, true});
         return nothing;
     }
     return Inspector(content, product).Result();

@@ -43,6 +43,19 @@ SetupEntry SetupSection::Find(std::string_view key) const
     return found == first.end() ? SetupEntry{} : entries[found->second];
 }
 
+std::optional<NoSetupText> WhyNoSetupText(std::string_view content)
+{
+    if (content.find_first_not_of(" \t\r\n") == std::string_view::npos) {
+        return NoSetupText{0, L"the file is empty"};
+    }
+    const size_t nul = content.find('\0');
+    if (nul == std::string_view::npos || content.starts_with(utf16Mark)) {
+        return std::nullopt;
+    }
+    const auto lineEnds = std::count(content.begin(), content.begin() + static_cast<ptrdiff_t>(nul), '\n');
+    return NoSetupText{static_cast<int32_t>(lineEnds) + 1, L"binary data: this is no setup"};
+}
+
 SetupText::SetupText(std::string_view content) : isUnicode_(content.starts_with(utf16Mark))
 {
     content_ = isUnicode_ ? Utf16ToUtf8(content.substr(utf16Mark.size())) : std::string(content);

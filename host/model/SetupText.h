@@ -36,6 +36,16 @@ struct SetupSection
     SetupEntry Find(std::string_view key) const;
 };
 
+/// What keeps a file from being a setup's text at all.
+struct NoSetupText
+{
+    int32_t line = 0;  ///< 0 where it is about the file as a whole
+    std::wstring reason;
+};
+
+/// Nothing where the bytes may be a setup: text of a code page, or UTF-16 with its mark.
+std::optional<NoSetupText> WhyNoSetupText(std::string_view content);
+
 /// A setup file with its line numbers, read by the rules that the plug-in reads it by.
 class SetupText
 {

@@ -27,12 +27,18 @@ TEST(SetupCheck, AWholeSetupPassesWithItsNumberOfChannels)
     EXPECT_EQ(Check(identity + twoChannels), 2);
     EXPECT_EQ(Check("[APPLICATION]\nNAME = TVN Host\n[frequency list]\ncount=1\nfrequency   01=3\nsymbol rate 01=1"),
               1);
+    std::string unicode = "\xFF\xFE";
+    for (const char each : identity + twoChannels) {
+        unicode.append({each, '\0'});
+    }
+    EXPECT_EQ(Check(unicode), 2);
+    EXPECT_EQ(Check(identity + twoChannels + std::string(5 << 20, '\n')), 2) << "however long it is";
 }
 
 TEST(SetupCheck, SaysWhyAFileIsNoSetup)
 {
-    EXPECT_THAT(RefusalOf(""), HasSubstr(L"net.ini is empty. Make a setup with"));
-    EXPECT_THAT(RefusalOf(std::string("MZ\0\3", 4)), HasSubstr(L"line 1: binary data: that is no setup"));
+    EXPECT_THAT(RefusalOf(""), HasSubstr(L"net.ini: the file is empty. Make a setup with"));
+    EXPECT_THAT(RefusalOf(std::string("MZ\0\3", 4)), HasSubstr(L"line 1: binary data: this is no setup"));
     EXPECT_THAT(RefusalOf("some text"), HasSubstr(L"lacks the product's name in [Application]"));
     EXPECT_THAT(RefusalOf(identity), HasSubstr(L"lacks the section [Frequency List]"));
     EXPECT_THAT(RefusalOf(TestFile("plans/at-Kabelsignal")), HasSubstr(L"is a channel plan, not a setup"));
