@@ -214,10 +214,22 @@ std::string ResultFileContent(const SetupDocument& document, const ResultTable& 
     return Layout(document, table, locale).Content();
 }
 
-bool SaveResults(const SetupDocument& document, const ResultTable& table, const Locale& locale, FileSystem& files,
+bool SaveResults(const SetupDocument& document, const ResultTable& table, const Locale& locale, Replacement& file,
                  MessageBoxes& messages, const std::wstring& path)
 {
-    const FileFault fault = ReplaceContent(files, path, ResultFileContent(document, table, locale));
+    const std::string content = ResultFileContent(document, table, locale);
+    FileFault fault = FileFault::none;
+    try {
+        fault = file.Open(path);
+        if (fault == FileFault::none)
+            fault = file.Write(content);
+        if (fault == FileFault::none)
+            fault = file.Commit();
+    } catch (...) {
+        file.Discard();
+        throw;
+    }
+    file.Discard();
     if (fault != FileFault::none)
         messages.Show(FailureText(fault, path), L"Save Results", MessageIcon::warning);
     return fault == FileFault::none;

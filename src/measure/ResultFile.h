@@ -20,9 +20,9 @@ namespace tvn2x {
 /// channels.
 std::string ResultFileContent(const SetupDocument& document, const ResultTable& table, const Locale& locale);
 
-/// Writes the result file in one step: afterwards the path holds the new file, or whatever it held before. The file is
+/// Writes the result file in one step: afterwards the path holds the new file, or whatever it held before. `file` is
 /// open only meanwhile. False where it cannot be written, after telling the user why.
-bool SaveResults(const SetupDocument& document, const ResultTable& table, const Locale& locale, FileSystem& files,
+bool SaveResults(const SetupDocument& document, const ResultTable& table, const Locale& locale, Replacement& file,
                  MessageBoxes& messages, const std::wstring& path);
 
 }  // namespace tvn2x

@@ -52,7 +52,7 @@ void SetupCore::ResetMeasurement(int32_t channel)
 
 bool SetupCore::SaveResults(const std::wstring& fullPath)
 {
-    return tvn2x::SaveResults(document, results, SystemLocale(), SystemFiles(), SystemMessageBoxes(), fullPath);
+    return tvn2x::SaveResults(document, results, SystemLocale(), resultFile_, SystemMessageBoxes(), fullPath);
 }
 
 /// Holds the object for one operation. What it calls, the host's parent or the user's dialog, must not start another.

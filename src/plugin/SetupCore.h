@@ -62,7 +62,8 @@ private:
     std::unique_ptr<RunControl> runControl_;
     ComErrorReporter errors_;
     std::shared_ptr<HostParent> parent_;
-    const wchar_t* occupiedBy_ = nullptr;  ///< in words, null while nothing runs
+    Replacement resultFile_{SystemFiles()};  ///< open while it is written; closed when the object goes
+    const wchar_t* occupiedBy_ = nullptr;    ///< in words, null while nothing runs
     ChannelScan scan_{document, results, SystemClock(), SystemLocale()};
 };
 

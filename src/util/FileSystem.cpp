@@ -4,45 +4,6 @@
 #include <vector>
 
 namespace tvn2x {
-namespace {
-
-/// A temporary file that is removed unless it was renamed, also when an exception passes.
-class TemporaryFile
-{
-public:
-    explicit TemporaryFile(FileSystem& files) : files_(files) {}
-    ~TemporaryFile()
-    {
-        file.reset();
-        if (path.empty())
-            return;
-        try {
-            files_.Remove(path);
-        } catch (...) {
-            // Out of memory on the way out of a fault: the fault matters more than the file left behind.
-        }
-    }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-    std::wstring path;
-    std::unique_ptr<OutputFile> file;
-
-private:
-    FileSystem& files_;
-};
-
-FileFault WriteAll(OutputFile& file, std::string_view content)
-{
-    FileFault fault = file.Write(content);
-    if (fault == FileFault::none)
-        fault = file.Flush();
-    const FileFault closeFault = file.Close();
-    return fault != FileFault::none ? fault : closeFault;
-}
-
-}  // namespace
-
 std::wstring_view FaultText(FileFault fault)
 {
     switch (fault) {
@@ -109,21 +70,52 @@ bool MatchesPattern(std::wstring_view name, std::wstring_view pattern)
     return reached[pattern.size()];
 }
 
+FileFault Replacement::Open(const std::wstring& path)
+{
+    Discard();
+    path_ = path;
+    const FileFault fault = files_.CreateTemporary(path, temporary_, file_);
+    if (fault != FileFault::none)
+        temporary_.clear();
+    return fault;
+}
+
+FileFault Replacement::Commit()
+{
+    FileFault fault = file_->Flush();
+    const FileFault closeFault = file_->Close();
+    file_.reset();
+    if (fault == FileFault::none)
+        fault = closeFault;
+    if (fault == FileFault::none)
+        fault = files_.Rename(temporary_, path_);
+    if (fault == FileFault::none)
+        temporary_.clear();
+    else
+        Discard();
+    return fault;
+}
+
+void Replacement::Discard() noexcept
+{
+    file_.reset();
+    if (temporary_.empty())
+        return;
+    try {
+        files_.Remove(temporary_);
+    } catch (...) {
+        // Out of memory on the way out of a fault: the fault matters more than the file left behind.
+    }
+    temporary_.clear();
+}
+
 FileFault ReplaceContent(FileSystem& files, const std::wstring& path, std::string_view content)
 {
-    TemporaryFile temporary(files);
-    FileFault fault = files.CreateTemporary(path, temporary.path, temporary.file);
-    if (fault != FileFault::none) {
-        temporary.path.clear();
-        return fault;
-    }
-    fault = WriteAll(*temporary.file, content);
-    temporary.file.reset();
+    Replacement replacement(files);
+    FileFault fault = replacement.Open(path);
     if (fault == FileFault::none)
-        fault = files.Rename(temporary.path, path);
-    if (fault == FileFault::none)
-        temporary.path.clear();
-    return fault;
+        fault = replacement.Write(content);
+    return fault == FileFault::none ? replacement.Commit() : fault;
 }
 
 }  // namespace tvn2x

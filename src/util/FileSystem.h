@@ -81,8 +81,32 @@ FileSystem& SystemFiles();
 /// Whether a name matches a pattern of "*" and "?", in any case. "*.*" matches every name, "net." a name without a dot.
 bool MatchesPattern(std::wstring_view name, std::wstring_view pattern);
 
-/// Replaces a file's content, or creates the file, in one step: the content is written to a temporary file beside it,
-/// flushed to the disk and renamed over it. After a fault the old file is whole and no temporary is left.
+/// A new content for a file, being written to a temporary file beside it. Until Commit the old file is whole; whatever
+/// ends this before it leaves no temporary.
+class Replacement
+{
+public:
+    explicit Replacement(FileSystem& files) : files_(files) {}
+    Replacement(const Replacement&) = delete;
+    Replacement& operator=(const Replacement&) = delete;
+    ~Replacement() { Discard(); }
+
+    /// Begins anew: what was open before is discarded.
+    FileFault Open(const std::wstring& path);
+    bool IsOpen() const { return file_ != nullptr; }
+    FileFault Write(std::string_view bytes) { return file_->Write(bytes); }  ///< only while open
+    /// Flushes the content to the disk and puts it in the file's place, in one step. Afterwards nothing is open.
+    FileFault Commit();
+    void Discard() noexcept;
+
+private:
+    FileSystem& files_;
+    std::wstring path_;
+    std::wstring temporary_;  ///< "" where there is none to remove
+    std::unique_ptr<OutputFile> file_;
+};
+
+/// Replaces a file's content, or creates the file, in one step.
 FileFault ReplaceContent(FileSystem& files, const std::wstring& path, std::string_view content);
 
 }  // namespace tvn2x

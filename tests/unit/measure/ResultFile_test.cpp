@@ -68,7 +68,8 @@ struct ResultFileTest : testing::Test
     bool Write(const std::wstring& to = path)
     {
         messages.messages.clear();
-        return SaveResults(document, table, locale, faulty, messages, to);
+        Replacement file(faulty);
+        return SaveResults(document, table, locale, file, messages, to);
     }
 
     SetupDocument document;
@@ -274,7 +275,8 @@ TEST_F(ResultFileTest, NoFileStaysOpenWhenMemoryRunsOut)
 {
     MemorylessFiles memoryless;
     memoryless.Put(path, "old");
-    EXPECT_THROW(SaveResults(document, table, locale, memoryless, messages, path), std::bad_alloc);
+    Replacement file(memoryless);
+    EXPECT_THROW(SaveResults(document, table, locale, file, messages, path), std::bad_alloc);
     EXPECT_EQ(memoryless.open, 0);
     EXPECT_EQ(memoryless.Content(path), "old");
     EXPECT_THAT(memoryless.Paths(), ElementsAre(path));

@@ -43,6 +43,21 @@ TEST(ReplaceContent, RemovesItsTemporaryWhenMemoryRunsOut)
     EXPECT_TRUE(files.Paths().empty());
 }
 
+TEST(Replacement, LeavesNoTraceWhenItsOwnerGoesBeforeItIsDone)
+{
+    MemoryFiles files;
+    files.Put(L"net.ini", "old");
+    {
+        Replacement replacement(files);
+        ASSERT_EQ(replacement.Open(L"net.ini"), FileFault::none);
+        ASSERT_EQ(replacement.Write("half"), FileFault::none);
+        EXPECT_TRUE(replacement.IsOpen());
+        EXPECT_EQ(files.Paths().size(), 2U);
+    }
+    EXPECT_EQ(files.Paths().size(), 1U);
+    EXPECT_EQ(files.Content(L"net.ini"), "old");
+}
+
 TEST(MatchesPattern, FollowsTheRulesOfTheCommandLine)
 {
     struct
