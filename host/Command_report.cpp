@@ -2,9 +2,14 @@
 #include "fmt/xchar.h"
 #include "host/Commands.h"
 #include "host/Files.h"
+#include "host/Plugin.h"
 #include "host_model/InputError.h"
+#include "host_model/Journal.h"
+#include "host_model/Product.h"
 #include "host_model/RunComparison.h"
 #include "host_model/RunGrid.h"
+#include "host_model/SetupCheck.h"
+#include "host_model/Sha256.h"
 #include "util/Encoding.h"
 
 namespace tvn2x {
@@ -24,6 +29,17 @@ TextGrid Findings(const FinishedRun& run, const RunJudgement& judgement)
         }
     }
     return grid;
+}
+
+/// The setup that a stored run followed, as it was then.
+void LoadSetupOf(const FinishedRun& run, const JudgeOptions& options, const Plugin& plugin)
+{
+    const std::wstring path = AbsolutePath(options.setup.empty() ? FromUtf8(run.setup.path) : options.setup);
+    const std::string content = ReadInput(path);
+    const int32_t channels = CheckSetupFile(content, path, productName);
+    RequireSameSetup(run, options.result, Sha256(content), path, channels,
+                     L". Name the setup as it was with --setup, or leave out --result.");
+    plugin.Load(path);
 }
 
 }  // namespace
@@ -47,7 +63,11 @@ int JudgeRun(const JudgeOptions& options, Console& console)
     } else if (!options.reports.HasReports()) {
         RaiseInput(L"there is nothing to do. Say which report to make: --html FILE, --junit FILE or --json FILE.");
     }
-    WriteReports(run, judgement, limits ? &*limits : nullptr, options.reports, console);
+    std::optional<Plugin> plugin;
+    if (!options.reports.result.empty()) {
+        LoadSetupOf(run, options, plugin.emplace());
+    }
+    WriteReports(run, judgement, limits ? &*limits : nullptr, options.reports, plugin ? &*plugin : nullptr, console);
     return options.shows ? judgement.ExitCode() : exitDone;
 }
 

@@ -223,24 +223,6 @@ int MeasurePasses(const ScanRun& scan, const com::ComPtr<IRunControl>& runContro
     return scan.run.stopped ? exitStopped : worst;
 }
 
-/// The plug-in's own result file holds what this process has measured.
-void SaveResultFile(const Plugin& plugin, const std::wstring& file)
-{
-    const std::wstring path = AbsolutePath(file);
-    HRESULT result = S_OK;
-    VARIANT_BOOL isSaved = VARIANT_FALSE;
-    result = plugin.measure->Save(com::Bstr(path).Get(), &isSaved);
-    if (result == E_NOTIMPL) {
-        RaiseInput(
-            L"--result: this version of the plug-in does not write result files. Leave --result out; --json keeps "
-            L"everything that was measured.");
-    }
-    com::Check(result, plugin.measure.Get());
-    if (!isSaved) {
-        RequireWritten(FileFault::other, path);
-    }
-}
-
 /// What a scan goes on with, or a new run.
 StoredRun BeginRun(const Plugin& plugin, const ScanOptions& options, const std::wstring& path,
                    const std::string& content, int32_t size, Console& console)
@@ -254,7 +236,8 @@ StoredRun BeginRun(const Plugin& plugin, const ScanOptions& options, const std::
         return begun;
     }
     StoredRun stored = ReadRun(ReadInput(AbsolutePath(options.resume)), options.resume);
-    RequireSameSetup(stored.run, options.resume, sha256, options.setup, size);
+    RequireSameSetup(stored.run, options.resume, sha256, options.setup, size,
+                     L". Give the setup as it was, or begin a new run with --journal and another file.");
     const RunReceiver receiver = DescribeRun(plugin, path, sha256, {}).receiver;
     if (receiver != stored.run.receiver) {
         console.Notice(L"tvnhost: " + options.resume + L" was begun with another receiver (serial number " +
@@ -269,10 +252,8 @@ StoredRun BeginRun(const Plugin& plugin, const ScanOptions& options, const std::
 void RequireTargets(const ScanOptions& options, const std::wstring& path)
 {
     RequireReportTargets(options.reports, path);
-    for (const std::wstring* file : {&options.journal, &options.resultFile}) {
-        if (!file->empty()) {
-            RequireDifferent(path, AbsolutePath(*file));
-        }
+    if (!options.journal.empty()) {
+        RequireDifferent(path, AbsolutePath(options.journal));
     }
 }
 
@@ -318,10 +299,7 @@ int Scan(const ScanOptions& options, Console& console)
     if (limits) {
         ShowVerdict(run, judgement, console);
     }
-    WriteReports(run, judgement, limits ? &*limits : nullptr, options.reports, console);
-    if (!options.resultFile.empty()) {
-        SaveResultFile(plugin, options.resultFile);
-    }
+    WriteReports(run, judgement, limits ? &*limits : nullptr, options.reports, &plugin, console);
     if (!journal.IsWhole()) {
         RaiseInput(
             L"the journal lacks the last channels: it could not be written. The results above are whole; --json, "

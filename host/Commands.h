@@ -46,13 +46,12 @@ struct ScanOptions
     std::wstring parameters;  ///< "" is what the setup displays
     double timeScale = 1;     ///< of the simulated receiver
     bool hasTimeScale = false;
-    std::wstring journal;     ///< "" for none
-    std::wstring resume;      ///< journal to go on with, "" for a new run
-    int32_t repeat = 1;       ///< passes, 0 until stopped
-    double interval = 0;      ///< seconds from pass to pass
-    std::wstring resultFile;  ///< of the plug-in's own form, "" for none
-    bool writes = false;      ///< configures the receiver first
-    bool forces = false;      ///< goes on where the receiver cannot do the setup
+    std::wstring journal;  ///< "" for none
+    std::wstring resume;   ///< journal to go on with, "" for a new run
+    int32_t repeat = 1;    ///< passes, 0 until stopped
+    double interval = 0;   ///< seconds from pass to pass
+    bool writes = false;   ///< configures the receiver first
+    bool forces = false;   ///< goes on where the receiver cannot do the setup
     ReportOptions reports;
 };
 
@@ -60,6 +59,7 @@ struct ScanOptions
 struct JudgeOptions
 {
     std::wstring result;
+    std::wstring setup;  ///< for a result file; "" for the one that the run names
     ReportOptions reports;
     bool shows = true;  ///< the verdict, which the exit code then tells too
 };

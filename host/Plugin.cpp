@@ -51,7 +51,8 @@ Plugin::Plugin()
       setup(Need<ISetup>(document, L"ISetup")),
       measure(Need<IMeasure>(document, L"IMeasure")),
       driver(Need<IDriver>(document, L"IDriver")),
-      check(Need<ICheckHardware>(document, L"ICheckHardware"))
+      check(Need<ICheckHardware>(document, L"ICheckHardware")),
+      results(Need<IResults>(document, L"IResults"))
 {
 }
 

@@ -51,6 +51,7 @@ struct Plugin
     com::ComPtr<IMeasure> measure;
     com::ComPtr<IDriver> driver;
     com::ComPtr<ICheckHardware> check;
+    com::ComPtr<IResults> results;
 };
 
 /// The parent stays the plug-in's until this goes, whatever ends the operation.

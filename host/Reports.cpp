@@ -4,6 +4,7 @@
 
 #include "host/Files.h"
 #include "host/Plugin.h"
+#include "host/RunCollector.h"
 #include "host_model/HtmlReport.h"
 #include "host_model/InputError.h"
 #include "host_model/JunitReport.h"
@@ -23,7 +24,7 @@ std::optional<Limits> LoadLimits(const std::wstring& name)
 void RequireReportTargets(const ReportOptions& options, const std::wstring& source)
 {
     std::vector<std::wstring> taken{source};
-    for (const std::wstring* target : {&options.json, &options.junit, &options.html}) {
+    for (const std::wstring* target : {&options.json, &options.junit, &options.html, &options.result}) {
         if (target->empty()) {
             continue;
         }
@@ -41,16 +42,15 @@ void RequireReportTargets(const ReportOptions& options, const std::wstring& sour
 }
 
 void WriteReports(const FinishedRun& run, const RunJudgement& judgement, const Limits* limits,
-                  const ReportOptions& options, Console& console)
+                  const ReportOptions& options, const Plugin* plugin, Console& console)
 {
     std::optional<RaisedError> failure;
-    const auto write = [&](const std::wstring& target, auto textOf) {
+    const auto writeWith = [&](const std::wstring& target, auto writer) {
         if (target.empty()) {
             return;
         }
         try {
-            const std::wstring path = AbsolutePath(target);
-            RequireWritten(ReplaceContent(SystemFiles(), path, textOf()), path);
+            writer(AbsolutePath(target));
         } catch (const RaisedError& error) {
             if (failure) {
                 console.Notice(L"tvnhost: " + ErrorText(error));
@@ -59,9 +59,20 @@ void WriteReports(const FinishedRun& run, const RunJudgement& judgement, const L
             }
         }
     };
+    const auto write = [&](const std::wstring& target, auto textOf) {
+        writeWith(target, [&](const std::wstring& path) {
+            RequireWritten(ReplaceContent(SystemFiles(), path, textOf()), path);
+        });
+    };
     write(options.json, [&] { return ResultText(run, &judgement); });
     write(options.junit, [&] { return JunitReport(run, judgement); });
     write(options.html, [&] { return HtmlReport(run, judgement, limits); });
+    writeWith(options.result, [&](const std::wstring& path) {
+        RestoreResults(*plugin, run);
+        if (Get<VARIANT_BOOL>(plugin->measure, &IMeasure::Save, com::Bstr(path).Get()) == VARIANT_FALSE) {
+            RequireWritten(FileFault::other, path);
+        }
+    });
     if (failure) {
         throw RaisedError(*failure);
     }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "host/Console.h"
+#include "host/Plugin.h"
 #include "host_model/FinishedRun.h"
 #include "host_model/Judgement.h"
 #include "host_model/Limits.h"
@@ -17,8 +18,9 @@ struct ReportOptions
     std::wstring json;
     std::wstring junit;
     std::wstring html;
+    std::wstring result;  ///< the plug-in's own result file
 
-    bool HasReports() const { return !json.empty() || !junit.empty() || !html.empty(); }
+    bool HasReports() const { return !json.empty() || !junit.empty() || !html.empty() || !result.empty(); }
 };
 
 /// The limits that were asked for, nothing where none were. Raises unusableInput where they cannot be used.
@@ -29,9 +31,10 @@ std::optional<Limits> LoadLimits(const std::wstring& name);
 void RequireReportTargets(const ReportOptions& options, const std::wstring& source);
 
 /// Writes the reports, each in one step. One that fails does not keep the others from being written; the first failure
-/// is raised at the end.
+/// is raised at the end. `plugin` has the run's setup loaded; it is needed for a result file, and is null where none is
+/// wanted.
 void WriteReports(const FinishedRun& run, const RunJudgement& judgement, const Limits* limits,
-                  const ReportOptions& options, Console& console);
+                  const ReportOptions& options, const Plugin* plugin, Console& console);
 
 /// A stored run, with a notice where its last line is torn or where it never came to its end.
 FinishedRun LoadRun(const std::wstring& path, Console& console);

@@ -9,7 +9,7 @@ namespace tvn2x {
 
 ReportOptions RunArguments::Files::Wide() const
 {
-    return {FromUtf8(limits), FromUtf8(json), FromUtf8(junit), FromUtf8(html)};
+    return {FromUtf8(limits), FromUtf8(json), FromUtf8(junit), FromUtf8(html), FromUtf8(result)};
 }
 
 void RunArguments::AddReports(CLI::App& command, Files& files)
@@ -19,12 +19,21 @@ void RunArguments::AddReports(CLI::App& command, Files& files)
     command.add_option("--json", files.json, "Write the results as JSON lines")->type_name("FILE");
     command.add_option("--junit", files.junit, "Write a JUnit report, a case for each channel")->type_name("FILE");
     command.add_option("--html", files.html, "Write a page with verdict, plots and all readings")->type_name("FILE");
+    command.add_option("--result", files.result, "Write the plug-in's result file, for a spreadsheet")
+        ->type_name("FILE");
+}
+
+void RunArguments::AddStored(CLI::App& command, Files& files)
+{
+    command.add_option("result", result_, "Result file or journal")->type_name("FILE")->required();
+    AddReports(command, files);
+    command.add_option("--setup", setup_, "The run's setup, where --result needs it and it is another file by now")
+        ->type_name("FILE");
 }
 
 void RunArguments::AddToScan(CLI::App& scan)
 {
     AddReports(scan, scanFiles_);
-    scan.add_option("--result", resultFile_, "Write the plug-in's own result file")->type_name("FILE");
     CLI::Option* journal =
         scan.add_option("--journal", journal_, "Keep each channel on the disk as it is measured")->type_name("FILE");
     CLI::Option* resume =
@@ -45,14 +54,12 @@ void RunArguments::AddToScan(CLI::App& scan)
 void RunArguments::AddCommands(CLI::App& app)
 {
     CLI::App* judge = app.add_subcommand("judge", "Judge a stored run by limits, without a receiver");
-    judge->add_option("result", result_, "Result file or journal")->type_name("FILE")->required();
     judgeFiles_.limits = "outlet";
-    AddReports(*judge, judgeFiles_);
+    AddStored(*judge, judgeFiles_);
     judge->footer("Without --limits the limits for cable outlets are used. Exit codes: 0 passed, 1 not passed.");
 
     CLI::App* report = app.add_subcommand("report", "Make reports of a stored run");
-    report->add_option("result", result_, "Result file or journal")->type_name("FILE")->required();
-    AddReports(*report, reportFiles_);
+    AddStored(*report, reportFiles_);
 
     CLI::App* compare = app.add_subcommand("compare", "Show what changed from one run to another");
     compare->add_option("old", before_, "Result file or journal")->type_name("OLD")->required();
@@ -72,7 +79,6 @@ void RunArguments::AddCommands(CLI::App& app)
 void RunArguments::FillScan(const CLI::App& scan, ScanOptions& options) const
 {
     options.reports = scanFiles_.Wide();
-    options.resultFile = FromUtf8(resultFile_);
     options.journal = FromUtf8(journal_);
     options.resume = FromUtf8(resume_);
     options.interval = every_.empty() ? 0 : ReadInterval(every_);
@@ -82,10 +88,10 @@ void RunArguments::FillScan(const CLI::App& scan, ScanOptions& options) const
 std::optional<int> RunArguments::Run(const CLI::App& app, Console& console) const
 {
     if (app.got_subcommand("judge")) {
-        return JudgeRun({FromUtf8(result_), judgeFiles_.Wide(), true}, console);
+        return JudgeRun({FromUtf8(result_), FromUtf8(setup_), judgeFiles_.Wide(), true}, console);
     }
     if (app.got_subcommand("report")) {
-        return JudgeRun({FromUtf8(result_), reportFiles_.Wide(), false}, console);
+        return JudgeRun({FromUtf8(result_), FromUtf8(setup_), reportFiles_.Wide(), false}, console);
     }
     if (app.got_subcommand("compare")) {
         const CLI::App& compare = *app.get_subcommand("compare");

@@ -20,10 +20,15 @@ static_assert(parameter::userField == MP_USERFIELD && parameter::timeStamp == MP
 constexpr long displayed = 1;
 
 /// Field 1 holds what is no reading: the fixed columns, the status and the time stamp.
+long FieldOf(int32_t parameter)
+{
+    return parameter <= MP_TIMESTAMP ? 1 : 0;
+}
+
 std::wstring Cell(const Plugin& plugin, int32_t parameter, int32_t channel)
 {
-    const long field = parameter <= MP_TIMESTAMP ? 1 : 0;
-    return Get<std::wstring>(plugin.measure, &IMeasure::get_Result, field, static_cast<short>(parameter), channel);
+    return Get<std::wstring>(plugin.measure, &IMeasure::get_Result, FieldOf(parameter), static_cast<short>(parameter),
+                             channel);
 }
 
 ChannelOutcome Outcome(const Plugin& plugin, int32_t channel)
@@ -148,6 +153,25 @@ ChannelResult CollectChannel(const Plugin& plugin, int32_t pass, int32_t channel
         }
     }
     return result;
+}
+
+void RestoreResults(const Plugin& plugin, const FinishedRun& run)
+{
+    Call(plugin.measure, &IMeasure::ResetMeasurement, 0);
+    for (const size_t position : run.Latest()) {
+        const ChannelResult& channel = run.channels[position];
+        const auto restore = [&](int32_t parameter, const std::string& text) {
+            Call(plugin.results, &IResults::put_Result, FieldOf(parameter), static_cast<short>(parameter),
+                 channel.number, com::Bstr(FromUtf8(text)).Get());
+        };
+        restore(MP_STATUS, channel.status);
+        restore(MP_TIMESTAMP, channel.timeStamp);
+        for (const Reading& reading : channel.readings) {
+            restore(reading.parameter, reading.text);
+        }
+        const VARIANT_BOOL measured = channel.outcome == ChannelOutcome::unmeasured ? VARIANT_FALSE : VARIANT_TRUE;
+        Call(plugin.results, &IResults::put_Measured, channel.number, measured);
+    }
 }
 
 }  // namespace tvn2x

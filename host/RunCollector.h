@@ -20,4 +20,8 @@ FinishedRun DescribeRun(const Plugin& plugin, const std::wstring& path, const st
 /// A row of the plug-in's result table. `began` and `seconds` are left to the caller.
 ChannelResult CollectChannel(const Plugin& plugin, int32_t pass, int32_t channel, const std::string& levelUnit);
 
+/// The other way round: the plug-in's result table has the latest result of each channel of the run, whoever measured
+/// it, and nothing else. The plug-in has the run's setup loaded.
+void RestoreResults(const Plugin& plugin, const FinishedRun& run);
+
 }  // namespace tvn2x

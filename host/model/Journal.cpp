@@ -24,9 +24,8 @@ void Journal::Add(std::string_view lines)
 }
 
 void RequireSameSetup(const FinishedRun& run, const std::wstring& journal, const std::string& setupSha256,
-                      const std::wstring& setup, int32_t channels)
+                      const std::wstring& setup, int32_t channels, const std::wstring& remedy)
 {
-    const std::wstring remedy = L". Give the setup as it was, or begin a new run with --journal and another file.";
     if (run.setup.sha256 != setupSha256) {
         RaiseInput(journal + L" belongs to the setup " + FromUtf8(run.setup.path) + L" as it was on " +
                    FromUtf8(run.began.substr(0, 10)) + L", and " + setup + L" differs from that" + remedy);

@@ -234,6 +234,8 @@ void* clsSetup::FindInterface(REFIID id) noexcept
         return static_cast<IDriver*>(&driver_);
     if (id == __uuidof(ICheckHardware))
         return static_cast<ICheckHardware*>(&check_);
+    if (id == __uuidof(IResults))
+        return static_cast<IResults*>(&results_);
     return nullptr;
 }
 

@@ -6,6 +6,7 @@
 #include "plugin/clsSetup_ICheckHardware.h"
 #include "plugin/clsSetup_IDriver.h"
 #include "plugin/clsSetup_IMeasure.h"
+#include "plugin/clsSetup_IResults.h"
 #include "plugin/clsSetup_ISetup.h"
 
 namespace tvn2x {
@@ -67,6 +68,7 @@ public:
     HRESULT STDMETHODCALLTYPE get_Measurement(IDispatch** value) noexcept override { return View(value, measure_); }
     HRESULT STDMETHODCALLTYPE get_Driver(IDispatch** value) noexcept override { return View(value, driver_); }
     HRESULT STDMETHODCALLTYPE get_CheckHardware(IDispatch** value) noexcept override { return View(value, check_); }
+    HRESULT STDMETHODCALLTYPE get_Results(IDispatch** value) noexcept override { return View(value, results_); }
 
 private:
     void* FindInterface(REFIID id) noexcept override;
@@ -76,6 +78,7 @@ private:
     clsSetup_IMeasure measure_{*this};
     clsSetup_IDriver driver_{*this};
     clsSetup_ICheckHardware check_{*this};
+    clsSetup_IResults results_{*this};
 };
 
 }  // namespace tvn2x

@@ -39,7 +39,7 @@ fast=(--time-scale 0.02)
 
 # All reports of one scan, judged.
 expect_exit 1 scan net.ini --network impaired.ini "${fast[@]}" --limits outlet --journal all.journal \
-    --json all.jsonl --junit all.xml --html all.html
+    --json all.jsonl --junit all.xml --html all.html --result all.csv
 expect_text 'FAIL: '
 expect_text 'RF level 43.6 dBµV is 10.4 dB below the limit of 54 dBµV'
 check schema "$root/docs/result.schema.json" all.jsonl all.journal
@@ -51,10 +51,15 @@ check agree all.jsonl all.html all.xml
 ! grep -qE '<script|src=|@import|url\(' all.html || fail "writes a page that needs something else"
 
 # The same reports later, from the stored run.
-expect_exit 0 report all.jsonl --limits outlet --html later.html --junit later.xml --json later.jsonl
+expect_exit 0 report all.jsonl --limits outlet --html later.html --junit later.xml --json later.jsonl --result later.csv
 cmp all.html later.html
 cmp all.xml later.xml
 cmp all.jsonl later.jsonl
+cmp all.csv later.csv
+check same_table all.csv later.csv
+sed 's/^Max.*Settling.*/Maximum Settling Time (sec)=2\r/' net.ini >other.ini
+expect_exit 2 report all.jsonl --result other.csv --setup other.ini
+expect_notice 'Name the setup as it was with --setup'
 expect_exit 1 judge all.jsonl
 expect_text 'not synchronised: symbol rate and carrier UNSYNC'
 expect_exit 0 limits
@@ -69,7 +74,8 @@ expect_exit 2 report all.jsonl --html all.jsonl
 expect_notice 'replace what the report is made from'
 
 # Good channels pass; what changed is told.
-expect_exit 0 scan net.ini --network clean.ini "${fast[@]}" --channels 1-14 --limits lenient.ini --json clean.jsonl
+expect_exit 0 scan net.ini --network clean.ini "${fast[@]}" --channels 1-14 --limits lenient.ini --json clean.jsonl \
+    --result clean.csv
 expect_text 'PASS: 14 of 14 channels pass.'
 expect_exit 0 compare clean.jsonl clean.jsonl
 expect_exit 1 compare clean.jsonl all.jsonl --drift-level 1
@@ -97,7 +103,7 @@ for ((turn = 0; ; ++turn)); do
     status=0
     {
         timeout --signal=KILL "$((RANDOM % 2)).$((RANDOM % 10))$((RANDOM % 10))" "$wine_program" "$bin/tvnhost.exe" \
-            "${scan[@]}" "${go[@]}" --json crashed.jsonl >out 2>err </dev/null || status=$?
+            "${scan[@]}" "${go[@]}" --json crashed.jsonl --result crashed.csv >out 2>err </dev/null || status=$?
     } 2>/dev/null # the shell's own remark on the killed process
     said="tvnhost ${scan[*]} ${go[*]}"
     case $status in
@@ -112,6 +118,7 @@ check schema "$root/docs/result.schema.json" crashed.jsonl
 check count crashed.jsonl 14
 check count crash.journal 14
 check same clean.jsonl crashed.jsonl
+check same_table clean.csv crashed.csv
 
 # Stopped with Ctrl+C, typed on a terminal while a channel is measured, and gone on with.
 said='Ctrl+C'
@@ -141,9 +148,10 @@ check same clean.jsonl torn.journal
 expect_exit 0 scan net.ini --network clean.ini "${fast[@]}" --resume torn.journal
 expect_notice 'nothing is left to measure'
 check count torn.journal 14
-sed 's/^Max.*Settling.*/Maximum Settling Time (sec)=2\r/' net.ini >other.ini
 expect_exit 2 scan other.ini --network clean.ini "${fast[@]}" --resume torn.journal
 expect_notice 'other.ini differs from that'
+expect_exit 2 scan net.ini --result none/net.csv
+expect_notice 'none\net.csv: the folder does not exist'
 expect_exit 2 scan net.ini --journal torn.journal
 expect_notice 'exists already'
 

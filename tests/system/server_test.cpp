@@ -23,7 +23,7 @@ struct AnsweredInterface
 const AnsweredInterface answeredInterfaces[] = {
     {L"TVN2x.clsSetup",
      {IID_IUnknown, IID_IDispatch, IID_ISupportErrorInfo, IID__clsSetup, IID_ISetup, IID_IMeasure, IID_IDriver,
-      IID_ICheckHardware},
+      IID_ICheckHardware, IID_IResults},
      {IID_ISupport, IID__clsTimeout, IID_IMeasureParent, IID_IReceiver, IID_IPersist, IID_IMarshal}},
     {L"TVN2x.clsSupport",
      {IID_IUnknown, IID_IDispatch, IID_ISupportErrorInfo, IID_ISupport},

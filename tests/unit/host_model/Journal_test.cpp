@@ -73,7 +73,7 @@ TEST(Journal, RefusesAnotherSetup)
 {
     const FinishedRun run = TestRun({TestChannel(1, 474, {}), TestChannel(2, 482, {})});
     const auto refusal = [&](char hash, int32_t channels) {
-        return Refusal([&] { RequireSameSetup(run, L"j.jsonl", std::string(64, hash), L"net.ini", channels); });
+        return Refusal([&] { RequireSameSetup(run, L"j.jsonl", std::string(64, hash), L"net.ini", channels, L""); });
     };
     EXPECT_EQ(refusal('a', 2), L"");
     EXPECT_THAT(refusal('b', 2), HasSubstr(L"j.jsonl belongs to the setup C:\\data\\net.ini as it was on 2026-11-21"));
