@@ -21,6 +21,13 @@ int ShowPages(const wchar_t* path)
     SysFreeString(modelArgument);
     if (!loaded)
         return 1;
+    setup->put_Notes(Bstr(L"{\\rtf1\\ansi{\\fonttbl{\\f0\\fmodern Lucida Console;}}"
+                          L"{\\colortbl;\\red0\\green0\\blue128;}\\f0\\fs18 "
+                          L"{\\cf1\\protect Outlet:}  Hauptstrasse 12, 2nd floor\\par "
+                          L"{\\cf1\\protect Engineer:}\\par "
+                          L"{\\cf1\\protect Weather:}\\par\\par "
+                          L"Connect the receiver to the outlet with the calibrated cable.\\par}")
+                         .Get());
     EditorDriver person;
     bool accepted = false;
     person.Edit(setup.Get(), accepted, [](EditorDriver& editor) {

@@ -144,7 +144,7 @@ TEST_F(SetupEditor, EscapeLeavesTheCellAndOnlyThenTheDialog)
         editor.Press(VK_ESCAPE);
         EXPECT_TRUE(IsWindow(editor.dialog));
         EXPECT_EQ(editor.Focus(), editor.List(MP_USERFIELD));
-        editor.ClickRow(MP_USERFIELD, 0);
+        editor.Press(VK_F2);
         EXPECT_EQ(editor.FocusText(), L"one");
         editor.Press(VK_ESCAPE);
         editor.Press(VK_ESCAPE);
@@ -339,7 +339,10 @@ TEST_F(SetupEditor, LargerWindowShowsMoreRowsAndASmallestSizeIsKept)
         const SIZE list = size(editor.List(MP_FREQUENCY));
         const SIZE button = size(editor.Find(control_id::ok));
         resize({usual.cx + 100, usual.cy + 90});
-        EXPECT_EQ(size(editor.List(MP_FREQUENCY)).cy, list.cy + 90);
+        const auto rowHeight = static_cast<LONG>(SendMessageW(editor.List(MP_FREQUENCY), LB_GETITEMHEIGHT, 0, 0));
+        const LONG growth = size(editor.List(MP_FREQUENCY)).cy - list.cy;
+        EXPECT_EQ(growth % rowHeight, 0) << "whole rows";
+        EXPECT_NEAR(growth, 90, rowHeight);
         EXPECT_GT(size(editor.List(MP_FREQUENCY)).cx, list.cx);
         EXPECT_EQ(size(editor.Find(control_id::ok)).cx, button.cx);
         editor.ClickTab(Page::frequencies);
@@ -348,7 +351,7 @@ TEST_F(SetupEditor, LargerWindowShowsMoreRowsAndASmallestSizeIsKept)
         EXPECT_EQ(editor.TopRow(MP_USERFIELD), editor.TopRow(MP_SYMBOLRATE));
         RECT cell{};
         SendMessageW(editor.List(MP_FREQUENCY), LB_GETITEMRECT, 100, reinterpret_cast<LPARAM>(&cell));
-        EXPECT_LE(cell.bottom, list.cy + 90) << "the last row is wholly seen";
+        EXPECT_LE(cell.bottom, list.cy + growth) << "the last row is wholly seen";
         resize({50, 50});
         EXPECT_EQ(size(editor.dialog).cx, usual.cx);
         EXPECT_EQ(size(editor.dialog).cy, usual.cy);
@@ -404,6 +407,39 @@ TEST_F(SetupEditor, ProtectedNotesCannotBeEditedUntilTheyAreUnprotected)
         editor.Press(VK_DELETE);
         EXPECT_EQ(EditorDriver::TextOf(field).substr(0, 13), L"Site? Tester:") << "still protected when opened again";
     });
+}
+
+TEST_F(SetupEditor, ProtectedNotesCanBeReadOnDarkWindowsAndKeepTheirColour)
+{
+    constexpr int element = COLOR_WINDOW;
+    const COLORREF usual = GetSysColor(element);
+    const COLORREF dark = RGB(0, 0, 0);
+    SetSysColors(1, &element, &dark);
+    setup->put_Notes(Bstr(L"{\\rtf1{\\colortbl;\\red0\\green0\\blue128;}{\\cf1\\protect Site:} x}").Get());
+    EXPECT_TRUE(Edit([](EditorDriver& editor) {
+        const HWND notes = editor.Find(control_id::notes);
+        const auto colourAt = [&](LONG place) {
+            CHARFORMAT2W format{};
+            format.cbSize = sizeof format;
+            editor.OnGuiThread([&] {
+                SendMessageW(notes, EM_SETSEL, static_cast<WPARAM>(place), place + 1);
+                SendMessageW(notes, EM_GETCHARFORMAT, SCF_SELECTION, reinterpret_cast<LPARAM>(&format));
+            });
+            return format.crTextColor;
+        };
+        EXPECT_GT(GetGValue(colourAt(0)), 150) << "pale";
+        editor.Alt(L'n');
+        editor.Alt(L't');
+        SendMessageW(notes, EM_SETSEL, 6, 7);
+        editor.Alt(L'r');
+        EXPECT_EQ(colourAt(6), colourAt(0));
+        editor.Click(control_id::ok);
+    }));
+    SetSysColors(1, &element, &usual);
+    Bstr notes;
+    setup->get_Notes(notes.Put());
+    EXPECT_NE(notes.View().find(L"\\red0\\green0\\blue128;"), std::wstring_view::npos);
+    EXPECT_EQ(notes.View().find(L"\\blue255;"), std::wstring_view::npos);
 }
 
 TEST_F(SetupEditor, EnterInTheNotesIsALineAndNotOk)

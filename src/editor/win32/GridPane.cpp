@@ -73,15 +73,20 @@ void GridPane::Arrange(const RECT& place)
             widths[index] = MulDiv(width - bar, channelShares[index], 100);
         widths[2] = width - widths[0] - widths[1];
     }
+    // As high as whole rows are, so that none is seen in part.
+    const int rowHeight = look_.metrics.RowHeight();
+    const int frame = 2 * GetSystemMetrics(SM_CYEDGE);
+    const LONG top = place.top + heading;
+    const LONG bottom = top + frame + std::max<LONG>(1, (place.bottom - top - frame) / rowHeight) * rowHeight;
     LONG left = place.left;
     for (size_t index = 0; index < columns; ++index) {
         const LONG right = left + widths[index];
-        Move(heading_[index], {left, place.top, right, place.top + heading});
-        Move(list_[index], {left, place.top + heading, right, place.bottom});
+        Move(heading_[index], {left, place.top, right, top});
+        Move(list_[index], {left, top, right, bottom});
         InvalidateRect(heading_[index], nullptr, FALSE);
         left = right;
     }
-    editor_.SetVisibleRows(grid_, ClientSize(list_[0]).cy / look_.metrics.RowHeight());
+    editor_.SetVisibleRows(grid_, ClientSize(list_[0]).cy / rowHeight);
     if (editor_.CurrentEdit().open)
         ShowCellEditor();
 }
@@ -193,6 +198,10 @@ LRESULT GridPane::OnListMessage(const Subclass& list, UINT message, WPARAM wPara
             OnWheel(column, wParam);
             return 0;
         case WM_KEYDOWN: {
+            if (wParam == VK_F2) {
+                editor_.ListChar(column, key::space);
+                return 0;
+            }
             const LRESULT result = list.Default(message, wParam, lParam);
             const auto selected = static_cast<int32_t>(SendMessageW(list.window, LB_GETCURSEL, 0, 0));
             if (selected != LB_ERR && selected != editor_.SelectedRow(grid_))
