@@ -22,7 +22,7 @@ table { border-collapse: collapse; width: 100%; font-variant-numeric: tabular-nu
 th, td { padding: .22rem .5rem; text-align: left; vertical-align: top; border-bottom: 1px solid var(--rule); }
 thead th { border-bottom: 2px solid var(--soft); vertical-align: bottom; font-weight: 600; }
 td.number, th.number { text-align: right; } td.name { white-space: nowrap; }
-.facts { width: auto; } .facts th { font-weight: 400; color: var(--soft); white-space: nowrap; } .facts td { word-break: break-word; }
+.facts { width: auto; } .facts th { font-weight: 400; color: var(--soft); white-space: nowrap; } .facts td { word-break: break-word; white-space: pre-line; }
 .wide { overflow-x: auto; } .wide table { font-size: .7rem; } .wide th, .wide td { padding: .18rem .26rem; }
 .wide tbody tr:nth-child(even) { background: var(--stripe); } .wide td { white-space: nowrap; }
 td.pass, td.warning, td.fail, td.error, td.unmeasured { font-weight: 600; }
@@ -31,6 +31,7 @@ td.error { color: var(--error); } td.unmeasured { color: var(--unmeasured); } td
 .plots { display: grid; grid-template-columns: repeat(auto-fit, minmax(min(34rem, 100%), 1fr)); gap: 1rem 2rem; }
 figure { margin: 0; } figcaption { font-size: .85rem; color: var(--soft); }
 svg { width: 100%; height: auto; display: block; }
+svg text[fill=currentColor] { paint-order: stroke; stroke: var(--paper); stroke-width: 3px; stroke-linejoin: round; }
 svg .grid { stroke: var(--rule); } svg .fit { stroke: var(--fit); }
 svg .pass { fill: var(--pass); } svg .pass-line { stroke: var(--pass); }
 svg .warning { fill: var(--warning-fill); } svg .warning-line { stroke: var(--warning-fill); }
