@@ -78,6 +78,21 @@ inline std::wstring Cell(IMeasure* measure, long field, short parameter, long ch
     return FAILED(result) ? L"<error>" : std::wstring(text.View());
 }
 
+/// What a property is, a text as std::wstring; a failed call fails the test.
+template <class Interface, class Value>
+auto Get(const ComPtr<Interface>& object, HRESULT (STDMETHODCALLTYPE Interface::*property)(Value*))
+{
+    if constexpr (std::is_same_v<Value, BSTR>) {
+        Bstr text;
+        EXPECT_EQ((object.Get()->*property)(text.Put()), S_OK);
+        return std::wstring(text.View());
+    } else {
+        Value value{};
+        EXPECT_EQ((object.Get()->*property)(&value), S_OK);
+        return value;
+    }
+}
+
 /// A parent object that does what a test wants at every notice. Lives on the stack of the test.
 class Parent final : public IMeasureParent
 {
@@ -97,11 +112,7 @@ public:
     }
     ULONG STDMETHODCALLTYPE AddRef() noexcept override { return ++references; }
     ULONG STDMETHODCALLTYPE Release() noexcept override { return --references; }
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) noexcept override
-    {
-        *count = 0;
-        return S_OK;
-    }
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) noexcept override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) noexcept override
     {
@@ -124,6 +135,45 @@ public:
         return onNotice(L"cell");
     }
     HRESULT STDMETHODCALLTYPE ChannelStart(double, VARIANT) noexcept override { return onNotice(L"channel"); }
+};
+
+/// The plug-in with the simulated receiver, which works a hundred times as fast as in life, without the long BER count.
+class PlugIn : public Apartment
+{
+protected:
+    PlugIn()
+    {
+        simulator = ComPtr<IDispatch>::Attach(Get(driver, &IDriver::get_Settings)).As<ISimulatorSettings>();
+        EXPECT_TRUE(simulator);
+        simulator->put_TimeScale(0.01);
+        setup->put_MaxSettlingTime(1);
+        setup->put_Parameter(0, 16, VARIANT_FALSE);
+        run->put_StopFlag(VARIANT_FALSE);
+    }
+
+    void Set(const wchar_t* section, const wchar_t* key, const wchar_t* value)
+    {
+        EXPECT_EQ(simulator->put_Value(Bstr(section).Get(), Bstr(key).Get(), Bstr(value).Get()), S_OK);
+    }
+
+    bool Measured(long channel)
+    {
+        VARIANT_BOOL result = VARIANT_FALSE;
+        EXPECT_EQ(measure->Measure(channel, VARIANT{}, &result), S_OK);
+        return result != VARIANT_FALSE;
+    }
+
+    std::wstring Cell(long field, short parameter, long channel)
+    {
+        return client::Cell(measure.Get(), field, parameter, channel);
+    }
+
+    ComPtr<_clsSetup> setup = Create<_clsSetup>(L"TVN2x.clsSetup");
+    ComPtr<IMeasure> measure = setup.As<IMeasure>();
+    ComPtr<IDriver> driver = setup.As<IDriver>();
+    ComPtr<ISimulatorSettings> simulator;
+    ComPtr<IRunControl> run = Create<IRunControl>(L"XKTR2x.clsRunControl");
+    Parent parent;  // outlives the plug-in's reference, which the body of a test gives up
 };
 
 }  // namespace tvn2x::client

@@ -1,5 +1,17 @@
-# What the scripts that test the host share: each runs a command and says what it should end with and print. Sourced after
-# wine_environment, with the programs' folder in $bin and a folder of the script's own in $work.
+# What the scripts that test the host share. Sourced in the project's root with the name of the script's folder in build/:
+# makes the folder $work anew with an empty folder in it, in which the script goes on. The rest runs a command and says
+# what it should end with and print.
+
+root=$PWD
+. tools/common.sh
+wine_environment
+bin=$root/build/win64/bin
+work=$root/build/$1
+tools/wine cmd /c ver >/dev/null # the prefix is made and everything registered
+rm -rf "$work"
+mkdir -p "$work/files"
+touch "$work/out" "$work/err"
+cd "$work/files"
 
 fail() {
     echo "$said: $*"
@@ -13,4 +25,15 @@ expect_exit() { # CODE ARGUMENT...
     "$wine_program" "$bin/tvnhost.exe" "$@" >"$work/out" 2>"$work/err" </dev/null || status=$?
     [ "$status" = "$code" ] || fail "ends with $status instead of $code"
 }
-expect_notice() { grep -qF -- "$1" "$work/err" || fail "does not tell: $1"; }
+expect_text() { # LINE_OR_PART...
+    local text
+    for text; do grep -qF -- "$text" "$work/out" || fail "does not print: $text"; done
+}
+expect_match() { # PATTERN...
+    local pattern
+    for pattern; do grep -qE -- "$pattern" "$work/out" || fail "does not print: $pattern"; done
+}
+expect_notice() { # LINE_OR_PART...
+    local text
+    for text; do grep -qF -- "$text" "$work/err" || fail "does not tell: $text"; done
+}

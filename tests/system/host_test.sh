@@ -2,17 +2,8 @@
 # The reference host as its user meets it: what it prints where, what it ends with, what it leaves on the disk.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
-root=$PWD
-. tools/common.sh
-wine_environment
-bin=$root/build/win64/bin
+. tests/system/expect.sh host_test
 plans=$root/tests/data/plans
-work=$root/build/host_test
-tools/wine cmd /c ver >/dev/null # the prefix is made and everything registered
-
-rm -rf "$work"
-mkdir -p "$work/files"
-cd "$work/files"
 job=
 restore() {
     [ -z "$job" ] || kill "$job" 2>/dev/null || true
@@ -20,8 +11,6 @@ restore() {
 }
 trap restore EXIT
 
-. "$root/tests/system/expect.sh"
-expect_text() { grep -qF -- "$1" "$work/out" || fail "does not print: $1"; }
 expect_no_notice() { [ ! -s "$work/err" ] || fail "has something to tell"; }
 expect_rows() { # channel numbers of the grid's rows
     local rows
@@ -47,7 +36,6 @@ expect_exit 0 import "$plans/at-Kabelsignal" -o net.ini --max-settling-time 1 --
 expect_text 'net.ini: 36 channels, 256-QAM, 314 to 810 MHz'
 expect_no_notice
 expect_lines 36 '^Frequency   [0-9]+=' net.ini
-expect_lines 1 '^Count=36' net.ini
 
 expect_exit 0 import "$plans/at-Kabel-Braunau" -o mixed.ini --max-settling-time 1 --ber-samples 1
 expect_notice 'The plan mixes 3 orders of QAM, and a setup has one: 3 setups are written.'
@@ -59,34 +47,25 @@ done
 [ ! -e mixed.ini ] || fail "writes mixed.ini beside the three"
 
 head -n 24 "$plans/at-Kabelsignal" >town # three channels
-printf '[CHANNEL]\n\tDELIVERY_SYSTEM = DVBT\n\tFREQUENCY = 474000000\n' >aerial
-cat aerial >>town
 printf '[CHANNEL]\n\tDELIVERY_SYSTEM = DVBC/ANNEX_A\n\tFREQUENCY = 338000000\n\tSYMBOL_RATE = 6900000\n\tMODULATION = QAM/AUTO\n' >>town
-first=$(grep -n DVBT town | cut -d: -f1)
 expect_exit 0 import town -o town.ini
 expect_text 'town.ini: 3 channels'
-expect_notice "town, line $((first - 1)): left out: delivery system \"DVBT\" is not DVB-C"
-expect_notice "town, line $((first + 2)): left out: the plan does not name the order of QAM"
+expect_notice "town, line $(($(grep -n QAM/AUTO town | cut -d: -f1) - 4)): left out: the plan does not name the order of QAM"
 expect_exit 0 import town -o town.ini --order 256
-expect_text 'town.ini: 4 channels'
 expect_lines 1 '^Count=4' town.ini # the older setup is replaced
 
 # Plans become networks.
 expect_exit 0 network "$plans/at-Kabelsignal" -o clean.ini --clean
 expect_text 'clean.ini: 36 channels, 0 of them impaired'
-expect_lines 36 '^Frequency \(MHz\)=' clean.ini
 expect_exit 0 network "$plans/at-Kabelsignal" -o impaired.ini --seed 7
-expect_text '9 of them impaired'
-expect_text 'K51      the carrier is missing'
+expect_text '9 of them impaired' 'K51      the carrier is missing'
 
 # Scans.
 fast=(--time-scale 0.001)
 expect_exit 0 scan net.ini --network clean.ini "${fast[@]}" --channels 35-,2-3
 expect_rows '2 3 35 36'
-for caption in No. User Frequency '(MSymb/s)' Status '(dBµV)' Offset Suppression MER; do
-    expect_text "$caption"
-done
-expect_text '4 channels, 4 synchronised, 0 not synchronised, 0 errors'
+expect_text No. User Frequency '(MSymb/s)' Status '(dBµV)' Offset Suppression MER \
+    '4 channels, 4 synchronised, 0 not synchronised, 0 errors'
 expect_notice '   4/4  K63  810 MHz      synchronised'
 cat "$work/out" "$work/err" | grep -q $'[\r\033]' && fail "writes a terminal's control characters into a file"
 
@@ -96,31 +75,18 @@ expect_text '3 channels, 2 synchronised, 1 not synchronised, 0 errors'
 expect_notice 'K51  714 MHz      not synchronised'
 grep -q Jitter "$work/out" && fail "shows columns that were not asked for"
 
-expect_exit 0 network "$plans/at-Kabel-Braunau" -o braunau.ini --clean
-expect_exit 0 scan mixed-128qam.ini --network braunau.ini "${fast[@]}"
-expect_rows '1 2'
-
 # Input that is not to be used.
-: >empty
 head -c 300 "$bin/tvnhost.exe" >binary
 sed '/^Symbol Rate 07=/q' net.ini >truncated
-sed 's/^Frequency   02=.*/Frequency   02=twelve\r/' net.ini >edited
-printf 'hello\n' >letter
 printf '[Network]\n\n[Channel 1]\nFrequency (MHz)=314\nLevl (dBuV)=60\n' >unknown.ini
 mkdir folder.ini blocked-256qam.ini
 echo mine >readonly.ini
 chmod a-w readonly.ini
 at() { wine_path "$1"; }
 expect_refusal "cannot read $(at missing.ini): there is no such file" scan missing.ini
-expect_refusal "$(at empty) is empty" scan empty
-expect_refusal "$(at binary), line 1: binary data: that is no setup" scan binary
 expect_refusal "$(at truncated), line $(grep -n ^Count= truncated | cut -d: -f1): the list has 36 channels, but \"" scan truncated
-expect_refusal "$(at edited), line $(grep -n twelve edited | cut -d: -f1): \"Frequency   02\" is \"twelve\"" scan edited
-expect_refusal "$(at town) is a channel plan, not a setup" scan town
-expect_refusal 'letter, line 1: "hello" is no line of a channel plan' import letter -o new.ini
-expect_refusal 'binary, line 1: binary data' network binary -o new.ini
-expect_refusal 'aerial, line 1: delivery system "DVBT" is not DVB-C' import aerial -o new.ini
 for command in import network; do
+    expect_refusal 'binary, line 1: binary data' $command binary -o new.ini
     expect_refusal "cannot write $(at folder.ini): it is a folder" $command town -o folder.ini
     expect_refusal "cannot write $(at readonly.ini): it is read-only" $command town -o readonly.ini
     expect_refusal "cannot write $(at none/new.ini): the folder does not exist" $command town -o none/new.ini
@@ -133,8 +99,7 @@ expect_refusal '"5-99" is outside the setup'\''s channels 1 to 36' scan net.ini 
 expect_refusal 'time-scale' scan net.ini --time-scale 0
 expect_refusal 'required' scan
 
-said='tvnhost scan >/dev/full'
-status=0
+said='tvnhost scan >/dev/full' status=0
 "$wine_program" "$bin/tvnhost.exe" scan net.ini --network clean.ini "${fast[@]}" --channels 1 >/dev/full 2>"$work/err" </dev/null || status=$?
 [ "$status" = 2 ] || fail "ends with $status"
 expect_notice 'the results cannot be written (the disk is full)'
@@ -148,10 +113,10 @@ SHELL=/bin/bash script -qec "exec '$wine_program' '$bin/tvnhost.exe' scan slow.i
     /dev/null <keys >/dev/null 3>&- 4>&- &
 job=$!
 exec 3<>keys 4<>notices
-read -r -t 30 line <&4 || fail "comes too late: the scan does not begin"
-[[ $line == "Receiver "* ]] || fail "comes after: $line"
-read -r -t 30 line <&4 || fail "comes too late: the scan does not get through its first channel"
-[[ $line == *1/3*synchronised ]] || fail "comes after: $line"
+for expected in 'Receiver *' '*1/3*synchronised'; do
+    read -r -t 30 line <&4 || fail "comes too late: the scan does not say $expected"
+    [[ $line == $expected ]] || fail "comes after: $line"
+done
 read -r -t 1 line <&4 && fail "comes too late: $line"
 pressed=$(date +%s%N)
 printf '\3' >&3

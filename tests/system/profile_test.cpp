@@ -15,6 +15,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
+std::string ContentOf(const fs::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
 /// A folder of the test's own for as long as it runs.
 class MachineFolder : public testing::Test
 {
@@ -32,11 +38,6 @@ protected:
         std::ofstream(folder / name, std::ios::binary) << content;
         return folder / name;
     }
-    static std::string Bytes(const fs::path& path)
-    {
-        std::ifstream file(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
     FileFault Replace(const fs::path& path, std::string_view content)
     {
         return ReplaceContent(SystemFiles(), path.wstring(), content);
@@ -49,64 +50,40 @@ protected:
     fs::path folder;
 };
 
-/// The system's functions as a row of the rules calls them.
-class SystemCall
+/// What the system's functions answer to a row of the rules.
+std::string SystemAnswer(const Rule& rule, const fs::path& path)
 {
-public:
-    SystemCall(const Rule& rule, fs::path path) : rule_(rule), path_(std::move(path)), name_(path_.string())
-    {
-        for (const std::string& argument : Split(rule.arguments, ','))
-            texts_.push_back(Unescape(argument));
-        numbers_ = Split(rule.arguments, ',');
-    }
-
-    std::string Answer()
-    {
-        const char* const file = name_.c_str();
-        if (rule_.call == "GetPrivateProfileStringA")
-            return Filled(3, [&](char* buffer, DWORD size) {
-                return GetPrivateProfileStringA(Text(0), Text(1), Text(2), buffer, size, file);
-            });
-        if (rule_.call == "GetPrivateProfileSectionA")
-            return Filled(
-                1, [&](char* buffer, DWORD size) { return GetPrivateProfileSectionA(Text(0), buffer, size, file); });
-        if (rule_.call == "GetPrivateProfileSectionNamesA")
-            return Filled(0,
-                          [&](char* buffer, DWORD size) { return GetPrivateProfileSectionNamesA(buffer, size, file); });
-        if (rule_.call == "GetPrivateProfileIntA")
-            return "ret=" + std::to_string(GetPrivateProfileIntA(Text(0), Text(1), std::stoi(numbers_[2]), file));
-        if (rule_.call == "WritePrivateProfileStringA")
-            return Written(WritePrivateProfileStringA(Text(0), Text(1), Text(2), file));
-        return Written(WritePrivateProfileSectionA(Text(0), Text(1), file));
-    }
-
-private:
-    const char* Text(size_t i) const { return texts_[i] ? texts_[i]->c_str() : nullptr; }
-
-    /// The result and the part of the buffer that was written.
-    template <class Call>
-    std::string Filled(size_t sizeArgument, Call call)
-    {
-        const auto size = static_cast<DWORD>(std::stoul(numbers_[sizeArgument]));
+    const std::string name = path.string();
+    const char* const file = name.c_str();
+    const std::vector<std::string> arguments = Split(rule.arguments, ',');
+    std::vector<ProfileCalls::Text> texts;
+    for (const std::string& argument : arguments)
+        texts.push_back(Unescape(argument));
+    const auto text = [&](size_t i) { return texts[i] ? texts[i]->c_str() : nullptr; };
+    // The result and the part of the buffer that was written; its size is the last argument.
+    const auto filled = [&](auto call) {
+        const auto size = static_cast<DWORD>(std::stoul(arguments.back()));
         std::string buffer(size + 1, '\xCC');
         const DWORD result = call(buffer.data(), size);
         buffer.erase(buffer.find_last_not_of('\xCC') + 1);
         return "ret=" + std::to_string(result) + " buf=" + Escape(buffer);
-    }
-    std::string Written(BOOL result)
-    {
-        WritePrivateProfileStringA(nullptr, nullptr, nullptr, name_.c_str());
-        std::ifstream file(path_, std::ios::binary);
-        const std::string content{std::istreambuf_iterator<char>(file), {}};
-        return "ret=" + std::to_string(result) + " file=" + (fs::exists(path_) ? Escape(content) : "-");
-    }
-
-    const Rule& rule_;
-    fs::path path_;
-    std::string name_;
-    std::vector<ProfileCalls::Text> texts_;
-    std::vector<std::string> numbers_;
-};
+    };
+    if (rule.call == "GetPrivateProfileStringA")
+        return filled([&](char* buffer, DWORD size) {
+            return GetPrivateProfileStringA(text(0), text(1), text(2), buffer, size, file);
+        });
+    if (rule.call == "GetPrivateProfileSectionA")
+        return filled([&](char* buffer, DWORD size) { return GetPrivateProfileSectionA(text(0), buffer, size, file); });
+    if (rule.call == "GetPrivateProfileSectionNamesA")
+        return filled([&](char* buffer, DWORD size) { return GetPrivateProfileSectionNamesA(buffer, size, file); });
+    if (rule.call == "GetPrivateProfileIntA")
+        return "ret=" + std::to_string(GetPrivateProfileIntA(text(0), text(1), std::stoi(arguments[2]), file));
+    const BOOL result = rule.call == "WritePrivateProfileStringA"
+                            ? WritePrivateProfileStringA(text(0), text(1), text(2), file)
+                            : WritePrivateProfileSectionA(text(0), text(1), file);
+    WritePrivateProfileStringA(nullptr, nullptr, nullptr, file);
+    return "ret=" + std::to_string(result) + " file=" + (fs::exists(path) ? Escape(ContentOf(path)) : "-");
+}
 
 using ProfileRulesOnWindows = MachineFolder;
 
@@ -120,7 +97,7 @@ TEST_F(ProfileRulesOnWindows, TheSystemAndTheEngineAnswerAlike)
         const std::wstring name = std::wstring(rule.id.begin(), rule.id.end()) + L".ini";
         const ProfileCalls::Text content = Unescape(rule.file);
         const fs::path path = content ? Make(name, *content) : folder / name;
-        EXPECT_EQ(SystemCall(rule, path).Answer(), AnswerTo(rule))
+        EXPECT_EQ(SystemAnswer(rule, path), AnswerTo(rule))
             << rule.id << ": " << rule.call << "(" << rule.arguments << ") on " << rule.file << "  " << rule.note;
     }
     EXPECT_GT(compared, 70);
@@ -137,31 +114,25 @@ TEST_F(FilesOnWindows, AFileThatSomebodyHoldsIsInUseAndStaysWhole)
         ASSERT_NE(holder, INVALID_HANDLE_VALUE);
         EXPECT_EQ(Replace(path, "new"), FileFault::inUse);
         CloseHandle(holder);
-        EXPECT_EQ(Bytes(path), "old");
+        EXPECT_EQ(ContentOf(path), "old");
         EXPECT_EQ(FilesInFolder(), 1u) << "no temporary is left";
     }
     EXPECT_EQ(Replace(path, "new"), FileFault::none);
-    EXPECT_EQ(Bytes(path), "new");
+    EXPECT_EQ(ContentOf(path), "new");
 }
 
-TEST_F(FilesOnWindows, AReadOnlyFileIsRefusedAndAFolderToo)
+TEST_F(FilesOnWindows, AReadOnlyFileIsRefusedAndAFolderTooAndAHiddenFileStaysHidden)
 {
     const fs::path path = Make(L"net.ini", "old");
     SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY);
     EXPECT_EQ(Replace(path, "new"), FileFault::readOnly);
-    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
-    EXPECT_EQ(Bytes(path), "old");
+    EXPECT_EQ(ContentOf(path), "old");
     EXPECT_EQ(Replace(folder, "new"), FileFault::isDirectory);
     EXPECT_EQ(Replace(folder / L"gone" / L"net.ini", "new"), FileFault::pathMissing);
     EXPECT_EQ(FilesInFolder(), 1u);
-}
-
-TEST_F(FilesOnWindows, AHiddenFileStaysHidden)
-{
-    const fs::path path = Make(L"net.ini", "old");
     SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_HIDDEN);
     ASSERT_EQ(Replace(path, "new"), FileFault::none);
-    EXPECT_EQ(Bytes(path), "new");
+    EXPECT_EQ(ContentOf(path), "new");
     EXPECT_NE(GetFileAttributesW(path.c_str()) & FILE_ATTRIBUTE_HIDDEN, 0u);
 }
 

@@ -3,33 +3,10 @@
 # random moments and gone on with; a journal meets a full disk.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
-root=$PWD
-. tools/common.sh
-wine_environment
-bin=$root/build/win64/bin
+. tests/system/expect.sh report_test
 check() { python3 -B "$root/tests/system/report_check.py" "$@"; }
-work=$root/build/report_test
-tools/wine cmd /c ver >/dev/null # the prefix is made and everything registered
-
-rm -rf "$work"
-mkdir -p "$work/disk"
-cd "$work"
-trap 'mountpoint -q "$work/disk" && umount "$work/disk"' EXIT
-
-fail() {
-    echo "$said: $*"
-    tail -n 20 out err
-    exit 1
-}
-expect_exit() { # CODE ARGUMENT...
-    local code=$1 status=0
-    shift
-    said="tvnhost $*"
-    "$wine_program" "$bin/tvnhost.exe" "$@" >out 2>err </dev/null || status=$?
-    [ "$status" = "$code" ] || fail "ends with $status instead of $code"
-}
-expect_text() { grep -qF -- "$1" out || fail "does not print: $1"; }
-expect_notice() { grep -qF -- "$1" err || fail "does not tell: $1"; }
+mkdir disk
+trap 'mountpoint -q "$work/files/disk" && umount "$work/files/disk"' EXIT
 
 plan=$root/tests/data/plans/at-Kabelsignal
 expect_exit 0 import "$plan" -o net.ini --ber-samples 1 --max-settling-time 1
@@ -63,7 +40,7 @@ expect_notice 'Name the setup as it was with --setup'
 expect_exit 1 judge all.jsonl
 expect_text 'not synchronised: symbol rate and carrier UNSYNC'
 expect_exit 0 limits
-sed 's/^Fail Below=54/Fail Below=54x/' out >bad.ini
+sed 's/^Fail Below=54/Fail Below=54x/' "$work/out" >bad.ini
 printf '[rflev]\nFail Below=30\n' >lenient.ini
 line=$(grep -n 54x bad.ini | cut -d: -f1)
 expect_exit 2 judge all.jsonl --limits bad.ini
@@ -103,7 +80,8 @@ for ((turn = 0; ; ++turn)); do
     status=0
     {
         timeout --signal=KILL "$((RANDOM % 2)).$((RANDOM % 10))$((RANDOM % 10))" "$wine_program" "$bin/tvnhost.exe" \
-            "${scan[@]}" "${go[@]}" --json crashed.jsonl --result crashed.csv >out 2>err </dev/null || status=$?
+            "${scan[@]}" "${go[@]}" --json crashed.jsonl --result crashed.csv >"$work/out" 2>"$work/err" \
+            </dev/null || status=$?
     } 2>/dev/null # the shell's own remark on the killed process
     said="tvnhost ${scan[*]} ${go[*]}"
     case $status in
@@ -124,7 +102,7 @@ check same_table clean.csv crashed.csv
 said='Ctrl+C'
 mkfifo keys notices
 SHELL=/bin/bash script -qec "exec '$wine_program' '$bin/tvnhost.exe' scan net.ini --network clean.ini ${fast[*]} --channels 1-14 \
-    --journal stopped.journal --json stopped.jsonl >out 2>notices" /dev/null <keys >/dev/null 3>&- 4>&- &
+    --journal stopped.journal --json stopped.jsonl >'$work/out' 2>notices" /dev/null <keys >/dev/null 3>&- 4>&- &
 job=$!
 exec 3<>keys 4<>notices
 until [[ ${line:-} == *3/14* ]]; do
@@ -156,10 +134,10 @@ expect_exit 2 scan net.ini --journal torn.journal
 expect_notice 'exists already'
 
 # A full disk.
-if mount -t tmpfs -o size=12k none "$work/disk" 2>/dev/null; then
+if mount -t tmpfs -o size=12k none disk 2>/dev/null; then
     expect_exit 2 scan net.ini --network clean.ini "${fast[@]}" --channels 1-14 --journal disk/full.journal --json full.jsonl
     expect_notice 'the journal cannot be written (the disk is full)'
-    [ "$(grep -c 'cannot be written' err)" = 1 ] || fail "says so more than once"
+    [ "$(grep -c 'cannot be written' "$work/err")" = 1 ] || fail "says so more than once"
     expect_notice 'the journal lacks the last channels'
     expect_text '14 channels, 14 synchronised'
     check same clean.jsonl full.jsonl

@@ -39,36 +39,26 @@ Set setup = CreateObject("TVN2x.clsSetup")
 Set timer = CreateObject("TVN2x.clsTimeout")
 Set support = CreateObject("TVN2x.clsSupport")
 
-' Defaults, and a change by name.
-Expect "ListSize", setup.ListSize, 1
-Expect "Frequency(1)", setup.Frequency(1), 213
+' A change by name.
 Expect "UserField(1)", setup.UserField(1), "My Channel"
-Expect "BerSamples", setup.BerSamples, 10
-Expect "Caption(15)", setup.Caption(15), "RF Level (dBmV)"
-Expect "Parameter(1, 9)", setup.Parameter(1, 9), False
 Expect "Parameter(1, 10)", setup.Parameter(1, 10), True
 setup.ListSize = 3
 setup.Frequency(2) = 474.25
 setup.SymbolRate(2) = 6.9
 setup.UserField(2) = "K21"
 setup.Parameter(1, 22) = False
-setup.XAxis(1) = 1
 Expect "Frequency(2)", setup.Frequency(2), 474.25
 Expect "Parameter(1, 22)", setup.Parameter(1, 22), False
-Expect "XAxis(1)", setup.XAxis(1), 1
 Expect "Dirty", setup.Setup.Dirty, True
-Expect "LastFixed", setup.Setup.LastFixed, 12
 
 ' The timer and the contact.
 timer.Interval = 2.5
 Expect "Interval", timer.Interval, 2.5
-Expect "State", timer.State, 0
 timer.Start 0
 Expect "State after Start", timer.State, 1
-timer.Clear
-Expect "State after Clear", timer.State, 0
 Expect "Address", support.Address, ""
 Expect "Email", InStr(support.Email, "@") > 1, True
+Expect "Fax and Phone", Len(support.Fax) > 0 And Len(support.Phone) > 0, True
 
 ' A raised error with number, source and description.
 On Error Resume Next
@@ -84,15 +74,12 @@ Dim files, path, loaded, model, mode
 Set files = CreateObject("Scripting.FileSystemObject")
 path = files.GetSpecialFolder(2) & "\script_test.ini"
 Expect "Save", setup.Setup.Save("TVN2x test", "2.0", path), True
-Expect "Dirty after Save", setup.Setup.Dirty, False
 Set loaded = CreateObject("TVN2x.clsSetup")
 model = "" : mode = 0
 Expect "Load", loaded.Setup.Load("TVN2x test", path, model, mode), True
 Expect "model", model, "2x"
 Expect "mode", mode, 4
-Expect "loaded ListSize", loaded.ListSize, 3
 Expect "loaded Frequency(2)", loaded.Frequency(2), 474.25
-Expect "loaded FullPath", loaded.Setup.FullPath, path
 Expect "wrong product", loaded.Setup.Load("another", path, model, mode), False
 files.DeleteFile path
 
@@ -116,29 +103,17 @@ Expect "channel", parent.Channel, "474000000/6900000"
 Expect "steps", parent.Steps > 20, True
 Expect "cells", parent.Cells > 20, True
 Expect "status", measurement.Result(1, 13, 2), "Done"
-Expect "measured", measurement.Measured(2), True
+Expect "measured", measurement.Measured(2) And Not measurement.Measured(1), True
 
 ' The same parent object while the configuration is written and read back into a setup of its own.
-parent.Statuses = "" : parent.Steps = 0
-setup.SawBw = 7
+parent.Statuses = ""
 setup.LevelUnit = "mV"
 setup.BerSamples = 20
 measurement.SetConfiguration
-Expect "statuses while writing", parent.Statuses, "Configuring KTR|"
-Expect "steps while writing", parent.Steps, 12
-parent.Statuses = "" : parent.Steps = 0
-setup.SawBw = 2
 setup.LevelUnit = "dBm"
-setup.BerSamples = 1
-setup.OrderOfQam = 4
-setup.Frequency(1) = 100
 measurement.GetConfiguration
-Expect "statuses while reading", parent.Statuses, "Reading KTR Configuration|"
-Expect "steps while reading", parent.Steps, 11
-Expect "SawBw read", setup.SawBw, 7
-Expect "BerSamples read", setup.BerSamples, 20
+Expect "statuses", parent.Statuses, "Configuring KTR|Reading KTR Configuration|"
 Expect "LevelUnit read", setup.LevelUnit, "mV"
-Expect "OrderOfQam read", setup.OrderOfQam, 256
 Expect "ListSize read", setup.ListSize, 1
 Expect "Frequency(1) read", setup.Frequency(1), 474
 Set measurement.Parent = Nothing

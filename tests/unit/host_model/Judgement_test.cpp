@@ -6,14 +6,10 @@
 namespace tvn2x {
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
 
 const std::string merLimits = "[mer]\nFail Below=31\nWarn Below=33\n";
-
-std::wstring RefusalOf(const std::string& content)
-{
-    return Refusal([&] { ReadLimits(content, L"my.ini"); });
-}
 
 RunJudgement JudgeOne(const ChannelResult& channel, const std::string& limits)
 {
@@ -31,7 +27,7 @@ TEST(Limits, TheMoreSpecialSectionCounts)
     const Limits limits = ReadLimits(merLimits + "[MER 64-qam]\nfail below = 26\n; a comment\n[drift]\nmer=2.5\n", L"");
     EXPECT_EQ(limits.Find(parameter::mer, 64)->failBelow, 26);
     EXPECT_EQ(limits.Find(parameter::mer, 64)->warnBelow, std::nullopt);
-    EXPECT_EQ(limits.Find(parameter::mer, 256)->failBelow, 31);
+    EXPECT_EQ(*limits.Find(parameter::mer, 256), (Limit{31, 33, {}, {}}));
     EXPECT_EQ(limits.Find(parameter::ber, 256), nullptr);
     EXPECT_EQ(limits.drift.at(parameter::mer), 2.5);
 }
@@ -47,11 +43,7 @@ TEST(Limits, ThoseForOutletsHaveTheLevelsOfTheirOrders)
 
 TEST(Limits, ABadFileIsNamedWithLineAndRemedy)
 {
-    const struct
-    {
-        const char* content;
-        const wchar_t* reason;
-    } cases[] = {
+    const std::pair<std::string, const wchar_t*> cases[] = {
         {"[merr]\n", L"my.ini, line 1: \"merr\" is no parameter that can have limits; known are rflev, ber"},
         {"[sync]\nFail Below=1\n", L"line 1: \"sync\" is no parameter"},
         {"[mer 60-QAM]\n", L"line 1: \"60-QAM\" is no order of QAM"},
@@ -68,27 +60,24 @@ TEST(Limits, ABadFileIsNamedWithLineAndRemedy)
         {"; nothing\n", L"my.ini has no limits"},
         {"", L"my.ini is empty"},
     };
-    for (const auto& c : cases) {
-        EXPECT_THAT(RefusalOf(c.content), HasSubstr(c.reason));
-        EXPECT_THAT(RefusalOf(c.content), HasSubstr(L"tvnhost limits")) << c.content;
+    for (const auto& [content, reason] : cases) {
+        EXPECT_THAT(Refusal([&] { ReadLimits(content, L"my.ini"); }),
+                    AllOf(HasSubstr(reason), HasSubstr(L"tvnhost limits")))
+            << content;
     }
 }
 
 TEST(Judge, ABoundItselfIsStillGoodOnEitherSide)
 {
     const std::string sides = "[freqoff]\nFail Below=-9\nWarn Below=-5\nWarn Above=5\nFail Above=9\n";
-    const struct
-    {
-        const wchar_t* cell;
-        Verdict verdict;
-        double margin;
-    } cases[] = {{L"-10", Verdict::fail, -1}, {L"-9", Verdict::warning, 0}, {L"-6", Verdict::warning, 3},
-                 {L"-5", Verdict::pass, 4},   {L"5", Verdict::pass, 4},     {L"5.1", Verdict::warning, 3.9},
-                 {L"9", Verdict::warning, 0}, {L"9.5", Verdict::fail, -0.5}};
-    for (const auto& c : cases) {
-        const ChannelJudgement judgement = JudgeCell(parameter::frequencyOffset, c.cell, sides);
-        EXPECT_EQ(judgement.verdict, c.verdict) << c.cell;
-        EXPECT_NEAR(*judgement.Worst()->margin, c.margin, 1e-9) << c.cell;
+    const std::tuple<const wchar_t*, Verdict, double> cases[] = {
+        {L"-10", Verdict::fail, -1}, {L"-9", Verdict::warning, 0}, {L"-6", Verdict::warning, 3},
+        {L"-5", Verdict::pass, 4},   {L"5", Verdict::pass, 4},     {L"5.1", Verdict::warning, 3.9},
+        {L"9", Verdict::warning, 0}, {L"9.5", Verdict::fail, -0.5}};
+    for (const auto& [cell, verdict, margin] : cases) {
+        const ChannelJudgement judgement = JudgeCell(parameter::frequencyOffset, cell, sides);
+        EXPECT_EQ(judgement.verdict, verdict) << cell;
+        EXPECT_NEAR(*judgement.Worst()->margin, margin, 1e-9) << cell;
     }
 }
 
@@ -101,7 +90,6 @@ TEST(Judge, CountsRatiosInDecadesAndLevelsInDecibelMicrovolt)
     ChannelResult channel = TestChannel(1, 474, {});
     channel.readings = {MakeReading(parameter::level, L"-14.0", "dBmV", SystemLocale())};
     const ChannelJudgement level = JudgeOne(channel, "[rflev]\nFail Below=54\n").channels.front();
-    EXPECT_EQ(level.verdict, Verdict::fail);
     EXPECT_EQ(level.reason, "RF level -14.0 dBmV is 8 dB below the limit of 54 dBµV");
     EXPECT_EQ(LevelInDecibelMicrovolt(1, "mV"), 60);
     EXPECT_EQ(LevelInDecibelMicrovolt(-48.75, "dBm"), 60);
@@ -122,15 +110,12 @@ TEST(Judge, AReadingThatIsOnlyABoundIsJudgedWhereItIsCertain)
 
 TEST(Judge, AChannelsVerdictIsItsWorstAndTheRunsTheWorstOfAll)
 {
-    ChannelResult unlocked = TestChannel(3, 490, {{parameter::sync, L"UNSYNC"}, {parameter::mer, L"---"}});
-    unlocked.outcome = ChannelOutcome::notSynchronised;
-    ChannelResult broken = TestChannel(4, 498, {});
-    broken.outcome = ChannelOutcome::error;
-    broken.status = "Control Error";
-    ChannelResult missed = TestChannel(5, 506, {});
-    missed.outcome = ChannelOutcome::unmeasured;
-    const FinishedRun run = TestRun({TestChannel(1, 474, {{parameter::mer, L"39.0"}, {parameter::ber, L"3E-4"}}),
-                                     TestChannel(2, 482, {{parameter::mer, L"32.0"}}), unlocked, broken, missed});
+    FinishedRun run = TestRun({TestChannel(1, 474, {{parameter::mer, L"39.0"}, {parameter::ber, L"3E-4"}}),
+                               TestChannel(2, 482, {{parameter::mer, L"32.0"}}),
+                               TestChannel(3, 490, {{parameter::sync, L"UNSYNC"}, {parameter::mer, L"---"}}, 1,
+                                           ChannelOutcome::notSynchronised),
+                               TestChannel(4, 498, {}, 1, ChannelOutcome::error),
+                               TestChannel(5, 506, {}, 1, ChannelOutcome::unmeasured)});
     const Limits limits = ReadLimits(merLimits, L"my.ini");
     const RunJudgement judgement = Judge(run, &limits);
     const Verdict expected[] = {Verdict::pass, Verdict::warning, Verdict::fail, Verdict::error, Verdict::notMeasured};
@@ -139,16 +124,14 @@ TEST(Judge, AChannelsVerdictIsItsWorstAndTheRunsTheWorstOfAll)
         EXPECT_EQ(judgement.Count(expected[i]), 1);
     }
     EXPECT_EQ(judgement.channels[2].reason, "not synchronised: symbol rate and carrier UNSYNC");
-    EXPECT_EQ(judgement.verdict, Verdict::fail);
     EXPECT_EQ(judgement.ExitCode(), 1);
     EXPECT_EQ(VerdictSentence(run, judgement),
               "FAIL: 1 of 5 channels pass, 1 with a warning, 1 fails, 1 error of the instrument, 1 not measured. Worst "
               "margin: C2 482 MHz, MER 32.0 dB is 1 dB below the warning limit of 33 dB.");
 
-    FinishedRun good = run;
-    good.channels.resize(2);
-    EXPECT_EQ(Judge(good, &limits).ExitCode(), 0) << "warnings pass";
-    EXPECT_EQ(Judge(good, nullptr).verdict, Verdict::pass) << "without limits the locks decide";
+    run.channels.resize(2);
+    EXPECT_EQ(Judge(run, &limits).ExitCode(), 0) << "warnings pass";
+    EXPECT_EQ(Judge(run, nullptr).verdict, Verdict::pass) << "without limits the locks decide";
     EXPECT_EQ(Judge(TestRun({}), &limits).ExitCode(), 1) << "nothing measured is no pass";
 }
 

@@ -49,31 +49,23 @@ TEST(SetupInspection, FindsNothingInSetupsAsTheyAreSaved)
 
 TEST(SetupInspection, RefusesWhatIsNoSetupWithoutGoingIntoDetail)
 {
-    EXPECT_THAT(Inspect(" \r\n").remarks, ElementsAre(Remark(0, L"empty", true)));
+    const std::pair<std::string, const wchar_t*> cases[] = {{" \r\n", L"empty"},
+                                                            {"[a]\nk=1\n", L"\"Name\" in [Application]"},
+                                                            {TestFile("plans/at-Kabelsignal"), L"channel plan"}};
+    for (const auto& [content, text] : cases) {
+        EXPECT_THAT(Inspect(content).remarks, ElementsAre(Remark(0, text, true)));
+    }
     EXPECT_THAT(Inspect(std::string("[a]\nMZ\0", 7)).remarks, ElementsAre(Remark(2, L"binary data", true)));
-    EXPECT_THAT(Inspect("[a]\nk=1\n").remarks, ElementsAre(Remark(0, L"\"Name\" in [Application]", true)));
-    EXPECT_THAT(Inspect(TestFile("plans/at-Kabelsignal")).remarks, ElementsAre(Remark(0, L"channel plan", true)));
 }
 
-TEST(SetupInspection, SaysWhyAVersionDoesNotLoad)
+TEST(SetupInspection, NamesEveryDoubtfulEntryByItsLine)
 {
-    EXPECT_THAT(Changed("Name=TVN Host", "Name=TVN host"), ElementsAre(Remark(2, L"belongs to \"TVN host\"", true)));
-    EXPECT_THAT(Changed("Model=2x", "Model=2X"), ElementsAre(Remark(5, L"model \"2X\"", true)));
-    EXPECT_THAT(Changed("Model=2x", ";"), ElementsAre(Remark(3, L"version 2 needs \"Model\" in [Hardware]", true)));
-    EXPECT_THAT(Changed("Version=2.0", "Version=1.9"), ElementsAre(Remark(3, L"\"1.9\" is the version of no known")));
-    EXPECT_THAT(Changed("Version=2.0", ";"), ElementsAre(Remark(0, L"the version is missing")));
-}
-
-TEST(SetupInspection, NamesEveryDoubtfulValueByItsLine)
-{
-    const struct
-    {
-        const char* from;
-        const char* to;
-        int32_t line;
-        const wchar_t* text;
-        bool isFatal;
-    } cases[] = {
+    const std::tuple<const char*, const char*, int32_t, const wchar_t*, bool> cases[] = {
+        {"Name=TVN Host", "Name=TVN host", 2, L"belongs to \"TVN host\"", true},
+        {"Model=2x", "Model=2X", 5, L"model \"2X\"", true},
+        {"Model=2x", ";", 3, L"version 2 needs \"Model\" in [Hardware]", true},
+        {"Version=2.0", "Version=1.9", 3, L"\"1.9\" is the version of no known", false},
+        {"Version=2.0", ";", 0, L"the version is missing", false},
         {"Frequency   01=314.0000000", "Frequency   01=2.9", 9, L"from 3 to 1000", false},
         {"Frequency   01=314.0000000", "Frequency   01=", 9, L"is no number", true},
         {"Symbol Rate 01=6.900", "Symbol Rate 01=7.1", 11, L"from 0.1 to 7", false},
@@ -87,21 +79,21 @@ TEST(SetupInspection, NamesEveryDoubtfulValueByItsLine)
         {"Couple Display and Save=True", "Couple Display and Save=maybe", 37, L"neither True nor False", false},
         {"Show Before=-1", "Show Before=", 166, L"no whole number: -1 is taken", false},
         {"Display Grid=2", "Display Grid=3", 169, L"the list has 0, 1, 2", false},
+        {"Position 02=2", "Position 02=1", 104, L"\"Position 02\" is \"1\", as is \"Position 01\" in line 103", false},
+        {"[Notes]", "[Note]", 164, L"no setup has a section \"Note\"", false},
+        {"Level Unit", "Level", 28, L"[Static Settings] has no key \"Level\"", false},
+        {"[X-Axis]", "[notes]", 168, L"the one in line 164 counts", false},
+        {"[Application]", "stray=1\r\n[Application]", 1, L"\"stray\" stands before the first section", false},
     };
-    for (const auto& c : cases) {
-        EXPECT_THAT(Changed(c.from, c.to), ElementsAre(Remark(c.line, c.text, c.isFatal))) << c.to;
+    for (const auto& [from, to, line, text, isFatal] : cases) {
+        EXPECT_THAT(Changed(from, to), ElementsAre(Remark(line, text, isFatal))) << to;
     }
 }
 
 TEST(SetupInspection, NamesWhatIsNotReadAndWhatIsMissing)
 {
-    EXPECT_THAT(Changed("[Notes]", "[Note]"), ElementsAre(Remark(164, L"no setup has a section \"Note\"")));
-    EXPECT_THAT(Changed("Level Unit", "Level"), ElementsAre(Remark(28, L"[Static Settings] has no key \"Level\"")));
-    EXPECT_THAT(Changed("[X-Axis]", "[notes]"), ElementsAre(Remark(168, L"the one in line 164 counts")));
     EXPECT_THAT(Changed("Mode=4", "Mode=4\r\nMODE=5\r\nmode"),
                 ElementsAre(Remark(7, L"is there a second time: line 6 counts"), Remark(8, L"has no \"=\"")));
-    EXPECT_THAT(Changed("[Application]", "stray=1\r\n[Application]"),
-                ElementsAre(Remark(1, L"\"stray\" stands before the first section")));
     EXPECT_THAT(Changed("Count=6", "Count=5"),
                 ElementsAre(Remark(24, L"\"Frequency   06\" stands beyond \"Count\" (5)"), Remark(25, L"beyond"),
                             Remark(26, L"beyond")));
@@ -110,18 +102,16 @@ TEST(SetupInspection, NamesWhatIsNotReadAndWhatIsMissing)
                             Remark(7, L"lacks \"Symbol Rate 07\" to \"Symbol Rate 08\"")));
     EXPECT_THAT(Changed("Count=6", ";"), Contains(Remark(7, L"\"Count\" is missing in [Frequency List]: 1 is taken")));
     EXPECT_THAT(Changed("Count=6", "Count=40000"), Contains(Remark(8, L"the file can hold at most 32767", true)));
-    EXPECT_THAT(Changed("Position 02=2", "Position 02=1"),
-                ElementsAre(Remark(104, L"\"Position 02\" is \"1\", as is \"Position 01\" in line 103")));
 }
 
 TEST(SetupInspection, StaysShortWhereEverythingIsDoubtful)
 {
-    std::string content = TestFile("setups/version-2.0.ini") + "[Notes]\r\n[Odd]\r\n[Hardware]\r\n";
+    std::string content = TestFile("setups/version-2.0.ini");
     for (int i = 0; i < 5000; ++i) {
         content += "[Hardware]\r\n";
     }
     const SetupInspection inspection = Inspect(content);
-    EXPECT_EQ(inspection.remarks.size() + inspection.leftOut, 5003u);
+    EXPECT_EQ(inspection.remarks.size() + inspection.leftOut, 5000u);
     EXPECT_EQ(inspection.remarks.size(), 1000u);
 }
 
@@ -141,7 +131,6 @@ TEST(SetupText, ReadsFilesOfEitherEncodingAndAnyLineEnd)
 
 TEST(SetupText, TellsRowKeysFromOthers)
 {
-    EXPECT_EQ(RowKey("Frequency   ", 7), "Frequency   07");
     EXPECT_EQ(RowOf("Frequency   ", "FREQUENCY   07"), 7);
     EXPECT_EQ(RowOf("Frequency   ", "Frequency   123"), 123);
     for (const char* const key : {"Frequency   7", "Frequency   007", "Frequency   0", "Frequency   00", "Frequency   ",

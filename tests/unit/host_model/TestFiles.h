@@ -3,8 +3,10 @@
 #include <gmock/gmock.h>
 
 #include <fstream>
+#include <initializer_list>
 #include <iterator>
 #include <string>
+#include <utility>
 
 #include "host_model/InputError.h"
 
@@ -27,6 +29,15 @@ std::wstring Refusal(Action&& action)
         return error.description;
     }
     return {};
+}
+
+/// Each of the contents is refused with a description that says what stands beside it.
+template <class Read>
+void ExpectRefusals(Read&& read, std::initializer_list<std::pair<std::string, const wchar_t*>> rows)
+{
+    for (const auto& [content, reason] : rows) {
+        EXPECT_THAT(Refusal([&] { read(content); }), testing::HasSubstr(reason)) << content.substr(0, 100);
+    }
 }
 
 }  // namespace tvn2x

@@ -8,17 +8,17 @@
 
 namespace tvn2x {
 
-/// A measured channel with all locks; readings as cells by parameter.
+/// A measured channel; readings as cells by parameter.
 inline ChannelResult TestChannel(int32_t number, double frequency, std::vector<std::pair<int32_t, std::wstring>> cells,
-                                 int32_t pass = 1)
+                                 int32_t pass = 1, ChannelOutcome outcome = ChannelOutcome::synchronised)
 {
     ChannelResult channel{.pass = pass,
                           .number = number,
                           .label = "C" + std::to_string(number),
                           .frequency = frequency,
                           .symbolRate = 6.9,
-                          .outcome = ChannelOutcome::synchronised,
-                          .status = "Done",
+                          .outcome = outcome,
+                          .status = outcome == ChannelOutcome::error ? "Control Error" : "Done",
                           .timeStamp = "11/21/2026 12:59:05 PM",
                           .began = "2026-11-21T12:59:05.123Z",
                           .seconds = 1.25,
