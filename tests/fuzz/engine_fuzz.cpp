@@ -56,10 +56,6 @@ void RequireSameAnswers(const ProfileFile& left, const ProfileFile& right, std::
     Require(left.Find(section, key) == right.Find(section, key), "the value");
     Require(left.HasSection(section) == right.HasSection(section), "the section");
     Require(left.GetInt(section, key, 7) == right.GetInt(section, key, 7), "the number");
-}
-
-void RequireSameListings(const ProfileFile& left, const ProfileFile& right)
-{
     const std::vector<std::string> names = left.GetSectionNames();
     Require(names == right.GetSectionNames(), "the sections");
     Require(left.GetBracketedLines() == right.GetBracketedLines(), "the section lines");
@@ -122,16 +118,12 @@ void RequireReadBack(const ProfileFile& profile, const Step& step)
         Require(profile.Find(section, key) == profile::ReadableValue(profile::Trim(step.text[2])), "it reads back");
 }
 
-/// One step on a file as it was read.
+/// How many lines a step on a file as it was read may take away and bring.
 void RequireLocal(const Lines& before, const std::string& rendered, const Step& step)
 {
-    const Lines after = LinesOf(rendered, true);
-    if (step.kind == 'w')
-        RequireOneChange(before, after, 1, 2);
-    else if (step.kind == 'd')
-        RequireOneChange(before, after, 1, 0);
-    else if (step.kind == 's')
-        RequireOneChange(before, after, before.size(), 0);
+    if (step.kind == 'w' || step.kind == 'd' || step.kind == 's')
+        RequireOneChange(before, LinesOf(rendered, true), step.kind == 's' ? before.size() : 1,
+                         step.kind == 'w' ? 2 : 0);
 }
 
 }  // namespace
@@ -163,7 +155,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         const ProfileFile again(rendered);
         Require(again.Render() == rendered, "what was written is read and written the same");
         RequireSameAnswers(profile, again, step.text[0], step.text[1]);
-        RequireSameListings(profile, again);
     }
     return 0;
 }

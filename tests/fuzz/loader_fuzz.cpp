@@ -1,11 +1,13 @@
 // Any bytes as a setup file: refused, or loaded; what was loaded is saved, and comes back as it was.
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <string>
 
 #include "Require.h"
 #include "setup/SetupFile.h"
+#include "support/DocumentParts.h"
 #include "support/FixedLocale.h"
 #include "support/MemoryFiles.h"
 #include "support/RecordingMessageBoxes.h"
@@ -25,18 +27,6 @@ bool Near(double left, double right, double step)
     return std::abs(left - right) <= step + std::abs(left) * 1e-14;
 }
 
-void RequireSameParameters(const SetupDocument& left, const SetupDocument& right)
-{
-    Require(left.Count() == right.Count(), "the number of parameters");
-    for (int32_t parameter = 1; parameter <= left.Count(); ++parameter) {
-        for (int32_t action = 0; action <= 2; ++action)
-            Require(left.Parameter(action, parameter) == right.Parameter(action, parameter), "a parameter's flags");
-        // Without a position it is given one when the file is read.
-        Require(left.Order(parameter) == right.Order(parameter) || left.Order(parameter) == -1, "a position");
-        Require(left.StoredCaption(parameter) == right.StoredCaption(parameter), "a caption");
-    }
-}
-
 void RequireSame(const SetupDocument& left, const SetupDocument& right)
 {
     Require(left.ListSize() == right.ListSize(), "the number of channels");
@@ -45,21 +35,15 @@ void RequireSame(const SetupDocument& left, const SetupDocument& right)
         Require(Near(left.SymbolRate(row), right.SymbolRate(row), 0.5001e-3), "a symbol rate");
         Require(left.UserField(row) == right.UserField(row), "a user field");
     }
-    RequireSameParameters(left, right);
-    Require(left.LevelUnit() == right.LevelUnit(), "the level unit");
-    Require(left.ReferenceSource() == right.ReferenceSource(), "the reference source");
-    Require(left.BerSamples() == right.BerSamples(), "the BER samples");
-    Require(left.SawBw() == right.SawBw(), "the SAW filter bandwidth");
-    Require(left.OrderOfQam() == right.OrderOfQam(), "the order of QAM");
-    Require(left.RollOffFactor() == right.RollOffFactor(), "the roll-off factor");
-    Require(left.Zin() == right.Zin(), "the input route");
+    // A parameter without a position is given one when the file is read.
+    SetupDocument placed = left;
+    for (int32_t parameter = 1; parameter <= std::min(left.Count(), right.Count()); ++parameter) {
+        if (left.Order(parameter) == -1)
+            placed.Order(parameter, right.Order(parameter));
+    }
+    Require(ParametersOf(placed) == ParametersOf(right), "the parameters");
+    Require(SettingsOf(left) == SettingsOf(right), "a setting");
     Require(Near(left.DefaultSymbolRate(), right.DefaultSymbolRate(), 0.5001e-3), "the default symbol rate");
-    Require(left.MaxSettlingTime() == right.MaxSettlingTime(), "the settling time");
-    Require(left.CoupleDisplayAndSave() == right.CoupleDisplayAndSave(), "the coupling");
-    Require(left.XAxis(0) == right.XAxis(0) && left.XAxis(1) == right.XAxis(1), "the x axis");
-    Require(left.Notes() == right.Notes(), "the notes");
-    Require(left.ShowNotesBefore() == right.ShowNotesBefore(), "notes before");
-    Require(left.ShowNotesAfter() == right.ShowNotesAfter(), "notes after");
 }
 
 class Trial

@@ -56,7 +56,7 @@ std::string SystemAnswer(const Rule& rule, const fs::path& path)
     const std::string name = path.string();
     const char* const file = name.c_str();
     const std::vector<std::string> arguments = Split(rule.arguments, ',');
-    std::vector<ProfileCalls::Text> texts;
+    std::vector<RuleText> texts;
     for (const std::string& argument : arguments)
         texts.push_back(Unescape(argument));
     const auto text = [&](size_t i) { return texts[i] ? texts[i]->c_str() : nullptr; };
@@ -95,7 +95,7 @@ TEST_F(ProfileRulesOnWindows, TheSystemAndTheEngineAnswerAlike)
             continue;
         ++compared;
         const std::wstring name = std::wstring(rule.id.begin(), rule.id.end()) + L".ini";
-        const ProfileCalls::Text content = Unescape(rule.file);
+        const RuleText content = Unescape(rule.file);
         const fs::path path = content ? Make(name, *content) : folder / name;
         EXPECT_EQ(SystemAnswer(rule, path), AnswerTo(rule))
             << rule.id << ": " << rule.call << "(" << rule.arguments << ") on " << rule.file << "  " << rule.note;

@@ -33,7 +33,10 @@ TEST(EditorCells, CommitWhereverTheUserGoes)
     test.Open({100, 200});
     const std::function<void()> ways[] = {
         [&] { test.Enter(); },
-        [&] { test.editor.FocusMoved(Control::other, 0); },
+        [&] {
+            test.view.Focus(Control::other, 0);
+            EXPECT_EQ(Focused(Control::other, 0), test.view.focus) << "the keyboard stays there";
+        },
         [&] { test.editor.CellClicked(MP_USERFIELD, 1); },
         [&] { test.editor.SelectPage(Page::notes); },
         [&] { test.editor.Scrolled(MP_SYMBOLRATE, 1); },
@@ -50,16 +53,6 @@ TEST(EditorCells, CommitWhereverTheUserGoes)
         leave();
         EXPECT_EQ(text, test.editor.CellText(MP_USERFIELD, 0));
     }
-}
-
-TEST(EditorCells, ClickElsewhereKeepsTheKeyboardThere)
-{
-    TestEditor test;
-    test.Open({100});
-    test.editor.CellClicked(MP_USERFIELD, 0);
-    test.view.Focus(Control::other, 0);
-    EXPECT_EQ(L"", test.Editing());
-    EXPECT_EQ(Focused(Control::other, 0), test.view.focus);
 }
 
 TEST(EditorCells, FillAChannelFromThePlaceholderByKeyboardAlone)
@@ -83,7 +76,10 @@ TEST(EditorCells, FillAChannelFromThePlaceholderByKeyboardAlone)
     test.Tab();
     EXPECT_EQ(L"10/1 -", test.Editing());
     test.Enter();
-    EXPECT_EQ(2, test.editor.RowCount(Grid::channels));
+    EXPECT_EQ(2, test.editor.RowCount(Grid::channels)) << "a placeholder that was left as it was";
+    test.Set(MP_SYMBOLRATE, 1, L"5.0");
+    EXPECT_EQ(L"6.875 5.0 -", test.Texts(MP_SYMBOLRATE)) << "typed into the placeholder";
+    test.Execute(RowCommand::remove, MP_SYMBOLRATE, 1);
     test.editor.Ok();
     ASSERT_EQ(L"OK", test.editor.Tag());
     EXPECT_EQ(1, test.document.ListSize());
@@ -92,29 +88,27 @@ TEST(EditorCells, FillAChannelFromThePlaceholderByKeyboardAlone)
     EXPECT_EQ(L"ZDF HD", test.document.UserField(1));
 }
 
-TEST(EditorCells, SymbolRateTypedIntoThePlaceholderIsKept)
-{
-    TestEditor test;
-    test.Open({});
-    test.Set(MP_SYMBOLRATE, 0, L"5.0");
-    EXPECT_EQ(L"5.0 -", test.Texts(MP_SYMBOLRATE));
-    test.Set(MP_FREQUENCY, 1, L"-");
-    EXPECT_EQ(2, test.editor.RowCount(Grid::channels));
-}
-
-TEST(EditorCells, TabGoesRoundTheGridInBothDirections)
+TEST(EditorCells, TabGoesRoundEitherGridInBothDirections)
 {
     TestEditor test;
     test.Open({100, 200});
     test.editor.BeginCellEdit(MP_USERFIELD, 0, 0);
-    const wchar_t* const back[] = {L"12/2 -", L"11/2 -", L"10/2 -", L"12/1 6.900"};
-    for (const wchar_t* const cell : back) {
+    for (const wchar_t* const cell : {L"12/2 -", L"11/2 -", L"10/2 -", L"12/1 6.900"}) {
         test.Tab(true);
         EXPECT_EQ(cell, test.Editing());
     }
     test.editor.BeginCellEdit(MP_SYMBOLRATE, 2, 0);
     test.Tab();
     EXPECT_EQ(L"10/0 A", test.Editing());
+
+    test.editor.SelectPage(Page::parameters);
+    test.editor.CellClicked(captionColumn, 0);
+    EXPECT_EQ(L"", test.Editing());
+    test.editor.CellClicked(captionColumn, 30);
+    test.Tab();
+    EXPECT_EQ(L"0/1 Input Route", test.Editing());
+    test.Tab(true);
+    EXPECT_EQ(L"0/30 Data Errors (%)", test.Editing());
 }
 
 TEST(EditorCells, FilterKeysByColumnAndLocale)

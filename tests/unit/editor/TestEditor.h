@@ -109,8 +109,8 @@ public:
         EXPECT_EQ(editor.OkIsDefault(), view.okIsDefault);
     }
 
-    /// Channels "A", "B", ... at the frequencies given, 6.9 MSymb/s each, and the editor open on its frequency page.
-    void Open(const std::vector<double>& frequencies)
+    /// Channels "A", "B", ... at the frequencies given, 6.9 MSymb/s each.
+    void Put(const std::vector<double>& frequencies)
     {
         document.ListSize(static_cast<int32_t>(frequencies.size()));
         for (int32_t channel = 1; channel <= document.ListSize(); ++channel) {
@@ -118,7 +118,11 @@ public:
             document.SymbolRate(channel, 6.9);
             document.UserField(channel, std::wstring(1, static_cast<wchar_t>(L'A' + channel - 1)));
         }
-        document.dirty = false;
+    }
+    /// The same, and the editor open on its frequency page.
+    void Open(const std::vector<double>& frequencies)
+    {
+        Put(frequencies);
         Open();
         editor.SelectPage(Page::frequencies);
     }
@@ -141,6 +145,12 @@ public:
     void Enter() { EXPECT_TRUE(editor.CellKeyDown(13, false)); }
     void Escape() { EXPECT_TRUE(editor.CellKeyDown(27, false)); }
     void Tab(bool shift = false) { EXPECT_TRUE(editor.CellKeyDown(9, shift)); }
+    /// Selects a row and does something with it.
+    void Execute(RowCommand command, Column column, int32_t row)
+    {
+        editor.RowSelected(column, row);
+        editor.Execute(command, GridOf(column));
+    }
     /// Puts a text into a cell.
     void Set(Column column, int32_t row, std::wstring_view text)
     {

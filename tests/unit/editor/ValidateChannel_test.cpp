@@ -47,10 +47,8 @@ TEST_F(ValidateChannelTest, TellsBothFaultsInOneBoxAndChangesNothing)
     EXPECT_EQ(2, Validate(2.5, 7.0004));
     EXPECT_EQ(
         L"Frequency too low.\n\nPlease enter a value expressed in MHz between 3 and 1000.0000009, to a resolution of "
-        L"0.1 "
-        L"Hz.\n\nSymbol Rate too high.\n\nPlease enter a value expressed in MSymb/s, between 0.1 and 7, to a "
-        L"resolution "
-        L"of 1000 SPS.",
+        L"0.1 Hz.\n\nSymbol Rate too high.\n\nPlease enter a value expressed in MSymb/s, between 0.1 and 7, to a "
+        L"resolution of 1000 SPS.",
         Message());
     EXPECT_EQ(L"Setup", messages.messages[0].title);
     EXPECT_EQ(MessageIcon::warning, messages.messages[0].icon);
@@ -64,8 +62,7 @@ TEST_F(ValidateChannelTest, WritesNumbersWithTheUsersSeparator)
     EXPECT_EQ(3, Validate(100, 0));
     EXPECT_EQ(
         L"Symbol Rate too low.\n\nPlease enter a value expressed in MSymb/s, between 0,1 and 7, to a resolution of "
-        L"1000 "
-        L"SPS.",
+        L"1000 SPS.",
         Message());
     Validate(3.3, 6.9);
     EXPECT_EQ(L"Frequency rounded to 3,2999999 MHz.", Message());

@@ -8,6 +8,14 @@
 namespace tvn2x {
 namespace {
 
+/// A setting of the setup, lists of options that fit it, and lists that do not although they look like it.
+struct Case
+{
+    int32_t value;
+    std::vector<std::wstring> fitting;
+    std::vector<std::wstring> missing;
+};
+
 class HardwareCheckTest : public testing::Test
 {
 protected:
@@ -19,6 +27,21 @@ protected:
     {
     }
 
+    /// Puts each setting into the setup and asks whether the receiver can do it.
+    template <class Put, class Ask>
+    void ExpectAnswers(std::initializer_list<Case> cases, Put put, Ask ask)
+    {
+        for (const Case& row : cases) {
+            put(row.value);
+            for (const auto& [lists, expected] : {std::pair{row.fitting, true}, {row.missing, false}}) {
+                for (const std::wstring& options : lists) {
+                    receiver.options = options;
+                    EXPECT_EQ(ask(), expected) << row.value << " " << testing::PrintToString(options);
+                }
+            }
+        }
+    }
+
     SetupDocument document;
     CallLog log;
     ScriptedReceiver receiver{log};
@@ -26,92 +49,53 @@ protected:
     HardwareCheck check;
 };
 
-/// A setting of the setup, a list of options that fits it, and lists that do not although they look like it.
-struct Case
-{
-    int32_t value;
-    std::vector<std::wstring> fitting;
-    std::vector<std::wstring> missing;
-};
-
 TEST_F(HardwareCheckTest, ModeNeedsItsOptionAsAWholeEntryInThisLetterCase)
 {
-    const Case cases[] = {
-        {4, {L"KTR-H2", L"A,KTR-H2,B"}, {L"", L"ktr-h2", L"KTR-H22", L"XKTR-H2", L"A, KTR-H2", L"KTR-H7"}},
-        {6, {L"KTR-S31", L"B,KTR-S31"}, {L"KTR-S33", L"KTR-S311", L"KTR-H2"}},
-        {7, {L"KTR-S33", L"KTR-S33,B"}, {L"KTR-S31", L"KTR-s33"}},
-        {8, {L"KTR-S31"}, {L"KTR-S33", L"KTR-S3"}},
-        {13, {L"KTR-H7"}, {L"KTR-H2", L"KTR-H7 "}},
-        {14, {L"KTR-S32"}, {L"KTR-S31,KTR-S33"}},
-        {1, {L"", L"KTR-H2"}, {}},  // modes that need no option
-        {0, {L""}, {}},
-        {-3, {L""}, {}},
+    const auto canDo = [&] {
+        receiver.mode = document.mode + 1;
+        const bool inactive = check.Mode() == HardwareCheck::modeInactive;
+        receiver.mode = document.mode;
+        EXPECT_EQ(check.Mode(), inactive ? HardwareCheck::modeActive : HardwareCheck::modeMissing);
+        return inactive;
     };
-    for (const Case& row : cases) {
-        document.mode = row.value;
-        for (const std::wstring& options : row.fitting) {
-            SCOPED_TRACE(testing::PrintToString(row.value) + testing::PrintToString(options));
-            receiver.options = options;
-            receiver.mode = row.value;
-            EXPECT_EQ(check.Mode(), HardwareCheck::modeActive);
-            receiver.mode = row.value + 1;
-            EXPECT_EQ(check.Mode(), HardwareCheck::modeInactive);
-        }
-        for (const std::wstring& options : row.missing) {
-            receiver.options = options;
-            receiver.mode = row.value;
-            EXPECT_EQ(check.Mode(), HardwareCheck::modeMissing) << row.value << " " << testing::PrintToString(options);
-        }
-    }
+    ExpectAnswers(
+        {
+            {4, {L"KTR-H2", L"A,KTR-H2,B"}, {L"", L"ktr-h2", L"KTR-H22", L"XKTR-H2", L"A, KTR-H2", L"KTR-H7"}},
+            {6, {L"KTR-S31", L"B,KTR-S31"}, {L"KTR-S33", L"KTR-S311", L"KTR-H2"}},
+            {7, {L"KTR-S33", L"KTR-S33,B"}, {L"KTR-S31", L"KTR-s33"}},
+            {8, {L"KTR-S31"}, {L"KTR-S33", L"KTR-S3"}},
+            {13, {L"KTR-H7"}, {L"KTR-H2", L"KTR-H7 "}},
+            {14, {L"KTR-S32"}, {L"KTR-S31,KTR-S33"}},
+            {1, {L"", L"KTR-H2"}, {}},  // modes that need no option
+            {0, {L""}, {}},
+            {-3, {L""}, {}},
+        },
+        [&](int32_t mode) { document.mode = mode; }, canDo);
 }
 
-TEST_F(HardwareCheckTest, InputPort)
+TEST_F(HardwareCheckTest, InputFilterAndReferenceNeedTheirOptions)
 {
-    const Case cases[] = {
-        {2, {L"EAMOD", L"XEAMODX"}, {L"eamod", L"RB,KTR-H5"}},
-        {4, {L"RB", L"A,RBX"}, {L"rb", L"EAMOD"}},
-        {50, {L"KTR-H5", L"KTR-H55"}, {L"KTR-H4", L""}},
-        {75, {L"KTR-H5"}, {L"RB,EAMOD"}},
-        {1, {}, {L"EAMOD,RB,KTR-H5"}},
-        {0, {}, {L"EAMOD,RB,KTR-H5"}},
-    };
-    for (const Case& row : cases) {
-        document.Zin(row.value);
-        for (const auto& [lists, expected] : {std::pair{row.fitting, true}, {row.missing, false}}) {
-            for (const std::wstring& options : lists) {
-                receiver.options = options;
-                EXPECT_EQ(check.InputPort(), expected) << row.value << " " << testing::PrintToString(options);
-            }
-        }
-    }
-}
-
-TEST_F(HardwareCheckTest, SawFilter)
-{
-    const Case cases[] = {
-        {2, {L"KTR-H6", L"A,KTR-H6,B"}, {L"KTR-H66", L"KTR-H8 (or KTR-H9)"}},
-        {6, {L"KTR-H8 (or KTR-H9)", L"KTR-H8 "}, {L"KTR-H8", L"A,KTR-H8,B", L"KTR-H9"}},
-        {7, {L"KTR-H8 (or KTR-H9)", L"(or KTR-H9),B"}, {L"KTR-H9", L"(or KTR-H9) ,B", L"KTR-H8 "}},
-        {8, {L"KTR-H4"}, {L"KTR-H45", L"ktr-h4"}},
-    };
-    for (const Case& row : cases) {
-        document.SawBw(row.value);
-        for (const auto& [lists, expected] : {std::pair{row.fitting, true}, {row.missing, false}}) {
-            for (const std::wstring& options : lists) {
-                receiver.options = options;
-                EXPECT_EQ(check.SawFilterBw(), expected) << row.value << " " << testing::PrintToString(options);
-            }
-        }
-    }
-}
-
-TEST_F(HardwareCheckTest, ExternalReferenceNeedsItsInput)
-{
-    document.ReferenceSource(1);
-    receiver.options = L"A,XEXTREF2";
-    EXPECT_TRUE(check.ExtRef());
-    receiver.options = L"ExtRef";
-    EXPECT_FALSE(check.ExtRef());
+    ExpectAnswers(
+        {
+            {2, {L"EAMOD", L"XEAMODX"}, {L"eamod", L"RB,KTR-H5"}},
+            {4, {L"RB", L"A,RBX"}, {L"rb", L"EAMOD"}},
+            {50, {L"KTR-H5", L"KTR-H55"}, {L"KTR-H4", L""}},
+            {75, {L"KTR-H5"}, {L"RB,EAMOD"}},
+            {1, {}, {L"EAMOD,RB,KTR-H5"}},
+            {0, {}, {L"EAMOD,RB,KTR-H5"}},
+        },
+        [&](int32_t route) { document.Zin(route); }, [&] { return check.InputPort(); });
+    ExpectAnswers(
+        {
+            {2, {L"KTR-H6", L"A,KTR-H6,B"}, {L"KTR-H66", L"KTR-H8 (or KTR-H9)"}},
+            {6, {L"KTR-H8 (or KTR-H9)", L"KTR-H8 "}, {L"KTR-H8", L"A,KTR-H8,B", L"KTR-H9"}},
+            {7, {L"KTR-H8 (or KTR-H9)", L"(or KTR-H9),B"}, {L"KTR-H9", L"(or KTR-H9) ,B", L"KTR-H8 "}},
+            {8, {L"KTR-H4"}, {L"KTR-H45", L"ktr-h4"}},
+        },
+        [&](int32_t filter) { document.SawBw(filter); }, [&] { return check.SawFilterBw(); });
+    ExpectAnswers(
+        {{1, {L"A,XEXTREF2"}, {L"ExtRef"}}}, [&](int32_t source) { document.ReferenceSource(source); },
+        [&] { return check.ExtRef(); });
 }
 
 TEST_F(HardwareCheckTest, AsksTheReceiverOnlyWhereItHasToAnswer)
@@ -134,13 +118,11 @@ TEST_F(HardwareCheckTest, AsksTheReceiverOnlyWhereItHasToAnswer)
 TEST_F(HardwareCheckTest, ErrorsOfTheReceiverArePassedOnByTheQuestions)
 {
     document.ReferenceSource(1);
-    for (const std::function<void()>& question :
-         {std::function<void()>([&] { check.Mode(); }), {[&] { check.ExtRef(); }}, {[&] { check.InputPort(); }}, {[&] {
-              check.SawFilterBw();
-          }}}) {
-        log.FailAt(1, 77, "InstalledOptions");
-        EXPECT_THROW(question(), RaisedError);
-    }
+    log.onCall = [](const std::string&) { throw RaisedError(77, L"XKTR2x", L"No answer"); };
+    EXPECT_THROW(check.Mode(), RaisedError);
+    EXPECT_THROW(check.ExtRef(), RaisedError);
+    EXPECT_THROW(check.InputPort(), RaisedError);
+    EXPECT_THROW(check.SawFilterBw(), RaisedError);
 }
 
 TEST_F(HardwareCheckTest, ActivateModeSetsTheModeOnlyWhereItIsAnotherOne)
@@ -163,22 +145,16 @@ TEST_F(HardwareCheckTest, ActivateModeSetsTheModeOnlyWhereItIsAnotherOne)
 TEST_F(HardwareCheckTest, ActivateModeGoesOnAfterAnErrorAndAnswersByTheLastModeRead)
 {
     receiver.options = L"KTR-H2";
-    // InstalledOptions, Mode, Mode, Mode 4, Mode: the n-th of them fails.
-    const struct
-    {
-        bool result;
-        size_t calls;
-        int32_t mode;
-    } expected[] = {{false, 1, 6}, {false, 2, 6}, {true, 5, 4}, {false, 5, 6}, {false, 5, 4}, {true, 5, 4}};
+    // InstalledOptions, Mode, Mode, Mode 4, Mode: the n-th of them fails. The answer, the calls and the mode are then:
+    const std::tuple<bool, size_t, int32_t> expected[] = {{false, 1, 6}, {false, 2, 6}, {true, 5, 4},
+                                                          {false, 5, 6}, {false, 5, 4}, {true, 5, 4}};
     for (int n = 1; n <= 6; ++n) {
         SCOPED_TRACE(n);
         receiver.mode = 6;
         log.calls.clear();
         log.FailAt(n, 77);
-        const auto& row = expected[n - 1];
-        EXPECT_EQ(check.ActivateMode(), row.result);
-        EXPECT_EQ(log.calls.size(), row.calls);
-        EXPECT_EQ(receiver.mode, row.mode);
+        const bool result = check.ActivateMode();
+        EXPECT_EQ(std::tuple(result, log.calls.size(), receiver.mode), expected[n - 1]);
         log.Disarm();
     }
 }

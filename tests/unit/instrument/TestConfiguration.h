@@ -56,6 +56,34 @@ struct TestConfiguration
     ScriptedErrorReporter errors{log};
 };
 
+/// Runs the test with every call failing in turn, and with the stop flag set from every call on: nothing follows an
+/// error, and a stop takes effect within one step. The test says what must have been done by then.
+template <class Test>
+void ExpectOrderlyEndInEachCall(const std::string& lastCall, size_t longestStep)
+{
+    for (const bool fails : {true, false}) {
+        bool hurt = true;
+        for (int n = 1; hurt; ++n) {
+            SCOPED_TRACE((fails ? "failure " : "stop ") + std::to_string(n));
+            Test test;
+            test.receiver.mode = 6;
+            fails ? test.log.FailAt(n, 4711) : test.log.StopAt(n);
+            const std::optional<RaisedError> error = test.Run();
+            hurt = test.log.Triggered();
+            EXPECT_EQ(error.has_value(), fails && hurt);
+            const std::vector<std::string>& calls = test.log.calls;
+            if (error) {
+                EXPECT_TRUE(error->number == 4711 && error->source == L"XKTR2x" && error->description == L"scripted");
+                EXPECT_EQ(calls.size(), static_cast<size_t>(n));
+            } else {
+                EXPECT_TRUE(calls.back() == lastCall || (!fails && calls.back() == "StopFlag"));
+                EXPECT_TRUE(fails || calls.size() <= static_cast<size_t>(n) + longestStep);
+            }
+            test.ExpectDone(calls.size() - (error ? 1 : 0));
+        }
+    }
+}
+
 /// The calls of a run, separated by commas, a line for each progress value.
 inline std::string Lines(const std::vector<std::string>& calls)
 {

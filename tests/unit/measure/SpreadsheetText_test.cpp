@@ -25,22 +25,19 @@ TEST(SpreadsheetText, CellsAreQuotedWhereTheyWouldBeMisread)
 {
     EXPECT_EQ(Row({L"a", L"", L"b;c", L"say \"x\"", L"two\r\nlines", L" blank ", L"d,e", L"\u00C5rhus \u4E2D"}),
               "a;;\"b;c\";\"say \"\"x\"\"\";\"two\r\nlines\";\" blank \";d,e;\xC3\x85rhus \xE4\xB8\xAD");
+    EXPECT_EQ(Row({std::wstring_view(L"a\0b\x1B\x07", 5), L"a\tb"}), "\"a b  \";a\tb") << "control characters";
     EXPECT_EQ(Row({}), "");
     EXPECT_EQ(Row({L"", L""}), ";");
 }
 
 TEST(SpreadsheetText, SeparatorIsTheOneThatTheSpreadsheetSplitsAt)
 {
-    struct Case
-    {
-        const wchar_t *decimal, *list;
-        const char* row;
-    };
-    for (const Case& locale :
-         {Case{L".", L",", "a,b"}, Case{L",", L";", "a;b"}, Case{L".", L";", "a;b"}, Case{L".", L"\t", "a\tb"},
-          Case{L",", L"; ", "a;b"}, Case{L",", L",", "a;b"}, Case{L".", L"", "a,b"}, Case{L",", L"", "a;b"},
-          Case{L".", L"\"", "a;b"}, Case{L".", L"x", "a;b"}, Case{L"", L",", "a,b"}})
-        EXPECT_EQ(Row({L"a", L"b"}, FixedLocale(locale.decimal, locale.list)), locale.row);
+    const std::tuple<const wchar_t*, const wchar_t*, const char*> locales[] = {
+        {L".", L",", "a,b"},  {L",", L";", "a;b"}, {L".", L";", "a;b"}, {L".", L"\t", "a\tb"},
+        {L",", L"; ", "a;b"}, {L",", L",", "a;b"}, {L".", L"", "a,b"},  {L",", L"", "a;b"},
+        {L".", L"\"", "a;b"}, {L".", L"x", "a;b"}, {L"", L",", "a,b"}};
+    for (const auto& [decimal, list, row] : locales)
+        EXPECT_EQ(Row({L"a", L"b"}, FixedLocale(decimal, list)), row);
 }
 
 TEST(SpreadsheetText, TextThatBeginsLikeAFormulaIsMadeHarmless)
@@ -58,11 +55,6 @@ TEST(SpreadsheetText, NumbersAndMarkersStayAsTheyAre)
               "-6,9;+3;-1,5E-8;---;-;<1,7E-8;a=b;1-2");
     const FixedLocale point(L".", L",");
     EXPECT_EQ(Row({L"-6.9", L"-6,9"}, point), "-6.9,\"'-6,9\"") << "no number in this locale";
-}
-
-TEST(SpreadsheetText, ControlCharactersBecomeBlanks)
-{
-    EXPECT_EQ(Row({std::wstring_view(L"a\0b\x1B\x07", 5), L"a\tb"}), "\"a b  \";a\tb");
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <iostream>
 #include <new>
 #include <string>
 
@@ -56,16 +55,6 @@ constexpr size_t fileSize = 8'000'000;
 const std::wstring path = L"C:\\data\\net.ini";
 const std::string head = "[Application]\r\nName=P\r\nVersion=2.0\r\n[Hardware]\r\nModel=2x\r\nMode=4\r\n";
 
-/// Runs a piece of work and gives what it held at most beside what was there before, for each byte of the file.
-template <class Work>
-double HeldPerByte(Work work)
-{
-    const size_t before = held;
-    mostHeld = held;
-    work();
-    return static_cast<double>(mostHeld - before) / fileSize;
-}
-
 std::string Filled(std::string content, const std::string& shape)
 {
     content.reserve(fileSize);
@@ -75,13 +64,12 @@ std::string Filled(std::string content, const std::string& shape)
 }
 
 /// Lines of as few bytes as can be, each with a name of its own.
-std::string Distinct(std::string content, char opener)
+std::string Distinct(std::string content, const std::string& opener)
 {
     constexpr std::string_view letters = "abcdefghijklmnopqrstuvwxyz0123456789!#$%&()*+,-./:<>?@^_{|}~";
     content.reserve(fileSize);
     for (size_t number = 0; content.size() + 8 <= fileSize; ++number) {
-        if (opener != 0)
-            content += opener;
+        content += opener;
         for (size_t rest = number + 1; rest != 0; rest /= letters.size())
             content += letters[rest % letters.size()];
         content += '\n';
@@ -104,13 +92,13 @@ TEST(ProfileMemory, NoFileMakesTheLoaderGrowBeyondASmallMultipleOfItsSize)
     const std::string list = head + "[Frequency List]\r\nCount=400000\r\n";
     const std::pair<const char*, std::string> cases[] = {
         {"no section", Filled("", "x\n")},
-        {"keys in a section that nobody reads", Distinct(head + "[Other]\n", 0)},
+        {"keys in a section that nobody reads", Distinct(head + "[Other]\n", "")},
         {"one long line", Filled(head + "[Frequency List]\r\nCount=1\r\nUser Field  01=", "x")},
         {"nothing but line ends", Filled(list, "\n")},
         {"the same key again and again", Filled(list, "a\n")},
         {"the empty key again and again", Filled(list, "=\n")},
-        {"distinct keys of a section that is read", Distinct(list, 0)},
-        {"distinct sections", Distinct(head, '[')},
+        {"distinct keys of a section that is read", Distinct(list, "")},
+        {"distinct sections", Distinct(head, "[")},
         {"the same section again and again", Filled(head, "[\n")},
         {"rows", Rows()},
     };
@@ -121,18 +109,16 @@ TEST(ProfileMemory, NoFileMakesTheLoaderGrowBeyondASmallMultipleOfItsSize)
         files.Put(path, content);
         RecordingMessageBoxes messages;
         const FixedLocale locale;
-        const SetupEnvironment environment{files, messages, locale};
-        const double perByte = HeldPerByte([&] {
+        const size_t before = held;
+        mostHeld = held;
+        try {
             SetupDocument document;
             std::wstring model = L"2x";
             int32_t mode = 4;
-            try {
-                LoadSetup(document, environment, L"P", path, model, mode);
-            } catch (const RaisedError&) {
-            }
-        });
-        EXPECT_LE(perByte, most) << name;
-        std::cout << "  " << name << ": " << perByte << " bytes for each byte of the file\n";
+            LoadSetup(document, {files, messages, locale}, L"P", path, model, mode);
+        } catch (const RaisedError&) {
+        }
+        EXPECT_LE(static_cast<double>(mostHeld - before) / fileSize, most) << name;
     }
 }
 

@@ -2,12 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
-#include "setup/ProfileCalls.h"
 #include "setup/ProfileFile.h"
 #include "setup/ProfileStore.h"
 #include "support/MemoryFiles.h"
@@ -19,6 +22,9 @@ struct Rule
 {
     std::string id, file, call, arguments, expected, windows, note;
 };
+
+/// An argument of a call. A null text is a null pointer.
+using RuleText = std::optional<std::string>;
 
 inline std::vector<std::string> Split(const std::string& text, char separator)
 {
@@ -52,7 +58,7 @@ inline std::vector<Rule> Rules(const std::filesystem::path& table)
 }
 
 /// A C literal with its quotes; "-" and NULL are no text.
-inline ProfileCalls::Text Unescape(const std::string& literal)
+inline RuleText Unescape(const std::string& literal)
 {
     if (literal.empty() || literal[0] != '"')
         return std::nullopt;
@@ -91,48 +97,78 @@ inline std::string Escape(const std::string& text)
     return literal + '"';
 }
 
-/// What our own engine answers.
+/// What our own engine answers where it stands in for the system's functions, with their buffers.
 inline std::string AnswerTo(const Rule& rule)
 {
+    using Names = std::vector<std::string>;
     const std::wstring path = L"C:\\data\\rules.ini";
     MemoryFiles files;
-    if (const ProfileCalls::Text content = Unescape(rule.file))
+    if (const RuleText content = Unescape(rule.file))
         files.Put(path, *content);
     ProfileStore store(files);
     store.Bind(path);
-    ProfileCalls calls(store);
+    const ProfileFile& profile = store.Profile();
     const std::vector<std::string> arguments = Split(rule.arguments, ',');
-    const auto text = [&](size_t i) { return Unescape(arguments[i]); };
-    const auto number = [&](size_t i) { return std::stoll(arguments[i]); };
-    const auto answer = [](const ProfileAnswer& given) {
-        return "ret=" + std::to_string(given.result) + " buf=" + Escape(given.buffer);
+    const auto text = [&](size_t i) {
+        const RuleText given = Unescape(arguments[i]);
+        return given && profile.IsUnicode() ? profile.Encode(ProfileFile().Decode(*given)) : given;
+    };
+    const auto number = [&] { return std::stoll(arguments.back()); };
+    const auto filled = [](std::string buffer, size_t nuls) {
+        const std::string result = std::to_string(buffer.size());
+        return "ret=" + result + " buf=" + Escape(buffer.append(nuls, '\0'));
+    };
+    const auto single = [&](const std::string& value) {
+        const auto size = static_cast<size_t>(number());
+        return filled(value.substr(0, size - std::min<size_t>(size, 1)), size == 0 ? 0 : 1);
+    };
+    // Names that are each ended by a NUL. A list that is too long is cut two characters short of the buffer.
+    const auto list = [&](const Names& names, size_t nulsIfEmpty) {
+        std::string all;
+        for (const std::string& name : names)
+            all.append(name).push_back('\0');
+        const auto size = static_cast<size_t>(number());
+        const bool fits = all.size() < size && !all.empty();
+        all.resize(fits ? all.size() : std::min(all.size(), size - 2));
+        return filled(all, fits ? 1 : all.empty() ? nulsIfEmpty : 2);
     };
     const auto written = [&](bool result) {
         return "ret=" + std::to_string(result ? 1 : 0) +
                " file=" + (files.Exists(path) ? Escape(files.Content(path)) : "-");
     };
 
-    if (rule.call == "GetPrivateProfileStringA")
-        return answer(calls.GetString(text(0), text(1), text(2), static_cast<size_t>(number(3))));
-    if (rule.call == "GetPrivateProfileSectionA")
-        return answer(calls.GetSection(text(0), static_cast<size_t>(number(1))));
-    if (rule.call == "GetPrivateProfileSectionNamesA")
-        return answer(calls.GetSectionNames(static_cast<size_t>(number(0))));
-    if (rule.call == "GetPrivateProfileIntA")
-        return "ret=" + std::to_string(calls.GetInt(text(0), text(1), static_cast<uint32_t>(number(2))));
-    if (rule.call == "WritePrivateProfileStringA")
-        return written(calls.WriteString(text(0), text(1), text(2)));
-    if (rule.call == "WritePrivateProfileSectionA") {
-        ProfileFile profile(files.Content(path));
-        const std::string list = *text(1);
+    const std::string& call = rule.call;
+    if (call == "GetPrivateProfileSectionNamesA")
+        return list(profile.GetSectionNames(), 1);
+    const RuleText section = text(0);
+    if (call == "GetPrivateProfileSectionA")
+        return section ? list(profile.GetSection(*section), 2) : filled("", 0);
+    const RuleText key = text(1);
+    if (call == "GetPrivateProfileIntA")
+        return "ret=" +
+               std::to_string(section && key ? profile.GetInt(*section, *key, static_cast<uint32_t>(number())) : 0);
+    if (call == "GetPrivateProfileStringA") {
+        if (section && key) {
+            const std::string value(profile.GetString(*section, *key, text(2).value_or("")));
+            return single(profile.IsUnicode() ? ProfileFile().Encode(profile.Decode(value)) : value);
+        }
+        Names names = section ? profile.GetSection(*section) : profile.GetSectionNames();
+        for (std::string& name : names)
+            name.resize(std::min(name.size(), section ? name.find('=') : name.size()));
+        return names.empty() ? single(section ? text(2).value_or("") : "") : list(names, 1);
+    }
+    if (call == "WritePrivateProfileStringA")
+        return written(section && (key ? store.Write(*section, *key, text(2)) : store.DeleteSection(*section)));
+    if (call == "WritePrivateProfileSectionA") {
+        ProfileFile changed(files.Content(path));
         std::vector<std::string_view> lines;
-        for (size_t start = 0, stop; (stop = list.find('\0', start)) != std::string::npos; start = stop + 1)
-            lines.push_back(std::string_view(list).substr(start, stop - start));
-        const bool result = profile.WriteSection(*text(0), lines);
-        files.Put(path, profile.Render());
+        for (std::string_view rest = *key; !rest.empty(); rest.remove_prefix(lines.back().size() + 1))
+            lines.push_back(rest.substr(0, rest.find('\0')));
+        const bool result = changed.WriteSection(*section, lines);
+        files.Put(path, changed.Render());
         return written(result);
     }
-    ADD_FAILURE() << "unknown call " << rule.call;
+    ADD_FAILURE() << "unknown call " << call;
     return {};
 }
 

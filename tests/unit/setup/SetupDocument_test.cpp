@@ -8,21 +8,13 @@
 #include <string>
 #include <vector>
 
-#include "util/RaisedError.h"
+#include "support/DocumentParts.h"
+#include "support/RaisedBy.h"
+
+using namespace std::string_literals;
 
 namespace tvn2x {
 namespace {
-
-/// Number and source of the error that an action raises, "" where it raises none.
-std::wstring ErrorOf(const std::function<void()>& action)
-{
-    try {
-        action();
-    } catch (const RaisedError& raised) {
-        return std::to_wstring(raised.number) + L" " + raised.source + L": " + raised.description;
-    }
-    return {};
-}
 
 TEST(Parameters, LevelUnitsMapToTheReceiversCodesAndBack)
 {
@@ -34,15 +26,13 @@ TEST(Parameters, LevelUnitsMapToTheReceiversCodesAndBack)
     EXPECT_EQ(L"", LevelUnitName(6));
     EXPECT_EQ(L"", LevelUnitName(-1));
     for (const wchar_t* const none : {L"", L"dbmv", L"DBM", L"dB\u03BCV", L"dBmV "})
-        EXPECT_EQ(-1, LevelUnitCode(none)) << std::wstring(none).size();
+        EXPECT_EQ(-1, LevelUnitCode(none)) << none;
 }
 
 TEST(Parameters, EveryParameterHasACaptionAndOnlyReadingsAFormat)
 {
-    for (int32_t parameter = MP_FIRST; parameter <= MP_LAST; ++parameter) {
-        EXPECT_NE(L"", DefaultCaption(parameter)) << parameter;
-        EXPECT_TRUE(parameter >= MP_RFLEV || DisplayFormat(parameter).empty()) << parameter;
-    }
+    for (int32_t parameter = MP_FIRST; parameter <= MP_LAST; ++parameter)
+        EXPECT_TRUE(!DefaultCaption(parameter).empty() && (parameter >= MP_RFLEV || DisplayFormat(parameter).empty()));
     EXPECT_EQ(L"", DefaultCaption(0));
     EXPECT_EQ(L"", DefaultCaption(31));
     EXPECT_EQ(L"#0", DisplayFormat(MP_FREQOFF));
@@ -57,60 +47,55 @@ TEST(SetupDocument, StartsWithOneChannelAndEverythingMeasuredShown)
     EXPECT_EQ(213.0, document.Frequency(1));
     EXPECT_EQ(6.9, document.SymbolRate(1));
     EXPECT_EQ(L"My Channel", document.UserField(1));
-    EXPECT_EQ(10, document.BerSamples());
-    EXPECT_EQ(2, document.XAxis(0));
-    EXPECT_EQ(2, document.XAxis(1));
-    EXPECT_EQ(L"Untitled", document.FileTitle());
-    EXPECT_EQ(L"", document.FolderOfFile());
+    EXPECT_EQ(6.9, document.DefaultSymbolRate());
+    EXPECT_EQ(std::tuple(L"dBmV"s, 0, 10, 8, 64, 15, 75, 10, true, 2, 2, L""s, false, false), SettingsOf(document));
     ASSERT_EQ(30, document.Count());
-    for (int32_t parameter = MP_FIRST; parameter <= MP_LAST; ++parameter) {
-        EXPECT_EQ(parameter > MP_LASTSTATIC, document.Parameter(1, parameter)) << parameter;
-        EXPECT_TRUE(document.Parameter(2, parameter) && document.Parameter(0, parameter)) << parameter;
-        EXPECT_EQ(parameter, document.Order(parameter));
-        EXPECT_EQ(DefaultCaption(parameter), document.StoredCaption(parameter));
-    }
+    for (int32_t parameter = MP_FIRST; parameter <= MP_LAST; ++parameter)
+        EXPECT_EQ(std::tuple(true, parameter > MP_LASTSTATIC, true, parameter, DefaultCaption(parameter)),
+                  ParametersOf(document)[static_cast<size_t>(parameter) - 1]);
 }
 
 TEST(SetupDocument, EverySetterMarksItDirtyForANewValueOnly)
 {
+    using D = SetupDocument;
     struct Setter
     {
-        const char* name;
-        std::function<void(SetupDocument&)> same, other;
+        std::function<void(D&)> same, other;
         bool marks = true;
     };
-    using D = SetupDocument;
-    const std::vector<Setter> setters{
-        {"ListSize", [](D& d) { d.ListSize(1); }, [](D& d) { d.ListSize(2); }},
-        {"Frequency", [](D& d) { d.Frequency(1, 213); }, [](D& d) { d.Frequency(1, 214); }},
-        {"SymbolRate", [](D& d) { d.SymbolRate(1, 6.9); }, [](D& d) { d.SymbolRate(1, 6.875); }},
-        {"UserField", [](D& d) { d.UserField(1, L"My Channel"); }, [](D& d) { d.UserField(1, L"my channel"); }},
-        {"Parameter", [](D& d) { d.Parameter(2, 3, true); }, [](D& d) { d.Parameter(2, 3, false); }},
-        {"Order", [](D& d) { d.Order(3, 3); }, [](D& d) { d.Order(3, -1); }},
-        {"Caption", [](D& d) { d.Caption(27, L"MER (dB RMS)"); }, [](D& d) { d.Caption(27, L"MER"); }},
-        {"LevelUnit", [](D& d) { d.LevelUnit(L"dBmV"); }, [](D& d) { d.LevelUnit(L"mV"); }},
-        {"ReferenceSource", [](D& d) { d.ReferenceSource(0); }, [](D& d) { d.ReferenceSource(1); }},
-        {"BerSamples", [](D& d) { d.BerSamples(10); }, [](D& d) { d.BerSamples(100); }},
-        {"SawBw", [](D& d) { d.SawBw(8); }, [](D& d) { d.SawBw(0); }},
-        {"OrderOfQam", [](D& d) { d.OrderOfQam(64); }, [](D& d) { d.OrderOfQam(256); }},
-        {"RollOffFactor", [](D& d) { d.RollOffFactor(15); }, [](D& d) { d.RollOffFactor(13); }},
-        {"Zin", [](D& d) { d.Zin(75); }, [](D& d) { d.Zin(50); }},
-        {"DefaultSymbolRate", [](D& d) { d.DefaultSymbolRate(6.9); }, [](D& d) { d.DefaultSymbolRate(5); }},
-        {"MaxSettlingTime", [](D& d) { d.MaxSettlingTime(10); }, [](D& d) { d.MaxSettlingTime(11); }},
-        {"XAxis", [](D& d) { d.XAxis(1, 2); }, [](D& d) { d.XAxis(1, 1); }},
-        {"Notes", [](D& d) { d.Notes(L""); }, [](D& d) { d.Notes(L"n"); }},
-        {"ShowNotesBefore", [](D& d) { d.ShowNotesBefore(false); }, [](D& d) { d.ShowNotesBefore(true); }},
-        {"ShowNotesAfter", [](D& d) { d.ShowNotesAfter(false); }, [](D& d) { d.ShowNotesAfter(true); }},
-        {"Count", [](D& d) { d.Count(30); }, [](D& d) { d.Count(31); }, false},
-        {"CoupleDisplayAndSave", [](D& d) { d.CoupleDisplayAndSave(true); },
-         [](D& d) { d.CoupleDisplayAndSave(false); }, false},
+    const Setter setters[] = {
+        {[](D& d) { d.ListSize(1); }, [](D& d) { d.ListSize(2); }},
+        {[](D& d) { d.Frequency(1, 213); }, [](D& d) { d.Frequency(1, 214); }},
+        {[](D& d) { d.SymbolRate(1, 6.9); }, [](D& d) { d.SymbolRate(1, 6.875); }},
+        {[](D& d) { d.UserField(1, L"My Channel"); }, [](D& d) { d.UserField(1, L"my channel"); }},
+        {[](D& d) { d.Parameter(2, 3, true); }, [](D& d) { d.Parameter(2, 3, false); }},
+        {[](D& d) { d.Order(3, 3); }, [](D& d) { d.Order(3, -1); }},
+        {[](D& d) { d.Caption(27, L"MER (dB RMS)"); }, [](D& d) { d.Caption(27, L"MER"); }},
+        {[](D& d) { d.LevelUnit(L"dBmV"); }, [](D& d) { d.LevelUnit(L"mV"); }},
+        {[](D& d) { d.DefaultSymbolRate(6.9); }, [](D& d) { d.DefaultSymbolRate(5); }},
+        {[](D& d) { d.XAxis(1, 2); }, [](D& d) { d.XAxis(1, 1); }},
+        {[](D& d) { d.Notes(L""); }, [](D& d) { d.Notes(L"n"); }},
+        {[](D& d) { d.ShowNotesBefore(false); }, [](D& d) { d.ShowNotesBefore(true); }},
+        {[](D& d) { d.ShowNotesAfter(false); }, [](D& d) { d.ShowNotesAfter(true); }},
+        {[](D& d) { d.Count(30); }, [](D& d) { d.Count(31); }, false},
+        {[](D& d) { d.CoupleDisplayAndSave(true); }, [](D& d) { d.CoupleDisplayAndSave(false); }, false},
     };
     for (const Setter& setter : setters) {
         SetupDocument document;
         setter.same(document);
-        EXPECT_FALSE(document.dirty) << setter.name;
+        EXPECT_FALSE(document.dirty) << "row " << &setter - setters;
         setter.other(document);
-        EXPECT_EQ(setter.marks, document.dirty) << setter.name;
+        EXPECT_EQ(setter.marks, document.dirty) << "row " << &setter - setters;
+    }
+    using Number = std::pair<void (D::*)(int32_t), int32_t>;
+    for (const auto& [set, value] :
+         {Number(&D::ReferenceSource, 0), Number(&D::BerSamples, 10), Number(&D::SawBw, 8), Number(&D::OrderOfQam, 64),
+          Number(&D::RollOffFactor, 15), Number(&D::Zin, 75), Number(&D::MaxSettlingTime, 10)}) {
+        SetupDocument document;
+        (document.*set)(value);
+        EXPECT_FALSE(document.dirty) << value;
+        (document.*set)(value + 1);
+        EXPECT_TRUE(document.dirty) << value;
     }
 }
 
@@ -127,8 +112,8 @@ TEST(SetupDocument, ANewListSizeClearsEveryRowAndTheSameSizeNone)
         EXPECT_EQ(none, document.ListSize());
         document.UserField(0, L"row 0");
         EXPECT_EQ(L"row 0", document.UserField(0));
-        EXPECT_NE(L"", ErrorOf([&] { document.Frequency(1); }));
-        EXPECT_NE(L"", ErrorOf([&] { document.Frequency(none - 1); }));
+        EXPECT_NE(L"", RaisedBy([&] { document.Frequency(1); }));
+        EXPECT_NE(L"", RaisedBy([&] { document.Frequency(none - 1); }));
     }
 }
 
@@ -136,8 +121,8 @@ TEST(SetupDocument, AnImpossibleSizeIsOutOfMemoryAndChangesNothing)
 {
     SetupDocument document;
     for (const int32_t size : {std::numeric_limits<int32_t>::max(), 100'000'000}) {
-        EXPECT_EQ(L"7 clsSetup.ListSize: Out of memory", ErrorOf([&] { document.ListSize(size); }));
-        EXPECT_EQ(L"7 clsSetup.Count: Out of memory", ErrorOf([&] { document.Count(size); }));
+        EXPECT_EQ(L"7 clsSetup.ListSize: Out of memory", RaisedBy([&] { document.ListSize(size); }));
+        EXPECT_EQ(L"7 clsSetup.Count: Out of memory", RaisedBy([&] { document.Count(size); }));
     }
     EXPECT_EQ(1, document.ListSize());
     EXPECT_EQ(213.0, document.Frequency(1));
@@ -178,10 +163,9 @@ TEST(SetupDocument, TheRfLevelsCaptionCarriesTheUnitOnlyOutside)
 TEST(SetupDocument, AnIndexOutsideItsTableRaisesNineAndNamesTheProperty)
 {
     SetupDocument document;
-    const std::vector<std::pair<const wchar_t*, std::function<void()>>> accesses{
+    const std::pair<const wchar_t*, std::function<void()>> accesses[] = {
         {L"Frequency", [&] { document.Frequency(0); }},
-        {L"Frequency", [&] { document.Frequency(2, 100); }},
-        {L"SymbolRate", [&] { document.SymbolRate(-1, 6); }},
+        {L"SymbolRate", [&] { document.SymbolRate(2, 6); }},
         {L"UserField", [&] { document.UserField(std::numeric_limits<int32_t>::min(), L""); }},
         {L"Parameter", [&] { document.Parameter(3, 1, false); }},
         {L"Parameter", [&] { document.Parameter(-1, 1); }},
@@ -192,13 +176,15 @@ TEST(SetupDocument, AnIndexOutsideItsTableRaisesNineAndNamesTheProperty)
         {L"XAxis", [&] { document.XAxis(-1, 1); }},
     };
     for (const auto& [property, access] : accesses)
-        EXPECT_EQ(std::wstring(L"9 clsSetup.") + property + L": Subscript out of range", ErrorOf(access));
+        EXPECT_EQ(std::wstring(L"9 clsSetup.") + property + L": Subscript out of range", RaisedBy(access));
     EXPECT_FALSE(document.dirty);
 }
 
 TEST(SetupDocument, TitleAndFolderComeFromTheFullPath)
 {
     SetupDocument document;
+    EXPECT_EQ(L"Untitled", document.FileTitle());
+    EXPECT_EQ(L"", document.FolderOfFile());
     document.fullPath = L"C:\\net works\\north.v2.ini";
     EXPECT_EQ(L"north", document.FileTitle());
     EXPECT_EQ(L"C:\\net works", document.FolderOfFile());

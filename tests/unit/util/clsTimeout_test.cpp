@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
-
 #include "support/FakeClock.h"
 
 namespace tvn2x {
@@ -22,40 +20,37 @@ protected:
     clsTimeout timeout{clock};
 };
 
-TEST_F(Timeout, IsReadyUntilStarted)
+TEST_F(Timeout, ExpiresOnlyBeyondItsEndOnWhicheverDay)
 {
-    EXPECT_EQ(timeout.State(), tmoReady);
-    EXPECT_EQ(timeout.Interval(), 0);
-    EXPECT_EQ(clock.reads, 0);
-}
-
-TEST_F(Timeout, ExpiresOnlyBeyondItsEnd)
-{
-    timeout.Start(5);
-    EXPECT_EQ(StateAt(1005), tmoRunning);
-    EXPECT_EQ(StateAt(1005.001), tmoExpired);
-}
-
-TEST_F(Timeout, CrossesMidnight)
-{
-    clock.Set(86399);
-    timeout.Start(5);
-    EXPECT_EQ(StateAt(86399.9), tmoRunning);
-    EXPECT_EQ(StateAt(4), tmoRunning);
-    EXPECT_EQ(StateAt(4.01), tmoExpired);
-}
-
-TEST_F(Timeout, EndingAtMidnightSharpBelongsToTheNextDay)
-{
-    clock.Set(86395);
-    timeout.Start(5);
-    EXPECT_EQ(StateAt(86399.99), tmoRunning);
-    EXPECT_EQ(StateAt(0), tmoRunning);
-    EXPECT_EQ(StateAt(0.01), tmoExpired);
+    struct
+    {
+        double start;
+        float seconds;
+        double then;
+        tmoStates state;
+    } const cases[] = {
+        {1000, 5, 1005, tmoRunning},       {1000, 5, 1005.001, tmoExpired},
+        {1000, 0, 1000, tmoRunning},  // without an interval it runs for one tick
+        {1000, 0, 1000.001, tmoExpired},   {1000, -1, 1000, tmoExpired},
+        {86399, 5, 86399.9, tmoRunning},  // across midnight
+        {86399, 5, 4, tmoRunning},         {86399, 5, 4.01, tmoExpired},
+        {86395, 5, 86399.99, tmoRunning},  // midnight sharp belongs to the next day
+        {86395, 5, 0, tmoRunning},         {86395, 5, 0.01, tmoExpired},
+        {86000, 1, 86001.003, tmoRunning},  // in single precision nearer to 86001 than to the next mark
+        {86000, 1, 86001.005, tmoExpired},
+    };
+    for (const auto& [start, seconds, then, state] : cases) {
+        clock.Set(start);
+        timeout.Interval(0);
+        timeout.Start(seconds);
+        EXPECT_EQ(timeout.Interval(), seconds);
+        EXPECT_EQ(StateAt(then), state) << start << " + " << seconds << " at " << then;
+    }
 }
 
 TEST_F(Timeout, StaysExpiredUntilStartOrClear)
 {
+    EXPECT_EQ(timeout.State(), tmoReady);
     timeout.Start(1);
     EXPECT_EQ(StateAt(1002), tmoExpired);
     EXPECT_EQ(StateAt(500), tmoExpired);
@@ -65,43 +60,15 @@ TEST_F(Timeout, StaysExpiredUntilStartOrClear)
     EXPECT_EQ(StateAt(5000), tmoReady);
 }
 
-TEST_F(Timeout, ZeroKeepsTheInterval)
+TEST_F(Timeout, ZeroKeepsTheIntervalAndANewOneDoesNotMoveARunningEnd)
 {
     timeout.Start(3);
     timeout.Start(0);
     EXPECT_EQ(timeout.Interval(), 3);
-    EXPECT_EQ(StateAt(1003), tmoRunning);
-    EXPECT_EQ(StateAt(1003.01), tmoExpired);
-}
-
-TEST_F(Timeout, NewIntervalDoesNotMoveARunningEnd)
-{
-    timeout.Start(3);
     timeout.Interval(100);
     EXPECT_EQ(timeout.Interval(), 100);
+    EXPECT_EQ(StateAt(1003), tmoRunning);
     EXPECT_EQ(StateAt(1003.01), tmoExpired);
-}
-
-TEST_F(Timeout, WithoutIntervalRunsForOneTick)
-{
-    timeout.Start(0);
-    EXPECT_EQ(timeout.State(), tmoRunning);
-    EXPECT_EQ(StateAt(1000.001), tmoExpired);
-}
-
-TEST_F(Timeout, NegativeIntervalExpiresAtOnce)
-{
-    timeout.Start(-1);
-    EXPECT_EQ(timeout.Interval(), -1);
-    EXPECT_EQ(timeout.State(), tmoExpired);
-}
-
-TEST_F(Timeout, MarksHaveSinglePrecision)
-{
-    clock.Set(86000);
-    timeout.Start(1);
-    EXPECT_EQ(StateAt(86001.003), tmoRunning);  // nearer to 86001 than to the next single
-    EXPECT_EQ(StateAt(86001.005), tmoExpired);
 }
 
 TEST_F(Timeout, ReadsTheClockOncePerComparison)

@@ -66,29 +66,21 @@ TEST(FormatNumber, RoundsTiesBehindTheFifteenthDigitAwayFromZero)
     EXPECT_EQ(Format(999999999999999.9), "1E+15");
 }
 
-TEST(FormatNumber, HonoursOptionalPlaces)
+TEST(FormatNumber, HonoursOptionalPlacesAndSaysInWordsWhatIsNoNumber)
 {
+    constexpr double infinity = std::numeric_limits<double>::infinity();
     EXPECT_EQ(Format(1.5, L"0.0##"), "1.5");
     EXPECT_EQ(Format(1.23456, L"0.0##"), "1.235");
     EXPECT_EQ(Format(2, L"0.0##"), "2.0");
     EXPECT_EQ(Format(7, L"0##"), "007");
     EXPECT_EQ(Format(0.4, L"#.0"), ".4");
-}
-
-TEST(AppendNumber, LeavesWhatStandsBefore)
-{
-    std::wstring text = L"a=";
-    AppendNumber(text, -0.5, L"#0.000", false, FixedLocale());
-    AppendNumber(text, 1e20, {}, false, FixedLocale());
-    EXPECT_EQ(text, L"a=-0.5001E+20");
-}
-
-TEST(FormatNumber, SaysInWordsWhatIsNoNumber)
-{
-    constexpr double infinity = std::numeric_limits<double>::infinity();
     EXPECT_EQ(Format(std::nan("")), "NaN");
     EXPECT_EQ(Format(infinity, L"0.0"), "Infinity");
     EXPECT_EQ(Format(-infinity), "-Infinity");
+    std::wstring text = L"a=";
+    AppendNumber(text, -0.5, L"#0.000", false, FixedLocale());
+    AppendNumber(text, 1e20, {}, false, FixedLocale());
+    EXPECT_EQ(text, L"a=-0.5001E+20") << "what stands before it stays";
 }
 
 }  // namespace

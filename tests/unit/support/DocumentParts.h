@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <tuple>
+#include <vector>
+
+#include "setup/SetupDocument.h"
+
+namespace tvn2x {
+
+/// What a document says of the receiver, its notes and its axes, to be compared at once.
+inline auto SettingsOf(const SetupDocument& document)
+{
+    return std::tuple(document.LevelUnit(), document.ReferenceSource(), document.BerSamples(), document.SawBw(),
+                      document.OrderOfQam(), document.RollOffFactor(), document.Zin(), document.MaxSettlingTime(),
+                      document.CoupleDisplayAndSave(), document.XAxis(0), document.XAxis(1), document.Notes(),
+                      document.ShowNotesBefore(), document.ShowNotesAfter());
+}
+
+/// Of each parameter the flags (either, displayed, saved), the position and the caption.
+inline auto ParametersOf(const SetupDocument& document)
+{
+    std::vector<std::tuple<bool, bool, bool, int16_t, std::wstring>> parameters;
+    for (int32_t parameter = 1; parameter <= document.Count(); ++parameter)
+        parameters.emplace_back(document.Parameter(0, parameter), document.Parameter(1, parameter),
+                                document.Parameter(2, parameter), document.Order(parameter),
+                                document.StoredCaption(parameter));
+    return parameters;
+}
+
+}  // namespace tvn2x
