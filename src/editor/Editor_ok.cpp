@@ -121,7 +121,7 @@ bool Editor::CheckNotes(const std::wstring& notes)
 {
     if (CanStoreNotes(notes))
         return true;
-    messages_.Show(L"The notes are too long to be saved: " + std::to_wstring(notes.size()) +
+    messages_.Show(L"The notes are too long to be saved: " + std::to_wstring(ProcessCrLf(notes, 0).size()) +
                        L" characters with their formatting, of at most 32767.\r\n\r\nPlease shorten them.",
                    L"Setup", MessageIcon::warning);
     SelectPage(Page::notes);
