@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "setup/ProfileRules.h"
+#include "setup/SystemProfile.h"
 #include "setup/clsIniFile.h"
 #include "support/RecordingMessageBoxes.h"
 #include "util/FileKit.h"
@@ -105,7 +106,7 @@ TEST_F(ProfileRulesOnWindows, TheSystemAndTheEngineAnswerAlike)
 
 using FilesOnWindows = MachineFolder;
 
-TEST_F(FilesOnWindows, AFileThatSomebodyHoldsIsInUseAndStaysWhole)
+TEST_F(FilesOnWindows, AFileThatSomebodyHoldsOrThatIsReadOnlyStaysWholeAndAHiddenOneStaysHidden)
 {
     const fs::path path = Make(L"net.ini", "old");
     for (const DWORD shared : {DWORD{0}, DWORD{FILE_SHARE_READ}}) {
@@ -117,13 +118,6 @@ TEST_F(FilesOnWindows, AFileThatSomebodyHoldsIsInUseAndStaysWhole)
         EXPECT_EQ(ContentOf(path), "old");
         EXPECT_EQ(FilesInFolder(), 1u) << "no temporary is left";
     }
-    EXPECT_EQ(Replace(path, "new"), FileFault::none);
-    EXPECT_EQ(ContentOf(path), "new");
-}
-
-TEST_F(FilesOnWindows, AReadOnlyFileIsRefusedAndAFolderTooAndAHiddenFileStaysHidden)
-{
-    const fs::path path = Make(L"net.ini", "old");
     SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY);
     EXPECT_EQ(Replace(path, "new"), FileFault::readOnly);
     EXPECT_EQ(ContentOf(path), "old");
@@ -155,25 +149,30 @@ TEST_F(FilesOnWindows, APathBeyondTheUsualLengthIsWrittenAndRead)
 
 TEST_F(FilesOnWindows, WhatAKilledProcessLeftADayAgoIsRemoved)
 {
-    const fs::path stale = Make(UnpredictableName(), "left");
-    const fs::path young = Make(UnpredictableName(), "left");
-    fs::last_write_time(stale, fs::file_time_type::clock::now() - std::chrono::hours(25));
+    const auto make = [this](const std::wstring& name, int hours) {
+        fs::last_write_time(Make(name, "left"), fs::file_time_type::clock::now() - std::chrono::hours(hours));
+        return folder / name;
+    };
+    const fs::path stale = make(UnpredictableName(), 25), young = make(UnpredictableName(), 23);
+    const fs::path foreign = make(L"~tvnnotes.tmp", 100), similar = make(UnpredictableName() + L".ini", 100);
     ASSERT_EQ(Replace(folder / L"net.ini", "new"), FileFault::none);
     EXPECT_FALSE(fs::exists(stale));
-    EXPECT_TRUE(fs::exists(young));
+    EXPECT_TRUE(fs::exists(young) && fs::exists(foreign) && fs::exists(similar));
 }
 
-TEST(WinIni, IsWrittenAndReadThroughTheSystem)
+TEST(WinIni, TakesThePlaceOfThePrivateFileAndIsWrittenAndReadThroughTheSystem)
 {
     RecordingMessageBoxes messages;
     clsIniFile ini(SystemFiles(), messages);
     ini.UseWinINI(true);
+    EXPECT_EQ(ini.FullPath(), WindowsFolder() + L"\\WIN.INI");
     ini.SectionName(UnpredictableName());
     EXPECT_EQ(ini.PutString(L"k", L" v "), -1);
     EXPECT_EQ(ini.PutInt(L"number", -7), -1);
     EXPECT_EQ(ini.GetString(L"k", L"-"), L"v");
     EXPECT_EQ(ini.GetLong(L"number", 1), -7);
     EXPECT_TRUE(ini.SectExist(ini.SectionName()));
+    EXPECT_EQ(ini.GetSectEntries(), std::wstring(L"k=v\0number=-7\0", 14));
     EXPECT_EQ(ini.PutString(L"k", L"x\n[y]"), 0) << "no value can forge a section";
     EXPECT_TRUE(ini.DeleteNumEntry(L"number"));
     EXPECT_EQ(ini.GetLong(L"number", 1), 1);
@@ -182,6 +181,12 @@ TEST(WinIni, IsWrittenAndReadThroughTheSystem)
     EXPECT_FALSE(ini.SectExist(ini.SectionName()));
     ini.UseWinINI(false);
     EXPECT_EQ(ini.FullPath(), ini.PrivPath());
+
+    MemoryFiles files;
+    clsIniFile bare(files, messages);
+    bare.FullPath(L"bare.ini");
+    bare.PutString(L"k", L"1");
+    EXPECT_TRUE(files.Exists(WindowsFolder() + L"\\bare.ini")) << "a bare name means the system's folder";
 }
 
 }  // namespace

@@ -5,7 +5,6 @@ set -euo pipefail
 cd "$(dirname "$0")/../.."
 . tests/system/expect.sh receiver_test
 receivers=$root/examples/receivers
-expect_no_text() { ! grep -qE -- "$1" "$work/out" || fail "prints: $1"; }
 # A receiver with other entries in [Network] than full.ini: NAME LINE...
 receiver() {
     local name=$1 line
@@ -62,7 +61,6 @@ expect_notice 'does not answer'
 [ ! -e unread.ini ] || fail "writes a setup"
 
 # What a receiver has not got.
-receiver internal.ini 'Installed Options=KTR-H2,KTR-H4,KTR-H5'
 setup wanting.ini '10MHz Reference Source=1' 'Input Impedance (ohm)=4' 'SAW Filter Bandwidth (MHz)=6'
 receiver half.ini 'Installed Options=KTR-H2,KTR-H4,KTR-H5,KTR-H8'
 expect_exit 1 check wanting.ini --receiver --network half.ini
@@ -71,9 +69,6 @@ expect_match 'receiver 200117 cannot do this setup$' '^  yes  operating mode: 4 
     'option KTR-H8 \(or KTR-H9\) .* by another name .* bandwidth to Off or 8 MHz'
 expect_exit 0 check wanting.ini --receiver --network "$receivers/full.ini"
 expect_match 'receiver 200117 can do this setup$'
-expect_no_text '^  no '
-expect_exit 0 check wanting.ini # the file itself is in order
-expect_no_text 'this setup'
 expect_exit 2 check wanting.ini --receiver --network off.ini
 expect_notice 'does not answer'
 
@@ -85,10 +80,10 @@ expect_exit 0 scan scan.ini --network "$receivers/full.ini" "${fast[@]}" --write
 expect_notice 'Receiver 200117: can do everything that the setup asks for' 'Configuring KTR'
 expect_text '1 channel, 1 synchronised'
 setup external.ini 'Order Of QAM=256' "${quick[@]}" '10MHz Reference Source=1' 'SAW Filter Bandwidth (MHz)=2'
-expect_exit 2 scan external.ini --network internal.ini "${fast[@]}" --write --journal never.jsonl
+expect_exit 2 scan external.ini --network half.ini "${fast[@]}" --write --journal never.jsonl
 expect_notice 'Order EXTREF' 'Order KTR-H6' 'To scan all the same: --force'
 [ ! -e never.jsonl ] || fail "begins a journal"
-expect_exit 0 scan external.ini --network internal.ini "${fast[@]}" --write --force
+expect_exit 0 scan external.ini --network half.ini "${fast[@]}" --write --force
 expect_notice 'Order EXTREF' 'Going on (--force)'
 expect_text '1 channel, 1 synchronised' # by the receiver's own reference and without a filter
 setup mode.ini 'Mode=6'
@@ -98,7 +93,6 @@ expect_exit 1 scan mode.ini --network "$receivers/full.ini" "${fast[@]}"
 expect_notice 'The receiver was in another operating mode; it is now in mode 6'
 expect_exit 2 scan mode.ini --network "$receivers/bare.ini" "${fast[@]}"
 expect_notice 'Order KTR-S31'
-receiver other-mode-receiver.ini 'Installed Options=KTR-H4,KTR-H5' 'Ignores Missing Modes=Yes'
-expect_exit 2 scan scan.ini --network other-mode-receiver.ini "${fast[@]}" --write --force
+expect_exit 2 scan scan.ini --network ignores.ini "${fast[@]}" --write --force
 expect_notice 'error 1002'
 echo "the receiver answers as it should"

@@ -11,12 +11,8 @@ expect_text 'TVN Host, version 2.0' '  Input route               Receiver (75 oh
     '  1  S22    314.0000000      6.900' '      15   15  RF Level (dBµV)              yes      yes' \
     '  Call before measuring: Vösendorf'
 [ ! -s "$work/err" ] || fail 'has something to tell'
-expect_exit 0 check "$setups/version-2.0.ini"
-expect_text 'version 2.0, 6 channels: nothing doubtful'
 
 # Version 1.4 becomes a present one and stays what it was.
-expect_exit 1 check "$setups/version-1.4.ini"
-expect_text 'line 16: "Frequency 4" was left behind by an early program and is not read'
 expect_exit 0 convert "$setups/version-1.4.ini" -o new.ini
 expect_text 'version-1.4.ini: version 1.4, 3 channels' 'new.ini: version 2.0, 3 channels, 30 parameters'
 expect_notice '2 doubtful things in it. To see them: tvnhost check'
@@ -26,6 +22,7 @@ for setup in "$setups/version-1.4.ini" new.ini; do
 done
 cmp version-1.4.ini.txt new.ini.txt || fail 'a converted setup shows something else'
 expect_exit 0 check new.ini
+expect_text 'version 2.0, 3 channels: nothing doubtful'
 
 # A backup copy knows the real document; what is made of it is no backup copy.
 expect_exit 0 show "$setups/backup.ini"
@@ -46,8 +43,6 @@ done
 [ ! -e never.ini ] || fail 'wrote a setup all the same'
 expect_exit 2 convert new.ini -o new.ini
 expect_notice 'would replace the file that it is made from'
-expect_exit 2 check "$root/tests/data/plans/at-Liwest"
-expect_text 'this is a channel plan, not a setup'
 
 # A text that cannot stand in a setup: the reason, and nothing is written.
 expect_exit 2 import "$root/tests/data/plans/at-Kabelsignal" -o never.ini --title $'one\ntwo'

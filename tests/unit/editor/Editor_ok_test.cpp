@@ -53,7 +53,6 @@ TEST(EditorOk, SettingsThatAreNoChoiceBecomeTheFirst)
     test.document.XAxis(1, 9);
     test.document.OrderOfQam(128);
     test.Open();
-    EXPECT_EQ(L"Off", test.Chosen(Choice::sawFilter));
     EXPECT_EQ(L"RF Level (dBpW)", test.editor.CellText(captionColumn, test.RowOf(MP_RFLEV)));
     test.Choose(Choice::rolloffFactor, L"0.18");
     test.Choose(Choice::berIntegration, L"1000");
@@ -143,34 +142,22 @@ TEST(EditorNotes, KeepTheirKindUntilTheyAreTouched)
     EXPECT_TRUE(test.document.dirty);
 }
 
-TEST(EditorNotes, TakeEnterFromTheButtonWhileTheyHaveTheKeyboard)
+TEST(EditorNotes, ProtectedTextIsColouredAndStaysAsItIsAndEnterIsALine)
 {
     TestEditor test;
     test.Open();
     EXPECT_EQ(L"plain ", test.view.notes);
     test.editor.SelectPage(Page::notes);
-    test.editor.FocusMoved(Control::notes, 0);
-    EXPECT_FALSE(test.editor.OkIsDefault());
-    EXPECT_TRUE(test.editor.CancelIsCancel());
-    test.editor.FocusMoved(Control::other, 0);
-    EXPECT_TRUE(test.editor.OkIsDefault());
-    test.editor.FocusMoved(Control::notes, 0);
-    test.editor.SelectPage(Page::settings);
-    EXPECT_TRUE(test.editor.OkIsDefault());
-}
-
-TEST(EditorNotes, ProtectedTextIsColouredAndStaysAsItIs)
-{
-    TestEditor test;
-    test.Open();
-    test.editor.SelectPage(Page::notes);
     test.editor.NotesButton(true);
     test.editor.NotesButton(false);
     EXPECT_EQ(L"unprotect 8388608 protect unprotect 0 ", test.view.notesCalls);
     EXPECT_EQ(Focused(Control::notes, 0), test.view.focus);
+    EXPECT_FALSE(test.editor.OkIsDefault());
     EXPECT_FALSE(test.editor.AllowNotesEdit(true));
     EXPECT_EQ(1, test.view.beeps);
     EXPECT_TRUE(test.editor.AllowNotesEdit(false));
+    test.editor.SelectPage(Page::settings);
+    EXPECT_TRUE(test.editor.OkIsDefault());
     test.editor.Ok();
     EXPECT_EQ(L"{\\rtf1 new}", test.document.Notes());
 }

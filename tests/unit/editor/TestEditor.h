@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <functional>
 #include <map>
 #include <string>
@@ -20,17 +19,16 @@ namespace tvn2x {
 class FakeView : public EditorView
 {
 public:
-    using Cells = std::vector<std::array<std::wstring, 3>>;
+    using Cells = std::vector<std::wstring>;
 
     void CellChanged(Column column, int32_t row) override
     {
-        Read(grids[GridOf(column)].at(static_cast<size_t>(row)), GridOf(column), row);
+        grids[GridOf(column)].at(static_cast<size_t>(row)) = Row(GridOf(column), row);
     }
     void RowsInserted(Grid grid, int32_t row, int32_t count) override
     {
-        grids[grid].insert(grids[grid].begin() + row, static_cast<size_t>(count), {});
         for (int32_t each = row; each < row + count; ++each)
-            Read(grids[grid].at(static_cast<size_t>(each)), grid, each);
+            grids[grid].insert(grids[grid].begin() + each, Row(grid, each));
     }
     void RowsRemoved(Grid grid, int32_t row, int32_t count) override
     {
@@ -40,7 +38,7 @@ public:
     void SelectionChanged(Grid) override {}
     void ArrowChanged(Column) override {}
     void CellEditorChanged() override {}
-    void PageChanged() override { ++pageChanges; }
+    void PageChanged() override {}
     void ChoiceChanged(Choice) override {}
     void FieldChanged(Field) override {}
     void CheckChanged(Check) override {}
@@ -68,9 +66,9 @@ public:
 
     Cells Content(Grid grid) const
     {
-        Cells cells(static_cast<size_t>(editor->RowCount(grid)));
-        for (size_t row = 0; row < cells.size(); ++row)
-            Read(cells[row], grid, static_cast<int32_t>(row));
+        Cells cells;
+        for (int32_t row = 0; row < editor->RowCount(grid); ++row)
+            cells.push_back(Row(grid, row));
         return cells;
     }
 
@@ -81,18 +79,16 @@ public:
     std::wstring richText = L"{\\rtf1 new}";
     std::wstring notesCalls;
     int beeps = 0;
-    int pageChanges = 0;
     bool okIsDefault = false;
     bool closed = false;
 
 private:
-    void Read(std::array<std::wstring, 3>& cells, Grid grid, int32_t row) const
+    std::wstring Row(Grid grid, int32_t row) const
     {
-        for (Column index = 0; index < 3; ++index) {
-            const Column column = static_cast<Column>(grid) + index;
-            cells[static_cast<size_t>(index)] =
-                editor->CellText(column, row) + (editor->CellChecked(column, row) ? L"*" : L"");
-        }
+        std::wstring cells;
+        for (Column column = static_cast<Column>(grid); column < static_cast<Column>(grid) + 3; ++column)
+            cells += editor->CellText(column, row) + (editor->CellChecked(column, row) ? L"*|" : L"|");
+        return cells;
     }
 };
 
@@ -183,10 +179,6 @@ public:
     void Choose(Choice choice, std::wstring_view text)
     {
         editor.SelectItem(choice, FindListText(ItemsOf(choice), text));
-    }
-    std::wstring_view Chosen(Choice choice) const
-    {
-        return ItemsOf(choice)[static_cast<size_t>(editor.SelectedItem(choice))].text;
     }
 
     SetupDocument document;

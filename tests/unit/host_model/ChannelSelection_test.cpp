@@ -10,16 +10,12 @@ using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-TEST(ChannelSelection, ReadsChannelsAndRangesAscendingAndOnce)
+TEST(ChannelSelection, ReadsChannelsAndRangesAscendingAndOnceAndRefusesAnythingElse)
 {
     EXPECT_THAT(SelectChannels(L"", 3), ElementsAre(1, 2, 3));
     EXPECT_THAT(SelectChannels(L"12,4-5,3,5", 36), ElementsAre(3, 4, 5, 12));
     EXPECT_THAT(SelectChannels(L"35-", 36), ElementsAre(35, 36));
     EXPECT_THAT(SelectChannels(L"1-1", 1), ElementsAre(1));
-}
-
-TEST(ChannelSelection, RefusesAnythingElse)
-{
     for (const wchar_t* text : {L",", L"3,", L"x", L"3-x", L"-3", L"3--4", L"3 4", L"3-4-5", L"99999999999"}) {
         EXPECT_THAT(Refusal([&] { SelectChannels(text, 36); }), HasSubstr(L"is no channel and no range")) << text;
     }

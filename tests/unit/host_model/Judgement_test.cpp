@@ -30,15 +30,11 @@ TEST(Limits, TheMoreSpecialSectionCounts)
     EXPECT_EQ(*limits.Find(parameter::mer, 256), (Limit{31, 33, {}, {}}));
     EXPECT_EQ(limits.Find(parameter::ber, 256), nullptr);
     EXPECT_EQ(limits.drift.at(parameter::mer), 2.5);
-}
-
-TEST(Limits, ThoseForOutletsHaveTheLevelsOfTheirOrders)
-{
-    const Limits limits = OutletLimits();
-    EXPECT_EQ(*limits.Find(parameter::level, 64), (Limit{47, 50, 64, 67}));
-    EXPECT_EQ(*limits.Find(parameter::level, 256), (Limit{54, 57, 71, 74}));
-    EXPECT_EQ(*limits.Find(parameter::ber, 16), (Limit{{}, {}, 1e-4, 2e-4}));
-    EXPECT_EQ(limits.drift.at(parameter::level), 2);
+    const Limits outlet = OutletLimits();
+    EXPECT_EQ(*outlet.Find(parameter::level, 64), (Limit{47, 50, 64, 67}));
+    EXPECT_EQ(*outlet.Find(parameter::level, 256), (Limit{54, 57, 71, 74}));
+    EXPECT_EQ(*outlet.Find(parameter::ber, 16), (Limit{{}, {}, 1e-4, 2e-4}));
+    EXPECT_EQ(outlet.drift.at(parameter::level), 2);
 }
 
 TEST(Limits, ABadFileIsNamedWithLineAndRemedy)
@@ -133,15 +129,11 @@ TEST(Judge, AChannelsVerdictIsItsWorstAndTheRunsTheWorstOfAll)
     EXPECT_EQ(Judge(run, &limits).ExitCode(), 0) << "warnings pass";
     EXPECT_EQ(Judge(run, nullptr).verdict, Verdict::pass) << "without limits the locks decide";
     EXPECT_EQ(Judge(TestRun({}), &limits).ExitCode(), 1) << "nothing measured is no pass";
-}
 
-TEST(Judge, TheWorstMarginIsComparedAcrossParameters)
-{
-    // Half a warning band is less than two thirds of one.
-    const RunJudgement judgement =
-        JudgeOne(TestChannel(1, 474, {{parameter::mer, L"32.0"}, {parameter::ber, L"1.26E-4"}}),
-                 merLimits + "[ber]\nWarn Above=1e-4\nFail Above=2e-4\n");
-    EXPECT_EQ(judgement.channels.front().Worst()->parameter, parameter::mer);
+    // Across parameters: half a warning band is less than two thirds of one.
+    const RunJudgement mixed = JudgeOne(TestChannel(1, 474, {{parameter::mer, L"32.0"}, {parameter::ber, L"1.26E-4"}}),
+                                        merLimits + "[ber]\nWarn Above=1e-4\nFail Above=2e-4\n");
+    EXPECT_EQ(mixed.channels.front().Worst()->parameter, parameter::mer);
 }
 
 TEST(LevelSteps, AreBetweenNeighboursOfOnePassOnly)

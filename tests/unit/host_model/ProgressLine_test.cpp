@@ -19,7 +19,7 @@ TEST(ProgressLine, ShowsBarCountChannelAndStatus)
     EXPECT_EQ(DisplayWidth(StepLine(12, 12, L"Configuring KTR", 20)), 20);
 }
 
-TEST(ProgressLine, ReckonsTheTimeLeftFromTheChannelsDone)
+TEST(ProgressLine, ReckonsTheTimeLeftFromTheChannelsDoneAndKeepsItWithinTheTerminal)
 {
     // The last one hangs: the other two channels still need their time.
     for (const auto& [elapsed, left] :
@@ -27,10 +27,6 @@ TEST(ProgressLine, ReckonsTheTimeLeftFromTheChannelsDone)
         const ScanProgress progress{5, 2, 0, elapsed, 10, L"", L""};
         EXPECT_TRUE(ProgressLine(progress, 80).ends_with(left)) << elapsed;
     }
-}
-
-TEST(ProgressLine, NeverExceedsTheTerminalAndKeepsTheTimeLeft)
-{
     const ScanProgress progress{40, 20, 0.1, 7300, 7200, L"K36 with a very long label", L"Synchronising at 594 MHz"};
     for (int32_t width = 1; width < 120; ++width) {
         EXPECT_LE(DisplayWidth(ProgressLine(progress, width)), width);
@@ -47,7 +43,7 @@ TEST(ProgressLine, DurationsAreMinutesAndSeconds)
     }
 }
 
-TEST(ScanSummary, TellsOutcomesApart)
+TEST(ScanSummary, TellsOutcomesApartInOneLineAndAnExitCode)
 {
     using enum ChannelOutcome;
     EXPECT_EQ(OutcomeOf({L"Done", L"OK", L"OK", L"OK"}, true), synchronised);
@@ -57,10 +53,7 @@ TEST(ScanSummary, TellsOutcomesApart)
     EXPECT_EQ(OutcomeOf({L"Done", L"OK", L"OK", L"INTERMITTENT"}, true), notSynchronised);
     EXPECT_EQ(OutcomeOf({L"Control Error", L"UNSYNC", L"UNSYNC", L"UNSYNC"}, true), error);
     EXPECT_EQ(OutcomeOf({L"Measuring", L"OK", L"OK", L"OK"}, false), unmeasured);
-}
 
-TEST(ScanSummary, OneLineAndAnExitCode)
-{
     ScanSummary summary{.channels = 3, .synchronised = 2, .seconds = 62};
     EXPECT_EQ(summary.ExitCode(), 1);  // a channel that was not measured is not synchronised
     summary.Count(ChannelOutcome::synchronised);

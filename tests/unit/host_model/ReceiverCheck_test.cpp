@@ -48,7 +48,7 @@ TEST(ReceiverCheck, MetNeedsAreListedWithTheOthersAndAnInactiveModeIsNoObstacle)
     EXPECT_FALSE(CanDo({{.need = ReceiverNeed::reference, .asked = 1}, answers[0]}));
 }
 
-TEST(ReceiverOptions, EntriesAreExplainedAndUnknownOnesKept)
+TEST(ReceiverOptions, EntriesAreExplainedAndFiltersThatShareAPlaceCountAsOne)
 {
     const auto options = ReadOptions(L"KTR-H2, KTR-H8 (or KTR-H9),,ktr-h4");
     ASSERT_EQ(options.size(), 3U);
@@ -56,10 +56,6 @@ TEST(ReceiverOptions, EntriesAreExplainedAndUnknownOnesKept)
     EXPECT_EQ(options[1].code, L"KTR-H8 (or KTR-H9)");
     EXPECT_THAT(options[1].words, HasSubstr(L"6 and 7 MHz"));
     EXPECT_EQ(options[2].words, L"") << "letter case counts";
-}
-
-TEST(ReceiverOptions, FiltersThatShareAPlaceAreNotMissingWhenOneIsFitted)
-{
     const auto isMissing = [](const wchar_t* installed, const wchar_t* code) {
         return std::ranges::count(MissingOptions(installed), code, &ReceiverOption::code) != 0;
     };

@@ -31,9 +31,10 @@ SetupContent Sample()
     return setup;
 }
 
-TEST(SetupView, SaysSettingsInWords)
+TEST(SetupView, SaysSettingsInWordsAndWhatIsOutsideTheListsAsItIs)
 {
-    const std::wstring text = DescribeSetup(Sample());
+    SetupContent setup = Sample();
+    std::wstring text = DescribeSetup(setup);
     for (const wchar_t* const line :
          {L"  Made by                   TVN Host, version 2.0\n", L"2x, mode 4 (DVB-C)\n",
           L"  Rolloff factor            0.15\n", L"  10 MHz reference          External\n",
@@ -45,11 +46,7 @@ TEST(SetupView, SaysSettingsInWords)
     }
     EXPECT_LT(text.find(L"First"), text.find(L"Second")) << "in the order of the grid";
     EXPECT_THAT(text, Not(HasSubstr(L"Backup")));
-}
 
-TEST(SetupView, ShowsWhatIsOutsideTheListsAndEmptyAsItIs)
-{
-    SetupContent setup = Sample();
     setup.zin = 60;
     setup.mode = 9;
     setup.channels.clear();
@@ -57,7 +54,7 @@ TEST(SetupView, ShowsWhatIsOutsideTheListsAndEmptyAsItIs)
     setup.showsNotesAfter = false;
     setup.isBackup = setup.isDirty = true;
     setup.realPath = L"D:\\real.ini";
-    const std::wstring text = DescribeSetup(setup);
+    text = DescribeSetup(setup);
     for (const wchar_t* const line : {L"  Input route               60\n", L"2x, mode 9\n", L"\nNo channels\n",
                                       L"Notes, shown neither before nor after a measurement\n  (none)\n",
                                       L"D:\\real.ini (which had unsaved changes)\n"}) {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/FixedLocale.h"
-#include "util/RaisedError.h"
+#include "support/RaisedBy.h"
 
 namespace tvn2x {
 namespace {
@@ -25,16 +25,9 @@ struct ResultTableTest : testing::Test
     const FixedLocale locale = CommaLocale();
 };
 
-template <class Access>
-std::wstring SourceOfSubscriptError(Access access)
-{
-    try {
-        access();
-    } catch (const RaisedError& raised) {
-        return raised.number == 9 && raised.description == L"Subscript out of range" ? raised.source : L"another error";
-    }
-    return L"no error";
-}
+constexpr const wchar_t* outsideMeasured = L"9 clsSetup.Measured: Subscript out of range";
+constexpr const wchar_t* outsideReset = L"9 clsSetup.ResetMeasurement: Subscript out of range";
+constexpr const wchar_t* outsideResult = L"9 clsSetup.Result: Subscript out of range";
 
 TEST_F(ResultTableTest, ResetLeavesTheFixedColumnsAndTheStatusAlone)
 {
@@ -75,29 +68,30 @@ TEST_F(ResultTableTest, EmptyListHasTheEmptyRowZero)
     Reset();
     EXPECT_EQ(table.Result(1, MP_STATUS, 0), L"");
     EXPECT_FALSE(table.Measured(0));
-    EXPECT_EQ(SourceOfSubscriptError([&] { static_cast<void>(table.Measured(1)); }), L"clsSetup.Measured");
-    EXPECT_EQ(SourceOfSubscriptError([&] { Reset(1); }), L"clsSetup.ResetMeasurement");
+    EXPECT_EQ(RaisedBy([&] { static_cast<void>(table.Measured(1)); }), outsideMeasured);
+    EXPECT_EQ(RaisedBy([&] { Reset(1); }), outsideReset);
 }
 
 TEST_F(ResultTableTest, IndexOutsideNamesTheMember)
 {
-    const auto expectOutside = [&](int32_t field, int32_t parameter, int32_t channel) {
-        EXPECT_EQ(SourceOfSubscriptError([&] { table.Result(field, parameter, channel); }), L"clsSetup.Result");
-        EXPECT_EQ(SourceOfSubscriptError([&] { table.Result(field, parameter, channel, L"x"); }), L"clsSetup.Result");
+    const auto expectOutside = [&](std::initializer_list<std::tuple<int32_t, int32_t, int32_t>> cells) {
+        for (const auto& [field, parameter, channel] : cells) {
+            EXPECT_EQ(RaisedBy([&] { table.Result(field, parameter, channel); }), outsideResult);
+            EXPECT_EQ(RaisedBy([&] { table.Result(field, parameter, channel, L"x"); }), outsideResult);
+        }
     };
-    expectOutside(0, MP_STATUS, 0);  // before the first reset there is nothing at all
-    expectOutside(0, MP_STATUS, 1);
+    expectOutside({{0, MP_STATUS, 0}, {0, MP_STATUS, 1}});  // before the first reset there is nothing at all
     Reset();
-    expectOutside(-1, MP_STATUS, 1);
-    expectOutside(3, MP_STATUS, 1);
-    expectOutside(0, MP_LASTSTATIC, 1);
-    expectOutside(0, MP_LAST + 1, 1);
-    expectOutside(0, INT32_MIN, 1);
-    expectOutside(0, MP_STATUS, 0);
-    expectOutside(0, MP_STATUS, 3);
-    EXPECT_EQ(SourceOfSubscriptError([&] { table.Measured(3, true); }), L"clsSetup.Measured");
-    EXPECT_EQ(SourceOfSubscriptError([&] { Reset(3); }), L"clsSetup.ResetMeasurement");
-    EXPECT_EQ(SourceOfSubscriptError([&] { Reset(-1); }), L"clsSetup.ResetMeasurement");
+    expectOutside({{-1, MP_STATUS, 1},
+                   {3, MP_STATUS, 1},
+                   {0, MP_LASTSTATIC, 1},
+                   {0, MP_LAST + 1, 1},
+                   {0, INT32_MIN, 1},
+                   {0, MP_STATUS, 0},
+                   {0, MP_STATUS, 3}});
+    EXPECT_EQ(RaisedBy([&] { table.Measured(3, true); }), outsideMeasured);
+    for (const int32_t item : {3, -1})
+        EXPECT_EQ(RaisedBy([&] { Reset(item); }), outsideReset);
 }
 
 TEST_F(ResultTableTest, CellsKeepTheirTextsWhateverTheirNeighboursDo)

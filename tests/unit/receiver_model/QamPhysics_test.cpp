@@ -30,6 +30,7 @@ TEST(QamPhysics, TurnsEachImpairmentIntoItsShareOfTheMer)
     EXPECT_NEAR(qam::Combine(std::array{35.0, qam::JitterRatio(0)}), 35.0, 1e-9);
     EXPECT_NEAR(qam::Combine(std::array{40.0, 40.0}), 36.99, 0.005);
     EXPECT_NEAR(qam::MerPercent(40), 1.0, 1e-9);
+    EXPECT_NEAR(qam::NoiseFloor(6.9e6, 8), 11.2, 0.05) << "by the noise figure";
 }
 
 TEST(QamPhysics, FailsOnePacketAnHourAtAnErrorRatioOf3e5)
@@ -41,11 +42,6 @@ TEST(QamPhysics, FailsOnePacketAnHourAtAnErrorRatioOf3e5)
     const qam::PacketErrors lost = qam::PacketErrorRatios(0.5);
     EXPECT_NEAR(lost.failed, 1, 1e-9);
     EXPECT_NEAR(lost.syncWrong, 255.0 / 256, 1e-9);
-}
-
-TEST(QamPhysics, PutsTheNoiseFloorWhereANoiseFigureSays)
-{
-    EXPECT_NEAR(qam::NoiseFloor(6.9e6, 8), 11.2, 0.05);
 }
 
 TEST(LevelUnit, ConvertsAtSeventyFiveOhm)

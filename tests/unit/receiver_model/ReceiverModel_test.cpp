@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "receiver_model/SimulatedTime.h"
+#include "support/RaisedBy.h"
 #include "util/Encoding.h"
 
 namespace tvn2x {
@@ -180,8 +181,11 @@ TEST_F(ReceiverModelTest, ReadsThePhysicsOfAChannel)
     EXPECT_NEAR(receiver.ReadMerPercent(), qam::MerPercent(expected), 0.01);
     EXPECT_GT(receiver.ReadSignalToNoise(), expected);
     receiver.LevelUnit(4);
-    EXPECT_NEAR(receiver.ReadRfLevel(), 62, 0.01);
-    EXPECT_EQ(receiver.ValueStatus(), L"");
+    EXPECT_EQ(Marked(receiver.ReadRfLevel()).second, L"");
+    Set(L"Network", {{L"Tilt (dB)", L"10"}});
+    Set(L"Channel 2", {{L"Frequency (MHz)", L"862"}});
+    TuneTo(862, 1);
+    EXPECT_NEAR(receiver.ReadRfLevel(), 56, 0.01) << "less what the tilt takes";
 }
 
 TEST_F(ReceiverModelTest, MarksWhatIsOutsideItsRange)
@@ -214,14 +218,6 @@ TEST_F(ReceiverModelTest, HearsNeighboursThatNoSawFilterKeepsOut)
     EXPECT_LT(receiver.ReadCarrierToInterference(), filtered - 15);
     receiver.SawBandwidth(2);
     EXPECT_EQ(LocksAfter(5), "RS");
-}
-
-TEST_F(ReceiverModelTest, LosesTheLevelThatTheTiltTakes)
-{
-    Set(L"Network", {{L"Tilt (dB)", L"10"}});
-    Set(L"Channel 2", {{L"Frequency (MHz)", L"862"}});
-    TuneTo(862, 1);
-    EXPECT_NEAR(receiver.ReadRfLevel(), -4, 0.01);
 }
 
 TEST_F(ReceiverModelTest, CountsBitErrorsTowardsThePhysics)
@@ -323,27 +319,22 @@ TEST_F(ReceiverModelTest, RepeatsItsReadingsBySeed)
 
 TEST_F(ReceiverModelTest, RefusesWhatItCannotBeSetTo)
 {
-    const auto refusal = [](auto set) {
-        try {
-            set();
-        } catch (const RaisedError& error) {
-            return error.description;
-        }
-        return std::wstring(L"accepted");
-    };
-    EXPECT_EQ(refusal([&] { receiver.OrderOfQam(65); }),
-              L"Let OrderOfQam failed: 65 is none of 4, 16, 32, 64, 128 and 256");
-    EXPECT_EQ(refusal([&] { receiver.SymbolRate(std::nan("")); }),
-              L"Let SymbolRate failed: it must be from 100000 to 8000000 symbols per second");
+    EXPECT_THAT(RaisedBy([&] { receiver.OrderOfQam(65); }),
+                testing::EndsWith(L": Let OrderOfQam failed: 65 is none of 4, 16, 32, 64, 128 and 256"));
+    EXPECT_THAT(RaisedBy([&] { receiver.SymbolRate(std::nan("")); }),
+                testing::EndsWith(L": Let SymbolRate failed: it must be from 100000 to 8000000 symbols per second"));
     Set(L"Network", {{L"Installed Options", L"KTR-H2,KTR-H8 (not H9),RB"}});
-    EXPECT_THAT(refusal([&] { receiver.Mode(7); }), testing::HasSubstr(L"Let Mode failed"));
-    EXPECT_THAT(refusal([&] { receiver.SawBandwidth(8); }), testing::HasSubstr(L"Let StatusSawFilterBW failed"));
-    EXPECT_THAT(refusal([&] { receiver.ReferenceSource(1); }), testing::HasSubstr(L"Let Setup10MhzRef not available"));
-    EXPECT_THAT(refusal([&] { receiver.InputRoute(75); }), testing::HasSubstr(L"needs the option KTR-H5"));
+    EXPECT_THAT(RaisedBy([&] { receiver.InputRoute(75); }), testing::HasSubstr(L"needs the option KTR-H5"));
+    EXPECT_EQ(std::tuple(receiver.Mode(), receiver.SawBandwidth(), receiver.InputRoute()), std::tuple(4, 0, 4));
     receiver.SawBandwidth(7);
     EXPECT_EQ(receiver.SawBandwidth(), 6);
-    EXPECT_EQ(receiver.InputRoute(), 4);
     EXPECT_FALSE(receiver.ReferenceLocked());
+    for (const int32_t route : {2, 50})
+        EXPECT_THROW(receiver.InputRoute(route), RaisedError) << route;
+    for (const int32_t filter : {2, 8})
+        EXPECT_THROW(receiver.SawBandwidth(filter), RaisedError) << filter;
+    for (const int32_t mode : {6, 7, 8, 13, 14})
+        EXPECT_THROW(receiver.Mode(mode), RaisedError) << mode;
 }
 
 TEST_F(ReceiverModelTest, GoesBackToItsBasicState)
@@ -381,84 +372,36 @@ TEST_F(ReceiverModelTest, CountsOperationsTakesLatencyAndFailsByScript)
     EXPECT_THROW(receiver.Faults().FailAt(L"*", 0, RaisedError(1, L"", L"")), RaisedError);
 }
 
-TEST_F(ReceiverModelTest, AnswersNothingWhenItIsNotConnected)
+TEST_F(ReceiverModelTest, TakesTheNearestFilterWhereTheModelSaysSo)
 {
-    receiver.Online(true);
-    EXPECT_TRUE(receiver.Online());
-    Set(L"Network", {{L"Receiver Connected", L"No"}});
-    EXPECT_FALSE(receiver.Online());
-    EXPECT_THROW(receiver.Mode(), RaisedError);
-}
-
-TEST_F(ReceiverModelTest, TakesTheNearestFilterAndKeepsItsModeWithoutAWordWhereTheModelSaysSo)
-{
-    Set(L"Network",
-        {{L"Installed Options", L"KTR-H6,KTR-H8"}, {L"Swaps SAW Filters", L"Yes"}, {L"Ignores Missing Modes", L"Yes"}});
+    Set(L"Network", {{L"Installed Options", L"KTR-H6,KTR-H8"}, {L"Swaps SAW Filters", L"Yes"}});
     for (const auto& [wanted, taken] : {std::pair{8, 6}, {7, 6}, {2, 2}, {3, 2}, {0, 0}}) {
         receiver.SawBandwidth(wanted);
         EXPECT_EQ(receiver.SawBandwidth(), taken) << wanted;
     }
-    const int32_t mode = receiver.Mode();
-    receiver.Mode(4);
-    EXPECT_EQ(receiver.Mode(), mode);
-    EXPECT_NE(mode, 4);
     Set(L"Network", {{L"Installed Options", L""}});
     receiver.SawBandwidth(8);
     EXPECT_EQ(receiver.SawBandwidth(), 0) << "no filter at all";
 }
 
-TEST_F(ReceiverModelTest, ExampleReceiversAreFullyFittedAndBare)
+TEST_F(ReceiverModelTest, ReceivesTheImpairedNetworkAsFarAsItsChannelsLetIt)
 {
-    const auto receiverOf = [](const wchar_t* name) {
-        return NetworkModel::Load(SystemFiles(), FromUtf8(TVN_TEST_DATA "/../../examples/receivers/") + name);
-    };
-    receiver.Network(receiverOf(L"full.ini"));
-    for (const int32_t mode : {6, 7, 8, 13, 14, 4})
-        EXPECT_NO_THROW(receiver.Mode(mode)) << mode;
-    for (const int32_t filter : {0, 2, 6, 7, 8})
-        EXPECT_NO_THROW(receiver.SawBandwidth(filter)) << filter;
-    for (const int32_t route : {2, 4, 50, 75, 128})
-        EXPECT_NO_THROW(receiver.InputRoute(route)) << route;
-    receiver.ReferenceSource(1);
-    time.now += 1;
-    EXPECT_TRUE(receiver.ReferenceLocked());
-
-    receiver.Network(receiverOf(L"bare.ini"));
-    EXPECT_EQ(receiver.Mode(), 4);
-    EXPECT_EQ(receiver.SawBandwidth(), 0);
-    for (const int32_t filter : {2, 6, 7, 8})
-        EXPECT_THROW(receiver.SawBandwidth(filter), RaisedError) << filter;
-    for (const int32_t route : {2, 4})
-        EXPECT_THROW(receiver.InputRoute(route), RaisedError) << route;
-    EXPECT_THROW(receiver.Mode(6), RaisedError);
-    EXPECT_THROW(receiver.ReferenceSource(1), RaisedError);
-}
-
-TEST_F(ReceiverModelTest, ReceivesTheNetworksOfTheModelFiles)
-{
-    const std::pair<const wchar_t*, std::vector<std::string>> files[] = {
-        {L"/clean.ini", std::vector<std::string>(3, "RSCT")},
-        {L"/impaired.ini", {"RSC", "RSCT", "RSCT", "RSCT", "RSCT", "RS", "RSCT", "RSCT"}}};
-    for (const auto& [file, expected] : files) {
-        receiver.Network(NetworkModel::Load(SystemFiles(), FromUtf8(TVN_TEST_DATA) + file));
-        std::vector<std::string> locks;
-        for (const ChannelModel& channel : receiver.Network().Channels()) {
-            receiver.OrderOfQam(channel.order);
-            receiver.SymbolRate(channel.symbolRate * 1e6);
-            TuneTo(channel.frequency);
-            locks.push_back(LocksAfter(5.6));
-        }
-        EXPECT_EQ(locks, expected);
+    receiver.Network(NetworkModel::Load(SystemFiles(), FromUtf8(TVN_TEST_DATA) + L"/impaired.ini"));
+    std::vector<std::string> locks;
+    for (const ChannelModel& channel : receiver.Network().Channels()) {
+        receiver.OrderOfQam(channel.order);
+        receiver.SymbolRate(channel.symbolRate * 1e6);
+        TuneTo(channel.frequency);
+        locks.push_back(LocksAfter(5.6));
     }
+    EXPECT_EQ(locks, (std::vector<std::string>{"RSC", "RSCT", "RSCT", "RSCT", "RSCT", "RS", "RSCT", "RSCT"}));
 }
 
 TEST(NetworkModelFile, IsNamedWhenItCannotBeRead)
 {
     EXPECT_THAT([] { NetworkModel::Load(SystemFiles(), FromUtf8(TVN_TEST_DATA) + L"/missing.ini"); },
-                testing::Throws<ModelError>(testing::AllOf(
-                    testing::Field(&ModelError::description,
-                                   testing::HasSubstr(L"missing.ini: the network model cannot be read: ")),
-                    testing::Field(&ModelError::line, 0))));
+                testing::Throws<ModelError>(testing::Field(
+                    &ModelError::description, testing::HasSubstr(L"missing.ini: the network model cannot be read: "))));
 }
 
 TEST_F(ReceiverModelTest, SeesNoiseWithoutANetwork)
@@ -470,8 +413,6 @@ TEST_F(ReceiverModelTest, SeesNoiseWithoutANetwork)
     EXPECT_TRUE(alone.CarrierUnlocked());
     alone.ReadRfLevel();
     EXPECT_EQ(alone.ValueStatus(), L"UNDER");
-    alone.ReadBer();
-    EXPECT_EQ(alone.BerState(), L"---");
     EXPECT_NEAR(alone.ErrorCounters().unavailable, 10, 1e-6);
 }
 

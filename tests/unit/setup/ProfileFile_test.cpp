@@ -60,10 +60,7 @@ TEST(ProfileFile, BytesThatNoWriteTouchesStayAsTheyWere)
     }
     EXPECT_EQ("; head\r\n[a]\n\tk =1\nm=9\n; tail\n\n[b]",
               Written("; head\r\n[a]\n\tk =1\nm = 2\n; tail\n\n[b]", "A", "M", "9"));
-}
-
-TEST(ProfileFile, NewLinesEndLikeMostOfTheFileAndJoinTheirSection)
-{
+    // New lines end like most of the file and join their section.
     EXPECT_EQ("[a]\nk=1\nn=2\n\n[b]\n", Written("[a]\nk=1\n\n[b]\n", "a", "n", "2"));
     EXPECT_EQ("[a]\rn=2\r[b]\r", Written("[a]\r[b]\r", "a", "n", "2"));
     EXPECT_EQ("[a]\r\nn=2\r\n", Written("[a]", "a", "n", "2"));
@@ -149,20 +146,16 @@ TEST(ProfileFile, EveryShapeOfALargeFileTakesLinearTime)
         EXPECT_TRUE(profile.Write(std::to_string(i), "k", std::nullopt));
         EXPECT_EQ("2", *profile.Find(std::to_string(i), "k"));
     }
-}
-
-TEST(ProfileFile, DuplicatesOfManyKeysAreRemovedOneAfterTheOther)
-{
     const auto key = [](int i) { return "k" + std::to_string(i % 20000); };
-    std::string content = "[s]\n";
+    std::string repeated = "[s]\n";
     for (int i = 0; i < 60000; ++i)
-        content += key(i) + "=" + std::to_string(i) + "\n";
-    ProfileFile profile(content);
+        repeated += key(i) + "=" + std::to_string(i) + "\n";
+    ProfileFile shrinking(repeated);
     for (int i = 0; i < 60000; ++i) {
-        ASSERT_EQ(std::to_string(i), *profile.Find("S", key(i)));
-        profile.Write("s", key(i), std::nullopt);
+        ASSERT_EQ(std::to_string(i), *shrinking.Find("S", key(i)));
+        shrinking.Write("s", key(i), std::nullopt);
     }
-    EXPECT_EQ("[s]\n", profile.Render());
+    EXPECT_EQ("[s]\n", shrinking.Render());
 }
 
 }  // namespace

@@ -39,9 +39,11 @@ TEST(Parameters, EveryParameterHasACaptionAndOnlyReadingsAFormat)
     EXPECT_EQ(L"0.0", DisplayFormat(MP_DE));
 }
 
-TEST(SetupDocument, StartsWithOneChannelAndEverythingMeasuredShown)
+TEST(SetupDocument, StartsUntitledWithOneChannelAndEverythingMeasuredShown)
 {
     const SetupDocument document;
+    EXPECT_EQ(L"Untitled", document.FileTitle());
+    EXPECT_EQ(L"", document.FolderOfFile());
     EXPECT_FALSE(document.dirty);
     ASSERT_EQ(1, document.ListSize());
     EXPECT_EQ(213.0, document.Frequency(1));
@@ -99,9 +101,15 @@ TEST(SetupDocument, EverySetterMarksItDirtyForANewValueOnly)
     }
 }
 
-TEST(SetupDocument, ANewListSizeClearsEveryRowAndTheSameSizeNone)
+TEST(SetupDocument, ANewSizeClearsEveryRowTheSameSizeNoneAndAnImpossibleOneChangesNothing)
 {
     SetupDocument document;
+    for (const int32_t size : {std::numeric_limits<int32_t>::max(), 100'000'000}) {
+        EXPECT_EQ(L"7 clsSetup.ListSize: Out of memory", RaisedBy([&] { document.ListSize(size); }));
+        EXPECT_EQ(L"7 clsSetup.Count: Out of memory", RaisedBy([&] { document.Count(size); }));
+    }
+    EXPECT_EQ(30, document.Count());
+    EXPECT_FALSE(document.dirty);
     document.ListSize(1);
     EXPECT_EQ(213.0, document.Frequency(1));
     document.ListSize(2);
@@ -115,24 +123,8 @@ TEST(SetupDocument, ANewListSizeClearsEveryRowAndTheSameSizeNone)
         EXPECT_NE(L"", RaisedBy([&] { document.Frequency(1); }));
         EXPECT_NE(L"", RaisedBy([&] { document.Frequency(none - 1); }));
     }
-}
 
-TEST(SetupDocument, AnImpossibleSizeIsOutOfMemoryAndChangesNothing)
-{
-    SetupDocument document;
-    for (const int32_t size : {std::numeric_limits<int32_t>::max(), 100'000'000}) {
-        EXPECT_EQ(L"7 clsSetup.ListSize: Out of memory", RaisedBy([&] { document.ListSize(size); }));
-        EXPECT_EQ(L"7 clsSetup.Count: Out of memory", RaisedBy([&] { document.Count(size); }));
-    }
-    EXPECT_EQ(1, document.ListSize());
-    EXPECT_EQ(213.0, document.Frequency(1));
-    EXPECT_EQ(30, document.Count());
-    EXPECT_FALSE(document.dirty);
-}
-
-TEST(SetupDocument, CountIsNeverBelowThirtyAndKeepsWhatStays)
-{
-    SetupDocument document;
+    // The number of parameters is never below thirty, and what stays is kept.
     document.Count(12);
     EXPECT_EQ(30, document.Count());
     document.Count(35);
@@ -178,18 +170,6 @@ TEST(SetupDocument, AnIndexOutsideItsTableRaisesNineAndNamesTheProperty)
     for (const auto& [property, access] : accesses)
         EXPECT_EQ(std::wstring(L"9 clsSetup.") + property + L": Subscript out of range", RaisedBy(access));
     EXPECT_FALSE(document.dirty);
-}
-
-TEST(SetupDocument, TitleAndFolderComeFromTheFullPath)
-{
-    SetupDocument document;
-    EXPECT_EQ(L"Untitled", document.FileTitle());
-    EXPECT_EQ(L"", document.FolderOfFile());
-    document.fullPath = L"C:\\net works\\north.v2.ini";
-    EXPECT_EQ(L"north", document.FileTitle());
-    EXPECT_EQ(L"C:\\net works", document.FolderOfFile());
-    document.fullPath = L"C:\\north.ini";
-    EXPECT_EQ(L"C:\\", document.FolderOfFile());
 }
 
 }  // namespace

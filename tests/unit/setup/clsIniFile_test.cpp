@@ -3,11 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
-#include "setup/SystemProfile.h"
 #include "support/FaultyFiles.h"
 #include "support/MemoryFiles.h"
 #include "support/RecordingMessageBoxes.h"
@@ -34,17 +32,13 @@ protected:
     clsIniFile ini{faulty, messages};
 };
 
-TEST_F(IniFile, StartsOnTheRunningModulesOwnFile)
+TEST_F(IniFile, StartsOnTheRunningModulesOwnFileAndTakesPathsApart)
 {
     const clsIniFile fresh(files, messages);
     EXPECT_EQ(L"General", fresh.SectionName());
     EXPECT_EQ(L"Unit_setup", fresh.FileName());
     EXPECT_EQ(L"ini", fresh.FileExt());
     EXPECT_NE(L"", fresh.FilePath());
-}
-
-TEST_F(IniFile, TakesPathsApart)
-{
     const std::array<const wchar_t*, 5> cases[] = {
         {L"C:\\data\\net.ini", L"net.ini", L"net", L"ini", L"C:\\data"},
         {L"C:/data/net.ini", L"net.ini", L"net", L"ini", L"C:/data"},
@@ -150,7 +144,7 @@ TEST_F(IniFile, SeesWhatAnotherProgramHasWritten)
     EXPECT_EQ(1, faulty.Count(FileOperation::rename)) << "a value that is there already is not written again";
 }
 
-TEST_F(IniFile, ABatchWorksOnOneStateAndCommitsOnce)
+TEST_F(IniFile, ABatchWorksOnOneStateAndCommitsOnceInTheFileAsItIsThen)
 {
     ini.BeginBatch();
     ini.PutString(L"k", L"2");
@@ -166,10 +160,6 @@ TEST_F(IniFile, ABatchWorksOnOneStateAndCommitsOnce)
     EXPECT_TRUE(ini.CommitBatch());
     EXPECT_EQ("; theirs\n[s]\nk=9\nm=7\n", files.Content(path)) << "our writes are made in their file";
     EXPECT_EQ(2, faulty.Count(FileOperation::rename));
-}
-
-TEST_F(IniFile, ABatchIsMadeInAFileThatHasBecomeUnicode)
-{
     ini.BeginBatch();
     ini.PutString(L"k", L"\u00FC");
     files.Put(path, "\xFF\xFE");
@@ -180,8 +170,14 @@ TEST_F(IniFile, ABatchIsMadeInAFileThatHasBecomeUnicode)
     EXPECT_EQ(L"\u041C\u00FC \u20AC", ini.GetString(L"N", L"")) << "a Unicode file takes every character";
 }
 
-TEST_F(IniFile, AFailedWriteLeavesTheOldFileAndTheOldAnswers)
+TEST_F(IniFile, AFailedReadOrWriteLeavesTheOldFile)
 {
+    // What cannot be read looks empty and is not overwritten.
+    faulty.FailOn(FileOperation::read, 1, FileFault::inUse, true);
+    EXPECT_EQ(L"d", ini.GetString(L"k", L"d"));
+    EXPECT_EQ(0, ini.PutString(L"k", L"2"));
+    faulty.Heal();
+    EXPECT_EQ(old, files.Content(path));
     for (int n = 1;; ++n) {
         faulty.FailAt(n, FileFault::diskFull);
         const bool written = ini.PutString(L"k", L"2") != 0;
@@ -199,22 +195,6 @@ TEST_F(IniFile, AFailedWriteLeavesTheOldFileAndTheOldAnswers)
     }
 }
 
-TEST_F(IniFile, AFileThatCannotBeReadLooksEmptyAndIsNotOverwritten)
-{
-    faulty.FailOn(FileOperation::read, 1, FileFault::inUse, true);
-    EXPECT_EQ(L"d", ini.GetString(L"k", L"d"));
-    EXPECT_EQ(0, ini.PutString(L"k", L"2"));
-    faulty.Heal();
-    EXPECT_EQ(old, files.Content(path));
-}
-
-TEST_F(IniFile, ADeleteInAFileThatDoesNotExistLeavesAnEmptyOne)
-{
-    ini.FullPath(L"C:\\data\\none.ini");
-    EXPECT_TRUE(ini.DeleteNumEntry(L"k"));
-    EXPECT_TRUE(files.Exists(L"C:\\data\\none.ini"));
-}
-
 TEST_F(IniFile, OneShotAccessLeavesTheBindingAlone)
 {
     const std::wstring other = L"C:\\data\\other.ini";
@@ -225,28 +205,6 @@ TEST_F(IniFile, OneShotAccessLeavesTheBindingAlone)
     EXPECT_EQ(7, ini.IniRead(L"t", L"none", 7, L"d", text, true, other));
     EXPECT_EQ(path, ini.FullPath());
     EXPECT_EQ(L"s", ini.SectionName());
-}
-
-TEST_F(IniFile, WinIniTakesThePlaceOfThePrivateFileForAWhile)
-{
-    setenv("XDG_CONFIG_HOME", "/settings", 1);
-    ini.UseWinINI(true);
-    EXPECT_EQ(path, ini.PrivPath());
-    EXPECT_EQ(L"/settings/WIN.INI", ini.FullPath());
-    EXPECT_NE(0, ini.PutString(L"k", L"1"));
-    EXPECT_EQ(1, ini.GetInt(L"k", 0));
-    EXPECT_EQ("[s]\r\nk=1\r\n", files.Content(L"/settings/WIN.INI"));
-    EXPECT_TRUE(ini.SectExist(L"S"));
-    EXPECT_EQ(std::wstring(L"k=1\0", 4), ini.GetSectEntries());
-    ini.DeleteSection();
-    EXPECT_EQ(L"d", ini.GetString(L"k", L"d"));
-    ini.UseWinINI(false);
-    EXPECT_EQ(path, ini.FullPath());
-    EXPECT_EQ(old, files.Content(path));
-    ini.FullPath(L"bare.ini");
-    ini.PutString(L"k", L"1");
-    EXPECT_TRUE(files.Exists(L"/settings/bare.ini")) << "a bare name means the system's folder";
-    unsetenv("XDG_CONFIG_HOME");
 }
 
 }  // namespace

@@ -38,10 +38,6 @@ public:
     }
 
     void Set(double seconds) { seconds_ = seconds; }
-    void SetDate(int year, unsigned month, unsigned dayOfMonth)
-    {
-        date_ = std::chrono::year(year) / std::chrono::month(month) / std::chrono::day(dayOfMonth);
-    }
     void Advance(double seconds)
     {
         seconds_ += seconds;

@@ -33,7 +33,7 @@ public:
 
     /// Lets the n-th operation from now on (1 = the next), of any kind or of one kind, fail. With `lasting` all that
     /// follow it fail too.
-    void FailAt(int n, FileFault fault, bool lasting = false) { plan_ = {n, fault, lasting, std::nullopt}; }
+    void FailAt(int n, FileFault fault) { plan_ = {n, fault, false, std::nullopt}; }
     void FailOn(FileOperation kind, int n, FileFault fault, bool lasting = false) { plan_ = {n, fault, lasting, kind}; }
     void Heal() { plan_ = {}; }
 
@@ -53,12 +53,11 @@ public:
     FileFault CreateTemporary(const std::wstring& target, std::wstring& path,
                               std::unique_ptr<OutputFile>& file) override
     {
-        if (const FileFault fault = Fault(FileOperation::create); fault != FileFault::none)
-            return fault;
-        std::unique_ptr<OutputFile> inner;
-        const FileFault fault = files_.CreateTemporary(target, path, inner);
+        FileFault fault = Fault(FileOperation::create);
         if (fault == FileFault::none)
-            file = std::make_unique<Output>(*this, std::move(inner));
+            fault = files_.CreateTemporary(target, path, file);
+        if (fault == FileFault::none)
+            file = std::make_unique<Output>(*this, std::move(file));
         return fault;
     }
     FileFault Rename(const std::wstring& from, const std::wstring& to) override
@@ -76,8 +75,6 @@ public:
         return Fault(FileOperation::find) != FileFault::none ? std::nullopt : files_.FindFirst(pattern);
     }
     std::wstring CurrentFolder() override { return files_.CurrentFolder(); }
-
-    int operations = 0;  ///< how many operations there were, failed ones included
 
 private:
     struct Plan
@@ -120,7 +117,6 @@ private:
 
     FileFault Fault(FileOperation kind)
     {
-        ++operations;
         ++counts_[static_cast<size_t>(kind)];
         if (plan_.fault == FileFault::none || (plan_.kind && *plan_.kind != kind))
             return FileFault::none;

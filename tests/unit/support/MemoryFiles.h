@@ -11,25 +11,24 @@
 
 namespace tvn2x {
 
-/// Files that live in memory, under the paths they are given (no path is normalised). Every folder exists but those in
-/// `missingFolders`.
+/// Files that live in memory, under the paths they are given (no path is normalised). Every folder exists.
 class MemoryFiles : public FileSystem
 {
 public:
     void Put(const std::wstring& path, std::string_view content)
     {
-        Entry& entry = entries_[path];
-        if (entry.identity == 0)
-            entry.identity = ++counter_;
-        *entry.content = content;
-        *entry.modified = ++counter_;
+        std::shared_ptr<Entry>& entry = entries_[path];
+        if (!entry)
+            entry = std::make_shared<Entry>(Entry{.identity = ++counter_});
+        entry->content = content;
+        entry->modified = ++counter_;
     }
     bool Exists(const std::wstring& path) const { return entries_.count(path) != 0; }
     /// The bytes of a file, empty where there is none.
     std::string Content(const std::wstring& path) const
     {
         const auto found = entries_.find(path);
-        return found == entries_.end() ? std::string() : *found->second.content;
+        return found == entries_.end() ? std::string() : found->second->content;
     }
     std::vector<std::wstring> Paths() const
     {
@@ -42,16 +41,16 @@ public:
     FileStamp Stamp(const std::wstring& path) override
     {
         const auto found = entries_.find(path);
-        return found == entries_.end() ? FileStamp() : StampOf(found->second);
+        return found == entries_.end() ? FileStamp() : StampOf(*found->second);
     }
 
     FileFault Read(const std::wstring& path, std::string& content, FileStamp& stamp) override
     {
         const auto found = entries_.find(path);
         if (found == entries_.end())
-            return missingFolders.count(Folder(path)) != 0 ? FileFault::pathMissing : FileFault::missing;
-        content = *found->second.content;
-        stamp = StampOf(found->second);
+            return FileFault::missing;
+        content = found->second->content;
+        stamp = StampOf(*found->second);
         return FileFault::none;
     }
 
@@ -60,12 +59,9 @@ public:
     {
         if (readOnly.count(target) != 0)
             return FileFault::readOnly;
-        if (missingFolders.count(Folder(target)) != 0)
-            return FileFault::pathMissing;
         path = target + L"." + std::to_wstring(++counter_) + L".tmp";
         Put(path, {});
-        const Entry& entry = entries_[path];
-        file = std::make_unique<Output>(entry.content, entry.modified, counter_);
+        file = std::make_unique<Output>(entries_[path], counter_);
         return FileFault::none;
     }
 
@@ -76,9 +72,8 @@ public:
         const auto found = entries_.find(from);
         if (found == entries_.end())
             return FileFault::missing;
-        const Entry entry = found->second;
-        entries_.erase(found);
-        entries_[to] = entry;
+        entries_[to] = found->second;
+        entries_.erase(from);
         return FileFault::none;
     }
 
@@ -99,46 +94,41 @@ public:
 
     std::wstring CurrentFolder() override { return L"C:\\current"; }
 
-    std::set<std::wstring> readOnly;        ///< files that may not be written
-    std::set<std::wstring> missingFolders;  ///< with their last separator: "C:\\gone\\"
+    std::set<std::wstring> readOnly;  ///< files that may not be written
 
 private:
     struct Entry
     {
-        std::shared_ptr<std::string> content = std::make_shared<std::string>();
-        std::shared_ptr<uint64_t> modified = std::make_shared<uint64_t>(0);
         uint64_t identity = 0;
+        uint64_t modified = 0;
+        std::string content{};
     };
 
     class Output : public OutputFile
     {
     public:
-        Output(std::shared_ptr<std::string> content, std::shared_ptr<uint64_t> modified, uint64_t& counter)
-            : content_(std::move(content)), modified_(std::move(modified)), counter_(counter)
-        {
-        }
+        Output(std::shared_ptr<Entry> entry, uint64_t& counter) : entry_(std::move(entry)), counter_(counter) {}
         FileFault Write(std::string_view bytes) override
         {
-            content_->append(bytes);
-            *modified_ = ++counter_;
+            entry_->content.append(bytes);
+            entry_->modified = ++counter_;
             return FileFault::none;
         }
         FileFault Flush() override { return FileFault::none; }
         FileFault Close() override { return FileFault::none; }
 
     private:
-        std::shared_ptr<std::string> content_;
-        std::shared_ptr<uint64_t> modified_;
+        std::shared_ptr<Entry> entry_;
         uint64_t& counter_;
     };
 
     static FileStamp StampOf(const Entry& entry)
     {
-        return {true, entry.content->size(), *entry.modified, entry.identity};
+        return {true, entry.content.size(), entry.modified, entry.identity};
     }
     static std::wstring Folder(const std::wstring& path) { return path.substr(0, path.find_last_of(L"\\/") + 1); }
 
-    std::map<std::wstring, Entry> entries_;
+    std::map<std::wstring, std::shared_ptr<Entry>> entries_;
     uint64_t counter_ = 0;
 };
 

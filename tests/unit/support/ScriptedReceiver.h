@@ -127,8 +127,6 @@ public:
     bool referenceLocked = true;
     bool rfSignalPresent = true;
     ErrorCounters counters;
-    std::wstring serialNumber = L"100001";
-    std::wstring firmwareVersion = L"2.10";
     std::wstring options = L"DVBC,EXTREF";
 
     std::map<int32_t, int32_t> sawTaken;  ///< the filters that the receiver takes instead of those asked for
@@ -146,9 +144,6 @@ public:
     int32_t mode = 4;
     bool hold = false;
     double frequency = 0;
-    int32_t inputAttenuation = 0;
-    int32_t demodulatorGainControl = 0;
-    int32_t equaliser = 0;
 
     double ReadFrequencyOffset() override { return Read("ReadFrequencyOffset"); }
     double ReadRfLevel() override { return Read("ReadRfLevel"); }
@@ -204,16 +199,13 @@ public:
     void Hold(bool value) override { Set("Hold", hold, value); }
     double Frequency() override { return Get("Frequency", frequency); }
     void Frequency(double value) override { Set("Frequency", frequency, value); }
-    void InputAttenuation(int32_t value) override { Set("InputAttenuation", inputAttenuation, value); }
-    void DemodulatorGainControl(int32_t value) override
-    {
-        Set("DemodulatorGainControl", demodulatorGainControl, value);
-    }
-    void Equaliser(int32_t value) override { Set("Equaliser", equaliser, value); }
+    void InputAttenuation(int32_t value) override { log_.Call("InputAttenuation", value); }
+    void DemodulatorGainControl(int32_t value) override { log_.Call("DemodulatorGainControl", value); }
+    void Equaliser(int32_t value) override { log_.Call("Equaliser", value); }
     void Initialise() override { log_.Call("Initialise"); }
 
-    std::wstring SerialNumber() override { return Get("SerialNumber", serialNumber); }
-    std::wstring FirmwareVersion() override { return Get("FirmwareVersion", firmwareVersion); }
+    std::wstring SerialNumber() override { return Get<std::wstring>("SerialNumber", L"100001"); }
+    std::wstring FirmwareVersion() override { return Get<std::wstring>("FirmwareVersion", L"2.10"); }
     std::wstring InstalledOptions() override { return Get("InstalledOptions", options); }
 
 private:
@@ -250,8 +242,6 @@ public:
 
     bool answers = true;  ///< can be taken on line
     bool online = false;
-    std::wstring instrumentName = L"Receiver 3";
-    std::wstring busAddress = L"GPIB0::12";
     std::wstring model = L"KTR";
     std::wstring manufacturer = L"KESTREL&BRAND";
     std::wstring hardware = L"KTR 23";
@@ -266,14 +256,14 @@ public:
         log_.Call("Online", value);
         online = value && answers;
     }
-    std::wstring InstrumentName() override { return Get("InstrumentName", instrumentName); }
-    std::wstring BusAddress() override { return Get("BusAddress", busAddress); }
+    std::wstring InstrumentName() override { return Get("InstrumentName", L"Receiver 3"); }
+    std::wstring BusAddress() override { return Get("BusAddress", L"GPIB0::12"); }
     std::wstring Model() override { return Get("Model", model); }
     std::wstring Manufacturer() override { return Get("Manufacturer", manufacturer); }
     std::wstring Hardware() override { return Get("Hardware", hardware); }
 
 private:
-    const std::wstring& Get(const char* name, const std::wstring& answer)
+    std::wstring Get(const char* name, const std::wstring& answer)
     {
         log_.Call(name);
         return answer;

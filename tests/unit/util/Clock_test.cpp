@@ -29,19 +29,5 @@ TEST(SystemClock, TellsOneTimeByBothFunctions)
     EXPECT_LE(static_cast<long long>(seconds), SecondsBetween(midnight, after));
 }
 
-TEST(SystemClock, ResolvesLessThanAMillisecond)
-{
-    // A tick may coincide with midnight or a busy machine: the best of many counts.
-    double smallest = 1;
-    double last = SystemClock().SecondsSinceMidnight();
-    for (int i = 0; i < 100'000; ++i) {
-        const double now = SystemClock().SecondsSinceMidnight();
-        if (now > last)
-            smallest = std::min(smallest, now - last);
-        last = now;
-    }
-    EXPECT_LT(smallest, 0.001);
-}
-
 }  // namespace
 }  // namespace tvn2x

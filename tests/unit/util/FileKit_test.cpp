@@ -61,7 +61,7 @@ protected:
     FileStamp stamp;
 };
 
-TEST_F(ReadOneStateTest, ReadsAgainWhenTheFileGrewShrankOrChanged)
+TEST_F(ReadOneStateTest, ReadsAgainWhenTheFileGrewShrankOrChangedAndGivesUpWhereItNeverRests)
 {
     for (const std::string next : {"the first state", "a second state, which is longer", "short", "the other state"}) {
         file.Become("the first state");
@@ -73,10 +73,6 @@ TEST_F(ReadOneStateTest, ReadsAgainWhenTheFileGrewShrankOrChanged)
         EXPECT_EQ(content, next);
         EXPECT_EQ(stamp.size, next.size());
     }
-}
-
-TEST_F(ReadOneStateTest, GivesUpOnAFileThatNeverRests)
-{
     file.onRead = [&](int n) { file.Become("state " + std::to_string(n)); };
     EXPECT_EQ(Read(), FileFault::inUse);
 }
