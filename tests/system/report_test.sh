@@ -75,7 +75,8 @@ for ((turn = 0; ; ++turn)); do
     [ ! -e crash.journal ] || go=(--resume crash.journal)
     status=0
     {
-        timeout --signal=KILL "$((RANDOM % 2)).$((RANDOM % 10))$((RANDOM % 10))" "$wine_program" "$bin/tvnhost.exe" \
+        # Later turns have more time, so that a slow machine comes to the end too.
+        timeout --signal=KILL "$((turn / 12 + RANDOM % 2)).$((RANDOM % 10))$((RANDOM % 10))" "$wine_program" "$bin/tvnhost.exe" \
             "${scan[@]}" "${go[@]}" --json crashed.jsonl --result crashed.csv >"$work/out" 2>"$work/err" \
             </dev/null || status=$?
     } 2>/dev/null # the shell's own remark on the killed process
