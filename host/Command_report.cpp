@@ -31,10 +31,16 @@ TextGrid Findings(const FinishedRun& run, const RunJudgement& judgement)
     return grid;
 }
 
-/// The setup that a stored run followed, as it was then.
+/// Where the setup is that a stored run followed.
+std::wstring SetupOf(const FinishedRun& run, const JudgeOptions& options)
+{
+    return AbsolutePath(options.setup.empty() ? FromUtf8(run.setup.path) : options.setup);
+}
+
+/// Loads that setup, which has to be as it was then.
 void LoadSetupOf(const FinishedRun& run, const JudgeOptions& options, const Plugin& plugin)
 {
-    const std::wstring path = AbsolutePath(options.setup.empty() ? FromUtf8(run.setup.path) : options.setup);
+    const std::wstring path = SetupOf(run, options);
     const std::string content = ReadInput(path);
     const int32_t channels = CheckSetupFile(content, path, productName);
     RequireSameSetup(run, options.result, Sha256(content), path, channels,
@@ -55,13 +61,15 @@ void ShowVerdict(const FinishedRun& run, const RunJudgement& judgement, Console&
 int JudgeRun(const JudgeOptions& options, Console& console)
 {
     const std::optional<Limits> limits = LoadLimits(options.reports.limits);
-    RequireReportTargets(options.reports, AbsolutePath(options.result));
     const FinishedRun run = LoadRun(options.result, console);
+    RequireReportTargets(options.reports, {AbsolutePath(options.result), SetupOf(run, options)});
     const RunJudgement judgement = Judge(run, limits ? &*limits : nullptr);
     if (options.shows) {
         ShowVerdict(run, judgement, console);
     } else if (!options.reports.HasReports()) {
-        RaiseInput(L"there is nothing to do. Say which report to make: --html FILE, --junit FILE or --json FILE.");
+        RaiseInput(
+            L"there is nothing to do. Say which report to make: --html FILE, --junit FILE, --json FILE or --result "
+            L"FILE.");
     }
     std::optional<Plugin> plugin;
     if (!options.reports.result.empty()) {

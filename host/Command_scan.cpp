@@ -251,10 +251,16 @@ StoredRun BeginRun(const Plugin& plugin, const ScanOptions& options, const std::
 
 void RequireTargets(const ScanOptions& options, const std::wstring& path)
 {
-    RequireReportTargets(options.reports, path);
+    std::vector<std::wstring> sources{path};
     if (!options.journal.empty()) {
         RequireDifferent(path, AbsolutePath(options.journal));
     }
+    for (const std::wstring* journal : {&options.journal, &options.resume}) {
+        if (!journal->empty()) {
+            sources.push_back(AbsolutePath(*journal));
+        }
+    }
+    RequireReportTargets(options.reports, sources);
 }
 
 }  // namespace

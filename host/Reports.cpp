@@ -21,9 +21,9 @@ std::optional<Limits> LoadLimits(const std::wstring& name)
     return name == L"outlet" ? OutletLimits() : ReadLimits(ReadInput(AbsolutePath(name)), name);
 }
 
-void RequireReportTargets(const ReportOptions& options, const std::wstring& source)
+void RequireReportTargets(const ReportOptions& options, const std::vector<std::wstring>& sources)
 {
-    std::vector<std::wstring> taken{source};
+    std::vector<std::wstring> taken = sources;
     for (const std::wstring* target : {&options.json, &options.junit, &options.html, &options.result}) {
         if (target->empty()) {
             continue;

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "host/Console.h"
 #include "host/Plugin.h"
@@ -27,8 +28,8 @@ struct ReportOptions
 std::optional<Limits> LoadLimits(const std::wstring& name);
 
 /// Sees to it that a scan does not end with files that cannot be written: raises unusableInput where a report would
-/// replace `source` or another report, or cannot be written where it is wanted.
-void RequireReportTargets(const ReportOptions& options, const std::wstring& source);
+/// replace one of `sources` or another report, or cannot be written where it is wanted.
+void RequireReportTargets(const ReportOptions& options, const std::vector<std::wstring>& sources);
 
 /// Writes the reports, each in one step. One that fails does not keep the others from being written; the first failure
 /// is raised at the end. `plugin` has the run's setup loaded; it is needed for a result file, and is null where none is

@@ -103,6 +103,8 @@ Expect "cells", parent.Cells > 20, True
 Expect "status", measurement.Result(1, 13, 2), "Done"
 Expect "measured", measurement.Measured(2) And Not measurement.Measured(1), True
 Set measurement.Parent = Nothing
+setup.Results.Result(0, 27, 1) = "38.5"
+Expect "result put back", measurement.Result(0, 27, 1), "38.5"
 
 If failures > 0 Then WScript.Quit 1
 WScript.Echo "all as expected"
