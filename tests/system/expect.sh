@@ -2,6 +2,8 @@
 # makes the folder $work anew with an empty folder in it, in which the script goes on. The rest runs a command and says
 # what it should end with and print.
 
+# Nothing ends a script without a word.
+trap 'echo "line $LINENO: ends with $?: $BASH_COMMAND"' ERR
 root=$PWD
 . tools/common.sh
 wine_environment
