@@ -45,7 +45,7 @@ struct LeaveAtOnce
 
 }  // namespace
 
-ChannelRun::ChannelRun(const Collaborators& with, int32_t channel, double& lastTuned)
+ChannelRun::ChannelRun(const Collaborators& with, int32_t channel, std::optional<double>& lastTuned)
     : document_(with.document),
       table_(with.table),
       receiver_(with.receiver),
@@ -90,8 +90,11 @@ void ChannelRun::Synchronise()
 
 void ChannelRun::TuneReceiver()
 {
-    if (frequency_ != lastTuned_)
+    if (lastTuned_ != frequency_) {
+        lastTuned_.reset();  // a tuning that fails half-way leaves the receiver anywhere
         receiver_.Frequency(frequency_ * perMega);
+        lastTuned_ = frequency_;
+    }
     PollStopFlag();
     ReportProgress();
 
@@ -186,7 +189,6 @@ void ChannelRun::BeginMeasuring()
     Guarded([this] { ReportStatus(L"Measuring"); });
     Guarded([this] { Store(1, MP_STATUS, L"Measuring"); });
     Guarded([this] { ReportCell(-1); });
-    lastTuned_ = frequency_;
     Guarded([this] { PollStopFlag(); });
 }
 

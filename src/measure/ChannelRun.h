@@ -30,7 +30,7 @@ public:
         const Locale& locale;
     };
 
-    ChannelRun(const Collaborators& with, int32_t channel, double& lastTuned);
+    ChannelRun(const Collaborators& with, int32_t channel, std::optional<double>& lastTuned);
 
     /// False where an unexpected error ended the channel.
     bool Run();
@@ -107,7 +107,7 @@ private:
     const double frequency_;   ///< MHz
     const double symbolRate_;  ///< MSymb/s
     const std::wstring frequencyText_;
-    double& lastTuned_;  ///< MHz
+    std::optional<double>& lastTuned_;  ///< MHz
 
     uint32_t state_ = 0;
     std::wstring_view status_ = L"Done";

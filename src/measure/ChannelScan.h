@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "instrument/Receiver.h"
 #include "measure/ResultTable.h"
@@ -33,14 +34,14 @@ public:
     bool Measure(int32_t channel, Receiver& receiver, RunControl& runControl, HostParent* parent);
 
     /// Tune the next channel whatever its frequency: somebody else has changed the receiver's settings.
-    void ForgetTuning() { lastTuned_ = -1; }
+    void ForgetTuning() { lastTuned_.reset(); }
 
 private:
     const SetupDocument& document_;
     ResultTable& table_;
     Clock& clock_;
     const Locale& locale_;
-    double lastTuned_ = -1;  ///< MHz
+    std::optional<double> lastTuned_;  ///< MHz; none where the receiver may stand anywhere
     bool running_ = false;
 };
 

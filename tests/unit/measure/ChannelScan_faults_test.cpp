@@ -88,6 +88,34 @@ TEST(ChannelScanFaults, MemoryThatRunsOutAtTheNthAllocation)
     }
 }
 
+/// What the receiver was tuned to last is what its tuning call says, wherever the channel ended: another channel's
+/// readings must not pass for those of one that was never tuned.
+TEST(ChannelScanFaults, NextChannelIsTunedWhereverTheLastOneEnded)
+{
+    const std::exception_ptr troubles[] = {std::make_exception_ptr(RaisedError(7, L"XKTR2x", L"No answer")),
+                                           std::make_exception_ptr(RaisedError(50001, L"XKTR2x", L"Leave")), nullptr};
+    for (const auto& failure : troubles) {
+        bool hurt = true;
+        for (int n = 1; hurt; ++n) {
+            for (const int32_t next : {1, 2}) {
+                SCOPED_TRACE(testing::Message() << "call " << n << ", then channel " << next);
+                TestScan test;
+                EXPECT_TRUE(test.Measure(1));
+                failure ? test.log.FailAt(n, failure) : test.log.StopAt(n);
+                test.Measure(2);
+                hurt = test.log.Triggered();
+                const bool called = test.log.Count("Frequency") == 1;
+                const bool failed = failure && called && test.log.calls[static_cast<size_t>(n) - 1].starts_with("Freq");
+                const int32_t tunedTo = failed ? 0 : called ? 2 : 1;
+                test.Prepare();
+                EXPECT_TRUE(test.Measure(next));
+                EXPECT_EQ(test.log.Count("Frequency"), next == tunedTo ? 0 : 1);
+                EXPECT_EQ(test.receiver.frequency, next == 1 ? 213e6 : 221.5e6);
+            }
+        }
+    }
+}
+
 TEST(ChannelScanFaults, StopOrErrorWhileSynchronisingReadsNothing)
 {
     for (const bool stop : {true, false}) {

@@ -108,7 +108,12 @@ TEST(ChannelScan, SameFrequencyIsNotTunedAgainUnlessForgotten)
     EXPECT_EQ(tunings(2), 1);
     EXPECT_EQ(tunings(1), 1);
     test.scan.ForgetTuning();
+    test.document.Frequency(1, -1);
+    EXPECT_EQ(tunings(1), 1) << "none is no frequency at all";
+    EXPECT_EQ(tunings(1), 0);
+    test.document.Frequency(1, std::nan(""));
     EXPECT_EQ(tunings(1), 1);
+    EXPECT_EQ(tunings(1), 1) << "nobody knows where that has led";
 }
 
 TEST(ChannelScan, ReferenceIsWatchedOnlyWhereItIsExternalAndFitted)
