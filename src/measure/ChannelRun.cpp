@@ -235,7 +235,7 @@ void ChannelRun::StoreReading(MP_TYPES parameter, Reading reading)
     if (!marker.empty() && rangeMarkers.find(marker) != std::wstring_view::npos) {
         Store(0, parameter, marker);
     } else if (std::isfinite(value)) {
-        Store(0, parameter, FormatNumber(value, DisplayFormat(parameter), true, locale_));
+        Store(0, parameter, FormatReading(parameter, value));
     } else {
         return;
     }
@@ -329,6 +329,13 @@ clsTimeout ChannelRun::StartTimer(double seconds) const
     clsTimeout timer(clock_);
     timer.Start(static_cast<float>(std::isfinite(seconds) ? std::clamp(seconds, over, longestWait) : over));
     return timer;
+}
+
+std::wstring ChannelRun::FormatReading(MP_TYPES parameter, double value) const
+{
+    const int32_t digits = parameter == MP_RFLEV ? SignificantLevelDigits(document_.LevelUnit()) : 0;
+    return digits > 0 ? FormatSignificant(value, digits, true, locale_)
+                      : FormatNumber(value, DisplayFormat(parameter), true, locale_);
 }
 
 std::wstring ChannelRun::CleanBerResult(std::wstring text) const

@@ -80,6 +80,7 @@ private:
     bool Wanted(MP_TYPES parameter) const { return document_.Parameter(0, parameter); }
     bool WantsErrorCounters() const { return Wanted(MP_SY) || Wanted(MP_DE); }
     clsTimeout StartTimer(double seconds) const;
+    std::wstring FormatReading(MP_TYPES parameter, double value) const;
     std::wstring CleanBerResult(std::wstring text) const;
 
     void PollStopFlag();

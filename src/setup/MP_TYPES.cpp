@@ -1,5 +1,6 @@
 #include "setup/MP_TYPES.h"
 
+#include <algorithm>
 #include <array>
 
 namespace tvn2x {
@@ -47,7 +48,15 @@ constexpr std::array<Description, MP_LAST + 1> descriptions{{
     {L"Data Errors (%)", L"0.0"},
 }};
 
-constexpr std::array<std::wstring_view, 6> levelUnits{L"dBmV", L"dBpW", L"dB\u00B5W", L"dBm", L"dB\u00B5V", L"mV"};
+struct LevelUnit
+{
+    std::wstring_view name;
+    int32_t significantDigits = 0;
+};
+
+// A decibel is a logarithm: its tenths mean the same at every level. A voltage spans decades (33 dBµV are 0.04467 mV).
+constexpr std::array<LevelUnit, 6> levelUnits{
+    {{L"dBmV"}, {L"dBpW"}, {L"dB\u00B5W"}, {L"dBm"}, {L"dB\u00B5V"}, {L"mV", 4}}};
 
 const Description& Describe(int32_t parameter)
 {
@@ -68,17 +77,20 @@ std::wstring_view DisplayFormat(int32_t parameter)
 
 std::wstring_view LevelUnitName(int32_t code)
 {
-    return code >= 0 && code < static_cast<int32_t>(levelUnits.size()) ? levelUnits[static_cast<size_t>(code)]
+    return code >= 0 && code < static_cast<int32_t>(levelUnits.size()) ? levelUnits[static_cast<size_t>(code)].name
                                                                        : std::wstring_view();
 }
 
 int32_t LevelUnitCode(std::wstring_view name)
 {
-    for (size_t code = 0; code < levelUnits.size(); ++code) {
-        if (levelUnits[code] == name)
-            return static_cast<int32_t>(code);
-    }
-    return -1;
+    const auto unit = std::ranges::find(levelUnits, name, &LevelUnit::name);
+    return unit == levelUnits.end() ? -1 : static_cast<int32_t>(unit - levelUnits.begin());
+}
+
+int32_t SignificantLevelDigits(std::wstring_view name)
+{
+    const int32_t code = LevelUnitCode(name);
+    return code < 0 ? 0 : levelUnits[static_cast<size_t>(code)].significantDigits;
 }
 
 }  // namespace tvn2x

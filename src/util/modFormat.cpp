@@ -172,14 +172,21 @@ void AppendGeneral(std::wstring& text, const Decimal& decimal, wchar_t mark)
         AppendFixed(text, decimal, {.minWhole = 1, .point = decimal.count > decimal.point}, mark);
 }
 
+/// What no pattern can show. True where the value was one.
+bool AppendInWords(std::wstring& text, double value)
+{
+    if (std::isfinite(value))
+        return false;
+    text += std::isnan(value) ? L"NaN" : value < 0 ? L"-Infinity" : L"Infinity";
+    return true;
+}
+
 }  // namespace
 
 void AppendNumber(std::wstring& text, double value, std::wstring_view pattern, bool useLocale, const Locale& locale)
 {
-    if (!std::isfinite(value)) {
-        text += std::isnan(value) ? L"NaN" : value < 0 ? L"-Infinity" : L"Infinity";
+    if (AppendInWords(text, value))
         return;
-    }
     const wchar_t mark = useLocale ? locale.DecimalMark() : L'.';
     Decimal decimal = SignificantDigits(value);
     if (pattern.empty()) {
@@ -195,6 +202,21 @@ std::wstring FormatNumber(double value, std::wstring_view pattern, bool useLocal
 {
     std::wstring text;
     AppendNumber(text, value, pattern, useLocale, locale);
+    return text;
+}
+
+std::wstring FormatSignificant(double value, int32_t digits, bool useLocale, const Locale& locale)
+{
+    std::wstring text;
+    if (AppendInWords(text, value))
+        return text;
+    constexpr int mostDecimals = significantDigits;
+    Decimal decimal = SignificantDigits(value);
+    Round(decimal, std::min<int>(digits, decimal.point + mostDecimals));
+    const int beforePoint = decimal.count == 0 ? 1 : decimal.point;  // the 0 of a zero is a digit
+    const int decimals = std::clamp(digits - beforePoint, 0, mostDecimals);
+    AppendFixed(text, decimal, {.minWhole = 1, .minDecimals = decimals, .point = decimals > 0},
+                useLocale ? locale.DecimalMark() : L'.');
     return text;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -17,6 +18,10 @@ std::wstring FormatNumber(double value, std::wstring_view pattern, bool useLocal
 
 /// The same behind a text that the caller keeps, so that a long run of numbers costs no memory of its own.
 void AppendNumber(std::wstring& text, double value, std::wstring_view pattern, bool useLocale, const Locale& locale);
+
+/// Formats a number with so many significant digits, rounded as FormatNumber does; trailing zeros stay and there is no
+/// exponent: 0.04467, 1.000, 31.62, 12350. Zero is 0.000, and what lies behind the 15th decimal is left out.
+std::wstring FormatSignificant(double value, int32_t digits, bool useLocale, const Locale& locale);
 
 /// FormatNumber with the general format.
 inline std::wstring FormatNumber(double value, bool useLocale, const Locale& locale)

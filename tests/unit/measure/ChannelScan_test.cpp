@@ -214,6 +214,23 @@ TEST(ChannelScan, RangeMarkersStandInPlaceOfTheValue)
     EXPECT_EQ(test.Cell(MP_MER), L"---");
 }
 
+TEST(ChannelScan, LevelInMillivoltsShowsFourSignificantDigits)
+{
+    TestScan test(CommaLocale());
+    const std::tuple<const wchar_t*, double, const wchar_t*> cases[] = {
+        {L"mV", 0.0446684, L"0,04467"}, {L"mV", 0.251189, L"0,2512"}, {L"mV", 1, L"1,000"},
+        {L"mV", -31.6228, L"-31,62"},   {L"mV", 0, L"0,000"},         {L"dB\u00B5V", 33.04, L"33,0"},
+        {L"dBmV", -27, L"-27,0"},       {L"MV", 1, L"1,0"},
+    };
+    for (const auto& [unit, value, text] : cases) {
+        test.document.LevelUnit(unit);
+        test.receiver.readings["ReadRfLevel"] = value;
+        EXPECT_TRUE(test.Measure());
+        EXPECT_EQ(test.Cell(MP_RFLEV), text) << unit << value;
+        EXPECT_EQ(test.Cell(MP_MER), L"38,5");
+    }
+}
+
 TEST(ChannelScan, BerIsIntegratedForItsSamplesOrReadsDashes)
 {
     TestScan test;

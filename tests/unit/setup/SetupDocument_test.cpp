@@ -27,6 +27,9 @@ TEST(Parameters, LevelUnitsMapToTheReceiversCodesAndBack)
     EXPECT_EQ(L"", LevelUnitName(-1));
     for (const wchar_t* const none : {L"", L"dbmv", L"DBM", L"dB\u03BCV", L"dBmV "})
         EXPECT_EQ(-1, LevelUnitCode(none)) << none;
+    EXPECT_EQ(0, SignificantLevelDigits(L"dBm"));
+    EXPECT_EQ(0, SignificantLevelDigits(L"mv"));
+    EXPECT_EQ(4, SignificantLevelDigits(L"mV"));
 }
 
 TEST(Parameters, EveryParameterHasACaptionAndOnlyReadingsAFormat)

@@ -41,6 +41,33 @@ TEST(FormatNumber, GivesEveryRecordedText)
     EXPECT_EQ(rows, 588);
 }
 
+TEST(FormatSignificant, KeepsItsDigitsAtEverySizeWithoutAnExponent)
+{
+    const std::pair<double, const wchar_t*> cases[] = {
+        {0.044668359, L"0.04467"},
+        {1, L"1.000"},
+        {31.6227766, L"31.62"},
+        {-0.25118864, L"-0.2512"},
+        {0.99995, L"1.000"},  // rounding carries into another decade
+        {0.099994, L"0.09999"},
+        {9.9996, L"10.00"},
+        {999.95, L"1000"},
+        {9999.6, L"10000"},
+        {12345, L"12350"},
+        {0, L"0.000"},
+        {-0.0, L"0.000"},
+        {1e15, L"1000000000000000"},
+        {1.23456e-12, L"0.000000000001235"},
+        {1.23456e-14, L"0.000000000000012"},  // behind the 15th decimal
+        {1e-300, L"0.000"},
+        {std::nan(""), L"NaN"},
+    };
+    for (const auto& [value, text] : cases)
+        EXPECT_EQ(FormatSignificant(value, 4, false, FixedLocale()), text) << value;
+    EXPECT_EQ(FormatSignificant(0.5, 2, true, CommaLocale()), L"0,50");
+    EXPECT_EQ(FormatSignificant(0.5, 2, false, CommaLocale()), L"0.50");
+}
+
 TEST(FormatNumber, TakesTheLocalesSeparatorOnlyWhenAsked)
 {
     for (const wchar_t* separator : {L".", L",", L"\u066B", L"'"}) {
