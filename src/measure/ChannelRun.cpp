@@ -18,6 +18,8 @@ constexpr double perMega = 1e6;
 constexpr double bitsPerSample = 1e7;
 constexpr int16_t progressTotal = 30;
 constexpr double longestWait = 23 * 3600;  ///< seconds; clsTimeout cannot tell a day or more
+constexpr double largestReading = 1e15;    ///< of any unit, far beyond what is measured
+constexpr std::size_t longestText = 64;    ///< of a driver's own words; no display of a receiver holds more
 
 constexpr std::wstring_view notMeasured = L"---";
 constexpr std::wstring_view rangeMarkers = L" --- UNDER OVER ";
@@ -42,6 +44,22 @@ constexpr QualityReading qualityReadings[] = {
 struct LeaveAtOnce
 {
 };
+
+/// Whether a number can have been measured: a driver may answer anything.
+bool IsReading(double value)
+{
+    return std::fabs(value) <= largestReading;
+}
+
+/// A driver's own words as a cell holds them: control characters as blanks, "---" where it is no text for people.
+std::wstring CellText(std::wstring text)
+{
+    if (text.size() > longestText)
+        return std::wstring(notMeasured);
+    const auto isControl = [](wchar_t c) { return c < L' ' || (c >= L'\u007F' && c <= L'\u009F'); };
+    std::ranges::replace_if(text, isControl, L' ');
+    return text;
+}
 
 }  // namespace
 
@@ -234,7 +252,7 @@ void ChannelRun::StoreReading(MP_TYPES parameter, Reading reading)
     const std::wstring marker = receiver_.ValueStatus();
     if (!marker.empty() && rangeMarkers.find(marker) != std::wstring_view::npos) {
         Store(0, parameter, marker);
-    } else if (std::isfinite(value)) {
+    } else if (IsReading(value)) {
         Store(0, parameter, FormatReading(parameter, value));
     } else {
         return;
@@ -247,14 +265,15 @@ void ChannelRun::IntegrateBer()
 {
     clsTimeout integration = StartTimer(document_.BerSamples() * bitTime_);
     do {
-        receiver_.ReadBer();
+        const double ratio = receiver_.ReadBer();
         const std::wstring valueStatus = receiver_.ValueStatus();
         const std::wstring countState = receiver_.BerState();
         if (countState == notMeasured)
             return;
-        Store(0, MP_BER, CleanBerResult(receiver_.BerResult()));
-        Store(1, MP_BER, countState);
-        Store(2, MP_BER, valueStatus);
+        const std::wstring result = CleanBerResult(receiver_.BerResult());
+        Store(0, MP_BER, IsReading(ratio) ? result : notMeasured);
+        Store(1, MP_BER, CellText(countState));
+        Store(2, MP_BER, CellText(valueStatus));
         ReportCell(MP_BER);
         PollStopFlag();
     } while (integration.State() != tmoExpired);
@@ -340,6 +359,7 @@ std::wstring ChannelRun::FormatReading(MP_TYPES parameter, double value) const
 
 std::wstring ChannelRun::CleanBerResult(std::wstring text) const
 {
+    text = CellText(std::move(text));
     text.erase(text.find_last_not_of(L' ') + 1);
     text.erase(0, text.find_first_not_of(L' '));
     if (const std::size_t point = text.find(L'.'); point != std::wstring::npos)

@@ -199,8 +199,20 @@ TEST(ChannelScan, LockThatGoesWhileMeasuringReadsIntermittentEvenWhenItComesBack
 
 TEST(ChannelScan, RangeMarkersStandInPlaceOfTheValue)
 {
-    const std::pair<const wchar_t*, bool> cases[] = {{L"---", true}, {L"UNDER", true}, {L"OVER", true},
-                                                     {L"", false},   {L"over", false}, {L"HOLD", false}};
+    // Any piece of the markers counts, so that a receiver may cut or pad them.
+    const std::pair<std::wstring, bool> cases[] = {{L"---", true},
+                                                   {L"UNDER", true},
+                                                   {L"OVER", true},
+                                                   {L" OVER ", true},
+                                                   {L"-", true},
+                                                   {L"O", true},
+                                                   {L" ", true},
+                                                   {L"", false},
+                                                   {L"over", false},
+                                                   {L"HOLD", false},
+                                                   {L"  ", false},
+                                                   {{L'O', 0}, false},
+                                                   {std::wstring(100000, L'-'), false}};
     for (const auto& [marker, shown] : cases) {
         TestScan test;
         test.receiver.markers["ReadMer"] = marker;
@@ -208,10 +220,38 @@ TEST(ChannelScan, RangeMarkersStandInPlaceOfTheValue)
         EXPECT_EQ(test.Cell(MP_MER) == marker, shown) << marker;
         EXPECT_NE(test.Cell(MP_MERPCT), marker);
     }
-    TestScan test;
-    test.receiver.readings["ReadMer"] = std::nan("");
-    EXPECT_TRUE(test.Measure());
-    EXPECT_EQ(test.Cell(MP_MER), L"---");
+}
+
+TEST(ChannelScan, ReadingThatNobodyCanHaveTakenReadsDashesInItsOwnCellOnly)
+{
+    TestScan sound;
+    EXPECT_TRUE(sound.Measure());
+    const double beyond = std::nextafter(1e15, 1e16);
+    for (const auto& [name, reading] : sound.receiver.readings) {
+        for (const double value : {std::nan(""), double{INFINITY}, double{-INFINITY}, 1e300, beyond, -beyond}) {
+            TestScan test;
+            test.receiver.readings[name] = value;
+            EXPECT_TRUE(test.Measure());
+            EXPECT_EQ(test.Status(), L"Done");
+            int dashes = 0;
+            for (const MP_TYPES column : valueColumns) {
+                const bool own = test.Cell(column) == L"---";
+                dashes += own ? 1 : 0;
+                EXPECT_TRUE(own || test.Cell(column) == sound.Cell(column)) << name << column;
+            }
+            EXPECT_EQ(dashes, 1) << name << value;
+        }
+    }
+    for (const double value : {1e15, -1e15}) {
+        TestScan test;
+        test.receiver.readings["ReadMer"] = value;
+        EXPECT_TRUE(test.Measure());
+        EXPECT_EQ(test.Cell(MP_MER), value > 0 ? L"1000000000000000.0" : L"-1000000000000000.0");
+        test.receiver.markers["ReadMer"] = L"OVER";
+        test.receiver.readings["ReadMer"] = std::nan("");
+        EXPECT_TRUE(test.Measure());
+        EXPECT_EQ(test.Cell(MP_MER), L"OVER");
+    }
 }
 
 TEST(ChannelScan, LevelInMillivoltsShowsFourSignificantDigits)
@@ -259,6 +299,29 @@ TEST(ChannelScan, BerIsIntegratedForItsSamplesOrReadsDashes)
     EXPECT_TRUE(test.Measure());
     EXPECT_EQ(test.log.Count("ReadBer"), 0);
     EXPECT_EQ(test.Cell(MP_BER), L"---");
+}
+
+TEST(ChannelScan, BerTextsAreCleanedAndNeverLongerThanADisplay)
+{
+    const std::pair<std::wstring, std::wstring> cases[] = {{L"\t <1.25E-8\r\n", L"<1.25E-8"},
+                                                           {std::wstring(L"1.0\0E\x1B", 6), L"1.0 E"},
+                                                           {std::wstring(64, L'1'), std::wstring(64, L'1')},
+                                                           {std::wstring(65, L'1'), L"---"},
+                                                           {std::wstring(1000000, L'\0'), L"---"},
+                                                           {L" \x7F\x85 ", L"---"}};
+    for (const auto& [text, cell] : cases) {
+        TestScan test;
+        test.receiver.berResult = text;
+        EXPECT_TRUE(test.Measure());
+        EXPECT_EQ(test.Cell(MP_BER), cell);
+    }
+    TestScan test;
+    test.receiver.berState = std::wstring(L"7\0of\t10", 7);
+    test.receiver.markers["ReadBer"] = std::wstring(1000000, L'x');
+    EXPECT_TRUE(test.Measure());
+    EXPECT_EQ(test.Cell(MP_BER, 1), L"7 of 10");
+    EXPECT_EQ(test.Cell(MP_BER, 2), L"---");
+    EXPECT_EQ(test.Cell(MP_BER, 0), L"1.0E-8");
 }
 
 TEST(ChannelScan, BerIntegrationEndsWhateverItsTime)
