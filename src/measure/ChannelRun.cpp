@@ -218,7 +218,7 @@ void ChannelRun::BeginErrorInterval()
     if (!Has(controlError)) {
         Guarded([this] {
             countersAtStart_ = receiver_.ReadErrorCounters();
-            intervalStart_ = clock_.Now();
+            intervalStart_ = clock_.SteadySeconds();
         });
     }
 }
@@ -285,7 +285,7 @@ void ChannelRun::StoreErrorRate(MP_TYPES parameter, double ErrorCounters::*count
     double percent = 100;
     if (intervalStart_ && Has(tsLocked | tsLost)) {
         const double errored = receiver_.ReadErrorCounters().*counter - countersAtStart_.*counter;
-        const auto seconds = static_cast<double>(SecondsBetween(*intervalStart_, clock_.Now()));
+        const double seconds = std::floor(clock_.SteadySeconds()) - std::floor(*intervalStart_);
         if (errored != 0 && seconds > 0)
             percent = 100 * errored / seconds;
     }

@@ -117,7 +117,7 @@ private:
     double bitTime_ = 0;               ///< seconds that 10^7 bits take
     bool referenceCanBeLost_ = false;  ///< an external reference is in use
     ErrorCounters countersAtStart_;
-    std::optional<DateTime> intervalStart_;
+    std::optional<double> intervalStart_;  ///< of the error counting, in the clock's steady seconds
 };
 
 }  // namespace tvn2x

@@ -15,21 +15,22 @@ struct DateTime
     bool operator==(const DateTime&) const = default;
 };
 
-/// Seconds between two local times, as a difference of calendar seconds (a fraction that has begun counts).
-long long SecondsBetween(const DateTime& from, const DateTime& to);
-
 /// Where the time comes from. SystemClock is the machine's; tests bring their own.
 class Clock
 {
 public:
     virtual ~Clock() = default;
 
-    /// Seconds since local midnight with their fraction, 0 <= value < 86400.
-    virtual double SecondsSinceMidnight() = 0;
+    /// For telling how much time has passed: seconds since the local midnight before the process first asked, beyond
+    /// 86400 on later days. Runs on evenly, while the machine sleeps too, and never back, whoever sets the clock on the
+    /// wall meanwhile.
+    virtual double SteadySeconds() = 0;
+
+    /// For time stamps: what the clock on the wall shows, which may be set at any moment.
     virtual DateTime Now() = 0;
 };
 
-/// The machine's clock. One object for the process.
+/// The machine's clock. One object for the process, for every thread.
 Clock& SystemClock();
 
 }  // namespace tvn2x

@@ -10,32 +10,47 @@ namespace {
 class MachineClock : public Clock
 {
 public:
-    double SecondsSinceMidnight() override
-    {
-        timespec now{};
-        const tm parts = Local(now);
-        return Whole(parts) + static_cast<double>(now.tv_nsec) * 1e-9;
-    }
+    double SteadySeconds() override { return midnightToStart_ + (SinceBoot() - start_); }
 
     DateTime Now() override
     {
-        timespec now{};
-        const tm parts = Local(now);
+        const tm parts = Local(WallTime());
         return {parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday, parts.tm_hour, parts.tm_min, Second(parts)};
     }
 
 private:
-    static tm Local(timespec& now)
+    static double SinceBoot()
     {
-        clock_gettime(CLOCK_REALTIME, &now);
+        timespec time{};
+        clock_gettime(CLOCK_BOOTTIME, &time);
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+    }
+
+    static timespec WallTime()
+    {
+        timespec time{};
+        clock_gettime(CLOCK_REALTIME, &time);
+        return time;
+    }
+
+    static tm Local(const timespec& time)
+    {
         tm parts{};
-        localtime_r(&now.tv_sec, &parts);
+        localtime_r(&time.tv_sec, &parts);
         return parts;
+    }
+
+    static double SinceMidnight(const timespec& time)
+    {
+        const tm parts = Local(time);
+        return parts.tm_hour * 3600 + parts.tm_min * 60 + Second(parts) + static_cast<double>(time.tv_nsec) * 1e-9;
     }
 
     /// A leap second repeats the one before it: a day has 86400 of them.
     static int Second(const tm& parts) { return std::min(parts.tm_sec, 59); }
-    static int Whole(const tm& parts) { return parts.tm_hour * 3600 + parts.tm_min * 60 + Second(parts); }
+
+    const double start_ = SinceBoot();
+    const double midnightToStart_ = SinceMidnight(WallTime());
 };
 
 }  // namespace

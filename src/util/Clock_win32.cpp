@@ -1,6 +1,5 @@
 #include <windows.h>
 
-#include <atomic>
 #include <cstdint>
 
 #include "util/Clock.h"
@@ -8,75 +7,52 @@
 namespace tvn2x {
 namespace {
 
-constexpr int64_t ticksPerSecond = 10'000'000;
-constexpr int64_t ticksPerDay = 86400 * ticksPerSecond;
-
-int64_t Ticks(const FILETIME& time)
+SYSTEMTIME WallTime()
 {
-    return static_cast<int64_t>(static_cast<uint64_t>(time.dwHighDateTime) << 32 | time.dwLowDateTime);
+    SYSTEMTIME time{};
+    GetLocalTime(&time);
+    return time;
 }
 
-FILETIME FileTime(int64_t ticks)
+/// The performance counter neither fails nor stops for sleep on any system that we run on, and moves in fractions of a
+/// microsecond, where the tick count moves with the scheduler (15 ms).
+int64_t Ticks()
 {
-    return {static_cast<DWORD>(ticks & 0xFFFFFFFF), static_cast<DWORD>(ticks >> 32)};
+    LARGE_INTEGER ticks{};
+    QueryPerformanceCounter(&ticks);
+    return ticks.QuadPart;
 }
 
-/// Windows 7 has only the clock that moves with the scheduler (15 ms).
-using TimeReader = void(WINAPI*)(FILETIME*);
-TimeReader FindTimeReader()
+double SecondsPerTick()
 {
-    const auto precise = GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "GetSystemTimePreciseAsFileTime");
-    return precise != nullptr ? reinterpret_cast<TimeReader>(reinterpret_cast<void*>(precise))
-                              : &GetSystemTimeAsFileTime;
+    LARGE_INTEGER ticksPerSecond{};
+    QueryPerformanceFrequency(&ticksPerSecond);
+    return 1.0 / static_cast<double>(ticksPerSecond.QuadPart);
+}
+
+double SinceMidnight(const SYSTEMTIME& time)
+{
+    return time.wHour * 3600 + time.wMinute * 60 + time.wSecond + time.wMilliseconds * 1e-3;
 }
 
 class MachineClock : public Clock
 {
 public:
-    double SecondsSinceMidnight() override
+    double SteadySeconds() override
     {
-        return static_cast<double>(LocalTicks() % ticksPerDay) / static_cast<double>(ticksPerSecond);
+        return midnightToStart_ + static_cast<double>(Ticks() - start_) * secondsPerTick_;
     }
 
     DateTime Now() override
     {
-        const FILETIME time = FileTime(LocalTicks());
-        SYSTEMTIME parts{};
-        FileTimeToSystemTime(&time, &parts);
-        return {parts.wYear, parts.wMonth, parts.wDay, parts.wHour, parts.wMinute, parts.wSecond};
+        const SYSTEMTIME time = WallTime();
+        return {time.wYear, time.wMonth, time.wDay, time.wHour, time.wMinute, time.wSecond};
     }
 
 private:
-    /// Local time in ticks since 1601. A scan polls the clock often and the zone is slow to ask for, so its offset is
-    /// kept for the second it was asked in; threads that race here store offsets of the same second or its neighbour.
-    int64_t LocalTicks()
-    {
-        FILETIME time{};
-        read_(&time);
-        const int64_t utc = Ticks(time);
-        const int64_t second = utc / ticksPerSecond;
-        if (offsetSecond_.load(std::memory_order_acquire) != second) {
-            offset_.store(Offset(second * ticksPerSecond), std::memory_order_relaxed);
-            offsetSecond_.store(second, std::memory_order_release);
-        }
-        return utc + offset_.load(std::memory_order_relaxed);
-    }
-
-    static int64_t Offset(int64_t utc)
-    {
-        const FILETIME time = FileTime(utc);
-        SYSTEMTIME universal{};
-        SYSTEMTIME local{};
-        FILETIME localTime{};
-        if (!FileTimeToSystemTime(&time, &universal) || !SystemTimeToTzSpecificLocalTime(nullptr, &universal, &local) ||
-            !SystemTimeToFileTime(&local, &localTime))
-            return 0;
-        return Ticks(localTime) - utc;
-    }
-
-    const TimeReader read_ = FindTimeReader();
-    std::atomic<int64_t> offset_{0};
-    std::atomic<int64_t> offsetSecond_{-1};
+    const int64_t start_ = Ticks();
+    const double secondsPerTick_ = SecondsPerTick();
+    const double midnightToStart_ = SinceMidnight(WallTime());
 };
 
 }  // namespace

@@ -15,16 +15,19 @@ enum tmoStates : int32_t
 
 /// Answers one question: has a number of seconds passed since Start? Nobody is called back; the owner polls State.
 ///
-/// The marks are seconds since local midnight in single precision (about 8 ms of resolution late in the day), and wrap
-/// once, so a wait may cross midnight but cannot be longer than a day.
+/// The time is the clock's even one, so setting the clock on the wall moves no end. The marks are seconds since
+/// midnight in single precision (about 8 ms of resolution late in the day), each with its day, so that a wait crosses
+/// midnight however seldom the state is read. The end wraps once only: a wait that would end later is over when the day
+/// after the start's ends. An interval below 0, -infinity too, is over at the first reading of the state.
 class clsTimeout
 {
 public:
     explicit clsTimeout(Clock& clock) : clock_(clock) {}
 
     float Interval() const { return interval_; }
-    /// Stores the interval; a running timer goes on with the one it was started with.
-    void Interval(float seconds) { interval_ = seconds; }
+    /// Stores the interval; a running timer goes on with the one it was started with. NaN and +infinity, which no wait
+    /// reaches, raise 380 here and in Start, and all stays as it was.
+    void Interval(float seconds);
 
     /// Starts, or restarts, the timer. 0 keeps the present interval.
     void Start(float seconds);
@@ -33,12 +36,17 @@ public:
     void Clear() { state_ = tmoReady; }
 
 private:
-    float Now() const;
+    struct Mark
+    {
+        double day;     ///< in days of the clock
+        float seconds;  ///< since midnight
+    };
+
+    Mark Now() const;
 
     Clock& clock_;
     float interval_ = 0;
-    float start_ = 0;
-    float end_ = 0;
+    Mark end_{};
     tmoStates state_ = tmoReady;
 };
 

@@ -161,11 +161,18 @@ TEST(ChannelScan, AllWaitsShareOneSettlingTimeAndEveryOneEnds)
 {
     TestScan test;
     test.receiver.carrierUnlocked = true;
-    test.log.Once("RfSignalPresent", [&] { test.clock.Advance(9); });
-    test.clock.Set(0);
-    EXPECT_TRUE(test.Measure());
-    EXPECT_EQ(test.Cell(MP_SYNC), L"UNSYNC");
-    EXPECT_LT(test.clock.SecondsSinceMidnight(), 12);
+    for (const double wallSet : {0, -3600, 3600}) {  // once in each of the scan's calls
+        test.log.onCall = [&](const std::string& call) {
+            test.clock.Advance(call == "RfSignalPresent" && test.log.Count(call) == 1 ? 9 : 0);
+            test.clock.SetWallBy(wallSet);
+        };
+        test.clock.Set(0);
+        EXPECT_TRUE(test.Measure());
+        EXPECT_EQ(test.Cell(MP_SYNC), L"UNSYNC");
+        EXPECT_GT(test.clock.SteadySeconds(), 10);
+        EXPECT_LT(test.clock.SteadySeconds(), 13);
+    }
+    test.log.onCall = {};
 
     test.receiver.rfSignalPresent = false;
     test.clock.step = 300;
