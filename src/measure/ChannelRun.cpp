@@ -279,17 +279,28 @@ void ChannelRun::IntegrateBer()
     } while (integration.State() != tmoExpired);
 }
 
-/// Errored time as a percentage of the time since BeginErrorInterval; 100 where no time or no errors were counted.
+/// Errored time as a percentage of the time since BeginErrorInterval; 100 without a stream or without an error. Nothing
+/// was measured where the counters were not read then, tell no time or ran back, or differ over less than a second.
 void ChannelRun::StoreErrorRate(MP_TYPES parameter, double ErrorCounters::*counter)
 {
     double percent = 100;
-    if (intervalStart_ && Has(tsLocked | tsLost)) {
-        const double errored = receiver_.ReadErrorCounters().*counter - countersAtStart_.*counter;
-        const double seconds = std::floor(clock_.SteadySeconds()) - std::floor(*intervalStart_);
-        if (errored != 0 && seconds > 0)
-            percent = 100 * errored / seconds;
+    if (Has(tsLocked | tsLost)) {
+        if (!intervalStart_)
+            return;
+        const double before = countersAtStart_.*counter;
+        const double after = receiver_.ReadErrorCounters().*counter;
+        const double now = clock_.SteadySeconds();
+        if (!IsReading(before) || !IsReading(after) || after < before)
+            return;
+        if (after > before) {
+            if (now - *intervalStart_ < 1)
+                return;
+            percent = 100 * (after - before) / (std::floor(now) - std::floor(*intervalStart_));
+        }
     }
-    Store(0, parameter, FormatNumber(percent, DisplayFormat(parameter), true, locale_));
+    if (!IsReading(percent))
+        return;
+    Store(0, parameter, FormatReading(parameter, percent));
     ReportCell(static_cast<int16_t>(parameter));
 }
 

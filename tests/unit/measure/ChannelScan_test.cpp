@@ -350,30 +350,65 @@ TEST(ChannelScan, BerIntegrationEndsWhateverItsTime)
     EXPECT_GT(test.log.Count("ReadBer"), 100);
 }
 
+/// A channel that is measured while its counters go on from 7 and 8 s by `errors`, in `seconds` from half past a
+/// second.
+struct CountedScan : TestScan
+{
+    CountedScan(double seconds, ErrorCounters errors)
+    {
+        clock.Set(36000.5);
+        clock.step = 0;
+        receiver.counters = {7, 8, 9};
+        WantOnly({MP_SY, MP_DE, MP_MER});
+        log.Once("ReadMer", [this, seconds, errors] {
+            clock.Advance(seconds);
+            clock.SetWallBy(-3600);
+            receiver.counters = {7 + errors.syncErrors, 8 + errors.dataErrors, 9 + errors.unavailable};
+            receiver.tsError = true;  // a stream that was lost on the way has its rates all the same
+        });
+    }
+};
+
 TEST(ChannelScan, ErrorRatesArePartsOfTheTimeSinceTheFirstReading)
 {
     const std::tuple<double, ErrorCounters, const wchar_t*, const wchar_t*> cases[] = {
-        {20, {5, 1, 9}, L"25.0", L"5.0"}, {20, {0, 0.5, 9}, L"100.0", L"2.5"}, {0, {3, 1, 9}, L"100.0", L"100.0"}};
+        {20, {5, 1, 9}, L"25.0", L"5.0"},
+        {20, {0, 0.5, 9}, L"100.0", L"2.5"},
+        {1, {0.25, 1, 0}, L"25.0", L"100.0"},
+        {0.9375, {0.25, 0, 0}, L"---", L"100.0"},  // the full second in between makes no time of it
+        {0, {3, 0, 9}, L"---", L"100.0"},
+        {86400, {864, 0, 0}, L"1.0", L"100.0"},
+    };
     for (const auto& [seconds, errors, sync, data] : cases) {
-        TestScan test;
-        test.clock.step = 0;
-        test.receiver.counters = {7, 8, 9};
-        test.WantOnly({MP_SY, MP_DE, MP_MER});
-        test.log.Once("ReadMer", [&, seconds = seconds, errors = errors] {
-            test.clock.Advance(seconds);
-            test.receiver.counters = {7 + errors.syncErrors, 8 + errors.dataErrors, 9 + errors.unavailable};
-            test.receiver.tsError = true;  // a stream that was lost on the way has its rates all the same
-        });
+        CountedScan test(seconds, errors);
         EXPECT_TRUE(test.Measure());
-        EXPECT_EQ(test.Cell(MP_SY), sync);
-        EXPECT_EQ(test.Cell(MP_DE), data);
+        EXPECT_EQ(test.Cell(MP_SY), sync) << seconds;
+        EXPECT_EQ(test.Cell(MP_DE), data) << seconds;
+        EXPECT_EQ(test.Cell(MP_TIMESTAMP, 1).substr(0, 13), seconds < 80000 ? L"2024-03-15 09" : L"2024-03-16 09");
     }
     TestScan late;  // wanted only after the first reading would have been due
     late.WantOnly({MP_MER});
     late.receiver.counters.dataErrors = 5;
     late.log.Once("ReadMer", [&] { late.document.Parameter(0, MP_DE, true); });
     EXPECT_TRUE(late.Measure());
-    EXPECT_EQ(late.Cell(MP_DE), L"100.0");
+    EXPECT_EQ(late.Cell(MP_DE), L"---");
+}
+
+TEST(ChannelScan, CountersThatTellNoTimeOrRunBackReadDashes)
+{
+    for (const double odd : {std::nan(""), double{INFINITY}, double{-INFINITY}, 1e300, -1e300, 9e14, -0.5}) {
+        CountedScan test(20, {odd, 5, 0});
+        EXPECT_TRUE(test.Measure());
+        EXPECT_EQ(test.Cell(MP_SY), L"---") << odd;
+        EXPECT_EQ(test.Cell(MP_DE), L"25.0") << odd;
+        EXPECT_EQ(test.Status(), L"Done");
+    }
+    CountedScan always(20, {});
+    always.receiver.counters.syncErrors = 1e300;
+    always.log.onCall = {};
+    EXPECT_TRUE(always.Measure());
+    EXPECT_EQ(always.Cell(MP_SY), L"---");
+    EXPECT_EQ(always.Cell(MP_DE), L"100.0");
 }
 
 TEST(ChannelScan, ChannelThatDoesNotFitIsRefusedBeforeAnythingIsSent)
