@@ -144,9 +144,9 @@ void ProfileFile::IndexKeys(uint32_t section) const
             ++first;
         if (first == line.stop)
             continue;
-        opened.insert = static_cast<uint32_t>(line.next);
         if (content_[first] == ';')
             continue;
+        opened.insert = static_cast<uint32_t>(line.next);
         const std::string_view text = lines.substr(first, line.stop - first);
         const std::string_view key = profile::Trim(text.substr(0, text.find('=')));
         const uint32_t hash = profile::HashName(key);
@@ -251,6 +251,21 @@ Line ProfileFile::LineAround(uint32_t base) const
     line.stop = base + LineAt(base).size();
     const bool pair = content_.compare(line.stop, 2, "\r\n") == 0;
     line.next = std::min(line.stop + (pair ? 2 : 1), content_.size());
+    return line;
+}
+
+/// The line that ends where another begins.
+Line ProfileFile::LineBefore(uint32_t next) const
+{
+    Line line;
+    line.next = line.stop = next;
+    while (line.stop > 0 && IsLineEnd(content_[line.stop - 1]) && line.next - line.stop < 2)
+        --line.stop;
+    if (line.next - line.stop == 2 && content_.compare(line.stop, 2, "\r\n") != 0)
+        ++line.stop;
+    line.start = line.stop;
+    while (line.start > 0 && !IsLineEnd(content_[line.start - 1]))
+        --line.start;
     return line;
 }
 

@@ -18,8 +18,8 @@ namespace tvn2x {
 /// first section of a name and the first key of a name win, a line that begins with ";" is a comment, a line that
 /// begins with "[" opens a section whether or not its "]" is there, keys before the first section cannot be reached,
 /// and a value loses the blanks and then one pair of quotes round it. Bytes that no write touches are rendered as they
-/// were; a new line ends like most lines of the file, CR LF in a new file, and follows the section's last line that is
-/// not blank.
+/// were; a new line ends like most lines of the file, CR LF in a new file, and follows the section's last key, or its
+/// "[" line: the comments and blank lines behind that may belong to the next section.
 ///
 /// Texts are in the file's own bytes: the system code page, or UTF-8 where the file is UTF-16LE with its mark (Encode
 /// and Decode tell). Work and memory grow with the file's size alone, whatever its lines are: a section's keys are
@@ -81,7 +81,8 @@ private:
         uint32_t head = 0;
         uint32_t body = 0;
         uint32_t end = 0;
-        uint32_t insert = 0;  ///< where a new line goes
+        uint32_t insert = 0;  ///< where new lines go: behind the last key line that is left, or behind the "[" line
+        uint32_t added = 0;   ///< how many new lines are there
         uint32_t nameAt = nowhere;
         uint32_t nameLength = 0;
         uint32_t repeated = 0;    ///< how many lines have a key that stands above them already
@@ -122,11 +123,15 @@ private:
     }
     std::string_view LineAt(uint32_t place) const;
     profile::Line LineAround(uint32_t base) const;
+    profile::Line LineBefore(uint32_t next) const;
     std::string_view LineEnd() const;
 
     uint32_t AppendSection(std::string_view name, bool indexed);
     uint32_t AddText(std::string_view key, std::string_view value);
     uint32_t AddWritten(uint32_t section, std::string_view key, std::string_view value, uint32_t base);
+    uint32_t AddNew(uint32_t section, std::string_view key, std::string_view value);
+    void LeaveRemovedKeys(uint32_t section);
+    bool IsRemovedLine(uint32_t section, std::string_view line) const;
     void SetValue(profile::NameIndex::Slot& slot, uint32_t section, std::string_view newKey, std::string_view value);
     void Remove(profile::NameIndex::Slot& slot, uint32_t section);
     void LinkRepeatedKeys(uint32_t section);

@@ -50,6 +50,39 @@ uint32_t ProfileFile::AddWritten(uint32_t section, std::string_view key, std::st
     return place | writtenMark;
 }
 
+/// A line that stands in no other's place.
+uint32_t ProfileFile::AddNew(uint32_t section, std::string_view key, std::string_view value)
+{
+    if (sections_[section].added == 0)
+        LeaveRemovedKeys(section);
+    ++sections_[section].added;
+    return AddWritten(section, key, value, nowhere);
+}
+
+/// Moves the place for new lines up to the last key line that is left: the lines behind that one may be comments on the
+/// next section. What is removed stays so, hence no line is passed twice.
+void ProfileFile::LeaveRemovedKeys(uint32_t section)
+{
+    Section& found = sections_[section];
+    while (found.insert > found.body) {
+        const Line line = LineBefore(found.insert);
+        const std::string_view text = profile::Trim(line.Text(content_));
+        if (!text.empty() && text.front() != ';' && !IsRemovedLine(section, text))
+            return;
+        found.insert = static_cast<uint32_t>(line.start);
+    }
+}
+
+/// Whether a key line of the file, from its key on, is removed. Of lines with one key the upper ones are removed first.
+bool ProfileFile::IsRemovedLine(uint32_t section, std::string_view line) const
+{
+    const auto at = static_cast<uint32_t>(line.data() - content_.data());
+    const NameIndex::Slot* const slot = FindKey(section, profile::ParseEntry(line).key);
+    const bool isWritten = (slot->place & writtenMark) != 0;
+    const uint32_t first = isWritten ? written_[slot->place & ~writtenMark].base : slot->place;
+    return at < first || (at == first && IsRemoved(*slot));
+}
+
 /// Replaces the line of a slot; the key keeps the spelling that the file has.
 void ProfileFile::SetValue(NameIndex::Slot& slot, uint32_t section, std::string_view newKey, std::string_view value)
 {
@@ -63,7 +96,7 @@ void ProfileFile::SetValue(NameIndex::Slot& slot, uint32_t section, std::string_
         slot.place = AddWritten(section, key, value, slot.place);
     } else if (removed) {
         // A key that was removed and comes back is a new line, as it would be had the file been written in between.
-        slot.place = AddWritten(section, newKey, value, nowhere);
+        slot.place = AddNew(section, newKey, value);
     } else {
         Written& written = written_[slot.place & ~writtenMark];
         written.textAt = AddText(key, value);
@@ -85,6 +118,8 @@ void ProfileFile::Remove(NameIndex::Slot& slot, uint32_t section)
     }
     Written& written = written_[slot.place & ~writtenMark];
     written.removed = true;
+    if (written.base == nowhere)
+        --sections_[section].added;
     changed_ = true;
     const std::vector<Link>& links = sections_[section].links;
     const auto next = std::lower_bound(links.begin(), links.end(), written.base,
@@ -146,7 +181,7 @@ bool ProfileFile::Write(std::string_view section, std::string_view key, std::opt
         if (!value)
             return true;
         const uint32_t added = AppendSection(section, plainSection);
-        const uint32_t place = AddWritten(added, key, *value, nowhere);
+        const uint32_t place = AddNew(added, key, *value);
         if (plainSection && plainKey)
             sections_[added].keys.Add(profile::HashName(key), place);
     } else {
@@ -156,7 +191,7 @@ bool ProfileFile::Write(std::string_view section, std::string_view key, std::opt
         else if (slot != nullptr)
             Remove(*slot, found);
         else if (value) {
-            const uint32_t place = AddWritten(found, key, *value, nowhere);
+            const uint32_t place = AddNew(found, key, *value);
             if (plainKey)
                 sections_[found].keys.Add(profile::HashName(key), place);
         }

@@ -60,8 +60,10 @@ TEST(ProfileFile, BytesThatNoWriteTouchesStayAsTheyWere)
     }
     EXPECT_EQ("; head\r\n[a]\n\tk =1\nm=9\n; tail\n\n[b]",
               Written("; head\r\n[a]\n\tk =1\nm = 2\n; tail\n\n[b]", "A", "M", "9"));
-    // New lines end like most of the file and join their section.
-    EXPECT_EQ("[a]\nk=1\nn=2\n\n[b]\n", Written("[a]\nk=1\n\n[b]\n", "a", "n", "2"));
+    // New lines end like most of the file and join the keys of their section.
+    EXPECT_EQ("[a]\nk=1\nn=2\n\n; on b\n[b]\n", Written("[a]\nk=1\n\n; on b\n[b]\n", "a", "n", "2"));
+    EXPECT_EQ("[a]\nn=2\n; on b\n[b]\n", Written("[a]\n; on b\n[b]\n", "a", "n", "2"));
+    EXPECT_EQ("[a]\nk=1\nn=2\n; end", Written("[a]\nk=1\n; end", "a", "n", "2"));
     EXPECT_EQ("[a]\rn=2\r[b]\r", Written("[a]\r[b]\r", "a", "n", "2"));
     EXPECT_EQ("[a]\r\nn=2\r\n", Written("[a]", "a", "n", "2"));
     EXPECT_EQ("junk\r\n[a]\r\nn=2\r\n", Written("junk", "a", "n", "2"));
