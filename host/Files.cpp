@@ -95,7 +95,7 @@ PendingFile::~PendingFile()
 
 void PendingFile::TakePlace()
 {
-    RequireWritten(SystemFiles().Rename(path_, target_), target_);
+    RequireWritten(MoveInto(SystemFiles(), path_, target_), target_);
     path_.clear();
 }
 

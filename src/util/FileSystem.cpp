@@ -25,10 +25,22 @@ std::wstring_view FaultText(FileFault fault)
             return L"the path names a folder";
         case FileFault::tooLarge:
             return L"the file is larger than 1 GiB";
+        case FileFault::changed:
+            return L"another program keeps changing the file";
         case FileFault::other:
             break;
     }
     return L"the system reports an error";
+}
+
+uint64_t TickOf(const FileStamp& stamp)
+{
+    constexpr uint64_t second = 1'000'000'000;
+    // Systems stamp files when their scheduler ticks, however fine their stamps are.
+    constexpr uint64_t shortest = second / 50;
+    if (stamp.modified % (2 * second) == 0)
+        return 2 * second;
+    return stamp.modified % second == 0 ? second : shortest;
 }
 
 bool MatchesPattern(std::wstring_view name, std::wstring_view pattern)
@@ -80,15 +92,30 @@ FileFault Replacement::Open(const std::wstring& path)
     return fault;
 }
 
-FileFault Replacement::Commit()
+FileFault Replacement::Finish()
 {
-    FileFault fault = file_->Flush();
+    if (!file_)
+        return FileFault::none;
+    const FileFault fault = file_->Flush();
     const FileFault closeFault = file_->Close();
     file_.reset();
-    if (fault == FileFault::none)
-        fault = closeFault;
-    if (fault == FileFault::none)
-        fault = files_.Rename(temporary_, path_);
+    return fault != FileFault::none ? fault : closeFault;
+}
+
+FileFault Replacement::Commit()
+{
+    const FileFault fault = Finish();
+    return Ended(fault == FileFault::none ? MoveInto(files_, temporary_, path_) : fault);
+}
+
+FileFault Replacement::Commit(const FileStamp& state)
+{
+    const FileFault fault = Finish();
+    return Ended(fault == FileFault::none ? files_.Rename(temporary_, path_, &state) : fault);
+}
+
+FileFault Replacement::Ended(FileFault fault)
+{
     if (fault == FileFault::none)
         temporary_.clear();
     else
@@ -107,6 +134,13 @@ void Replacement::Discard() noexcept
         // Out of memory on the way out of a fault: the fault matters more than the file left behind.
     }
     temporary_.clear();
+}
+
+FileFault MoveInto(FileSystem& files, const std::wstring& from, const std::wstring& to)
+{
+    std::unique_ptr<FileLock> alone;
+    const FileFault fault = files.Exclude(to, alone);
+    return fault == FileFault::none ? files.Rename(from, to, nullptr) : fault;
 }
 
 FileFault ReplaceContent(FileSystem& files, const std::wstring& path, std::string_view content)

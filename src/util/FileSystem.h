@@ -8,16 +8,21 @@
 
 namespace tvn2x {
 
-/// What identifies one state of a file: a file whose stamp is unchanged has not been written to.
+/// What identifies one state of a file: a file whose stamp is unchanged has not been written to since a tick after its
+/// last change.
 struct FileStamp
 {
     bool exists = false;
     uint64_t size = 0;
-    uint64_t modified = 0;  ///< the system's own file time, at its full resolution
+    uint64_t modified = 0;  ///< of the clock that FileSystem::Now reads, at the file system's full resolution
     uint64_t identity = 0;  ///< file index or inode: another file under the same name differs
 
     bool operator==(const FileStamp&) const = default;
 };
+
+/// The tick of the clock that a stamp was taken from, in nanoseconds, as far as its digits tell. Two writes within one
+/// tick may leave the same stamp.
+uint64_t TickOf(const FileStamp& stamp);
 
 enum class FileFault
 {
@@ -30,6 +35,7 @@ enum class FileFault
     readOnly,
     isDirectory,
     tooLarge,
+    changed,
     other
 };
 
@@ -46,6 +52,14 @@ public:
     virtual FileFault Close() = 0;
 };
 
+/// Keeps the product's other writers away from a file, in this process and in all others of the machine, until it is
+/// destroyed, on the thread that took it, or its process ends. Nothing on the disk tells of it.
+class FileLock
+{
+public:
+    virtual ~FileLock() = default;
+};
+
 /// Files as the product uses them. SystemFiles is the machine's; tests make the n-th operation fail. Paths are absolute
 /// or relative to the current folder.
 class FileSystem
@@ -56,6 +70,9 @@ public:
     /// The stamp of a file; exists is false where there is none.
     virtual FileStamp Stamp(const std::wstring& path) = 0;
 
+    /// The machine's clock in nanoseconds from any fixed day. It may be set, and a file server's may go differently.
+    virtual uint64_t Now() = 0;
+
     /// The whole content and the stamp it belongs to. A missing file is FileFault::missing.
     virtual FileFault Read(const std::wstring& path, std::string& content, FileStamp& stamp) = 0;
 
@@ -65,8 +82,14 @@ public:
     virtual FileFault CreateTemporary(const std::wstring& target, std::wstring& path,
                                       std::unique_ptr<OutputFile>& file) = 0;
 
-    /// Renames `from` over `to` in one step. A file that somebody holds open is tried again for half a second.
-    virtual FileFault Rename(const std::wstring& from, const std::wstring& to) = 0;
+    /// Takes a file for its writer alone, whatever path it is reached by and whether or not it exists. Another writer
+    /// is waited for for half a second, then it is FileFault::inUse. Where the system has no means for it (some network
+    /// shares) the call succeeds and `lock` stays empty.
+    virtual FileFault Exclude(const std::wstring& path, std::unique_ptr<FileLock>& lock) = 0;
+
+    /// Renames `from` over `to` in one step. A file that somebody holds open is tried again for half a second. With
+    /// `expected` each try begins with a look at `to`: in another state it stays, and that is FileFault::changed.
+    virtual FileFault Rename(const std::wstring& from, const std::wstring& to, const FileStamp* expected) = 0;
     virtual FileFault Remove(const std::wstring& path) = 0;
 
     /// The name, without its folder, of the first file that matches a path whose last part is a pattern
@@ -95,16 +118,26 @@ public:
     FileFault Open(const std::wstring& path);
     bool IsOpen() const { return file_ != nullptr; }
     FileFault Write(std::string_view bytes) { return file_->Write(bytes); }  ///< only while open
-    /// Flushes the content to the disk and puts it in the file's place, in one step. Afterwards nothing is open.
+    /// Flushes the content to the disk; nothing can be written any more.
+    FileFault Finish();
+    /// Finishes and puts the content in the file's place, in one step. Afterwards nothing is open.
     FileFault Commit();
+    /// The same where the file still is in the state that the content was made from, otherwise FileFault::changed. For
+    /// who has excluded the other writers since before that state was read.
+    FileFault Commit(const FileStamp& state);
     void Discard() noexcept;
 
 private:
+    FileFault Ended(FileFault fault);
+
     FileSystem& files_;
     std::wstring path_;
     std::wstring temporary_;  ///< "" where there is none to remove
     std::unique_ptr<OutputFile> file_;
 };
+
+/// Renames `from` over `to` in one step, and not while another writer of the product works on `to`.
+FileFault MoveInto(FileSystem& files, const std::wstring& from, const std::wstring& to);
 
 /// Replaces a file's content, or creates the file, in one step.
 FileFault ReplaceContent(FileSystem& files, const std::wstring& path, std::string_view content);

@@ -1,13 +1,16 @@
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <ctime>
 #include <cwctype>
+#include <thread>
 #include <utility>
 
 #include "util/Encoding.h"
@@ -65,11 +68,22 @@ private:
     int value_;
 };
 
+uint64_t Nanoseconds(const timespec& time)
+{
+    return static_cast<uint64_t>(time.tv_sec) * 1'000'000'000 + static_cast<uint64_t>(time.tv_nsec);
+}
+
 FileStamp StampOf(const struct stat& state)
 {
-    const uint64_t modified =
-        static_cast<uint64_t>(state.st_mtim.tv_sec) * 1'000'000'000 + static_cast<uint64_t>(state.st_mtim.tv_nsec);
-    return {true, static_cast<uint64_t>(state.st_size), modified, state.st_ino};
+    return {true, static_cast<uint64_t>(state.st_size), Nanoseconds(state.st_mtim), state.st_ino};
+}
+
+FileStamp StampAt(const std::string& path)
+{
+    struct stat state
+    {
+    };
+    return stat(path.c_str(), &state) == 0 && S_ISREG(state.st_mode) ? StampOf(state) : FileStamp();
 }
 
 std::string FolderOf(const std::string& path)
@@ -154,6 +168,35 @@ void RemoveStaleTemporaries(const std::string& folder)
     }
 }
 
+/// The system lets go of the folder when its descriptor is closed, by whomever.
+class FolderLock : public FileLock
+{
+public:
+    explicit FolderLock(Descriptor folder) : folder_(std::move(folder)) {}
+
+private:
+    Descriptor folder_;
+};
+
+/// Locks a folder: a file's own lock would stay with the old file when another takes its place. There is no call that
+/// waits for a limited time, so it is asked again and again, often enough to get in between two saves of a busy writer.
+FileFault LockFolder(Descriptor folder, std::unique_ptr<FileLock>& lock)
+{
+    constexpr std::chrono::milliseconds longestWait(500);
+    constexpr std::chrono::microseconds pause(200);
+    const auto begin = std::chrono::steady_clock::now();
+    while (folder && flock(folder.Get(), LOCK_EX | LOCK_NB) != 0) {
+        if (errno != EWOULDBLOCK && errno != EINTR)
+            return FileFault::none;
+        if (std::chrono::steady_clock::now() - begin > longestWait)
+            return FileFault::inUse;
+        std::this_thread::sleep_for(pause);
+    }
+    if (folder)
+        lock = std::make_unique<FolderLock>(std::move(folder));
+    return FileFault::none;
+}
+
 class PosixInput : public InputFile
 {
 public:
@@ -212,12 +255,13 @@ public:
 class MachineFiles : public FileSystem
 {
 public:
-    FileStamp Stamp(const std::wstring& path) override
+    FileStamp Stamp(const std::wstring& path) override { return StampAt(NativePath(path)); }
+
+    uint64_t Now() override
     {
-        struct stat state
-        {
-        };
-        return stat(NativePath(path).c_str(), &state) == 0 && S_ISREG(state.st_mode) ? StampOf(state) : FileStamp();
+        timespec time{};
+        clock_gettime(CLOCK_REALTIME, &time);
+        return Nanoseconds(time);
     }
 
     FileFault Read(const std::wstring& path, std::string& content, FileStamp& stamp) override
@@ -260,7 +304,13 @@ public:
         return FileFault::none;
     }
 
-    FileFault Rename(const std::wstring& from, const std::wstring& to) override
+    FileFault Exclude(const std::wstring& path, std::unique_ptr<FileLock>& lock) override
+    {
+        const std::string folder = FolderOf(FollowLinks(NativePath(path)));
+        return LockFolder(Descriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)), lock);
+    }
+
+    FileFault Rename(const std::wstring& from, const std::wstring& to, const FileStamp* expected) override
     {
         const std::string native = FollowLinks(NativePath(to));
         struct stat state
@@ -269,6 +319,8 @@ public:
         bool exists = false;
         if (const FileFault fault = CheckTarget(native, state, exists); fault != FileFault::none)
             return fault;
+        if (expected != nullptr && !(StampAt(native) == *expected))
+            return FileFault::changed;
         if (rename(NativePath(from).c_str(), native.c_str()) != 0)
             return FaultOf(errno);
         // The file is in place; a folder that cannot be flushed only delays how soon the disk knows.

@@ -1,4 +1,6 @@
 #include <windows.h>
+
+#include <sddl.h>
 #include <winternl.h>
 
 #include <algorithm>
@@ -117,6 +119,17 @@ uint64_t Join(DWORD high, DWORD low)
     return static_cast<uint64_t>(high) << 32 | low;
 }
 
+constexpr uint64_t nanosecondsPerTick = 100;
+constexpr uint64_t ticksPerSecond = 10'000'000;
+
+/// Of the system's file times, in ticks.
+uint64_t CurrentTicks()
+{
+    FILETIME now{};
+    GetSystemTimeAsFileTime(&now);
+    return Join(now.dwHighDateTime, now.dwLowDateTime);
+}
+
 /// The number that tells a file from others on its volume, 0 where there is none. It is asked for on its own:
 /// GetFileInformationByHandle asks for the volume too, which can take longer than reading the file.
 uint64_t IdentityOf(const Handle& file)
@@ -142,8 +155,27 @@ FileFault StampOf(const Handle& file, FileStamp& stamp)
     if (standard.Directory)
         return FileFault::isDirectory;
     stamp = {true, static_cast<uint64_t>(standard.EndOfFile.QuadPart),
-             static_cast<uint64_t>(basic.LastWriteTime.QuadPart), IdentityOf(file)};
+             static_cast<uint64_t>(basic.LastWriteTime.QuadPart) * nanosecondsPerTick, IdentityOf(file)};
     return FileFault::none;
+}
+
+/// The stamp of a file, which does not exist where nobody can see it.
+FileStamp StampAt(const std::wstring& path)
+{
+    FileStamp stamp;
+    if (const Handle file = Open(path, FILE_READ_ATTRIBUTES, FILE_FLAG_BACKUP_SEMANTICS); file) {
+        if (StampOf(file, stamp) != FileFault::none)
+            stamp = {};
+        return stamp;
+    }
+    // Who may not open the file may still see it in its folder.
+    WIN32_FILE_ATTRIBUTE_DATA state{};
+    if (GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &state) &&
+        (state.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
+        stamp = {true, Join(state.nFileSizeHigh, state.nFileSizeLow),
+                 Join(state.ftLastWriteTime.dwHighDateTime, state.ftLastWriteTime.dwLowDateTime) * nanosecondsPerTick,
+                 0};
+    return stamp;
 }
 
 /// Whether a file may be replaced: whoever may not write to it shall not get round that by a rename.
@@ -222,10 +254,7 @@ FileFault WhileInUse(const std::wstring& path, Call&& call)
 /// Removes what processes that were killed have left in a folder. What cannot be removed stays.
 void RemoveStaleTemporaries(const std::wstring& folder)
 {
-    FILETIME now{};
-    GetSystemTimeAsFileTime(&now);
-    constexpr uint64_t ticksPerSecond = 10'000'000;
-    const uint64_t oldest = Join(now.dwHighDateTime, now.dwLowDateTime) - staleAge * ticksPerSecond;
+    const uint64_t oldest = CurrentTicks() - staleAge * ticksPerSecond;
     WIN32_FIND_DATAW found{};
     const HANDLE search = FindFirstFileW(NativePath(folder + L"~tvn*.tmp").c_str(), &found);
     if (search == INVALID_HANDLE_VALUE)
@@ -237,6 +266,40 @@ void RemoveStaleTemporaries(const std::wstring& folder)
         if (IsUnpredictableName(found.cFileName) && (found.dwFileAttributes & noPlainFile) == 0 && written < oldest)
             DeleteFileW(NativePath(folder + found.cFileName).c_str());
     } while (FindNextFileW(search, &found));
+}
+
+/// A mutex, released by the thread that has got it. The system hands it on where its process ends.
+class FolderLock : public FileLock
+{
+public:
+    explicit FolderLock(Handle mutex) : mutex_(std::move(mutex)) {}
+    ~FolderLock() override { ReleaseMutex(mutex_.Get()); }
+
+    DWORD Wait(DWORD milliseconds) { return mutex_ ? WaitForSingleObject(mutex_.Get(), milliseconds) : WAIT_FAILED; }
+
+private:
+    Handle mutex_;
+};
+
+/// The mutex of a folder, the same one for every program of the machine, whoever runs it. It is named after the
+/// folder's number on its volume, which all paths to it have in common; folders of two volumes that share a number
+/// share the mutex. No handle where the folder or the system has none.
+Handle MutexOf(const std::wstring& folder)
+{
+    static const std::unique_ptr<void, HLOCAL(WINAPI*)(HLOCAL)> rights = [] {
+        PSECURITY_DESCRIPTOR everyoneMayWait = nullptr;  // SYNCHRONIZE and MUTEX_MODIFY_STATE for Everyone
+        ConvertStringSecurityDescriptorToSecurityDescriptorW(L"D:(A;;0x100001;;;WD)", SDDL_REVISION_1, &everyoneMayWait,
+                                                             nullptr);
+        return std::unique_ptr<void, HLOCAL(WINAPI*)(HLOCAL)>(everyoneMayWait, LocalFree);
+    }();
+    const bool named = !folder.empty() && folder.back() != L':';
+    const Handle opened = Open(named ? folder : folder + L".", FILE_READ_ATTRIBUTES, FILE_FLAG_BACKUP_SEMANTICS);
+    if (!opened)
+        return Handle();
+    const std::wstring name = L"Global\\TVN2x.folder." + std::to_wstring(IdentityOf(opened));
+    SECURITY_ATTRIBUTES attributes{sizeof attributes, rights.get(), FALSE};
+    const HANDLE mutex = CreateMutexExW(&attributes, name.c_str(), 0, SYNCHRONIZE | MUTEX_MODIFY_STATE);
+    return Handle(mutex == nullptr ? INVALID_HANDLE_VALUE : mutex);
 }
 
 class WindowsInput : public InputFile
@@ -289,23 +352,8 @@ public:
 class MachineFiles : public FileSystem
 {
 public:
-    FileStamp Stamp(const std::wstring& path) override
-    {
-        FileStamp stamp;
-        const std::wstring native = NativePath(path);
-        if (const Handle file = Open(native, FILE_READ_ATTRIBUTES, FILE_FLAG_BACKUP_SEMANTICS); file) {
-            if (StampOf(file, stamp) != FileFault::none)
-                stamp = {};
-            return stamp;
-        }
-        // Who may not open the file may still see it in its folder.
-        WIN32_FILE_ATTRIBUTE_DATA state{};
-        if (GetFileAttributesExW(native.c_str(), GetFileExInfoStandard, &state) &&
-            (state.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
-            stamp = {true, Join(state.nFileSizeHigh, state.nFileSizeLow),
-                     Join(state.ftLastWriteTime.dwHighDateTime, state.ftLastWriteTime.dwLowDateTime), 0};
-        return stamp;
-    }
+    FileStamp Stamp(const std::wstring& path) override { return StampAt(NativePath(path)); }
+    uint64_t Now() override { return CurrentTicks() * nanosecondsPerTick; }
 
     FileFault Read(const std::wstring& path, std::string& content, FileStamp& stamp) override
     {
@@ -356,16 +404,31 @@ public:
         return FileFault::none;
     }
 
-    FileFault Rename(const std::wstring& from, const std::wstring& to) override
+    FileFault Exclude(const std::wstring& path, std::unique_ptr<FileLock>& lock) override
+    {
+        constexpr DWORD longestWait = 500;
+        auto folder = std::make_unique<FolderLock>(MutexOf(FolderOf(FollowLinks(NativePath(path)))));
+        const DWORD result = folder->Wait(longestWait);
+        // One whose process has ended in the middle of its work has left the old file or the new one, as ever.
+        if (result == WAIT_OBJECT_0 || result == WAIT_ABANDONED)
+            lock = std::move(folder);
+        return result == WAIT_TIMEOUT ? FileFault::inUse : FileFault::none;
+    }
+
+    FileFault Rename(const std::wstring& from, const std::wstring& to, const FileStamp* expected) override
     {
         const std::wstring nativeFrom = NativePath(from);
         const std::wstring native = FollowLinks(NativePath(to));
         DWORD attributes = 0;
         if (const FileFault fault = CheckTarget(native, attributes); fault != FileFault::none)
             return fault;
-        return WhileInUse(native, [&] {
-            return MoveFileExW(nativeFrom.c_str(), native.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
+        bool changed = false;
+        const FileFault fault = WhileInUse(native, [&] {
+            changed = expected != nullptr && !(StampAt(native) == *expected);
+            return changed ||
+                   MoveFileExW(nativeFrom.c_str(), native.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
         });
+        return changed ? FileFault::changed : fault;
     }
 
     FileFault Remove(const std::wstring& path) override

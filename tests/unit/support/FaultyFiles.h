@@ -19,6 +19,7 @@ enum class FileOperation
     write,
     flush,
     close,
+    exclude,
     rename,
     remove,
     find
@@ -60,10 +61,16 @@ public:
             file = std::make_unique<Output>(*this, std::move(file));
         return fault;
     }
-    FileFault Rename(const std::wstring& from, const std::wstring& to) override
+    uint64_t Now() override { return files_.Now(); }
+    FileFault Exclude(const std::wstring& path, std::unique_ptr<FileLock>& lock) override
+    {
+        const FileFault fault = Fault(FileOperation::exclude);
+        return fault != FileFault::none ? fault : files_.Exclude(path, lock);
+    }
+    FileFault Rename(const std::wstring& from, const std::wstring& to, const FileStamp* expected) override
     {
         const FileFault fault = Fault(FileOperation::rename);
-        return fault != FileFault::none ? fault : files_.Rename(from, to);
+        return fault != FileFault::none ? fault : files_.Rename(from, to, expected);
     }
     FileFault Remove(const std::wstring& path) override
     {
@@ -126,7 +133,7 @@ private:
 
     FileSystem& files_;
     Plan plan_;
-    std::array<int, 9> counts_{};
+    std::array<int, 10> counts_{};
 };
 
 }  // namespace tvn2x

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <limits>
 #include <map>
 #include <memory>
 #include <set>
@@ -21,7 +22,7 @@ public:
         if (!entry)
             entry = std::make_shared<Entry>(Entry{.identity = ++counter_});
         entry->content = content;
-        entry->modified = ++counter_;
+        entry->modified = Time();
     }
     bool Exists(const std::wstring& path) const { return entries_.count(path) != 0; }
     /// The bytes of a file, empty where there is none.
@@ -44,6 +45,8 @@ public:
         return found == entries_.end() ? FileStamp() : StampOf(*found->second);
     }
 
+    uint64_t Now() override { return now != 0 ? now : std::numeric_limits<uint64_t>::max() / 2; }
+
     FileFault Read(const std::wstring& path, std::string& content, FileStamp& stamp) override
     {
         const auto found = entries_.find(path);
@@ -61,12 +64,20 @@ public:
             return FileFault::readOnly;
         path = target + L"." + std::to_wstring(++counter_) + L".tmp";
         Put(path, {});
-        file = std::make_unique<Output>(entries_[path], counter_);
+        file = std::make_unique<Output>(entries_[path], *this);
         return FileFault::none;
     }
 
-    FileFault Rename(const std::wstring& from, const std::wstring& to) override
+    FileFault Exclude(const std::wstring&, std::unique_ptr<FileLock>& lock) override
     {
+        lock = std::make_unique<FileLock>();
+        return FileFault::none;
+    }
+
+    FileFault Rename(const std::wstring& from, const std::wstring& to, const FileStamp* expected) override
+    {
+        if (expected != nullptr && !(Stamp(to) == *expected))
+            return FileFault::changed;
         if (readOnly.count(to) != 0)
             return FileFault::readOnly;
         const auto found = entries_.find(from);
@@ -95,6 +106,8 @@ public:
     std::wstring CurrentFolder() override { return L"C:\\current"; }
 
     std::set<std::wstring> readOnly;  ///< files that may not be written
+    /// The time of day, which files get as the last even second. At 0 each write has a time of its own, long ago.
+    uint64_t now = 0;
 
 private:
     struct Entry
@@ -107,11 +120,11 @@ private:
     class Output : public OutputFile
     {
     public:
-        Output(std::shared_ptr<Entry> entry, uint64_t& counter) : entry_(std::move(entry)), counter_(counter) {}
+        Output(std::shared_ptr<Entry> entry, MemoryFiles& files) : entry_(std::move(entry)), files_(files) {}
         FileFault Write(std::string_view bytes) override
         {
             entry_->content.append(bytes);
-            entry_->modified = ++counter_;
+            entry_->modified = files_.Time();
             return FileFault::none;
         }
         FileFault Flush() override { return FileFault::none; }
@@ -119,9 +132,14 @@ private:
 
     private:
         std::shared_ptr<Entry> entry_;
-        uint64_t& counter_;
+        MemoryFiles& files_;
     };
 
+    uint64_t Time()
+    {
+        constexpr uint64_t tick = 2'000'000'000;
+        return now != 0 ? now - now % tick : ++counter_;
+    }
     static FileStamp StampOf(const Entry& entry)
     {
         return {true, entry.content.size(), entry.modified, entry.identity};

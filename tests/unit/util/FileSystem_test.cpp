@@ -1,7 +1,11 @@
 #include "util/FileSystem.h"
 
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <array>
 #include <filesystem>
 #include <fstream>
 
@@ -37,7 +41,10 @@ TEST(ReplaceContent, RemovesItsTemporaryWhenMemoryRunsOutOrItsOwnerGoesBeforeItI
 {
     class Exhausted : public MemoryFiles
     {
-        FileFault Rename(const std::wstring&, const std::wstring&) override { throw std::bad_alloc(); }
+        FileFault Rename(const std::wstring&, const std::wstring&, const FileStamp*) override
+        {
+            throw std::bad_alloc();
+        }
     } files;
     EXPECT_THROW(ReplaceContent(files, L"net.ini", "new"), std::bad_alloc);
     EXPECT_TRUE(files.Paths().empty());
@@ -141,7 +148,7 @@ TEST_F(SystemFilesTest, KeepsThePermissionsOfTheFileItReplacesAndRefusesAReadOnl
     fs::permissions(path, fs::perms(0444));
     EXPECT_EQ(ReplaceContent(files, path, "newer"), FileFault::readOnly);
     Put(Path("other"), "other");
-    EXPECT_EQ(files.Rename(Path("other"), path), FileFault::readOnly);
+    EXPECT_EQ(files.Rename(Path("other"), path, nullptr), FileFault::readOnly);
     EXPECT_EQ(Get(path), "new");
     EXPECT_EQ(FilesInFolder(), 2);
 }
@@ -161,6 +168,97 @@ TEST_F(SystemFilesTest, FollowsLinksToTheRealFile)
     EXPECT_EQ(Get(Path("far/new.ini")), "created");
 }
 
+/// A process that has a file for itself until it is killed.
+class Holder
+{
+public:
+    explicit Holder(const std::wstring& path)
+    {
+        std::array<int, 2> ready{};
+        char told = 0;
+        EXPECT_EQ(pipe(ready.data()), 0);
+        process_ = fork();
+        if (process_ == 0) {
+            std::unique_ptr<FileLock> lock;
+            if (SystemFiles().Exclude(path, lock) != FileFault::none || !lock || write(ready[1], "!", 1) != 1)
+                _exit(1);
+            pause();
+            _exit(2);
+        }
+        close(ready[1]);
+        EXPECT_EQ(read(ready[0], &told, 1), 1);
+        close(ready[0]);
+    }
+    ~Holder() { Kill(); }
+    Holder(const Holder&) = delete;
+    Holder& operator=(const Holder&) = delete;
+
+    void Kill()
+    {
+        if (process_ > 0) {
+            kill(process_, SIGKILL);
+            waitpid(process_, nullptr, 0);
+        }
+        process_ = 0;
+    }
+
+private:
+    pid_t process_ = 0;
+};
+
+TEST_F(SystemFilesTest, AFileIsOneWritersAloneByWhateverPathUntilItsProcessEnds)
+{
+    fs::create_directory(folder / "far");
+    fs::create_directory_symlink("far", folder / "near");
+    fs::create_symlink("near/net.ini", path);
+    const std::wstring far = Path("far/net.ini");
+    std::unique_ptr<FileLock> lock;
+    Put(far, "old");
+    const FileStamp stampBefore = files.Stamp(far);
+    {
+        Holder holder(path);
+        for (const std::wstring& same : {path, Path("near/../near/./net.ini")})
+            EXPECT_EQ(files.Exclude(same, lock), FileFault::inUse);
+        EXPECT_EQ(ReplaceContent(files, far, "new"), FileFault::inUse);
+        EXPECT_EQ(files.Exclude(Path("elsewhere.ini"), lock), FileFault::none);
+        holder.Kill();
+        EXPECT_EQ(files.Exclude(far, lock), FileFault::none);
+    }
+    std::unique_ptr<FileLock> second;
+    EXPECT_EQ(files.Exclude(path, second), FileFault::inUse) << "two objects of one process";
+    lock.reset();
+    EXPECT_EQ(files.Exclude(path, second), FileFault::none);
+    EXPECT_TRUE(second);
+    EXPECT_EQ(files.Exclude(Path("none/net.ini"), lock), FileFault::none) << "what is wrong there is told elsewhere";
+    EXPECT_EQ(files.Stamp(far), stampBefore);
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder / "far"), fs::directory_iterator()), 1)
+        << "it leaves nothing";
+}
+
+TEST_F(SystemFilesTest, ReplacesAFileOnlyInTheStateThatIsExpected)
+{
+    Put(path, "old");
+    const FileStamp before = files.Stamp(path);
+    for (const std::string_view theirs : {"else", "new"}) {
+        Put(Path("new"), "ours");
+        EXPECT_EQ(ReplaceContent(files, path, theirs), FileFault::none);
+        EXPECT_EQ(files.Rename(Path("new"), path, &before), FileFault::changed);
+        EXPECT_EQ(Get(path), theirs);
+    }
+    const FileStamp now = files.Stamp(path);
+    EXPECT_EQ(files.Rename(Path("new"), path, &now), FileFault::none);
+    EXPECT_EQ(Get(path), "ours");
+    EXPECT_GE(files.Now() + TickOf(stamp), stamp.modified) << "one clock";
+    EXPECT_LT(files.Now() - stamp.modified, 60'000'000'000u);
+}
+
+TEST(TickOf, TakesAStampsDigitsForTheTickOfItsClock)
+{
+    EXPECT_EQ(TickOf({true, 0, 1'700'000'002'000'000'000, 0}), 2'000'000'000u);
+    EXPECT_EQ(TickOf({true, 0, 1'700'000'003'000'000'000, 0}), 1'000'000'000u);
+    EXPECT_EQ(TickOf({true, 0, 1'700'000'003'000'000'100, 0}), 20'000'000u);
+}
+
 TEST_F(SystemFilesTest, TellsFaultsApart)
 {
     EXPECT_EQ(ReadFault(path), FileFault::missing);
@@ -168,7 +266,7 @@ TEST_F(SystemFilesTest, TellsFaultsApart)
     EXPECT_EQ(ReadFault(folder.wstring()), FileFault::isDirectory);
     EXPECT_EQ(ReadFault(L"/dev/null"), FileFault::other);
     EXPECT_EQ(files.Remove(path), FileFault::missing);
-    EXPECT_EQ(files.Rename(path, Path("other")), FileFault::missing);
+    EXPECT_EQ(files.Rename(path, Path("other"), nullptr), FileFault::missing);
     EXPECT_EQ(ReplaceContent(files, Path("none/net.ini"), ""), FileFault::pathMissing);
     EXPECT_EQ(ReplaceContent(files, folder.wstring(), ""), FileFault::isDirectory);
     Put(path, "file");
