@@ -1,9 +1,19 @@
 #include "setup/ProfileStore.h"
 
 #include <algorithm>
+#include <functional>
+#include <memory>
 #include <utility>
 
 namespace tvn2x {
+namespace {
+
+size_t HashOf(const std::string& content)
+{
+    return std::hash<std::string>()(content);
+}
+
+}  // namespace
 
 void ProfileStore::Bind(std::wstring path)
 {
@@ -21,7 +31,7 @@ void ProfileStore::Abandon()
 
 const ProfileFile& ProfileStore::Profile()
 {
-    if (!loaded_ || (!batch_ && !(files_.Stamp(path_) == stamp_)))
+    if (!loaded_ || (!batch_ && !IsCurrent()))
         Load();
     return profile_;
 }
@@ -35,12 +45,43 @@ bool ProfileStore::Readable()
 void ProfileStore::Load()
 {
     std::string content;
-    stamp_ = FileStamp();
+    const FileStamp known = std::exchange(stamp_, FileStamp());
+    const uint64_t begin = files_.Now();
     fault_ = files_.Read(path_, content, stamp_);
     if (fault_ == FileFault::missing)
         fault_ = FileFault::none;
+    if (!(stamp_ == known))
+        seen_ = files_.Now();
+    NoteAge(begin);
+    hash_ = isYoung_ ? HashOf(content) : 0;
     profile_ = fault_ == FileFault::none ? ProfileFile(std::move(content)) : ProfileFile();
     loaded_ = true;
+}
+
+/// Whether the stamp may still stay the same when the file is written to again, at a time at which a read began. That
+/// is over a tick after the last change, and a tick after the stamp was first seen whatever the clocks of the machine
+/// and of the file say; where the clock is set back, the tick begins anew.
+void ProfileStore::NoteAge(uint64_t begin)
+{
+    if (begin < seen_)
+        seen_ = files_.Now();
+    isYoung_ = stamp_.exists && begin < std::min(stamp_.modified, seen_) + TickOf(stamp_);
+}
+
+/// Whether the file still is as it was read. The bytes tell where the stamp does not.
+bool ProfileStore::IsCurrent()
+{
+    if (!(files_.Stamp(path_) == stamp_))
+        return false;
+    if (!isYoung_)
+        return true;
+    const uint64_t begin = files_.Now();
+    std::string content;
+    FileStamp stamp;
+    if (files_.Read(path_, content, stamp) != FileFault::none || !(stamp == stamp_) || HashOf(content) != hash_)
+        return false;
+    NoteAge(begin);
+    return true;
 }
 
 bool ProfileStore::Write(std::string_view section, std::string_view key, std::optional<std::string_view> value)
@@ -102,11 +143,37 @@ bool ProfileStore::Commit()
 {
     if (changes_.empty())
         return true;
-    if (fault_ == FileFault::none && !(files_.Stamp(path_) == stamp_) && !Replay())
+    if (fault_ != FileFault::none)
         return false;
-    if (fault_ == FileFault::none && (profile_.Changed() || !stamp_.exists))
-        fault_ = ReplaceContent(files_, path_, profile_.Render());
-    return fault_ == FileFault::none;
+    constexpr int attempts = 5;
+    std::unique_ptr<FileLock> alone;
+    FileFault fault = files_.Exclude(path_, alone);
+    if (fault != FileFault::none)
+        return false;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        if (!IsCurrent() && (!Replay() || fault_ != FileFault::none))
+            return false;
+        if (!profile_.Changed() && stamp_.exists)
+            return true;
+        fault = ReplaceFile();
+        if (fault != FileFault::changed)
+            break;
+    }
+    return fault == FileFault::none;
+}
+
+/// Puts the changed profile in the place of the file that it was made from, unless that has been changed too.
+FileFault ProfileStore::ReplaceFile()
+{
+    Replacement replacement(files_);
+    FileFault fault = replacement.Open(path_);
+    if (fault == FileFault::none)
+        fault = replacement.Write(profile_.Render());
+    if (fault == FileFault::none)
+        fault = replacement.Finish();
+    if (fault == FileFault::none && isYoung_ && !IsCurrent())
+        fault = FileFault::changed;
+    return fault == FileFault::none ? replacement.Commit(stamp_) : fault;
 }
 
 /// Reads the file that another program has written, and makes our changes in it. False where one cannot be made.

@@ -14,7 +14,10 @@ namespace tvn2x {
 /// once; a batch reads and changes one state of the file and commits it once.
 ///
 /// A commit replaces the file in one step, so the old file or the new one is there, never a piece. A file that another
-/// program has changed since it was read is read again, and our writes are made in it.
+/// program has changed since it was read is read again, and our writes are made in it. Commits of several stores, in
+/// whatever processes, wait for each other, so each finds the writes of all before it; one that waits for more than
+/// half a second fails. Programs that know nothing of this are looked for as the last thing before the file is
+/// replaced.
 class ProfileStore
 {
 public:
@@ -48,9 +51,12 @@ private:
     using Text = std::optional<std::string_view>;
 
     void Load();
+    void NoteAge(uint64_t begin);
+    bool IsCurrent();
     bool Apply(std::string_view section, Text key, Text value);
     bool Record(std::string_view section, Text key, Text value);
     bool Commit();
+    FileFault ReplaceFile();
     bool Replay();
     void Abandon();
 
@@ -58,6 +64,9 @@ private:
     std::wstring path_;
     ProfileFile profile_;
     FileStamp stamp_;
+    uint64_t seen_ = 0;     ///< when the stamp was first seen
+    bool isYoung_ = false;  ///< a second write within the tick of the first may have left the same stamp
+    size_t hash_ = 0;       ///< of the content, where the stamp is young
     FileFault fault_ = FileFault::none;
     bool loaded_ = false;
     bool batch_ = false;

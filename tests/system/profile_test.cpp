@@ -160,6 +160,112 @@ TEST_F(FilesOnWindows, WhatAKilledProcessLeftADayAgoIsRemoved)
     EXPECT_TRUE(fs::exists(young) && fs::exists(foreign) && fs::exists(similar));
 }
 
+/// A second program that writes our files.
+class Writer
+{
+public:
+    explicit Writer(const std::wstring& arguments)
+    {
+        std::wstring command(MAX_PATH, L'\0');
+        command.resize(GetModuleFileNameW(nullptr, command.data(), MAX_PATH));
+        command = L'"' + (fs::path(command).parent_path() / L"profile_writer.exe").wstring() + L"\" " + arguments;
+        STARTUPINFOW startup{};
+        startup.cb = sizeof startup;
+        EXPECT_TRUE(
+            CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process_))
+            << GetLastError();
+        CloseHandle(process_.hThread);
+    }
+    ~Writer()
+    {
+        Kill();
+        CloseHandle(process_.hProcess);
+    }
+    Writer(const Writer&) = delete;
+    Writer& operator=(const Writer&) = delete;
+
+    void Kill()
+    {
+        TerminateProcess(process_.hProcess, 9);
+        WaitForSingleObject(process_.hProcess, INFINITE);
+    }
+    DWORD Result()
+    {
+        DWORD result = STILL_ACTIVE;
+        EXPECT_EQ(WaitForSingleObject(process_.hProcess, 120'000), WAIT_OBJECT_0);
+        GetExitCodeProcess(process_.hProcess, &result);
+        return result;
+    }
+
+private:
+    PROCESS_INFORMATION process_{};
+};
+
+TEST_F(FilesOnWindows, TwoProcessesLoseNoneOfTheirWritesOfOneFile)
+{
+    constexpr int count = 300;
+    const fs::path path = folder / L"net.ini";
+    {
+        Writer first(L'"' + path.wstring() + L"\" a " + std::to_wstring(count));
+        Writer second(L'"' + LongForm(folder).wstring() + L"\\NET.INI\" b " + std::to_wstring(count));
+        EXPECT_EQ(first.Result(), 0u);
+        EXPECT_EQ(second.Result(), 0u);
+    }
+    const ProfileFile profile(ContentOf(path));
+    int kept = 0;
+    for (int i = 1; i <= count; ++i) {
+        for (const char letter : {'a', 'b'})
+            kept += profile.GetInt("s", letter + std::to_string(i), 0) == static_cast<uint32_t>(i);
+    }
+    EXPECT_EQ(kept, 2 * count);
+    EXPECT_EQ(FilesInFolder(), 1u);
+}
+
+TEST_F(FilesOnWindows, AFileIsOneWritersAloneByWhateverPathUntilItsProcessIsKilled)
+{
+    const fs::path path = Make(L"the network.ini", "old");
+    const std::wstring eventName = UnpredictableName();
+    const HANDLE ready = CreateEventW(nullptr, TRUE, FALSE, eventName.c_str());
+    Writer holder(L'"' + path.wstring() + L"\" hold " + eventName);
+    ASSERT_EQ(WaitForSingleObject(ready, 60'000), WAIT_OBJECT_0);
+    CloseHandle(ready);
+
+    std::wstring upper = path.wstring(), shortForm(MAX_PATH, L'\0');
+    CharUpperW(upper.data());
+    shortForm.resize(GetShortPathNameW(path.c_str(), shortForm.data(), MAX_PATH));
+    ASSERT_NE(shortForm, path.wstring());
+    const fs::path old = fs::current_path();
+    fs::current_path(folder);
+    for (const std::wstring& same :
+         {path.wstring(), upper, shortForm, LongForm(path).wstring(), folder.wstring() + L"/./the network.ini",
+          std::wstring(L"the network.ini"), L"\\\\.\\" + path.wstring()})
+        EXPECT_EQ(ReplaceContent(SystemFiles(), same, "new"), FileFault::inUse) << fs::path(same).string();
+    fs::current_path(old);
+    EXPECT_EQ(ContentOf(path), "old");
+    const fs::path other = fs::temp_directory_path() / UnpredictableName();
+    EXPECT_EQ(Replace(other, "new"), FileFault::none) << "another folder's";
+    fs::remove(other);
+
+    holder.Kill();
+    EXPECT_EQ(Replace(path, "new"), FileFault::none);
+    EXPECT_EQ(ContentOf(path), "new");
+    EXPECT_EQ(FilesInFolder(), 1u);
+}
+
+TEST_F(FilesOnWindows, AFileIsReplacedOnlyInTheStateThatIsExpected)
+{
+    const fs::path path = Make(L"net.ini", "old");
+    const FileStamp before = SystemFiles().Stamp(path.wstring());
+    EXPECT_LT(SystemFiles().Now() - before.modified + TickOf(before), 60'000'000'000u) << "one clock";
+    const fs::path ours = Make(L"ours", "ours");
+    Make(L"net.ini", "else");
+    EXPECT_EQ(SystemFiles().Rename(ours.wstring(), path.wstring(), &before), FileFault::changed);
+    EXPECT_EQ(ContentOf(path), "else");
+    const FileStamp now = SystemFiles().Stamp(path.wstring());
+    EXPECT_EQ(SystemFiles().Rename(ours.wstring(), path.wstring(), &now), FileFault::none);
+    EXPECT_EQ(ContentOf(path), "ours");
+}
+
 TEST(WinIni, TakesThePlaceOfThePrivateFileAndIsWrittenAndReadThroughTheSystem)
 {
     RecordingMessageBoxes messages;
