@@ -9,7 +9,7 @@ namespace {
 /// An argument that is left out asks for the error to be raised.
 bool WantsRaise(VARIANT& argument)
 {
-    if (argument.vt == VT_EMPTY || argument.vt == VT_ERROR)
+    if (argument.vt == VT_EMPTY || com::IsLeftOut(argument))
         return true;
     VARIANT flag;
     VariantInit(&flag);

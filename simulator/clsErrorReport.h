@@ -9,7 +9,7 @@
 namespace tvn2x {
 
 /// Error reporting of the thread that asks for it: keeps the last reported error and raises it.
-class clsErrorReport final : public com::Object<IErrorReport>
+class clsErrorReport final : public com::Object<IErrorReport, ::clsErrorReport>
 {
 public:
     /// The thread's object: the one that lives, or a new one.

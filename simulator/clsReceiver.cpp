@@ -222,7 +222,7 @@ HRESULT clsReceiver::get_BerState(BSTR* value) noexcept
 HRESULT clsReceiver::get_ErrorCounters(IErrorCounters** value) noexcept
 {
     if (!value)
-        return E_POINTER;
+        return com::Refuse(E_POINTER);
     *value = nullptr;
     return Do([&] {
         *value = new ErrorCountersObject(Model().ErrorCounters());

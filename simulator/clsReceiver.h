@@ -14,7 +14,7 @@ namespace tvn2x {
 
 /// The driver object of one simulated receiver. This file is its main interface; the host's view of an instrument and
 /// the identification are member objects with a file of their own.
-class clsReceiver final : public com::Object<IReceiver>
+class clsReceiver final : public com::Object<IReceiver, ::clsReceiver>
 {
 public:
     clsReceiver();

@@ -53,7 +53,7 @@ HRESULT clsReceiver_IDriver::get_Settings(IDispatch** value) noexcept
 HRESULT clsReceiver_IDriver::Test(BSTR* strIdentity, BSTR* strHardware, LONG* udtMode, VARIANT_BOOL* result) noexcept
 {
     if (!strIdentity || !strHardware || !udtMode)
-        return E_POINTER;
+        return com::Refuse(E_POINTER);
     return Get(result, [&] {
         ReceiverModel& receiver = owner_.Model();
         if (!receiver.Online())

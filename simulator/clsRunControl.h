@@ -13,7 +13,7 @@ namespace tvn2x {
 
 /// Run control of the thread that asks for it: the host sets the stop flag, the running operation polls it and waits.
 /// Every thread may call the object, and calls it directly: a stop must not wait until the busy thread takes calls.
-class clsRunControl final : public com::Object<IRunControl>
+class clsRunControl final : public com::Object<IRunControl, ::clsRunControl>
 {
 public:
     /// The thread's object: the one that lives, or a new one.

@@ -6,6 +6,7 @@
 
 #include <atomic>
 
+#include "com/Errors.h"
 #include "com/Module.h"
 
 namespace tvn2x::com {
@@ -21,7 +22,7 @@ public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) noexcept final
     {
         if (!out)
-            return E_POINTER;
+            return Refuse(E_POINTER);
         const bool known = id == IID_IUnknown || id == __uuidof(Interface);
         *out = known ? static_cast<Interface*>(this) : nullptr;
         if (known)

@@ -11,11 +11,18 @@ namespace tvn2x::com {
 
 /// IDispatch of one dual interface, from the type library.
 HRESULT DispatchTypeInfo(REFIID interfaceId, UINT index, ITypeInfo** out) noexcept;
-HRESULT DispatchNames(REFIID interfaceId, LPOLESTR* names, UINT count, DISPID* ids) noexcept;
-/// Script languages pass every variable as a reference to a VARIANT; where a member takes a typed reference, the value
-/// is converted there and back.
-HRESULT DispatchInvoke(REFIID interfaceId, IDispatch* object, DISPID member, WORD flags, DISPPARAMS* parameters,
-                       VARIANT* result, EXCEPINFO* exception, UINT* argument) noexcept;
+HRESULT DispatchNames(REFIID interfaceId, REFIID reserved, LPOLESTR* names, UINT count, DISPID* ids) noexcept;
+/// What a type library cannot say for itself:
+/// - Script languages pass every variable as a reference to a VARIANT; where a member takes a typed reference, the
+/// value
+///   is converted there and back, whether the argument stands at its position or is named.
+/// - A reference to an argument that was left out, which a procedure passes on, is left out.
+/// - A property that is only ever set by reference takes the plain assignment, too: not every language has both.
+HRESULT DispatchInvoke(REFIID interfaceId, IDispatch* object, DISPID member, REFIID reserved, WORD flags,
+                       DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception, UINT* argument) noexcept;
+
+/// Whether an optional argument is left out, by the caller itself or by whoever called the caller.
+bool IsLeftOut(const VARIANT& argument) noexcept;
 
 /// Hands a value of the core out through an out argument.
 inline void Hand(VARIANT_BOOL* out, bool value)
@@ -60,7 +67,7 @@ public:
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) noexcept final
     {
         if (!count)
-            return E_POINTER;
+            return Refuse(E_POINTER);
         *count = 1;
         return S_OK;
     }
@@ -70,15 +77,17 @@ public:
         return DispatchTypeInfo(__uuidof(Interface), index, out);
     }
 
-    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) noexcept final
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID,
+                                            DISPID* ids) noexcept final
     {
-        return DispatchNames(__uuidof(Interface), names, count, ids);
+        return DispatchNames(__uuidof(Interface), reserved, names, count, ids);
     }
 
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* parameters, VARIANT* result,
-                                     EXCEPINFO* exception, UINT* argument) noexcept final
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID reserved, LCID, WORD flags, DISPPARAMS* parameters,
+                                     VARIANT* result, EXCEPINFO* exception, UINT* argument) noexcept final
     {
-        return DispatchInvoke(__uuidof(Interface), this, member, flags, parameters, result, exception, argument);
+        return DispatchInvoke(__uuidof(Interface), this, member, reserved, flags, parameters, result, exception,
+                              argument);
     }
 
 protected:
@@ -87,7 +96,7 @@ protected:
     static HRESULT Get(Out* out, Read&& read) noexcept
     {
         if (!out)
-            return E_POINTER;
+            return Refuse(E_POINTER);
         *out = Out{};
         return Guard(__uuidof(Interface), [&] { Hand(out, read()); });
     }

@@ -52,6 +52,12 @@ HRESULT Report(const RaisedError& error, REFIID interfaceId) noexcept
     return HresultOf(error.number);
 }
 
+HRESULT Refuse(HRESULT result) noexcept
+{
+    SetErrorInfo(0, nullptr);
+    return result;
+}
+
 HRESULT ReportCurrentException(REFIID interfaceId) noexcept
 {
     // Error information of an earlier call must not be taken for this failure's.

@@ -18,6 +18,10 @@ int32_t NumberOf(HRESULT result);
 /// Hands an error to the caller of the running COM method: sets the thread's error information, returns the HRESULT.
 HRESULT Report(const RaisedError& error, REFIID interfaceId) noexcept;
 
+/// A failure that has nothing to tell beside its HRESULT: what an earlier call left behind must not be taken for its
+/// error information.
+HRESULT Refuse(HRESULT result) noexcept;
+
 /// Translates the exception in flight. For catch (...) only.
 HRESULT ReportCurrentException(REFIID interfaceId) noexcept;
 

@@ -1,16 +1,24 @@
 #pragma once
 
-#include <atomic>
+#include <windows.h>
 
+#include <ocidl.h>
+
+#include <atomic>
+#include <type_traits>
+
+#include "com/ComPtr.h"
 #include "com/Dispatch.h"
 #include "com/Module.h"
+#include "com/TypeLibrary.h"
 
 namespace tvn2x::com {
 
 /// A COM object: one reference count, one identity, a default dual interface and error information. Interfaces beside
-/// the default one are member objects (Member) that the object hands out through FindInterface.
-template <class Default>
-class Object : public Dispatch<Default>, public ISupportErrorInfo
+/// the default one are member objects (Member) that the object hands out through FindInterface. Where the object is of
+/// a published class, its type information names it, so that a script language can tell what it holds.
+template <class Default, class PublishedClass = void>
+class Object : public Dispatch<Default>, public ISupportErrorInfo, public IProvideClassInfo
 {
 public:
     Object(const Object&) = delete;
@@ -19,7 +27,7 @@ public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) noexcept final
     {
         if (!out)
-            return E_POINTER;
+            return Refuse(E_POINTER);
         *out = FindPointer(id);
         if (!*out)
             return E_NOINTERFACE;
@@ -42,7 +50,19 @@ public:
 
     HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID id) noexcept final
     {
-        return id != IID_IUnknown && id != IID_ISupportErrorInfo && FindPointer(id) ? S_OK : S_FALSE;
+        const bool isOfTheKit = id == IID_IUnknown || id == IID_ISupportErrorInfo || id == IID_IProvideClassInfo;
+        return !isOfTheKit && FindPointer(id) ? S_OK : S_FALSE;
+    }
+
+    HRESULT STDMETHODCALLTYPE GetClassInfo(ITypeInfo** out) noexcept final
+    {
+        if (!out)
+            return Refuse(E_POINTER);
+        *out = nullptr;
+        if constexpr (isPublished)
+            return Guard(IID_IProvideClassInfo, [&] { *out = ComPtr(TypeInfoOf(__uuidof(PublishedClass))).Detach(); });
+        else
+            return Refuse(E_NOTIMPL);
     }
 
 protected:
@@ -66,6 +86,7 @@ protected:
 
 private:
     static constexpr ULONG dying = 0x40000000;
+    static constexpr bool isPublished = !std::is_void_v<PublishedClass>;
 
     void* FindPointer(REFIID id) noexcept
     {
@@ -73,6 +94,8 @@ private:
             return static_cast<Default*>(this);
         if (id == IID_ISupportErrorInfo)
             return static_cast<ISupportErrorInfo*>(this);
+        if (isPublished && id == IID_IProvideClassInfo)
+            return static_cast<IProvideClassInfo*>(this);
         return FindInterface(id);
     }
 
@@ -81,20 +104,22 @@ private:
 };
 
 /// A further interface of an object: forwards identity and count to its owner.
-template <class Interface, class Owner>
-class Member : public Dispatch<Interface>
+template <class MemberInterface, class Owner>
+class Member : public Dispatch<MemberInterface>
 {
 public:
+    using Interface = MemberInterface;
+
     explicit Member(Owner& owner) : owner_(owner) {}
     Member(const Member&) = delete;
     Member& operator=(const Member&) = delete;
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) noexcept final
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) noexcept override
     {
         return owner_.QueryInterface(id, out);
     }
-    ULONG STDMETHODCALLTYPE AddRef() noexcept final { return owner_.AddRef(); }
-    ULONG STDMETHODCALLTYPE Release() noexcept final { return owner_.Release(); }
+    ULONG STDMETHODCALLTYPE AddRef() noexcept override { return owner_.AddRef(); }
+    ULONG STDMETHODCALLTYPE Release() noexcept override { return owner_.Release(); }
 
 protected:
     ~Member() = default;

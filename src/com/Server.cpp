@@ -17,7 +17,7 @@ public:
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID id, void** out) noexcept override
     {
         if (!out)
-            return E_POINTER;
+            return Refuse(E_POINTER);
         *out = nullptr;
         if (outer)
             return CLASS_E_NOAGGREGATION;
@@ -41,7 +41,7 @@ private:
 HRESULT Server::ClassObject(REFCLSID classId, REFIID interfaceId, void** out) const noexcept
 {
     if (!out)
-        return E_POINTER;
+        return Refuse(E_POINTER);
     *out = nullptr;
     for (const ServedClass& served : classes_) {
         if (served.id != classId)

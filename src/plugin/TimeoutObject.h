@@ -9,7 +9,7 @@
 namespace tvn2x {
 
 /// The published class clsTimeout: the timer of the core behind its interface.
-class TimeoutObject final : public com::Object<_clsTimeout>
+class TimeoutObject final : public com::Object<_clsTimeout, ::clsTimeout>
 {
 public:
     HRESULT STDMETHODCALLTYPE get_Interval(FLOAT* value) noexcept override

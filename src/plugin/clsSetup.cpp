@@ -1,7 +1,5 @@
 #include "plugin/clsSetup.h"
 
-#include "com/DispatchView.h"
-
 namespace tvn2x {
 
 HRESULT clsSetup::get_BerSamples(LONG* value) noexcept
@@ -239,9 +237,9 @@ void* clsSetup::FindInterface(REFIID id) noexcept
     return nullptr;
 }
 
-HRESULT clsSetup::View(IDispatch** out, IDispatch& viewed) noexcept
+HRESULT clsSetup::Share(IDispatch** out, IDispatch& view) noexcept
 {
-    return Get(out, [&] { return com::NewDispatchView(&viewed); });
+    return Get(out, [&] { return com::ComPtr<IDispatch>(&view).Detach(); });
 }
 
 }  // namespace tvn2x

@@ -2,6 +2,7 @@
 
 #include "TVN2x.h"
 #include "com/Object.h"
+#include "com/View.h"
 #include "plugin/SetupCore.h"
 #include "plugin/clsSetup_ICheckHardware.h"
 #include "plugin/clsSetup_IDriver.h"
@@ -13,7 +14,7 @@ namespace tvn2x {
 
 /// The plug-in's main object: setup document, instrument facade and measurement process. This file is its default
 /// interface, the document's own properties; each of the host's interfaces is a member object with a file of its own.
-class clsSetup final : public com::Object<_clsSetup>
+class clsSetup final : public com::Object<_clsSetup, ::clsSetup>
 {
 public:
     SetupCore core;
@@ -63,22 +64,34 @@ public:
     HRESULT STDMETHODCALLTYPE get_CoupleDisplayAndSave(VARIANT_BOOL* value) noexcept override;
     HRESULT STDMETHODCALLTYPE put_CoupleDisplayAndSave(VARIANT_BOOL value) noexcept override;
 
-    // The host's interfaces, for clients that see only the default one.
-    HRESULT STDMETHODCALLTYPE get_Setup(IDispatch** value) noexcept override { return View(value, setup_); }
-    HRESULT STDMETHODCALLTYPE get_Measurement(IDispatch** value) noexcept override { return View(value, measure_); }
-    HRESULT STDMETHODCALLTYPE get_Driver(IDispatch** value) noexcept override { return View(value, driver_); }
-    HRESULT STDMETHODCALLTYPE get_CheckHardware(IDispatch** value) noexcept override { return View(value, check_); }
-    HRESULT STDMETHODCALLTYPE get_Results(IDispatch** value) noexcept override { return View(value, results_); }
+    // The host's interfaces, for clients that see only the default one: each an object of its own, always the same.
+    HRESULT STDMETHODCALLTYPE get_Setup(IDispatch** value) noexcept override { return Share(value, setupView_); }
+    HRESULT STDMETHODCALLTYPE get_Measurement(IDispatch** value) noexcept override
+    {
+        return Share(value, measureView_);
+    }
+    HRESULT STDMETHODCALLTYPE get_Driver(IDispatch** value) noexcept override { return Share(value, driverView_); }
+    HRESULT STDMETHODCALLTYPE get_CheckHardware(IDispatch** value) noexcept override
+    {
+        return Share(value, checkView_);
+    }
+    HRESULT STDMETHODCALLTYPE get_Results(IDispatch** value) noexcept override { return Share(value, resultsView_); }
 
 private:
     void* FindInterface(REFIID id) noexcept override;
-    static HRESULT View(IDispatch** out, IDispatch& viewed) noexcept;
+    static HRESULT Share(IDispatch** out, IDispatch& view) noexcept;
 
     clsSetup_ISetup setup_{*this};
     clsSetup_IMeasure measure_{*this};
     clsSetup_IDriver driver_{*this};
     clsSetup_ICheckHardware check_{*this};
     clsSetup_IResults results_{*this};
+
+    com::View<clsSetup_ISetup> setupView_{*this};
+    com::View<clsSetup_IMeasure> measureView_{*this};
+    com::View<clsSetup_IDriver> driverView_{*this};
+    com::View<clsSetup_ICheckHardware> checkView_{*this};
+    com::View<clsSetup_IResults> resultsView_{*this};
 };
 
 }  // namespace tvn2x

@@ -10,7 +10,7 @@ namespace tvn2x {
 class clsSetup;
 
 /// ICheckHardware of clsSetup: whether the connected receiver can do what the setup asks.
-class clsSetup_ICheckHardware final : public com::Member<ICheckHardware, clsSetup>
+class clsSetup_ICheckHardware : public com::Member<ICheckHardware, clsSetup>
 {
 public:
     using Member::Member;

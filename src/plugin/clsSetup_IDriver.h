@@ -10,7 +10,7 @@ namespace tvn2x {
 class clsSetup;
 
 /// IDriver of clsSetup: the connected receiver as an instrument of the host.
-class clsSetup_IDriver final : public com::Member<IDriver, clsSetup>
+class clsSetup_IDriver : public com::Member<IDriver, clsSetup>
 {
 public:
     using Member::Member;

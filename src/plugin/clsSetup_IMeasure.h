@@ -10,7 +10,7 @@ namespace tvn2x {
 class clsSetup;
 
 /// IMeasure of clsSetup: the measurement process and its results.
-class clsSetup_IMeasure final : public com::Member<IMeasure, clsSetup>
+class clsSetup_IMeasure : public com::Member<IMeasure, clsSetup>
 {
 public:
     using Member::Member;

@@ -10,7 +10,7 @@ namespace tvn2x {
 class clsSetup;
 
 /// IResults of clsSetup: the way back into the result table for a host that has kept what was measured.
-class clsSetup_IResults final : public com::Member<IResults, clsSetup>
+class clsSetup_IResults : public com::Member<IResults, clsSetup>
 {
 public:
     using Member::Member;

@@ -13,7 +13,7 @@ std::wstring Text(BSTR text)
 /// The text of an optional path: "" where it is left out.
 std::wstring OptionalPath(const VARIANT& path)
 {
-    if (path.vt == VT_EMPTY || path.vt == VT_NULL || (path.vt == VT_ERROR && path.scode == DISP_E_PARAMNOTFOUND))
+    if (path.vt == VT_EMPTY || path.vt == VT_NULL || com::IsLeftOut(path))
         return {};
     VARIANT text;
     VariantInit(&text);
@@ -105,7 +105,7 @@ HRESULT clsSetup_ISetup::Load(BSTR sProductName, BSTR sFullPath, BSTR* strModel,
                               VARIANT_BOOL* result) noexcept
 {
     if (!strModel || !udtMode)
-        return E_POINTER;
+        return com::Refuse(E_POINTER);
     return Get(result, [&] {
         std::wstring model = Text(*strModel);
         auto mode = static_cast<int32_t>(*udtMode);

@@ -11,7 +11,7 @@ namespace tvn2x {
 class clsSetup;
 
 /// ISetup of clsSetup: the setup document as the host sees it.
-class clsSetup_ISetup final : public com::Member<ISetup, clsSetup>
+class clsSetup_ISetup : public com::Member<ISetup, clsSetup>
 {
 public:
     using Member::Member;

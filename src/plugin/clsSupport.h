@@ -4,13 +4,14 @@
 
 #include <string>
 
+#include "TVN2x.h"
 #include "TVNINT.h"
 #include "com/Object.h"
 
 namespace tvn2x {
 
 /// Tells the host whom to contact for support.
-class clsSupport final : public com::Object<ISupport>
+class clsSupport final : public com::Object<ISupport, ::clsSupport>
 {
 public:
     HRESULT STDMETHODCALLTYPE get_Address(BSTR* value) noexcept override { return Text(value, address_); }

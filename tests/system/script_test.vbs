@@ -48,6 +48,9 @@ setup.Parameter(1, 22) = False
 Expect "Frequency(2)", setup.Frequency(2), 474.25
 Expect "Parameter(1, 22)", setup.Parameter(1, 22), False
 Expect "Dirty", setup.Setup.Dirty, True
+Expect "one Setup", setup.Setup Is setup.Setup, True
+Expect "Setup and Measurement", setup.Setup Is setup.Measurement, False
+Expect "TypeName", TypeName(setup.Setup), "ISetup"
 
 ' The timer and the contact.
 timer.Interval = 2.5
@@ -94,7 +97,7 @@ setup.MaxSettlingTime = 1
 setup.Frequency(2) = 474
 measurement.ResetMeasurement
 Set parent = New ScanParent
-Set measurement.Parent = parent
+measurement.Parent = parent
 Expect "Measure", measurement.Measure(2), True
 Expect "statuses", parent.Statuses, "Synchronising at 474 MHz|Measuring at 474 MHz|"
 Expect "channel", parent.Channel, "474000000/6900000"

@@ -155,7 +155,7 @@ TEST_F(Server, ClassFactoryRefusesAggregationAndUnknownClasses)
     EXPECT_EQ(out, nullptr);
 }
 
-TEST_F(Server, RaisedErrorArrivesWithNumberSourceAndDescriptionAndANullOutArgumentIsRefused)
+TEST_F(Server, RaisedErrorArrivesWithNumberSourceAndDescription)
 {
     const auto setup = Create<_clsSetup>(L"TVN2x.clsSetup");
     EXPECT_EQ(setup.As<ISupportErrorInfo>()->InterfaceSupportsErrorInfo(IID__clsSetup), S_OK);
@@ -168,14 +168,62 @@ TEST_F(Server, RaisedErrorArrivesWithNumberSourceAndDescriptionAndANullOutArgume
     const ErrorText text = LastError();
     EXPECT_EQ(text.source, L"clsSetup.Frequency");
     EXPECT_EQ(text.description, L"Subscript out of range");
+}
 
+TEST_F(Server, NullOutArgumentIsRefusedWithoutTheErrorInformationOfAnotherCall)
+{
+    const auto setup = Create<_clsSetup>(L"TVN2x.clsSetup");
+    const auto receiver = Create<IReceiver>(L"XKTR2x.clsReceiver");
     const auto document = setup.As<ISetup>();
-    EXPECT_EQ(setup->get_Notes(nullptr), E_POINTER);
-    EXPECT_EQ(document->Edit(nullptr), E_POINTER);
     VARIANT_BOOL result;
-    EXPECT_EQ(document->Load(nullptr, nullptr, nullptr, nullptr, &result), E_POINTER);
-    EXPECT_EQ(setup.As<IMeasure>()->get_Result(0, 13, 1, nullptr), E_POINTER);
-    EXPECT_EQ(setup.As<IDriver>()->Test(nullptr, nullptr, nullptr, &result), E_POINTER);
+    const std::function<HRESULT()> calls[] = {
+        [&] { return setup->get_Notes(nullptr); },
+        [&] { return setup->get_Setup(nullptr); },
+        [&] { return document->Edit(nullptr); },
+        [&] { return document->Load(nullptr, nullptr, nullptr, nullptr, &result); },
+        [&] { return setup.As<IMeasure>()->get_Result(0, 13, 1, nullptr); },
+        [&] { return setup.As<IDriver>()->Test(nullptr, nullptr, nullptr, &result); },
+        [&] { return receiver->get_ErrorCounters(nullptr); },
+        [&] { return receiver.As<IDriver>()->Test(nullptr, nullptr, nullptr, &result); },
+        [&] { return setup->GetTypeInfoCount(nullptr); },
+        [&] { return setup->GetTypeInfo(0, LOCALE_USER_DEFAULT, nullptr); },
+        [&] { return setup->GetIDsOfNames(IID_NULL, nullptr, 1, LOCALE_USER_DEFAULT, nullptr); },
+        [&] { return setup->QueryInterface(IID_IUnknown, nullptr); },
+    };
+    for (size_t i = 0; i < std::size(calls); ++i) {
+        SCOPED_TRACE(i);
+        double frequency = 1;
+        ASSERT_EQ(setup->get_Frequency(2, &frequency), RuntimeError(9));
+        EXPECT_EQ(calls[i](), E_POINTER);
+        EXPECT_EQ(LastError().description, L"");
+    }
+}
+
+/// A client of a multithreaded apartment reaches the objects, which live in another one, through proxies: the system
+/// makes them of what is registered for each interface. Nobody but the plug-in need have registered anything.
+TEST(MultithreadedClient, ReachesEveryInterfaceOfThePlugIn)
+{
+    ASSERT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
+    {
+        const auto setup = Create<_clsSetup>(L"TVN2x.clsSetup");
+        ASSERT_TRUE(setup);
+        const auto document = setup.As<ISetup>();
+        ASSERT_TRUE(document);
+        EXPECT_TRUE(setup.As<IMeasure>());
+        EXPECT_TRUE(setup.As<IDriver>());
+        EXPECT_TRUE(setup.As<ICheckHardware>());
+        EXPECT_TRUE(setup.As<IResults>());
+        EXPECT_TRUE(Create<ISupport>(L"TVN2x.clsSupport"));
+        EXPECT_TRUE(Create<_clsTimeout>(L"TVN2x.clsTimeout"));
+
+        EXPECT_EQ(document->put_ListSize(3), S_OK);
+        EXPECT_EQ(Get(setup, &_clsSetup::get_ListSize), 3);
+        const auto view = ComPtr<IDispatch>::Attach(Get(setup, &_clsSetup::get_Setup)).As<ISetup>();
+        ASSERT_TRUE(view);
+        EXPECT_EQ(Get(view, &ISetup::get_ListSize), 3);
+        EXPECT_EQ(view->put_Order(99, 1), RuntimeError(9));
+    }
+    CoUninitialize();
 }
 
 TEST_F(Server, TypeLibraryPublishesEnumerationsAndHelpStrings)

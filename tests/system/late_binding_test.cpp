@@ -1,0 +1,269 @@
+// The plug-in as a late-bound client sees it, with everything that languages do differently from one another.
+
+#include <ocidl.h>
+
+#include <algorithm>
+
+#include "Client.h"
+
+namespace tvn2x::client {
+namespace {
+
+constexpr const wchar_t* product = L"TVN2x test";
+
+VARIANT LeftOut()
+{
+    VARIANT value{};
+    value.vt = VT_ERROR;
+    value.scode = DISP_E_PARAMNOTFOUND;
+    return value;
+}
+
+VARIANT Reference(VARIANT& variable)
+{
+    VARIANT value{};
+    value.vt = VT_BYREF | VT_VARIANT;
+    value.pvarVal = &variable;
+    return value;
+}
+
+VARIANT Number(long number)
+{
+    VARIANT value{};
+    value.vt = VT_I4;
+    value.lVal = number;
+    return value;
+}
+
+VARIANT Held(const Bstr& text)
+{
+    VARIANT value{};
+    value.vt = VT_BSTR;
+    value.bstrVal = text.Get();
+    return value;
+}
+
+VARIANT Holding(IDispatch* object)
+{
+    VARIANT value{};
+    value.vt = VT_DISPATCH;
+    value.pdispVal = object;
+    return value;
+}
+
+/// A call by name: arguments by position in their order, then those by name.
+HRESULT Call(const ComPtr<IDispatch>& object, const wchar_t* member, WORD flags, std::vector<VARIANT> positional,
+             const std::vector<std::pair<const wchar_t*, VARIANT>>& named = {}, VARIANT* result = nullptr)
+{
+    std::vector<LPOLESTR> names = {const_cast<LPOLESTR>(member)};
+    std::vector<VARIANT> arguments;
+    for (const auto& [name, value] : named) {
+        names.push_back(const_cast<LPOLESTR>(name));
+        arguments.push_back(value);
+    }
+    std::vector<DISPID> ids(names.size());
+    EXPECT_EQ(
+        object->GetIDsOfNames(IID_NULL, names.data(), static_cast<UINT>(names.size()), LOCALE_USER_DEFAULT, ids.data()),
+        S_OK);
+    const DISPID id = ids.front();
+    ids.erase(ids.begin());
+    if (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) {
+        arguments.push_back(positional.back());
+        positional.pop_back();
+        ids.push_back(DISPID_PROPERTYPUT);
+    }
+    arguments.insert(arguments.end(), positional.rbegin(), positional.rend());
+    DISPPARAMS parameters{arguments.data(), ids.data(), static_cast<UINT>(arguments.size()),
+                          static_cast<UINT>(ids.size())};
+    return object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, result, nullptr, nullptr);
+}
+
+std::wstring TemporaryFile(const wchar_t* name)
+{
+    wchar_t folder[MAX_PATH];
+    GetTempPathW(MAX_PATH, folder);
+    return std::wstring(folder) + name;
+}
+
+struct LateBinding : Apartment
+{
+    ComPtr<_clsSetup> setup = Create<_clsSetup>(L"TVN2x.clsSetup");
+    ComPtr<IDispatch> document = ComPtr<IDispatch>::Attach(Get(setup, &_clsSetup::get_Setup));
+    ComPtr<IDispatch> measurement = ComPtr<IDispatch>::Attach(Get(setup, &_clsSetup::get_Measurement));
+};
+
+struct ViewOfInterface
+{
+    HRESULT (STDMETHODCALLTYPE _clsSetup::*get)(IDispatch**);
+    IID id;
+    const wchar_t* name;
+};
+
+TEST_F(LateBinding, ViewAnswersTheInterfaceOfItsTypeInformationUnderOneIdentityThatLastsAsLongAsTheObject)
+{
+    const ViewOfInterface views[] = {
+        {&_clsSetup::get_Setup, IID_ISetup, L"ISetup"},
+        {&_clsSetup::get_Measurement, IID_IMeasure, L"IMeasure"},
+        {&_clsSetup::get_Driver, IID_IDriver, L"IDriver"},
+        {&_clsSetup::get_CheckHardware, IID_ICheckHardware, L"ICheckHardware"},
+        {&_clsSetup::get_Results, IID_IResults, L"IResults"},
+    };
+    for (const auto& [get, id, name] : views) {
+        SCOPED_TRACE(testing::PrintToString(std::wstring(name)));
+        auto view = ComPtr<IDispatch>::Attach(Get(setup, get));
+        const IUnknown* identity = view.As<IUnknown>().Get();
+        EXPECT_EQ(ComPtr<IDispatch>::Attach(Get(setup, get)).As<IUnknown>().Get(), identity);
+        view.Reset();
+        view = ComPtr<IDispatch>::Attach(Get(setup, get));
+        EXPECT_EQ(view.As<IUnknown>().Get(), identity) << "nobody held it meanwhile";
+
+        const IID answered[] = {IID_IUnknown, IID_IDispatch, id, IID_ISupportErrorInfo};
+        for (const IID& from : answered) {
+            ComPtr<IUnknown> face;
+            ASSERT_EQ(view->QueryInterface(from, reinterpret_cast<void**>(face.Put())), S_OK);
+            EXPECT_EQ(face.As<IUnknown>().Get(), identity);
+            for (const IID& to : answered) {
+                ComPtr<IUnknown> other;
+                EXPECT_EQ(face->QueryInterface(to, reinterpret_cast<void**>(other.Put())), S_OK);
+            }
+        }
+        EXPECT_FALSE(view.As<_clsSetup>()) << "another object";
+
+        ComPtr<ITypeInfo> info;
+        ASSERT_EQ(view->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.Put()), S_OK);
+        Bstr named;
+        EXPECT_EQ(info->GetDocumentation(MEMBERID_NIL, named.Put(), nullptr, nullptr, nullptr), S_OK);
+        EXPECT_EQ(named.View(), name);
+    }
+    // Whoever goes last, the object goes with the last reference of all.
+    document.Reset();
+    setup.Reset();
+    EXPECT_EQ(Call(measurement, L"ResetMeasurement", DISPATCH_METHOD, {}), S_OK);
+    EXPECT_EQ(measurement.Detach()->Release(), 0u);
+}
+
+TEST_F(LateBinding, ObjectOfAClassNamesIt)
+{
+    const std::pair<const wchar_t*, const wchar_t*> classes[] = {
+        {L"TVN2x.clsSetup", L"clsSetup"},
+        {L"TVN2x.clsSupport", L"clsSupport"},
+        {L"TVN2x.clsTimeout", L"clsTimeout"},
+        {L"XKTR2x.clsReceiver", L"clsReceiver"},
+        {L"XKTR2x.clsRunControl", L"clsRunControl"},
+        {L"XKTR2x.clsErrorReport", L"clsErrorReport"},
+    };
+    for (const auto& [progId, name] : classes) {
+        const auto provider = Create<IDispatch>(progId).As<IProvideClassInfo>();
+        ASSERT_TRUE(provider);
+        ComPtr<ITypeInfo> info;
+        ASSERT_EQ(provider->GetClassInfo(info.Put()), S_OK);
+        Bstr named;
+        EXPECT_EQ(info->GetDocumentation(MEMBERID_NIL, named.Put(), nullptr, nullptr, nullptr), S_OK);
+        EXPECT_EQ(named.View(), name);
+    }
+}
+
+TEST_F(LateBinding, ParentTakesEveryKindOfAssignment)
+{
+    Parent parent;
+    for (const WORD flags :
+         {DISPATCH_PROPERTYPUT, DISPATCH_PROPERTYPUTREF, DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF}) {
+        SCOPED_TRACE(flags);
+        VARIANT variable = Holding(&parent);
+        EXPECT_EQ(Call(measurement, L"Parent", flags, {variable}), S_OK);
+        EXPECT_GT(parent.references, 0u);
+        EXPECT_EQ(Call(measurement, L"Parent", flags, {Holding(nullptr)}), S_OK);
+        EXPECT_EQ(parent.references, 0u);
+        EXPECT_EQ(Call(measurement, L"Parent", flags, {Reference(variable)}), S_OK);
+        EXPECT_GT(parent.references, 0u);
+        EXPECT_EQ(Call(measurement, L"Parent", flags, {Holding(nullptr)}), S_OK);
+    }
+    EXPECT_NE(Call(measurement, L"Parent", DISPATCH_PROPERTYPUT, {Number(5)}), S_OK);
+    // A plain property takes no reference, and keeps taking values.
+    EXPECT_NE(Call(measurement, L"Notes", DISPATCH_PROPERTYPUTREF, {Holding(&parent)}), S_OK);
+    const Bstr notes(L"n");
+    EXPECT_EQ(Call(measurement, L"Notes", DISPATCH_PROPERTYPUT, {Held(notes)}), S_OK);
+    EXPECT_EQ(Get(setup.As<IMeasure>(), &IMeasure::get_Notes), L"n");
+}
+
+TEST_F(LateBinding, ReferencesWorkByNameAsByPositionAndWhatIsLeftOutStaysLeftOutWhenPassedOn)
+{
+    const std::wstring file = TemporaryFile(L"late_binding_test.ini");
+    const Bstr productName(product), version(L"2.0"), path(file);
+    VARIANT nothing = LeftOut(), saved{}, loaded{};
+    EXPECT_EQ(Call(document, L"Save", DISPATCH_METHOD, {Held(productName)},
+                   {{L"sFullPath", Held(path)}, {L"sAppVersion", Held(version)}}, &saved),
+              S_OK);
+    EXPECT_EQ(saved.boolVal, VARIANT_TRUE);
+    // By position, passed on, by name: the document goes to its own file.
+    const std::vector<VARIANT> names = {Held(productName), Held(version)};
+    std::vector<VARIANT> withPath = names;
+    for (const VARIANT& omitted : {nothing, Reference(nothing)}) {
+        withPath.resize(2);
+        withPath.push_back(omitted);
+        saved.boolVal = VARIANT_FALSE;
+        EXPECT_EQ(Call(document, L"Save", DISPATCH_METHOD, withPath, {}, &saved), S_OK);
+        EXPECT_EQ(saved.boolVal, VARIANT_TRUE);
+        saved.boolVal = VARIANT_FALSE;
+        EXPECT_EQ(Call(document, L"Save", DISPATCH_METHOD, names, {{L"sFullPath", omitted}}, &saved), S_OK);
+        EXPECT_EQ(saved.boolVal, VARIANT_TRUE);
+        EXPECT_EQ(setup.As<ISetup>()->Save(productName.Get(), version.Get(), omitted, &saved.boolVal), S_OK);
+
+        setup->put_ListSize(2);
+        EXPECT_EQ(Call(measurement, L"ResetMeasurement", DISPATCH_METHOD, {omitted}), S_OK);
+        EXPECT_EQ(Call(measurement, L"ResetMeasurement", DISPATCH_METHOD, {}, {{L"lngItem", omitted}}), S_OK);
+        EXPECT_EQ(Cell(setup.As<IMeasure>().Get(), 1, 13, 2), L"Un-measured") << "all channels";
+    }
+
+    // The model and the mode come back through variables, however they are handed in.
+    for (const int named : {0, 1, 2, 4}) {
+        SCOPED_TRACE(named);
+        VARIANT model{}, mode{}, productHeld = Held(productName);
+        mode.vt = VT_I2;
+        std::vector<std::pair<const wchar_t*, VARIANT>> arguments = {{L"sProductName", Reference(productHeld)},
+                                                                     {L"sFullPath", Held(path)},
+                                                                     {L"strModel", Reference(model)},
+                                                                     {L"udtMode", Reference(mode)}};
+        std::vector<VARIANT> positional;
+        for (; arguments.size() > static_cast<size_t>(named); arguments.erase(arguments.begin()))
+            positional.push_back(arguments.front().second);
+        std::reverse(arguments.begin(), arguments.end());
+        EXPECT_EQ(Call(document, L"Load", DISPATCH_METHOD, positional, arguments, &loaded), S_OK);
+        EXPECT_EQ(loaded.boolVal, VARIANT_TRUE);
+        EXPECT_EQ(com::ViewOf(model.bstrVal), L"2x");
+        EXPECT_EQ(mode.vt, VT_I4);
+        EXPECT_EQ(mode.lVal, 4);
+        VariantClear(&model);
+    }
+    DeleteFileW(file.c_str());
+}
+
+TEST_F(LateBinding, ReservedArgumentIsCheckedAndAFailureBeforeTheMemberTellsNothingOfAnotherCall)
+{
+    auto name = const_cast<LPOLESTR>(L"Notes");
+    DISPID id = 0;
+    DISPPARAMS none{};
+    VARIANT result{};
+    double frequency = 0;
+    const std::pair<HRESULT, std::function<HRESULT()>> calls[] = {
+        {DISP_E_UNKNOWNINTERFACE, [&] { return setup->GetIDsOfNames(IID_ISetup, &name, 1, LOCALE_USER_DEFAULT, &id); }},
+        {DISP_E_UNKNOWNINTERFACE,
+         [&] {
+             return document->Invoke(1, IID_ISetup, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &none, &result, nullptr,
+                                     nullptr);
+         }},
+        {DISP_E_MEMBERNOTFOUND,
+         [&] {
+             return setup->Invoke(9999, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &none, &result, nullptr,
+                                  nullptr);
+         }},
+    };
+    for (const auto& [expected, call] : calls) {
+        ASSERT_EQ(setup->get_Frequency(2, &frequency), RuntimeError(9));
+        EXPECT_EQ(call(), expected);
+        EXPECT_EQ(LastError().description, L"");
+    }
+}
+
+}  // namespace
+}  // namespace tvn2x::client
