@@ -4,6 +4,7 @@
 #include "com/Errors.h"
 #include "com/Module.h"
 #include "com/Server.h"
+#include "com/Text.h"
 #include "host/Commands.h"
 
 namespace tvn2x {
@@ -14,6 +15,15 @@ namespace {
 com::Server Library()
 {
     return com::Server({}, LIBID_TVNINT);
+}
+
+/// Where the system finds the type library now; empty where nobody serves it.
+std::wstring ServingFile()
+{
+    com::Bstr path;
+    if (FAILED(QueryPathOfRegTypeLib(LIBID_TVNINT, 1, 0, LOCALE_NEUTRAL, path.Put())))
+        return {};
+    return std::wstring(path.View().substr(0, path.View().find(L'\0')));
 }
 
 void Require(HRESULT result, const wchar_t* what)
@@ -41,7 +51,9 @@ int Register(Console& console)
 int Unregister(Console& console)
 {
     Require(Library().Unregister(), L"the type library TVNINT cannot be unregistered");
-    console.Result(L"The type library TVNINT is no longer registered.\n");
+    const std::wstring file = ServingFile();
+    console.Result(file.empty() ? L"The type library TVNINT is no longer registered.\n"
+                                : L"The type library TVNINT stays registered for others that need it: " + file + L"\n");
     return exitDone;
 }
 

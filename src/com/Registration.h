@@ -2,40 +2,39 @@
 
 #include <windows.h>
 
-#include <functional>
 #include <string>
+#include <vector>
 
+#include "com/ClassesKey.h"
+#include "com/EntryFile.h"
 #include "com/Server.h"
 
 namespace tvn2x::com {
 
-/// What this module writes below the machine's classes in the registry, and removes again. Failures throw.
+/// What this module writes below the machine's classes in the registry, and takes back again. Failures throw; without
+/// Keep nothing of it stays.
 ///
-/// The module's type library (resource 1) describes interfaces of its own and repeats those of the libraries that it
-/// refers to (resources 2, 3, ...). Only the former are registered: the others belong to whoever ships their library,
-/// and must outlive this module's registration.
+/// An entry belongs to the file that its path names, one whose file is gone to nobody. Adding takes over the module's
+/// classes and its own library from whatever file had them; removing takes what belongs to this module or to nobody.
 class Registration
 {
 public:
+    /// `typeLibrary` is the one that describes the classes.
     explicit Registration(REFGUID typeLibrary);
-    Registration(const Registration&) = delete;
-    Registration& operator=(const Registration&) = delete;
-    ~Registration();
 
-    void Add(const ServedClass& served) const;
-    void Remove(const ServedClass& served) const;
-    void AddTypeLibrary() const;
-    void RemoveTypeLibrary() const;
+    void Add(const ServedClass& served);
+    void Remove(const ServedClass& served);
+    /// After the classes, which tell whose place this module takes.
+    void AddTypeLibraries();
+    void RemoveTypeLibraries();
+    void Keep() { classes_.Keep(); }
 
 private:
-    void Write(const std::wstring& key, const wchar_t* name, const std::wstring& value) const;
-    void RemoveTree(const std::wstring& key) const;
-    bool HasSubkeys(const std::wstring& key) const;
-    static void ForOwnInterfaces(const std::function<void(const std::wstring& id, const std::wstring& name)>& visit);
-
-    HKEY root_ = nullptr;
-    std::wstring module_;
-    std::wstring library_;  ///< the type library's identity as text
+    ClassesKey classes_;
+    const std::wstring moduleName_;
+    const EntryFile module_;
+    const std::wstring library_;       ///< the type library's identity as text
+    std::vector<EntryFile> replaced_;  ///< files that had a class before
 };
 
 }  // namespace tvn2x::com

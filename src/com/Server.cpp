@@ -57,24 +57,23 @@ HRESULT Server::ClassObject(REFCLSID classId, REFIID interfaceId, void** out) co
 
 HRESULT Server::Register() const noexcept
 {
-    const HRESULT result = Guard(IID_NULL, [&] {
-        const Registration registration(typeLibrary_);
+    return Guard(IID_NULL, [&] {
+        Registration registration(typeLibrary_);
         for (const ServedClass& served : classes_)
             registration.Add(served);
-        registration.AddTypeLibrary();
+        registration.AddTypeLibraries();
+        registration.Keep();
     });
-    if (FAILED(result))
-        Unregister();
-    return result;
 }
 
 HRESULT Server::Unregister() const noexcept
 {
     return Guard(IID_NULL, [&] {
-        const Registration registration(typeLibrary_);
+        Registration registration(typeLibrary_);
         for (const ServedClass& served : classes_)
             registration.Remove(served);
-        registration.RemoveTypeLibrary();
+        registration.RemoveTypeLibraries();
+        registration.Keep();
     });
 }
 

@@ -25,9 +25,9 @@ public:
     Server(std::span<const ServedClass> classes, REFGUID typeLibrary) : classes_(classes), typeLibrary_(typeLibrary) {}
 
     HRESULT ClassObject(REFCLSID classId, REFIID interfaceId, void** out) const noexcept;
-    /// For all users of the machine. A registration that fails half-way is taken back.
+    /// For all users of the machine. A registration that fails half-way is taken back: what was there before stays.
     HRESULT Register() const noexcept;
-    /// Removes what Register wrote and nothing else.
+    /// Takes back what belongs to this module alone; the other libraries that it needed go to whoever needs them, too.
     HRESULT Unregister() const noexcept;
 
 private:

@@ -28,6 +28,13 @@ std::wstring_view ViewOf(BSTR text)
     return {text ? text : L"", SysStringLen(text)};
 }
 
+std::wstring TextOf(REFGUID id)
+{
+    wchar_t text[40];
+    StringFromGUID2(id, text, 40);
+    return text;
+}
+
 BSTR NewBstr(std::wstring_view text)
 {
     BSTR result = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));

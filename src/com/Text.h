@@ -41,6 +41,9 @@ private:
 /// The text of a BSTR, which may be null and may hold NULs.
 std::wstring_view ViewOf(BSTR text);
 
+/// An identity as the registry spells it.
+std::wstring TextOf(REFGUID id);
+
 /// A BSTR that the receiver of it frees.
 BSTR NewBstr(std::wstring_view text);
 

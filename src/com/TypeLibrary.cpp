@@ -22,12 +22,8 @@ TypeInfos* known;
 
 ComPtr<ITypeInfo> ReadTypeInfo(REFIID interfaceId)
 {
-    const std::wstring module = Module::FileName();
     HRESULT result = TYPE_E_ELEMENTNOTFOUND;
-    for (int resource = 1;; ++resource) {
-        ComPtr<ITypeLib> library;
-        if (FAILED(LoadTypeLibEx((module + L"\\" + std::to_wstring(resource)).c_str(), REGKIND_NONE, library.Put())))
-            break;
+    for (int resource = 1; const auto library = EmbeddedLibrary(resource); ++resource) {
         ComPtr<ITypeInfo> info;
         result = library->GetTypeInfoOfGuid(interfaceId, info.Put());
         if (SUCCEEDED(result))
@@ -37,6 +33,16 @@ ComPtr<ITypeInfo> ReadTypeInfo(REFIID interfaceId)
 }
 
 }  // namespace
+
+ComPtr<ITypeLib> EmbeddedLibrary(int resource)
+{
+    ComPtr<ITypeLib> library;
+    if (FindResourceW(Module::Instance(), MAKEINTRESOURCEW(resource), L"TYPELIB")) {
+        const std::wstring path = Module::FileName() + L"\\" + std::to_wstring(resource);
+        Check(LoadTypeLibEx(path.c_str(), REGKIND_NONE, library.Put()), library.Get());
+    }
+    return library;
+}
 
 ITypeInfo* TypeInfoOf(REFIID interfaceId)
 {

@@ -226,6 +226,62 @@ TEST(MultithreadedClient, ReachesEveryInterfaceOfThePlugIn)
     CoUninitialize();
 }
 
+HRESULT CallExport(const char* name)
+{
+    const HMODULE module = LoadLibraryW(L"TVN2x.dll");
+    const auto call =
+        reinterpret_cast<HRESULT(STDMETHODCALLTYPE*)()>(reinterpret_cast<void*>(GetProcAddress(module, name)));
+    const HRESULT result = call ? call() : E_NOINTERFACE;
+    FreeLibrary(module);
+    return result;
+}
+
+/// The key of a class or an interface of the machine.
+std::wstring KeyOf(const wchar_t* kind, REFGUID id)
+{
+    return L"Software\\Classes\\" + std::wstring(kind) + L"\\" + com::TextOf(id);
+}
+
+std::wstring RegisteredText(const std::wstring& key)
+{
+    wchar_t text[300] = L"";
+    DWORD size = sizeof text;
+    const LSTATUS status = RegGetValueW(HKEY_LOCAL_MACHINE, key.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, text, &size);
+    return status == ERROR_SUCCESS ? text : L"<none>";
+}
+
+TEST_F(Server, RegistrationThatFailsHalfWayLeavesWhatWasThereBefore)
+{
+    const std::wstring kept = KeyOf(L"CLSID", CLSID_clsSetup), lacking = KeyOf(L"CLSID", CLSID_clsTimeout),
+                       blocked = KeyOf(L"Interface", IID_IResults);
+    const std::wstring file = RegisteredText(kept + L"\\InprocServer32");
+    ASSERT_NE(file, L"<none>");
+    const std::wstring folder = file.substr(0, file.find_last_of(L'\\'));
+    ASSERT_TRUE(SetDllDirectoryW(folder.c_str()));
+    ASSERT_EQ(RegSetKeyValueW(HKEY_LOCAL_MACHINE, kept.c_str(), nullptr, REG_SZ, L"before", 7 * sizeof(wchar_t)),
+              ERROR_SUCCESS);
+    ASSERT_EQ(RegDeleteTreeW(HKEY_LOCAL_MACHINE, lacking.c_str()), ERROR_SUCCESS);
+    ASSERT_EQ(RegDeleteTreeW(HKEY_LOCAL_MACHINE, blocked.c_str()), ERROR_SUCCESS);
+    // A key that goes with the session takes no lasting keys below it.
+    HKEY key;
+    ASSERT_EQ(RegCreateKeyExW(HKEY_LOCAL_MACHINE, blocked.c_str(), 0, nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS,
+                              nullptr, &key, nullptr),
+              ERROR_SUCCESS);
+    RegCloseKey(key);
+
+    EXPECT_EQ(CallExport("DllRegisterServer"), HRESULT_FROM_WIN32(ERROR_CHILD_MUST_BE_VOLATILE));
+    EXPECT_EQ(RegisteredText(kept), L"before");
+    EXPECT_EQ(RegisteredText(kept + L"\\InprocServer32"), file);
+    EXPECT_EQ(RegisteredText(lacking), L"<none>");
+    EXPECT_EQ(RegisteredText(blocked), L"<none>");
+    EXPECT_EQ(RegisteredText(KeyOf(L"Interface", IID_ISetup)), L"ISetup");
+
+    EXPECT_EQ(RegDeleteTreeW(HKEY_LOCAL_MACHINE, blocked.c_str()), ERROR_SUCCESS);
+    EXPECT_EQ(CallExport("DllRegisterServer"), S_OK);
+    EXPECT_EQ(RegisteredText(lacking), L"Polled timer");
+    EXPECT_EQ(RegisteredText(blocked), L"IResults");
+}
+
 TEST_F(Server, TypeLibraryPublishesEnumerationsAndHelpStrings)
 {
     ComPtr<ITypeLib> library;

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tvn2x::com {
+
+/// The classes of the machine in the registry, with keys named from there on. One program at a time: while it lives,
+/// another one that makes a ClassesKey waits. Failures throw.
+///
+/// Unless Keep is called, what was written is taken back at the end: what had been there before is there again, and
+/// nothing else. What was removed stays removed.
+class ClassesKey
+{
+public:
+    ClassesKey();
+    ClassesKey(const ClassesKey&) = delete;
+    ClassesKey& operator=(const ClassesKey&) = delete;
+    ~ClassesKey();
+
+    /// The text of a value, of the key's own one where `name` is null; none where there is no such key or no text in
+    /// it.
+    std::optional<std::wstring> Read(const std::wstring& key, const wchar_t* name = nullptr) const;
+    /// The same as programs of the other word length see it.
+    std::optional<std::wstring> ReadOtherView(const std::wstring& key) const;
+    /// The names of a key's values, its own one left out.
+    std::vector<std::wstring> ValueNames(const std::wstring& key) const;
+    bool HasSubkeys(const std::wstring& key) const;
+
+    void Write(const std::wstring& key, const wchar_t* name, const std::wstring& value);
+    void RemoveValue(const std::wstring& key, const std::wstring& name);
+    void RemoveTree(const std::wstring& key);
+    void Keep() { undo_.clear(); }
+
+private:
+    void RememberMissing(const std::wstring& key);
+    void RememberValue(const std::wstring& key, const std::wstring& name);
+
+    HANDLE turn_ = nullptr;  ///< a mutex, held; null where it could not be had
+    HKEY root_ = nullptr;
+    std::vector<std::function<void()>> undo_;
+};
+
+}  // namespace tvn2x::com
