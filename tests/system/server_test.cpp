@@ -2,6 +2,8 @@
 
 #include <initguid.h>
 
+#include <ocidl.h>
+
 #include <cmath>
 #include <thread>
 
@@ -12,7 +14,7 @@ namespace {
 
 using Server = Apartment;
 
-/// By class: the interfaces that it answers beside the three that all answer, and some that it has not.
+/// By class: the interfaces that it answers beside the four that all answer, and some that it has not.
 const std::tuple<const wchar_t*, std::vector<IID>, std::vector<IID>> answeredInterfaces[] = {
     {L"TVN2x.clsSetup",
      {IID__clsSetup, IID_ISetup, IID_IMeasure, IID_IDriver, IID_ICheckHardware, IID_IResults},
@@ -29,7 +31,7 @@ const std::tuple<const wchar_t*, std::vector<IID>, std::vector<IID>> answeredInt
 TEST_F(Server, AnswersItsInterfacesAndRefusesOthersUnderOneIdentity)
 {
     for (auto [progId, answered, refused] : answeredInterfaces) {
-        answered.insert(answered.end(), {IID_IUnknown, IID_IDispatch, IID_ISupportErrorInfo});
+        answered.insert(answered.end(), {IID_IUnknown, IID_IDispatch, IID_ISupportErrorInfo, IID_IProvideClassInfo});
         SCOPED_TRACE(testing::PrintToString(std::wstring(progId)));
         const auto object = Create<IUnknown>(progId);
         ASSERT_TRUE(object);
