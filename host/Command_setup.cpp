@@ -58,7 +58,8 @@ void ReadTables(const Plugin& plugin, SetupContent& content)
                                     Get<double>(document, &_clsSetup::get_SymbolRate, channel)});
     }
     const long parameters = Get<long>(document, &_clsSetup::get_Count);
-    for (long parameter = 1; parameter <= parameters; ++parameter) {
+    for (long number = 1; number <= parameters; ++number) {
+        const auto parameter = static_cast<MP_TYPES>(number);
         content.parameters.push_back({Get<std::wstring>(document, &_clsSetup::get_Caption, parameter),
                                       Get<VARIANT_BOOL>(document, &_clsSetup::get_Parameter, 1L, parameter) != 0,
                                       Get<VARIANT_BOOL>(document, &_clsSetup::get_Parameter, 2L, parameter) != 0,

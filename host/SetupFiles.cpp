@@ -30,7 +30,7 @@ void RequireSavableTexts(const Plugin& plugin)
     }
     const long parameters = Get<long>(document, &_clsSetup::get_Count);
     for (long parameter = 1; parameter <= parameters; ++parameter) {
-        RequireSavable(Get<std::wstring>(document, &_clsSetup::get_Caption, parameter),
+        RequireSavable(Get<std::wstring>(document, &_clsSetup::get_Caption, static_cast<MP_TYPES>(parameter)),
                        fmt::format(L"the caption of parameter {}", parameter));
     }
 }

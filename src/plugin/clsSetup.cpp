@@ -12,12 +12,12 @@ HRESULT clsSetup::put_BerSamples(LONG value) noexcept
     return Do([&] { core.document.BerSamples(value); });
 }
 
-HRESULT clsSetup::get_Caption(LONG eType, BSTR* value) noexcept
+HRESULT clsSetup::get_Caption(::MP_TYPES eType, BSTR* value) noexcept
 {
     return Get(value, [&] { return core.document.Caption(eType); });
 }
 
-HRESULT clsSetup::put_Caption(LONG eType, BSTR value) noexcept
+HRESULT clsSetup::put_Caption(::MP_TYPES eType, BSTR value) noexcept
 {
     return Do([&] { core.document.Caption(eType, std::wstring(com::ViewOf(value))); });
 }
@@ -82,12 +82,12 @@ HRESULT clsSetup::put_Notes(BSTR value) noexcept
     return Do([&] { core.document.Notes(std::wstring(com::ViewOf(value))); });
 }
 
-HRESULT clsSetup::get_Order(LONG eType, SHORT* value) noexcept
+HRESULT clsSetup::get_Order(::MP_TYPES eType, SHORT* value) noexcept
 {
     return Get(value, [&] { return core.document.Order(eType); });
 }
 
-HRESULT clsSetup::put_Order(LONG eType, SHORT value) noexcept
+HRESULT clsSetup::put_Order(::MP_TYPES eType, SHORT value) noexcept
 {
     return Do([&] { core.document.Order(eType, value); });
 }
@@ -102,12 +102,12 @@ HRESULT clsSetup::put_OrderOfQam(LONG value) noexcept
     return Do([&] { core.document.OrderOfQam(value); });
 }
 
-HRESULT clsSetup::get_Parameter(LONG eAction, LONG eType, VARIANT_BOOL* value) noexcept
+HRESULT clsSetup::get_Parameter(LONG eAction, ::MP_TYPES eType, VARIANT_BOOL* value) noexcept
 {
     return Get(value, [&] { return core.document.Parameter(eAction, eType); });
 }
 
-HRESULT clsSetup::put_Parameter(LONG eAction, LONG eType, VARIANT_BOOL value) noexcept
+HRESULT clsSetup::put_Parameter(LONG eAction, ::MP_TYPES eType, VARIANT_BOOL value) noexcept
 {
     return Do([&] { core.document.Parameter(eAction, eType, value != VARIANT_FALSE); });
 }

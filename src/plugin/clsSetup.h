@@ -21,8 +21,8 @@ public:
 
     HRESULT STDMETHODCALLTYPE get_BerSamples(LONG* value) noexcept override;
     HRESULT STDMETHODCALLTYPE put_BerSamples(LONG value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_Caption(LONG eType, BSTR* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_Caption(LONG eType, BSTR value) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_Caption(::MP_TYPES eType, BSTR* value) noexcept override;
+    HRESULT STDMETHODCALLTYPE put_Caption(::MP_TYPES eType, BSTR value) noexcept override;
     HRESULT STDMETHODCALLTYPE get_Count(LONG* value) noexcept override;
     HRESULT STDMETHODCALLTYPE put_Count(LONG value) noexcept override;
     HRESULT STDMETHODCALLTYPE get_DefaultSymbolRate(DOUBLE* value) noexcept override;
@@ -35,12 +35,12 @@ public:
     HRESULT STDMETHODCALLTYPE put_MaxSettlingTime(LONG value) noexcept override;
     HRESULT STDMETHODCALLTYPE get_Notes(BSTR* value) noexcept override;
     HRESULT STDMETHODCALLTYPE put_Notes(BSTR value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_Order(LONG eType, SHORT* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_Order(LONG eType, SHORT value) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_Order(::MP_TYPES eType, SHORT* value) noexcept override;
+    HRESULT STDMETHODCALLTYPE put_Order(::MP_TYPES eType, SHORT value) noexcept override;
     HRESULT STDMETHODCALLTYPE get_OrderOfQam(LONG* value) noexcept override;
     HRESULT STDMETHODCALLTYPE put_OrderOfQam(LONG value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_Parameter(LONG eAction, LONG eType, VARIANT_BOOL* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_Parameter(LONG eAction, LONG eType, VARIANT_BOOL value) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_Parameter(LONG eAction, ::MP_TYPES eType, VARIANT_BOOL* value) noexcept override;
+    HRESULT STDMETHODCALLTYPE put_Parameter(LONG eAction, ::MP_TYPES eType, VARIANT_BOOL value) noexcept override;
     HRESULT STDMETHODCALLTYPE get_LevelUnit(BSTR* value) noexcept override;
     HRESULT STDMETHODCALLTYPE put_LevelUnit(BSTR value) noexcept override;
     HRESULT STDMETHODCALLTYPE get_ReferenceSource(LONG* value) noexcept override;

@@ -147,7 +147,7 @@ protected:
         EXPECT_TRUE(simulator);
         simulator->put_TimeScale(0.01);
         setup->put_MaxSettlingTime(1);
-        setup->put_Parameter(0, 16, VARIANT_FALSE);
+        setup->put_Parameter(0, ::MP_BER, VARIANT_FALSE);
         run->put_StopFlag(VARIANT_FALSE);
     }
 

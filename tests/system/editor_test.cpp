@@ -53,7 +53,7 @@ protected:
         return channels;
     }
 
-    bool Parameter(long action, long parameter) const
+    bool Parameter(long action, ::MP_TYPES parameter) const
     {
         VARIANT_BOOL value = VARIANT_FALSE;
         setup->get_Parameter(action, parameter, &value);
@@ -186,8 +186,8 @@ TEST_F(SetupEditor, HeadingsSortAndButtonsMoveByClickAndByKey)
 TEST_F(SetupEditor, ChecksAndChoicesArriveInTheSetup)
 {
     setup->put_CoupleDisplayAndSave(VARIANT_TRUE);
-    setup->put_Parameter(1, MP_FIRST, VARIANT_FALSE);
-    setup->put_Parameter(2, MP_FIRST, VARIANT_FALSE);
+    setup->put_Parameter(1, ::MP_FIRST, VARIANT_FALSE);
+    setup->put_Parameter(2, ::MP_FIRST, VARIANT_FALSE);
     EXPECT_TRUE(Edit([](EditorDriver& editor) {
         editor.Alt(L's');
         editor.Alt(L'u');
@@ -202,8 +202,8 @@ TEST_F(SetupEditor, ChecksAndChoicesArriveInTheSetup)
         editor.Click(control_id::ok);
     }));
     EXPECT_EQ(Get(setup, &_clsSetup::get_LevelUnit), L"dBm");
-    EXPECT_TRUE(Parameter(1, MP_FIRST));
-    EXPECT_FALSE(Parameter(2, MP_FIRST));
+    EXPECT_TRUE(Parameter(1, ::MP_FIRST));
+    EXPECT_FALSE(Parameter(2, ::MP_FIRST));
     EXPECT_EQ(Get(setup, &_clsSetup::get_CoupleDisplayAndSave), VARIANT_FALSE);
 }
 

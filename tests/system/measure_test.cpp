@@ -49,7 +49,7 @@ protected:
 TEST_F(Measure, FillsTheRowAndTellsTheParent)
 {
     measure->putref_Parent(&parent);
-    setup->put_Parameter(0, ber, VARIANT_TRUE);
+    setup->put_Parameter(0, MP_BER, VARIANT_TRUE);
     EXPECT_TRUE(Measured(2));
     EXPECT_THAT(parent.statuses, testing::ElementsAre(L"Synchronising at 474 MHz", L"Measuring at 474 MHz"));
     EXPECT_GT(parent.cells, 18);

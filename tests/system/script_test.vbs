@@ -47,6 +47,7 @@ setup.UserField(2) = "K21"
 setup.Parameter(1, 22) = False
 Expect "Frequency(2)", setup.Frequency(2), 474.25
 Expect "Parameter(1, 22)", setup.Parameter(1, 22), False
+Expect "Caption(27)", setup.Caption(27), "MER (dB RMS)"
 Expect "Dirty", setup.Setup.Dirty, True
 Expect "one Setup", setup.Setup Is setup.Setup, True
 Expect "Setup and Measurement", setup.Setup Is setup.Measurement, False
@@ -68,6 +69,12 @@ setup.Frequency(9) = 1
 Expect "Err.Number", Err.Number, 9
 Expect "Err.Source", Err.Source, "clsSetup.Frequency"
 Expect "Err.Description", Err.Description, "Subscript out of range"
+Err.Clear
+setup.Order(31) = 1
+Expect "Err.Number of no parameter", Err.Number, 9
+Err.Clear
+setup.Caption(-1) = ""
+Expect "Err.Number below the parameters", Err.Number, 9
 On Error GoTo 0
 
 ' Save and load; the model and the mode come back through the arguments.
