@@ -10,19 +10,35 @@ file(GLOB stdole_folder /usr/lib/*/wine/x86_64-windows)
 set(contracts ${CMAKE_BINARY_DIR}/contracts)
 file(MAKE_DIRECTORY ${contracts})
 
+# The compiler of the libraries copies what they import from each other; this tool of the build machine makes references
+# of the copies, so that every interface has one library that defines it.
+find_program(BUILD_MACHINE_CXX NAMES c++ g++ clang++ REQUIRED)
+set(refer_types ${contracts}/refer_types)
+file(GLOB refer_types_sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tools/type_library/*.cpp)
+file(GLOB refer_types_headers CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tools/type_library/*.h)
+add_custom_command(
+  OUTPUT ${refer_types}
+  COMMAND ${BUILD_MACHINE_CXX} -std=c++20 -O1 -Wall -Wextra -Werror -o ${refer_types} ${refer_types_sources}
+  DEPENDS ${refer_types_sources} ${refer_types_headers}
+  VERBATIM)
+
 set(contract_files)
 foreach(name TVNINT XKTR2x TVN2x)
   set(idl ${CMAKE_SOURCE_DIR}/interfaces/${name}.idl)
   set(widl_call ${WIDL} ${widl_bits} -I /usr/include/wine/wine/windows -I ${CMAKE_SOURCE_DIR}/interfaces
       -L ${stdole_folder} -L ${contracts})
+  set(make_library ${widl_call} -t -o ${contracts}/${name}.tlb ${idl})
   set(needs)
   if(NOT name STREQUAL "TVNINT")
-    set(needs ${CMAKE_SOURCE_DIR}/interfaces/TVNINT.idl ${contracts}/TVNINT.tlb)
+    set(needs ${CMAKE_SOURCE_DIR}/interfaces/TVNINT.idl ${contracts}/TVNINT.tlb ${refer_types})
+    set(copies ${contracts}/${name}.with_copies)
+    set(make_library ${widl_call} -t -o ${copies} ${idl}
+        COMMAND ${refer_types} ${copies} ${contracts}/TVNINT.tlb ${contracts}/${name}.tlb)
   endif()
   add_custom_command(
     OUTPUT ${contracts}/${name}.h ${contracts}/${name}.tlb
     COMMAND ${widl_call} -h -o ${contracts}/${name}.h ${idl}
-    COMMAND ${widl_call} -t -o ${contracts}/${name}.tlb ${idl}
+    COMMAND ${make_library}
     DEPENDS ${idl} ${needs}
     VERBATIM)
   list(APPEND contract_files ${contracts}/${name}.h ${contracts}/${name}.tlb)

@@ -1,0 +1,234 @@
+// The published contract, read from the finished files: what a compiler, a script engine or a marshaller finds there.
+
+#include <initguid.h>
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <regex>
+#include <sstream>
+
+#include "Client.h"
+
+namespace tvn2x::client {
+namespace {
+
+using Contract = Apartment;
+
+/// The libraries by the names under which this program's neighbours embed them.
+const std::pair<const wchar_t*, const wchar_t*> embedded[] = {
+    {L"TVN2x.dll\\1", L"TVN2x"},   {L"TVN2x.dll\\2", L"TVNINT"},   {L"XKTR2x.dll\\1", L"XKTR2x"},
+    {L"XKTR2x.dll\\2", L"TVNINT"}, {L"tvnhost.exe\\1", L"TVNINT"},
+};
+
+ComPtr<ITypeLib> Load(const std::wstring& name)
+{
+    wchar_t program[MAX_PATH];
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    const std::wstring folder(program, wcsrchr(program, L'\\') + 1);
+    ComPtr<ITypeLib> library;
+    EXPECT_EQ(LoadTypeLibEx((folder + name).c_str(), REGKIND_NONE, library.Put()), S_OK);
+    return library;
+}
+
+std::string ReadText(const std::wstring& path)
+{
+    std::ifstream file{std::filesystem::path(path)};
+    EXPECT_TRUE(file);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+std::string Narrow(std::wstring_view text)
+{
+    return {text.begin(), text.end()};
+}
+
+/// One line for each type of a library and for each member of a type.
+class Description
+{
+public:
+    explicit Description(ITypeLib* library) : library_(library)
+    {
+        for (UINT i = 0; i < library->GetTypeInfoCount(); ++i) {
+            ComPtr<ITypeInfo> info;
+            EXPECT_EQ(library->GetTypeInfo(i, info.Put()), S_OK);
+            Add(info.Get());
+        }
+    }
+
+    std::string text;
+
+private:
+    struct Attributes
+    {
+        explicit Attributes(ITypeInfo* of) : info(of) { EXPECT_EQ(info->GetTypeAttr(&value), S_OK); }
+        ~Attributes() { info->ReleaseTypeAttr(value); }
+        TYPEATTR* operator->() const { return value; }
+
+        ITypeInfo* info;
+        TYPEATTR* value = nullptr;
+    };
+
+    static std::string NameOf(ITypeInfo* info)
+    {
+        Bstr name;
+        EXPECT_EQ(info->GetDocumentation(MEMBERID_NIL, name.Put(), nullptr, nullptr, nullptr), S_OK);
+        return Narrow(name.View());
+    }
+
+    void Add(ITypeInfo* info)
+    {
+        const Attributes attributes(info);
+        const char* const kinds[] = {"enum", "record", "module", "interface", "interface", "coclass", "alias", "union"};
+        wchar_t id[40];
+        StringFromGUID2(attributes->guid, id, 40);
+        text += fmt::format("{} {} {}\n", kinds[attributes->typekind], NameOf(info), Narrow(id));
+        for (WORD i = 0; i < attributes->cVars; ++i)
+            AddConstant(info, i);
+        for (WORD i = 0; attributes->typekind == TKIND_COCLASS && i < attributes->cImplTypes; ++i)
+            AddImplemented(info, i);
+        if (attributes->typekind == TKIND_DISPATCH)
+            AddFunctions(VtableOf(info).Get());
+    }
+
+    /// The other face of a dual interface, which shows its own functions as they stand in the vtable.
+    static ComPtr<ITypeInfo> VtableOf(ITypeInfo* dispatch)
+    {
+        HREFTYPE reference = 0;
+        ComPtr<ITypeInfo> info;
+        EXPECT_EQ(dispatch->GetRefTypeOfImplType(static_cast<UINT>(-1), &reference), S_OK);
+        EXPECT_EQ(dispatch->GetRefTypeInfo(reference, info.Put()), S_OK);
+        return info;
+    }
+
+    void AddConstant(ITypeInfo* info, UINT index)
+    {
+        VARDESC* constant = nullptr;
+        ASSERT_EQ(info->GetVarDesc(index, &constant), S_OK);
+        text += fmt::format("  {} = {}\n", NamesOf(info, constant->memid).front(), constant->lpvarValue->lVal);
+        info->ReleaseVarDesc(constant);
+    }
+
+    void AddImplemented(ITypeInfo* info, UINT index)
+    {
+        HREFTYPE reference = 0;
+        INT flags = 0;
+        ASSERT_EQ(info->GetRefTypeOfImplType(index, &reference), S_OK);
+        ASSERT_EQ(info->GetImplTypeFlags(index, &flags), S_OK);
+        text += fmt::format("  {}{}\n", flags & IMPLTYPEFLAG_FDEFAULT ? "default " : "", Referred(info, reference));
+    }
+
+    void AddFunctions(ITypeInfo* info)
+    {
+        const Attributes attributes(info);
+        for (UINT i = 0; i < attributes->cFuncs; ++i) {
+            FUNCDESC* function = nullptr;
+            ASSERT_EQ(info->GetFuncDesc(i, &function), S_OK);
+            AddFunction(info, *function);
+            info->ReleaseFuncDesc(function);
+        }
+    }
+
+    void AddFunction(ITypeInfo* info, const FUNCDESC& function)
+    {
+        const std::map<INVOKEKIND, const char*> kinds = {{INVOKE_FUNC, ""},
+                                                         {INVOKE_PROPERTYGET, "get "},
+                                                         {INVOKE_PROPERTYPUT, "put "},
+                                                         {INVOKE_PROPERTYPUTREF, "putref "}};
+        const std::vector<std::string> names = NamesOf(info, function.memid);
+        // What a property is put to has no name of its own; the library tells the getter's for it.
+        const bool isPut = function.invkind & (INVOKE_PROPERTYPUT | INVOKE_PROPERTYPUTREF);
+        const size_t named = std::min(names.size(), static_cast<size_t>(function.cParams) + !isPut);
+        text += fmt::format("  {} {} {}{}(", function.oVft / sizeof(void*), function.memid, kinds.at(function.invkind),
+                            names.front());
+        for (size_t i = 0; i < static_cast<size_t>(function.cParams); ++i) {
+            const ELEMDESC& parameter = function.lprgelemdescParam[i];
+            text += i ? ", " : "";
+            const std::pair<int, const char*> flags[] = {{PARAMFLAG_FIN, "in "},
+                                                         {PARAMFLAG_FOUT, "out "},
+                                                         {PARAMFLAG_FRETVAL, "retval "},
+                                                         {PARAMFLAG_FOPT, "optional "}};
+            for (const auto& [flag, word] : flags)
+                text += parameter.paramdesc.wParamFlags & flag ? word : "";
+            if (parameter.paramdesc.wParamFlags & PARAMFLAG_FHASDEFAULT)
+                text += fmt::format("= {} ", parameter.paramdesc.pparamdescex->varDefaultValue.lVal);
+            text += TypeOf(info, parameter.tdesc) + (i + 1 < named ? " " + names[i + 1] : "");
+        }
+        text += ")\n";
+    }
+
+    static std::vector<std::string> NamesOf(ITypeInfo* info, MEMBERID member)
+    {
+        BSTR names[16] = {};
+        UINT count = 0;
+        EXPECT_EQ(info->GetNames(member, names, 16, &count), S_OK);
+        std::vector<std::string> read;
+        for (UINT i = 0; i < count; ++i)
+            read.push_back(Narrow(Bstr::Attach(names[i]).View()));
+        return read;
+    }
+
+    std::string TypeOf(ITypeInfo* info, const TYPEDESC& type) const
+    {
+        const std::map<VARTYPE, const char*> simple = {
+            {VT_I2, "short"},  {VT_I4, "long"},           {VT_R4, "float"},        {VT_R8, "double"},
+            {VT_BSTR, "BSTR"}, {VT_BOOL, "VARIANT_BOOL"}, {VT_VARIANT, "VARIANT"}, {VT_DISPATCH, "IDispatch*"}};
+        if (type.vt == VT_PTR)
+            return TypeOf(info, *type.lptdesc) + "*";
+        if (type.vt == VT_USERDEFINED)
+            return Referred(info, type.hreftype);
+        return simple.contains(type.vt) ? simple.at(type.vt) : fmt::format("VT {}", type.vt);
+    }
+
+    /// The name of a type, with that of its library where this is another one.
+    std::string Referred(ITypeInfo* info, HREFTYPE reference) const
+    {
+        ComPtr<ITypeInfo> type;
+        ComPtr<ITypeLib> library;
+        UINT index = 0;
+        const HRESULT found = info->GetRefTypeInfo(reference, type.Put());
+        if (FAILED(found) || FAILED(type->GetContainingTypeLib(library.Put(), &index)))
+            return fmt::format("nothing ({:X})", static_cast<uint32_t>(found));
+        Bstr name;
+        library->GetDocumentation(-1, name.Put(), nullptr, nullptr, nullptr);
+        return (library.Get() == library_ ? "" : Narrow(name.View()) + ".") + NameOf(type.Get());
+    }
+
+    ITypeLib* library_;
+};
+
+/// No vtable slot, DISPID, identity, name or type of the contract changes: clients were compiled against them.
+TEST_F(Contract, IsPublishedAsItAlwaysWas)
+{
+    for (const auto& [file, name] : embedded) {
+        const ComPtr<ITypeLib> library = Load(file);
+        ASSERT_TRUE(library);
+        const std::string published = Description(library.Get()).text;
+        EXPECT_EQ(published, ReadText(TVN_TEST_DATA L"\\contracts\\" + std::wstring(name) + L".txt")) << Narrow(file);
+    }
+}
+
+/// A library keeps one spelling of a name, the first, for all that bear it.
+TEST_F(Contract, NamesOfALibraryDifferInMoreThanCase)
+{
+    const std::regex quoted(R"("(\\.|[^"\\])*"|//[^\n]*)"), word("[A-Za-z_][A-Za-z_0-9]*");
+    for (const wchar_t* name : {L"TVNINT", L"XKTR2x", L"TVN2x"}) {
+        const std::string text =
+            std::regex_replace(ReadText(TVN_INTERFACES + (L"\\" + std::wstring(name)) + L".idl"), quoted, "");
+        std::map<std::string, std::string> spellings;
+        for (std::sregex_iterator i(text.begin(), text.end(), word), end; i != end; ++i) {
+            std::string key = i->str();
+            std::ranges::transform(key, key.begin(), [](char c) { return static_cast<char>(std::tolower(c)); });
+            EXPECT_EQ(spellings.try_emplace(key, i->str()).first->second, i->str()) << Narrow(name);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace tvn2x::client
