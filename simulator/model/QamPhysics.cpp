@@ -48,7 +48,7 @@ double BitsPerSymbol(int32_t order)
 
 double ToDecibels(double powerRatio)
 {
-    return 10 * std::log10(powerRatio);
+    return powerRatio > 0 ? 10 * std::log10(powerRatio) : -std::numeric_limits<double>::infinity();
 }
 
 double FromDecibels(double decibels)

@@ -121,10 +121,15 @@ public:
     /// The channel that most of the power comes from; null where the receiver sees none.
     const ChannelModel* Strongest() const { return strongest_; }
     double CarrierToNoise() const { return qam::ToDecibels(carrier_ / noise_); }
-    double CarrierToNeighbours() const { return qam::ToDecibels(carrier_ / std::max(0.0, leaking_ - ownLeak_)); }
     double Level() const { return qam::ToDecibels(inBand_ + noise_); }
     double NoiseLevel() const { return qam::ToDecibels(noise_); }
     double SignalAboveNoise() const { return qam::ToDecibels(inBand_ / noise_); }
+
+    double CarrierToNeighbours() const
+    {
+        const double neighbours = leaking_ - ownLeak_;
+        return neighbours > 0 ? qam::ToDecibels(carrier_ / neighbours) : infinite;
+    }
 
     /// Third-order products of all channels together.
     double CarrierToIntermodulation() const { return 2 * (interceptLevel - (qam::ToDecibels(total_) - attenuation_)); }

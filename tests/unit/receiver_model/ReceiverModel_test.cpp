@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cfenv>
 #include <cmath>
 
 #include "receiver_model/SimulatedTime.h"
@@ -402,6 +403,25 @@ TEST(NetworkModelFile, IsNamedWhenItCannotBeRead)
     EXPECT_THAT([] { NetworkModel::Load(SystemFiles(), FromUtf8(TVN_TEST_DATA) + L"/missing.ini"); },
                 testing::Throws<ModelError>(testing::Field(
                     &ModelError::description, testing::HasSubstr(L"missing.ini: the network model cannot be read: "))));
+}
+
+/// A host may have unmasked these: then they would end its program.
+TEST_F(ReceiverModelTest, DividesByNothing)
+{
+    std::feclearexcept(FE_ALL_EXCEPT);
+    for (const int32_t route : {input_route::receiver75, input_route::intermediate}) {
+        for (const double frequency : {474.0, 602.0, 300.0}) {
+            receiver.InputRoute(route);
+            TuneTo(frequency, 10);
+            receiver.ReadRfLevel();
+            receiver.ReadCarrierToInterference();
+            receiver.ReadMer();
+            receiver.ReadBer();
+            receiver.ErrorCounters();
+            Locks();
+        }
+    }
+    EXPECT_FALSE(std::fetestexcept(FE_DIVBYZERO | FE_INVALID));
 }
 
 TEST_F(ReceiverModelTest, SeesNoiseWithoutANetwork)
