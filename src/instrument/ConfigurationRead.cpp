@@ -1,7 +1,10 @@
 #include "instrument/ConfigurationRead.h"
 
+#include <cmath>
+
 #include "instrument/HardwareCheck.h"
 #include "setup/MP_TYPES.h"
+#include "util/RaisedError.h"
 
 namespace tvn2x {
 namespace {
@@ -17,15 +20,35 @@ void TakeLevelUnit(SetupDocument& document, Receiver& receiver)
         document.LevelUnitDirect(std::wstring(name));
 }
 
+/// What the receiver is tuned to, which only a number can say: a document with anything else could not be loaded again.
+double InMega(double value, const wchar_t* what)
+{
+    constexpr double highest = 1e15;
+    if (!(std::abs(value) <= highest))
+        throw RaisedError(error::typeMismatch, L"clsSetup.GetConfiguration",
+                          std::wstring(L"The receiver reports a ") + what + L" that is no number");
+    return value / perMega;
+}
+
+/// The list shrinks to its first channel, which keeps what the receiver does not know.
 void TakeChannel(SetupDocument& document, Receiver& receiver)
 {
+    if (document.ListSize() > 1) {
+        const double frequency = document.Frequency(1);
+        const double symbolRate = document.SymbolRate(1);
+        const std::wstring userField = document.UserField(1);
+        document.ListSize(1);
+        document.Frequency(1, frequency);
+        document.SymbolRate(1, symbolRate);
+        document.UserField(1, userField);
+    }
     document.ListSize(1);
-    document.Frequency(1, receiver.Frequency() / perMega);
+    document.Frequency(1, InMega(receiver.Frequency(), L"frequency"));
 }
 
 void TakeSymbolRate(SetupDocument& document, Receiver& receiver)
 {
-    document.DefaultSymbolRate(receiver.SymbolRate() / perMega);
+    document.DefaultSymbolRate(InMega(receiver.SymbolRate(), L"symbol rate"));
     document.SymbolRate(1, document.DefaultSymbolRate());
 }
 

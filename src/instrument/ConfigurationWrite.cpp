@@ -44,7 +44,9 @@ RaisedError InWordsForTheUser(const RaisedError& error)
     });
     if (message == std::end(messages) || message->words.empty())
         return error;
-    return {error.number, error.source, std::wstring(message->words)};
+    RaisedError told = error;
+    told.description = message->words;
+    return told;
 }
 
 void SendMode(Receiver& receiver)

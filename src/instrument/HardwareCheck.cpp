@@ -96,13 +96,13 @@ HardwareCheck::ModeState HardwareCheck::Mode() const
 
 bool HardwareCheck::ActivateMode() const
 {
-    Receiver& receiver = open_();
     try {
         if (Mode() == modeMissing)
             return false;
     } catch (const RaisedError&) {
         return false;
     }
+    Receiver& receiver = open_();
     if (TryMode(receiver) == document_.mode)
         return true;
     try {

@@ -31,7 +31,7 @@ public:
 
     ModeState Mode() const;
     /// Brings the receiver into the setup's operating mode. Goes on after an error of the receiver; what counts is the
-    /// mode that is read in the end.
+    /// mode that is read in the end. False where there is no receiver to be had.
     bool ActivateMode() const;
     bool ExtRef() const;       ///< the reference that the setup asks for can be used
     bool InputPort() const;    ///< the setup's input route exists

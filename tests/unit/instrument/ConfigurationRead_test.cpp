@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "TestConfiguration.h"
 
 namespace tvn2x {
@@ -26,8 +28,9 @@ struct Reading : TestConfiguration
         EXPECT_EQ(document.OrderOfQam(), was("OrderOfQam") ? 64 : 256);
         EXPECT_EQ(document.RollOffFactor(), was("RollOffFactor") ? 15 : 13);
         EXPECT_EQ(document.BerSamples(), was("BerSamples") ? 10 : 100);
+        EXPECT_EQ(document.UserField(1), L"first");
         EXPECT_EQ(document.ListSize(), log.Count("Frequency") > 0 ? 1 : 3);
-        EXPECT_EQ(document.Frequency(1), was("Frequency") ? 474.25 : log.Count("Frequency") > 0 ? 0 : 300);
+        EXPECT_EQ(document.Frequency(1), was("Frequency") ? 474.25 : 300);
         EXPECT_EQ(document.DefaultSymbolRate(), was("SymbolRate") ? 5.5 : 6.9);
         EXPECT_EQ(document.SymbolRate(1), was("SymbolRate") ? 5.5 : 0);
         EXPECT_EQ(document.ReferenceSource(), was("ReferenceSource") ? 0 : 1);
@@ -67,6 +70,35 @@ TEST(ConfigurationRead, KeepsTheRestAndChangesNothingWhereNothingHasChanged)
     EXPECT_EQ(test.Run(), L"");
     EXPECT_FALSE(test.document.dirty);
     EXPECT_EQ(test.document.UserField(1), L"label");
+}
+
+TEST(ConfigurationRead, FirstChannelKeepsItsUserFieldWhateverTheListsSize)
+{
+    for (const auto& [size, label] : {std::pair{3, L"first"}, {1, L"first"}, {0, L""}}) {
+        Reading test;
+        if (size != 3) {
+            test.document.ListSize(size);
+            test.document.UserField(size, L"first");
+        }
+        EXPECT_EQ(test.Run(), L"");
+        EXPECT_EQ(test.document.ListSize(), 1);
+        EXPECT_EQ(test.document.UserField(1), label) << size;
+    }
+}
+
+TEST(ConfigurationRead, FrequencyOrSymbolRateThatIsNoNumberIsRefused)
+{
+    constexpr double infinite = std::numeric_limits<double>::infinity();
+    for (const double value : {std::numeric_limits<double>::quiet_NaN(), infinite, -infinite, 1.1e15, -1.1e15}) {
+        Reading frequency, symbolRate;
+        frequency.receiver.frequency = value;
+        EXPECT_EQ(frequency.Run(), L"13 clsSetup.GetConfiguration: The receiver reports a frequency that is no number");
+        EXPECT_EQ(frequency.document.Frequency(1), 300);
+        symbolRate.receiver.symbolRate = value;
+        EXPECT_EQ(symbolRate.Run(),
+                  L"13 clsSetup.GetConfiguration: The receiver reports a symbol rate that is no number");
+        EXPECT_EQ(symbolRate.document.DefaultSymbolRate(), 6.9);
+    }
 }
 
 TEST(ConfigurationRead, UnknownLevelUnitStaysAndAKnownOneIsNoChangeOfTheDocument)

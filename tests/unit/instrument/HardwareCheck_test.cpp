@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "support/ScriptedReceiver.h"
+#include "util/RaisedError.h"
 
 namespace tvn2x {
 namespace {
@@ -127,6 +128,13 @@ TEST_F(HardwareCheckTest, ActivateModeSetsTheModeOnlyWhereItIsAnotherOne)
     receiver.options = L"KTR-H7";
     EXPECT_FALSE(check.ActivateMode());
     EXPECT_THAT(log.calls, testing::ElementsAre("InstalledOptions"));
+}
+
+TEST_F(HardwareCheckTest, ActivateModeAnswersFalseWithoutAReceiver)
+{
+    const HardwareCheck unconnected(document, []() -> Receiver& { throw RaisedError(429, {}, {}); });
+    EXPECT_FALSE(unconnected.ActivateMode());
+    EXPECT_THROW(unconnected.Mode(), RaisedError);
 }
 
 TEST_F(HardwareCheckTest, ActivateModeGoesOnAfterAnErrorAndAnswersByTheLastModeRead)
