@@ -29,7 +29,7 @@ Identity Identify(const Plugin& plugin)
     BSTR texts[] = {identity.Detach(), hardware.Detach()};
     long mode = 0;
     VARIANT_BOOL isKnown = VARIANT_FALSE;
-    const HRESULT result = plugin.driver->Test(&texts[0], &texts[1], &mode, &isKnown);
+    const HRESULT result = com::Outside([&] { return plugin.driver->Test(&texts[0], &texts[1], &mode, &isKnown); });
     *identity.Put() = texts[0];
     *hardware.Put() = texts[1];
     com::Check(result, plugin.driver.Get());

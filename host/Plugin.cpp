@@ -62,8 +62,9 @@ void Plugin::Load(const std::wstring& path) const
     BSTR modelArgument = model.Detach();
     long mode = 4;
     VARIANT_BOOL loaded = VARIANT_FALSE;
-    const HRESULT result =
-        setup->Load(com::Bstr(productName).Get(), com::Bstr(path).Get(), &modelArgument, &mode, &loaded);
+    const HRESULT result = com::Outside([&] {
+        return setup->Load(com::Bstr(productName).Get(), com::Bstr(path).Get(), &modelArgument, &mode, &loaded);
+    });
     *model.Put() = modelArgument;
     com::Check(result, setup.Get());
     if (!loaded) {

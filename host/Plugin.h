@@ -7,6 +7,7 @@
 #include "TVN2x.h"
 #include "TVNINT.h"
 #include "XKTR2x.h"
+#include "com/Call.h"
 #include "com/ComPtr.h"
 #include "com/Errors.h"
 #include "com/Text.h"
@@ -19,7 +20,7 @@ template <class Interface, class Base, class... Parameters, class... Arguments>
 void Call(const com::ComPtr<Interface>& object, HRESULT (STDMETHODCALLTYPE Base::*member)(Parameters...),
           Arguments&&... arguments)
 {
-    com::Check((object.Get()->*member)(std::forward<Arguments>(arguments)...), object.Get());
+    com::Call(object.Get(), member, std::forward<Arguments>(arguments)...);
 }
 
 /// The same for a member whose last parameter hands out a T.

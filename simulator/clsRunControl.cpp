@@ -13,6 +13,7 @@ namespace {
 /// program is asked to quit.
 bool HandleMessages()
 {
+    const OwnFloatingPointAfterwards after;
     MSG message;
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
         if (message.message == WM_QUIT) {

@@ -59,10 +59,11 @@ public:
     template <class U>
     ComPtr<U> As() const
     {
-        ComPtr<U> result;
-        if (object_)
-            object_->QueryInterface(__uuidof(U), reinterpret_cast<void**>(result.Put()));
-        return result;
+        void* found = nullptr;
+        // What an object leaves behind with a failure is no interface.
+        if (object_ && FAILED(object_->QueryInterface(__uuidof(U), &found)))
+            found = nullptr;
+        return ComPtr<U>::Attach(static_cast<U*>(found));
     }
 
     T* Get() const { return object_; }

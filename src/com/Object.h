@@ -11,6 +11,7 @@
 #include "com/Dispatch.h"
 #include "com/Module.h"
 #include "com/TypeLibrary.h"
+#include "util/FloatingPoint.h"
 
 namespace tvn2x::com {
 
@@ -41,6 +42,7 @@ public:
     {
         const ULONG left = --references_;
         if (left == 0) {
+            const OwnFloatingPoint floatingPoint;
             // What the destructor releases may come back for a moment: it must not destroy the object a second time.
             references_ = dying;
             delete this;

@@ -2,14 +2,14 @@
 
 #include <oleauto.h>
 
-#include "com/Errors.h"
-#include "com/Text.h"
+#include "com/Call.h"
 #include "plugin/CreateObject.h"
 
 namespace tvn2x {
 namespace {
 
 using com::Bstr;
+using com::Call;
 using com::Check;
 
 constexpr int32_t memberMissing = 438;
@@ -59,29 +59,28 @@ VARIANT LeftOut()
 
 bool ComRunControl::StopFlag()
 {
-    VARIANT_BOOL stop = VARIANT_FALSE;
-    Check(control_->get_StopFlag(&stop), control_.Get());
-    return stop != VARIANT_FALSE;
+    return com::Ask(control_.Get(), &IRunControl::get_StopFlag) != VARIANT_FALSE;
 }
 
 void ComRunControl::Pause(float seconds)
 {
-    Check(control_->Pause(seconds), control_.Get());
+    Call(control_.Get(), &IRunControl::Pause, seconds);
 }
 
 void ComErrorReporter::Report(int32_t number, const std::wstring& source, const std::wstring& description, bool raise)
 {
     if (!report_)
-        report_ = CreateObject<IErrorReport>(CLSID_clsErrorReport, source.c_str());
-    Check(report_->Report(number, Bstr(source).Get(), Bstr(description).Get(), Typed(raise)), report_.Get());
+        report_ = CreateObject<IErrorReport>(CLSID_clsErrorReport, L"XKTR2x.clsErrorReport", source.c_str());
+    Call(report_.Get(), &IErrorReport::Report, number, Bstr(source).Get(), Bstr(description).Get(), Typed(raise));
 }
 
-ComParent::ComParent(IDispatch* object) : early_(com::ComPtr<IDispatch>(object).As<IMeasureParent>())
+ComParent::ComParent(IDispatch* object)
 {
-    if (early_)
+    // Whoever answers neither is called as the plain object that it is.
+    if (SUCCEEDED(com::Query(object, early_)))
         return;
     late_ = com::ComPtr<IDispatch>(object);
-    script_ = late_.As<IDispatchEx>();
+    com::Query(object, script_);
     ResolveNames();
 }
 
@@ -98,20 +97,30 @@ void ComParent::ResolveNames()
 
 HRESULT ComParent::IdOf(const wchar_t* name, DISPID* id)
 {
-    if (script_)
-        return script_->GetDispID(Bstr(name).Get(), fdexNameCaseInsensitive, id);
-    auto* plain = const_cast<LPOLESTR>(name);
-    return late_->GetIDsOfNames(IID_NULL, &plain, 1, LOCALE_USER_DEFAULT, id);
+    const Bstr copy(name);
+    LPOLESTR plain = copy.Get();
+    return com::AtTheHost([&] {
+        return script_ ? script_->GetDispID(copy.Get(), fdexNameCaseInsensitive, id)
+                       : late_->GetIDsOfNames(IID_NULL, &plain, 1, LOCALE_USER_DEFAULT, id);
+    });
 }
 
-void ComParent::Call(LateMember member, std::array<VARIANT, 2>& reversedArguments, UINT count)
+template <class... Parameters, class... Arguments>
+void ComParent::CallEarly(HRESULT (STDMETHODCALLTYPE IMeasureParent::*member)(Parameters...), Arguments... arguments)
+{
+    Check(com::AtTheHost([&] { return (early_.Get()->*member)(arguments...); }), early_.Get());
+}
+
+void ComParent::CallLate(LateMember member, std::array<VARIANT, 2>& reversedArguments, UINT count)
 {
     DISPPARAMS parameters{reversedArguments.data(), nullptr, count, 0};
     EXCEPINFO exception{};
-    const HRESULT result = script_ ? script_->InvokeEx(ids_[member], LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters,
-                                                       nullptr, &exception, nullptr)
-                                   : late_->Invoke(ids_[member], IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
-                                                   &parameters, nullptr, &exception, nullptr);
+    const HRESULT result = com::AtTheHost([&] {
+        return script_ ? script_->InvokeEx(ids_[member], LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, nullptr,
+                                           &exception, nullptr)
+                       : late_->Invoke(ids_[member], IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters,
+                                       nullptr, &exception, nullptr);
+    });
     if (FAILED(result))
         com::ThrowInvokeFailure(result, exception);
 }
@@ -120,21 +129,21 @@ void ComParent::Status(const std::wstring& text)
 {
     const Bstr copy(text);
     if (early_)
-        return Check(early_->Status(copy.Get()), early_.Get());
+        return CallEarly(&IMeasureParent::Status, copy.Get());
     VARIANT argument{};
     argument.vt = VT_BSTR;
     argument.bstrVal = copy.Get();
     std::array<VARIANT, 2> arguments = {argument, {}};
-    Call(lateStatus, arguments, 1);
+    CallLate(lateStatus, arguments, 1);
 }
 
 void ComParent::ProgressWith(double value, const VARIANT& steps)
 {
     if (early_)
-        return Check(early_->Progress(value, steps), early_.Get());
+        return CallEarly(&IMeasureParent::Progress, value, steps);
     // A script's procedure has no optional arguments: it gets both, the second one marked as left out.
     std::array<VARIANT, 2> arguments = {steps, Typed(value)};
-    Call(lateProgress, arguments, 2);
+    CallLate(lateProgress, arguments, 2);
 }
 
 void ComParent::Progress(double value)
@@ -150,17 +159,17 @@ void ComParent::Progress(double value, int16_t steps)
 void ComParent::CellChanged(int32_t channel, int16_t column)
 {
     if (early_)
-        return Check(early_->CellChanged(channel, column), early_.Get());
+        return CallEarly(&IMeasureParent::CellChanged, channel, column);
     std::array<VARIANT, 2> arguments = {Typed(column), Typed(channel)};
-    Call(lateCellChanged, arguments, 2);
+    CallLate(lateCellChanged, arguments, 2);
 }
 
 void ComParent::ChannelStart(double hertz, double symbolsPerSecond)
 {
     if (early_)
-        return Check(early_->ChannelStart(hertz, Typed(symbolsPerSecond)), early_.Get());
+        return CallEarly(&IMeasureParent::ChannelStart, hertz, Typed(symbolsPerSecond));
     std::array<VARIANT, 2> arguments = {Typed(symbolsPerSecond), Typed(hertz)};
-    Call(lateChannelStart, arguments, 2);
+    CallLate(lateChannelStart, arguments, 2);
 }
 
 }  // namespace tvn2x

@@ -61,7 +61,9 @@ private:
 
     void ResolveNames();
     HRESULT IdOf(const wchar_t* name, DISPID* id);
-    void Call(LateMember member, std::array<VARIANT, 2>& reversedArguments, UINT count);
+    template <class... Parameters, class... Arguments>
+    void CallEarly(HRESULT (STDMETHODCALLTYPE IMeasureParent::*member)(Parameters...), Arguments... arguments);
+    void CallLate(LateMember member, std::array<VARIANT, 2>& reversedArguments, UINT count);
     void ProgressWith(double value, const VARIANT& steps);
 
     com::ComPtr<IMeasureParent> early_;

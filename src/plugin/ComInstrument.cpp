@@ -1,40 +1,38 @@
 #include "plugin/ComInstrument.h"
 
-#include "com/Errors.h"
-#include "com/Text.h"
+#include "com/Call.h"
 
 namespace tvn2x {
 
-using com::Check;
+using com::Call;
+
+/// Afterwards stands in front of every side, because its end is a call of the driver too.
+using Afterwards = OwnFloatingPointAfterwards;
 
 template <class Interface>
 com::ComPtr<Interface> ComInstrument::Side()
 {
     com::ComPtr<Interface> side;
-    Check(driver_->QueryInterface(__uuidof(Interface), reinterpret_cast<void**>(side.Put())), driver_.Get());
+    com::Check(com::Query(driver_.Get(), side), driver_.Get());
     return side;
 }
 
 std::wstring ComInstrument::Ask(HRESULT (STDMETHODCALLTYPE IIdentification::*question)(BSTR*))
 {
-    const auto identification = Side<IIdentification>();
-    com::Bstr text;
-    Check((identification.Get()->*question)(text.Put()), identification.Get());
-    return std::wstring(text.View());
+    const Afterwards after;
+    return com::Ask(Side<IIdentification>().Get(), question);
 }
 
 bool ComInstrument::Online()
 {
-    const auto driver = Side<IDriver>();
-    VARIANT_BOOL online = VARIANT_FALSE;
-    Check(driver->get_Online(&online), driver.Get());
-    return online != VARIANT_FALSE;
+    const Afterwards after;
+    return com::Ask(Side<IDriver>().Get(), &IDriver::get_Online) != VARIANT_FALSE;
 }
 
 void ComInstrument::Online(bool online)
 {
-    const auto driver = Side<IDriver>();
-    Check(driver->put_Online(online ? VARIANT_TRUE : VARIANT_FALSE), driver.Get());
+    const Afterwards after;
+    Call(Side<IDriver>().Get(), &IDriver::put_Online, online ? VARIANT_TRUE : VARIANT_FALSE);
 }
 
 std::wstring ComInstrument::InstrumentName()
@@ -64,10 +62,8 @@ std::wstring ComInstrument::Hardware()
 
 com::ComPtr<IDispatch> ComInstrument::Settings()
 {
-    const auto driver = Side<IDriver>();
-    com::ComPtr<IDispatch> settings;
-    Check(driver->get_Settings(settings.Put()), driver.Get());
-    return settings;
+    const Afterwards after;
+    return com::Ask(Side<IDriver>().Get(), &IDriver::get_Settings);
 }
 
 }  // namespace tvn2x

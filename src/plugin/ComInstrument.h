@@ -24,7 +24,7 @@ public:
     std::wstring Manufacturer() override;
     std::wstring Hardware() override;
 
-    com::ComPtr<IDispatch> Settings();  ///< the driver's own settings object
+    com::ComPtr<IDispatch> Settings();  ///< the driver's own settings object, none where it has none
 
 private:
     template <class Interface>

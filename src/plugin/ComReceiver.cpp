@@ -1,39 +1,16 @@
 #include "plugin/ComReceiver.h"
 
-#include "com/Errors.h"
-#include "com/Text.h"
+#include "com/Call.h"
 
 namespace tvn2x {
 namespace {
 
-using com::Bstr;
-using com::Check;
+using com::Ask;
+using com::Call;
 
-template <class Value>
-Value Ask(IReceiver* driver, HRESULT (STDMETHODCALLTYPE IReceiver::*operation)(Value*))
+bool AskFlag(IReceiver* driver, HRESULT (STDMETHODCALLTYPE IReceiver::*question)(VARIANT_BOOL*))
 {
-    Value value{};
-    Check((driver->*operation)(&value), driver);
-    return value;
-}
-
-bool AskFlag(IReceiver* driver, HRESULT (STDMETHODCALLTYPE IReceiver::*operation)(VARIANT_BOOL*))
-{
-    return Ask(driver, operation) != VARIANT_FALSE;
-}
-
-std::wstring AskText(IReceiver* driver, HRESULT (STDMETHODCALLTYPE IReceiver::*operation)(BSTR*))
-{
-    Bstr text;
-    Check((driver->*operation)(text.Put()), driver);
-    return std::wstring(text.View());
-}
-
-double AskCounter(IErrorCounters* counters, HRESULT (STDMETHODCALLTYPE IErrorCounters::*counter)(double*))
-{
-    double seconds = 0;
-    Check((counters->*counter)(&seconds), counters);
-    return seconds;
+    return Ask(driver, question) != VARIANT_FALSE;
 }
 
 }  // namespace
@@ -95,17 +72,17 @@ double ComReceiver::ReadBer()
 
 std::wstring ComReceiver::ValueStatus()
 {
-    return AskText(driver_.Get(), &IReceiver::get_ValueStatus);
+    return Ask(driver_.Get(), &IReceiver::get_ValueStatus);
 }
 
 std::wstring ComReceiver::BerState()
 {
-    return AskText(driver_.Get(), &IReceiver::get_BerState);
+    return Ask(driver_.Get(), &IReceiver::get_BerState);
 }
 
 std::wstring ComReceiver::BerResult()
 {
-    return AskText(driver_.Get(), &IReceiver::get_BerResult);
+    return Ask(driver_.Get(), &IReceiver::get_BerResult);
 }
 
 bool ComReceiver::TsError()
@@ -135,18 +112,20 @@ bool ComReceiver::RfSignalPresent()
 
 ErrorCounters ComReceiver::ReadErrorCounters()
 {
-    com::ComPtr<IErrorCounters> counters;
-    Check(driver_->get_ErrorCounters(counters.Put()), driver_.Get());
+    const OwnFloatingPointAfterwards after;  // of the object's end too
+    const auto counters = Ask(driver_.Get(), &IReceiver::get_ErrorCounters);
+    if (!counters)
+        throw RaisedError(error::objectMissing, L"clsSetup.Driver", L"The instrument driver gives no error counters");
     ErrorCounters result;
-    result.syncErrors = AskCounter(counters.Get(), &IErrorCounters::get_SyncErrors);
-    result.dataErrors = AskCounter(counters.Get(), &IErrorCounters::get_DataErrors);
-    result.unavailable = AskCounter(counters.Get(), &IErrorCounters::get_Unavailable);
+    result.syncErrors = Ask(counters.Get(), &IErrorCounters::get_SyncErrors);
+    result.dataErrors = Ask(counters.Get(), &IErrorCounters::get_DataErrors);
+    result.unavailable = Ask(counters.Get(), &IErrorCounters::get_Unavailable);
     return result;
 }
 
 void ComReceiver::ResetErrorCounters()
 {
-    Check(driver_->ResetErrorCounters(), driver_.Get());
+    Call(driver_.Get(), &IReceiver::ResetErrorCounters);
 }
 
 int32_t ComReceiver::BerSamples()
@@ -156,7 +135,7 @@ int32_t ComReceiver::BerSamples()
 
 void ComReceiver::BerSamples(int32_t samples)
 {
-    Check(driver_->put_BerSamples(samples), driver_.Get());
+    Call(driver_.Get(), &IReceiver::put_BerSamples, samples);
 }
 
 int32_t ComReceiver::RollOffFactor()
@@ -166,7 +145,7 @@ int32_t ComReceiver::RollOffFactor()
 
 void ComReceiver::RollOffFactor(int32_t hundredths)
 {
-    Check(driver_->put_RollOffFactor(hundredths), driver_.Get());
+    Call(driver_.Get(), &IReceiver::put_RollOffFactor, hundredths);
 }
 
 int32_t ComReceiver::OrderOfQam()
@@ -176,7 +155,7 @@ int32_t ComReceiver::OrderOfQam()
 
 void ComReceiver::OrderOfQam(int32_t order)
 {
-    Check(driver_->put_OrderOfQam(order), driver_.Get());
+    Call(driver_.Get(), &IReceiver::put_OrderOfQam, order);
 }
 
 double ComReceiver::SymbolRate()
@@ -186,7 +165,7 @@ double ComReceiver::SymbolRate()
 
 void ComReceiver::SymbolRate(double symbolsPerSecond)
 {
-    Check(driver_->put_SymbolRate(symbolsPerSecond), driver_.Get());
+    Call(driver_.Get(), &IReceiver::put_SymbolRate, symbolsPerSecond);
 }
 
 int32_t ComReceiver::SawBandwidth()
@@ -196,7 +175,7 @@ int32_t ComReceiver::SawBandwidth()
 
 void ComReceiver::SawBandwidth(int32_t megahertz)
 {
-    Check(driver_->put_SawBandwidth(megahertz), driver_.Get());
+    Call(driver_.Get(), &IReceiver::put_SawBandwidth, megahertz);
 }
 
 int32_t ComReceiver::ReferenceSource()
@@ -206,7 +185,7 @@ int32_t ComReceiver::ReferenceSource()
 
 void ComReceiver::ReferenceSource(int32_t source)
 {
-    Check(driver_->put_ReferenceSource(source), driver_.Get());
+    Call(driver_.Get(), &IReceiver::put_ReferenceSource, source);
 }
 
 int32_t ComReceiver::LevelUnit()
@@ -216,7 +195,7 @@ int32_t ComReceiver::LevelUnit()
 
 void ComReceiver::LevelUnit(int32_t code)
 {
-    Check(driver_->put_LevelUnit(code), driver_.Get());
+    Call(driver_.Get(), &IReceiver::put_LevelUnit, code);
 }
 
 int32_t ComReceiver::InputRoute()
@@ -226,7 +205,7 @@ int32_t ComReceiver::InputRoute()
 
 void ComReceiver::InputRoute(int32_t route)
 {
-    Check(driver_->put_InputRoute(route), driver_.Get());
+    Call(driver_.Get(), &IReceiver::put_InputRoute, route);
 }
 
 int32_t ComReceiver::Mode()
@@ -236,7 +215,7 @@ int32_t ComReceiver::Mode()
 
 void ComReceiver::Mode(int32_t mode)
 {
-    Check(driver_->put_Mode(mode), driver_.Get());
+    Call(driver_.Get(), &IReceiver::put_Mode, mode);
 }
 
 bool ComReceiver::Hold()
@@ -246,7 +225,7 @@ bool ComReceiver::Hold()
 
 void ComReceiver::Hold(bool hold)
 {
-    Check(driver_->put_Hold(hold ? VARIANT_TRUE : VARIANT_FALSE), driver_.Get());
+    Call(driver_.Get(), &IReceiver::put_Hold, hold ? VARIANT_TRUE : VARIANT_FALSE);
 }
 
 double ComReceiver::Frequency()
@@ -256,42 +235,42 @@ double ComReceiver::Frequency()
 
 void ComReceiver::Frequency(double hertz)
 {
-    Check(driver_->put_Frequency(hertz), driver_.Get());
+    Call(driver_.Get(), &IReceiver::put_Frequency, hertz);
 }
 
 void ComReceiver::InputAttenuation(int32_t decibels)
 {
-    Check(driver_->put_InputAttenuation(decibels), driver_.Get());
+    Call(driver_.Get(), &IReceiver::put_InputAttenuation, decibels);
 }
 
 void ComReceiver::DemodulatorGainControl(int32_t mode)
 {
-    Check(driver_->put_DemodulatorGainControl(mode), driver_.Get());
+    Call(driver_.Get(), &IReceiver::put_DemodulatorGainControl, mode);
 }
 
 void ComReceiver::Equaliser(int32_t mode)
 {
-    Check(driver_->put_Equaliser(mode), driver_.Get());
+    Call(driver_.Get(), &IReceiver::put_Equaliser, mode);
 }
 
 void ComReceiver::Initialise()
 {
-    Check(driver_->Initialise(), driver_.Get());
+    Call(driver_.Get(), &IReceiver::Initialise);
 }
 
 std::wstring ComReceiver::SerialNumber()
 {
-    return AskText(driver_.Get(), &IReceiver::get_SerialNumber);
+    return Ask(driver_.Get(), &IReceiver::get_SerialNumber);
 }
 
 std::wstring ComReceiver::FirmwareVersion()
 {
-    return AskText(driver_.Get(), &IReceiver::get_FirmwareVersion);
+    return Ask(driver_.Get(), &IReceiver::get_FirmwareVersion);
 }
 
 std::wstring ComReceiver::InstalledOptions()
 {
-    return AskText(driver_.Get(), &IReceiver::get_InstalledOptions);
+    return Ask(driver_.Get(), &IReceiver::get_InstalledOptions);
 }
 
 }  // namespace tvn2x

@@ -79,7 +79,9 @@ auto SetupCore::Alone(const wchar_t* source, Operation operation)
 {
     const Occupation occupation(occupiedBy_, L"A measurement or a configuration is already running", source);
     const auto parent = parent_;  // stays whole when the host sets another one meanwhile
-    return operation(OpenReceiver(), Run(source), parent.get());
+    // The receiver comes first: without one, nothing else is asked for.
+    Receiver& receiver = OpenReceiver();
+    return operation(receiver, Run(source), parent.get());
 }
 
 bool SetupCore::Edit()
@@ -119,13 +121,20 @@ HardwareCheck SetupCore::Hardware()
 
 bool SetupCore::Test(std::wstring& identity, std::wstring& hardware, int32_t& mode)
 {
-    return Identify(OpenInstrument(), OpenReceiver(), identity, hardware, mode);
+    identity.clear();
+    ComInstrument* instrument = nullptr;
+    try {
+        instrument = &OpenInstrument();
+    } catch (const RaisedError&) {
+        return false;  // what cannot be created cannot be identified
+    }
+    return Identify(*instrument, OpenReceiver(), identity, hardware, mode);
 }
 
 const com::ComPtr<IReceiver>& SetupCore::Driver()
 {
     if (!driver_)
-        driver_ = CreateObject<IReceiver>(CLSID_clsReceiver, L"clsSetup.Driver");
+        driver_ = CreateObject<IReceiver>(CLSID_clsReceiver, L"XKTR2x.clsReceiver", L"clsSetup.Driver");
     return driver_;
 }
 
@@ -146,7 +155,8 @@ ComInstrument& SetupCore::OpenInstrument()
 RunControl& SetupCore::Run(const wchar_t* source)
 {
     if (!runControl_)
-        runControl_ = std::make_unique<ComRunControl>(CreateObject<IRunControl>(CLSID_clsRunControl, source));
+        runControl_ = std::make_unique<ComRunControl>(
+            CreateObject<IRunControl>(CLSID_clsRunControl, L"XKTR2x.clsRunControl", source));
     return *runControl_;
 }
 

@@ -41,10 +41,10 @@ public:
     void SetConfiguration();
 
     HardwareCheck Hardware();
-    /// Identifies the receiver, with the results of Identify.
+    /// Identifies the receiver, with the results of Identify; false where no driver object can be created.
     bool Test(std::wstring& identity, std::wstring& hardware, int32_t& mode);
 
-    /// The driver object, created when it is first asked for. Raises 429 where its library is not registered.
+    /// The driver object, created when it is first asked for. Raises 429, with the reason, where it cannot be created.
     Receiver& OpenReceiver();
     /// The same object as an instrument among others.
     ComInstrument& OpenInstrument();

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "util/Encoding.h"
+#include "util/FloatingPoint.h"
 #include "util/MessageBox.h"
 
 namespace tvn2x {
@@ -50,6 +51,7 @@ class ModalMessages : public MessageBoxes
 public:
     void Show(std::wstring_view text, std::wstring_view title, MessageIcon icon) override
     {
+        const OwnFloatingPointAfterwards after;  // the box serves the host's windows too
         const UINT symbol = icon == MessageIcon::warning ? MB_ICONWARNING : MB_ICONINFORMATION;
         const bool shown =
             SomebodyCanAnswer() && MessageBoxW(GetActiveWindow(), std::wstring(text).c_str(),

@@ -8,7 +8,8 @@
 namespace tvn2x {
 
 /// An error on its way to the host: number, source ("clsSetup.Frequency") and description, as the host reads them from
-/// its error object. Numbers 1..65535 are run-time errors; any other number is an HRESULT and travels unchanged.
+/// its error object, and where the raiser's help explains it. Numbers 1..65535 are run-time errors, negative ones are
+/// HRESULTs; both travel unchanged. Any other number, which somebody else has made up, leads the description.
 class RaisedError : public std::exception
 {
 public:
@@ -22,6 +23,8 @@ public:
     int32_t number;
     std::wstring source;
     std::wstring description;
+    std::wstring helpFile;     ///< of whoever raised it first; empty where there is none
+    uint32_t helpContext = 0;  ///< the topic in that file
 };
 
 namespace error {
@@ -29,6 +32,7 @@ namespace error {
 constexpr int32_t overflow = 6;
 constexpr int32_t subscriptOutOfRange = 9;
 constexpr int32_t typeMismatch = 13;
+constexpr int32_t objectMissing = 91;
 constexpr int32_t invalidPropertyValue = 380;
 constexpr int32_t cannotCreateObject = 429;
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "EditorDriver.h"
+#include "UnmaskedHost.h"
 #include "editor/Choices.h"
 
 namespace tvn2x::client {
@@ -65,6 +66,23 @@ protected:
     ComPtr<_clsSetup> setup;
     EditorDriver person;
 };
+
+TEST_F(SetupEditor, LeavesAHostThatHasUnmaskedExceptionsItsControlWords)
+{
+    HRESULT result = E_FAIL;
+    VARIANT_BOOL accepted = VARIANT_FALSE;
+    person.Work([&] { result = FromUnmaskedHost([&] { return setup.As<ISetup>()->Edit(&accepted); }); },
+                [](EditorDriver& editor) {
+                    for (const Page page : {Page::notes, Page::frequencies})
+                        editor.ClickTab(page);
+                    editor.Alt(L'r');
+                    editor.Type(L" ");
+                    editor.Press(VK_TAB);
+                    editor.Type(L"306.25\r");
+                    editor.Press(VK_RETURN);
+                });
+    EXPECT_EQ(result, S_OK);
+}
 
 TEST_F(SetupEditor, NewChannelIsTypedIntoThePlaceholderRowByKeyboardAlone)
 {

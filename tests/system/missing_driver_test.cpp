@@ -25,7 +25,7 @@ private:
     }
 };
 
-TEST_F(MissingDriver, EveryMemberThatNeedsItRaises429)
+TEST_F(MissingDriver, EveryMemberThatNeedsItRaises429AndSaysWhy)
 {
     const auto setup = Create<_clsSetup>(L"TVN2x.clsSetup");
     const auto driver = setup.As<IDriver>();
@@ -33,7 +33,7 @@ TEST_F(MissingDriver, EveryMemberThatNeedsItRaises429)
     const auto check = setup.As<ICheckHardware>();
     setup->put_ReferenceSource(1);
     ASSERT_EQ(measure->ResetMeasurement(0), S_OK);
-    Bstr text, hardware;
+    Bstr text;
     long mode = 0;
     VARIANT_BOOL flag;
     ComPtr<IDispatch> settings;
@@ -44,11 +44,9 @@ TEST_F(MissingDriver, EveryMemberThatNeedsItRaises429)
         [&] { return driver->get_Online(&flag); },
         [&] { return driver->put_Online(VARIANT_TRUE); },
         [&] { return driver->get_Settings(settings.Put()); },
-        [&] { return driver->Test(text.Put(), hardware.Put(), &mode, &flag); },
         [&] { return measure->Measure(1, VARIANT{}, &flag); },
         [&] { return measure->GetConfiguration(); },
         [&] { return measure->SetConfiguration(); },
-        [&] { return check->ActivateMode(&flag); },
         [&] { return check->ExtRef(&flag); },
         [&] { return check->InputPort(&flag); },
         [&] { return check->Mode(&mode); },
@@ -56,8 +54,26 @@ TEST_F(MissingDriver, EveryMemberThatNeedsItRaises429)
     };
     for (const auto& member : members) {
         EXPECT_EQ(member(), RuntimeError(429));
-        EXPECT_EQ(LastError().description, L"ActiveX component can't create object");
+        EXPECT_EQ(LastError().description,
+                  L"ActiveX component can't create object: XKTR2x.clsReceiver is not registered for 64-bit programs");
     }
+}
+
+TEST_F(MissingDriver, NobodyIsIdentifiedAndNoModeActivated)
+{
+    const auto setup = Create<_clsSetup>(L"TVN2x.clsSetup");
+    BSTR texts[] = {Bstr(L"old").Detach(), Bstr(L"old").Detach()};
+    long mode = 7;
+    VARIANT_BOOL flag = VARIANT_TRUE;
+    EXPECT_EQ(setup.As<IDriver>()->Test(&texts[0], &texts[1], &mode, &flag), S_OK);
+    EXPECT_EQ(flag, VARIANT_FALSE);
+    const Bstr identity = Bstr::Attach(texts[0]), hardware = Bstr::Attach(texts[1]);
+    EXPECT_EQ(identity.View(), L"");
+    EXPECT_EQ(hardware.View(), L"old");
+    EXPECT_EQ(mode, 7);
+    flag = VARIANT_TRUE;
+    EXPECT_EQ(setup.As<ICheckHardware>()->ActivateMode(&flag), S_OK);
+    EXPECT_EQ(flag, VARIANT_FALSE);
 }
 
 }  // namespace

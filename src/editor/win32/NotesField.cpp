@@ -5,6 +5,7 @@
 
 #include "editor/EditorKeys.h"
 #include "editor_win32/Theme.h"
+#include "util/FloatingPoint.h"
 #include "util/RaisedError.h"
 
 namespace tvn2x {
@@ -80,6 +81,7 @@ struct Reading
 
 DWORD CALLBACK ReadPiece(DWORD_PTR cookie, BYTE* buffer, LONG room, LONG* done) noexcept
 {
+    const OwnFloatingPoint floatingPoint;
     auto& reading = *reinterpret_cast<Reading*>(cookie);
     const size_t size = std::min(static_cast<size_t>(room), reading.text.size() - reading.at);
     std::memcpy(buffer, reading.text.data() + reading.at, size);
@@ -90,6 +92,7 @@ DWORD CALLBACK ReadPiece(DWORD_PTR cookie, BYTE* buffer, LONG room, LONG* done) 
 
 DWORD CALLBACK WritePiece(DWORD_PTR cookie, BYTE* buffer, LONG size, LONG* done) noexcept
 {
+    const OwnFloatingPoint floatingPoint;
     try {
         reinterpret_cast<std::string*>(cookie)->append(reinterpret_cast<const char*>(buffer),
                                                        static_cast<size_t>(size));

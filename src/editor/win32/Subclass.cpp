@@ -1,5 +1,7 @@
 #include "editor_win32/Subclass.h"
 
+#include "util/FloatingPoint.h"
+
 namespace tvn2x {
 
 Subclass::Subclass(MessageFilter& filter, HWND target, Control kind, int32_t controlNumber)
@@ -12,6 +14,7 @@ Subclass::Subclass(MessageFilter& filter, HWND target, Control kind, int32_t con
 
 LRESULT CALLBACK Subclass::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept
 {
+    const OwnFloatingPoint floatingPoint;
     const auto* const self = reinterpret_cast<const Subclass*>(GetWindowLongPtrW(window, GWLP_USERDATA));
     if (message == WM_NCDESTROY) {
         SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(self->original_));

@@ -5,6 +5,7 @@
 #include "editor/Choices.h"
 #include "editor/EditorKeys.h"
 #include "editor_win32/ControlIds.h"
+#include "util/FloatingPoint.h"
 #include "util/RaisedError.h"
 
 namespace tvn2x {
@@ -104,6 +105,7 @@ bool frmFreqList::ShowModal(HWND owner)
 /// A request to end the thread closes the dialog, and is passed on to the loop below.
 void frmFreqList::Run()
 {
+    const OwnFloatingPointAfterwards after;  // the loop serves the host's windows too
     MSG message;
     while (!closed_) {
         const BOOL got = GetMessageW(&message, nullptr, 0, 0);

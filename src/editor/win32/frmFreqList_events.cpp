@@ -2,6 +2,7 @@
 
 #include "editor_win32/ControlIds.h"
 #include "editor_win32/frmFreqList.h"
+#include "util/FloatingPoint.h"
 
 namespace tvn2x {
 namespace {
@@ -71,6 +72,7 @@ bool frmFreqList::OnAccessKey(wchar_t letter)
 
 INT_PTR CALLBACK frmFreqList::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept
 {
+    const OwnFloatingPoint floatingPoint;
     if (message == WM_INITDIALOG) {
         SetWindowLongPtrW(window, DWLP_USER, lParam);
         return FALSE;

@@ -1,0 +1,45 @@
+#pragma once
+
+namespace tvn2x::wrong {
+
+/// How an operation of the wrong driver answers. The failures hand out what nobody may touch.
+enum class Answer
+{
+    rightly,
+    failsBare,         ///< E_FAIL without error information
+    failsWithWords,    ///< 4711 with error information: source, description, help file and topic
+    failsUnknown,      ///< an HRESULT that nobody has defined
+    failsWithoutCode,  ///< the facility of run-time errors with the number 0
+    succeedsOddly,     ///< rightly, with an HRESULT that is a success and not S_OK
+    untouched,         ///< S_OK, the out argument as it was: 0, a null text, a null object
+    notANumber,        ///< for numbers as well as for texts and flags: the least likely one
+    infinite,
+    minusInfinite,
+    huge,      ///< 1e300, a text of a million characters
+    denormal,  ///< the smallest number; a text of odd length with a NUL and half a character in it
+    unmasks,   ///< rightly, with the thread's floating-point units in another state
+};
+
+constexpr Answer lastAnswer = Answer::unmasks;
+constexpr bool Fails(Answer answer)
+{
+    return answer >= Answer::failsBare && answer <= Answer::failsWithoutCode;
+}
+
+constexpr long unknownFailure = static_cast<long>(0x8FFF1234);
+constexpr long failureWithoutCode = static_cast<long>(0x800A0000);
+constexpr long failureWithWords = static_cast<long>(0x800A0000 + 4711);
+constexpr const wchar_t* words[] = {L"the cable", L"is not plugged in", L"cable.hlp"};
+constexpr unsigned long topic = 77;
+
+/// What every right answer leaves behind on its thread: error information of something else.
+constexpr const wchar_t* leftOver = L"External 10MHz reference input is not fitted";
+
+/// From now on the operation answers so; null is none. Settings that were written are forgotten.
+using MisbehaveFunction = void (*)(const char* operation, Answer answer);
+/// How often an operation has answered as it was told.
+using MisdeedsFunction = int (*)();
+/// The operations that have been called since the library was loaded, one after the other; null behind the last one.
+using OperationFunction = const char* (*)(int index);
+
+}  // namespace tvn2x::wrong

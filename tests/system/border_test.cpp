@@ -1,0 +1,453 @@
+// The plug-in's border: a driver library that answers wrongly, a host that computes in another floating-point state,
+// and a script's parent that fails in odd ways.
+
+#include <initguid.h>
+#include <windows.h>
+
+#include <dispex.h>
+
+#include <filesystem>
+
+#include "Client.h"
+#include "UnmaskedHost.h"
+#include "WrongDriver.h"
+#include "com/Errors.h"
+
+namespace tvn2x::client {
+namespace {
+
+using wrong::Answer;
+
+constexpr short status = 13;
+
+/// All that a failed call tells its caller.
+RaisedError Told()
+{
+    RaisedError told(0, {}, {});
+    com::TakeErrorInfo(told);
+    return told;
+}
+
+HMODULE WrongLibrary()
+{
+    static const HMODULE library = LoadLibraryW(TVN_PRODUCT_FOLDER L"\\wrong_driver.dll");
+    return library;
+}
+
+template <class Function>
+Function Export(const char* name)
+{
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(WrongLibrary(), name)));
+}
+
+/// The wrong driver library in the place of the registered one, for this process and this apartment only.
+class WrongDriver : public Apartment
+{
+protected:
+    WrongDriver()
+    {
+        using GetClassObject = HRESULT(STDMETHODCALLTYPE*)(REFCLSID, REFIID, void**);
+        for (const CLSID& id : {CLSID_clsReceiver, CLSID_clsRunControl, CLSID_clsErrorReport}) {
+            ComPtr<IUnknown> factory;
+            DWORD cookie = 0;
+            EXPECT_EQ(
+                Export<GetClassObject>("DllGetClassObject")(id, IID_IUnknown, reinterpret_cast<void**>(factory.Put())),
+                S_OK);
+            EXPECT_EQ(CoRegisterClassObject(id, factory.Get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie),
+                      S_OK);
+            cookies.push_back(cookie);
+        }
+    }
+    ~WrongDriver() override
+    {
+        misbehave(nullptr, Answer::rightly);
+        for (const DWORD cookie : cookies)
+            CoRevokeClassObject(cookie);
+    }
+
+    std::vector<DWORD> cookies;
+    const wrong::MisbehaveFunction misbehave = Export<wrong::MisbehaveFunction>("Misbehave");
+    const wrong::MisdeedsFunction misdeeds = Export<wrong::MisdeedsFunction>("Misdeeds");
+    const wrong::OperationFunction operation = Export<wrong::OperationFunction>("Operation");
+};
+
+/// The plug-in and every member of it that needs the driver.
+struct Driven
+{
+    struct Member
+    {
+        const char* name;
+        std::function<HRESULT()> call;
+        bool answersFalse = false;  ///< it tells of a failure by its result alone
+    };
+
+    Driven()
+    {
+        parent.onNotice = [&](const std::wstring&) {
+            // Called out of an unmasked host in every test that counts them.
+            noticesInHostsState += FloatingPointWords::Now().ComputesLike(unmasked);
+            ++notices;
+            return S_OK;
+        };
+        setup->put_MaxSettlingTime(0);
+        setup.As<ISetup>()->put_Mode(1);
+        measure->putref_Parent(&parent);
+    }
+
+    HRESULT Measure()
+    {
+        setup->put_ListSize(1);
+        setup->put_Frequency(1, 474);
+        setup->put_SymbolRate(1, 6900);  // for a short BER count
+        setup->put_OrderOfQam(64);
+        setup->put_BerSamples(1);
+        setup->put_ReferenceSource(1);
+        measure->ResetMeasurement(0);
+        return measure->Measure(1, VARIANT{}, &flag);
+    }
+
+    HRESULT Test() { return driver->Test(identity.Put(), hardware.Put(), &mode, &flag); }
+
+    Parent parent;
+    int notices = 0;
+    int noticesInHostsState = 0;
+    ComPtr<_clsSetup> setup = Create<_clsSetup>(L"TVN2x.clsSetup");
+    ComPtr<IMeasure> measure = setup.As<IMeasure>();
+    ComPtr<IDriver> driver = setup.As<IDriver>();
+    ComPtr<ICheckHardware> check = setup.As<ICheckHardware>();
+    Bstr text, identity, hardware;
+    ComPtr<IDispatch> settings;
+    LONG mode = 0;
+    VARIANT_BOOL flag = VARIANT_FALSE;
+
+    const std::vector<Member> members = {
+        {"Test", [&] { return Test(); }, true},
+        {"ActivateMode", [&] { return check->ActivateMode(&flag); }, true},
+        {"GetConfiguration of another mode", [&] { return measure->GetConfiguration(); }},
+        {"SetConfiguration", [&] { return measure->SetConfiguration(); }},
+        {"SetConfiguration of the demodulator",
+         [&] {
+             setup->put_Zin(4);
+             return measure->SetConfiguration();
+         }},
+        {"GetConfiguration", [&] { return measure->GetConfiguration(); }},
+        {"Mode", [&] { return check->Mode(&mode); }},
+        {"ExtRef", [&] { return check->ExtRef(&flag); }},
+        {"InputPort", [&] { return check->InputPort(&flag); }},
+        {"SawFilterBw", [&] { return check->SawFilterBw(&flag); }},
+        {"FirmwareVersion", [&] { return driver->get_FirmwareVersion(text.Put()); }},
+        {"SerialNumber", [&] { return driver->get_SerialNumber(text.Put()); }},
+        {"InstalledHardware", [&] { return driver->get_InstalledHardware(text.Put()); }},
+        {"Online let", [&] { return driver->put_Online(VARIANT_TRUE); }},
+        {"Online get", [&] { return driver->get_Online(&flag); }},
+        {"Settings", [&] { return driver->get_Settings(settings.Put()); }},
+        {"Measure", [&] { return Measure(); }, true},
+    };
+};
+
+class EveryOperation : public WrongDriver
+{
+protected:
+    /// The operations that the members of the plug-in need, found by calling them.
+    std::vector<std::string> Operations() const
+    {
+        Driven driven;
+        for (const auto& member : driven.members)
+            EXPECT_EQ(FromUnmaskedHost(member.call), S_OK) << member.name;
+        std::vector<std::string> names;
+        while (const char* name = operation(static_cast<int>(names.size())))
+            names.emplace_back(name);
+        return names;
+    }
+
+    /// What a member has answered where the operation failed under it.
+    void ExpectFailure(const Driven& driven, const Driven::Member& member, const std::string& name, Answer answer,
+                       HRESULT result) const
+    {
+        const bool isCreation = name.starts_with("CreateInstance");
+        if (member.answersFalse &&
+            !(isCreation && name != "CreateInstance clsErrorReport" && std::string(member.name) == "Measure")) {
+            // A failed way to the instrument's other side and back is no failed identification.
+            const bool harmless = name == "put_Online" && std::string(member.name) == "Test";
+            EXPECT_EQ(result, S_OK);
+            EXPECT_TRUE(driven.flag == VARIANT_FALSE || harmless);
+            return;
+        }
+        const RaisedError told = Told();
+        const bool hasWords = answer == Answer::failsWithWords;
+        EXPECT_THAT(told.description, testing::Not(testing::HasSubstr(wrong::leftOver)));
+        if (isCreation) {
+            EXPECT_EQ(result, RuntimeError(429));
+            EXPECT_THAT(told.description, testing::HasSubstr(hasWords ? wrong::words[1] : L"XKTR2x.cls"));
+            return;
+        }
+        const HRESULT expected[] = {E_FAIL, wrong::failureWithWords, wrong::unknownFailure, wrong::failureWithoutCode};
+        EXPECT_EQ(result, expected[static_cast<int>(answer) - static_cast<int>(Answer::failsBare)]);
+        EXPECT_EQ(told.source, hasWords ? wrong::words[0] : L"");
+        EXPECT_EQ(told.helpFile, hasWords ? wrong::words[2] : L"");
+        EXPECT_EQ(told.helpContext, hasWords ? wrong::topic : 0);
+        EXPECT_FALSE(told.description.empty());
+        EXPECT_EQ(told.description == wrong::words[1], hasWords);
+    }
+};
+
+TEST_F(EveryOperation, AnsweredInEveryWrongWayHarmsNothing)
+{
+    const std::vector<std::string> names = Operations();
+    EXPECT_GT(names.size(), 50u);
+    for (const std::string& name : names) {
+        for (int i = 1; i <= static_cast<int>(wrong::lastAnswer); ++i) {
+            const auto answer = static_cast<Answer>(i);
+            SCOPED_TRACE(name + ", answer " + std::to_string(i));
+            misbehave(name.c_str(), answer);
+            const int before = misdeeds();
+            Driven driven;
+            for (const auto& member : driven.members) {
+                SCOPED_TRACE(member.name);
+                const int earlier = misdeeds();
+                const HRESULT result = FromUnmaskedHost(member.call);
+                const bool wronged = misdeeds() > earlier;
+                if (wronged && wrong::Fails(answer)) {
+                    ExpectFailure(driven, member, name, answer, result);
+                } else if (FAILED(result)) {
+                    EXPECT_NE(answer, Answer::succeedsOddly);
+                    EXPECT_NE(answer, Answer::unmasks);
+                    EXPECT_THAT(Told().description, testing::Not(testing::AnyOf(L"", wrong::leftOver)));
+                }
+            }
+            EXPECT_GT(misdeeds(), before);
+            EXPECT_EQ(driven.noticesInHostsState, driven.notices);
+
+            misbehave(nullptr, Answer::rightly);
+            EXPECT_EQ(FromUnmaskedHost([&] { return driven.Measure(); }), S_OK);
+            EXPECT_EQ(driven.flag, VARIANT_TRUE);
+            EXPECT_EQ(Cell(driven.measure.Get(), 1, status, 1), L"Done");
+            EXPECT_EQ(driven.measure->GetConfiguration(), S_OK);
+            EXPECT_EQ(driven.measure->SetConfiguration(), S_OK);
+        }
+    }
+}
+
+TEST_F(WrongDriver, MissingObjectIsAnError)
+{
+    Driven driven;
+    misbehave("get_ErrorCounters", Answer::untouched);
+    EXPECT_EQ(driven.Measure(), S_OK);
+    EXPECT_EQ(driven.flag, VARIANT_FALSE);
+    EXPECT_EQ(Cell(driven.measure.Get(), 1, status, 1), L"Control Error");
+    misbehave("QueryInterface IDriver", Answer::untouched);
+    EXPECT_EQ(driven.driver->put_Online(VARIANT_TRUE), E_NOINTERFACE);
+    for (const char* creation : {"CreateInstance clsReceiver", "CreateInstance clsRunControl"}) {
+        misbehave(creation, Answer::untouched);
+        EXPECT_EQ(Driven().measure->GetConfiguration(), RuntimeError(429)) << creation;
+        EXPECT_THAT(Told().description, testing::HasSubstr(L"without an object"));
+    }
+    misbehave("get_Settings", Answer::untouched);
+    EXPECT_EQ(driven.driver->get_Settings(driven.settings.Put()), S_OK);
+    EXPECT_FALSE(driven.settings) << "a driver need not have any";
+}
+
+TEST_F(WrongDriver, FrequencyThatIsNoNumberStaysOutOfTheSetup)
+{
+    for (const char* reading : {"get_Frequency", "get_SymbolRate"}) {
+        for (const Answer answer : {Answer::notANumber, Answer::infinite, Answer::minusInfinite, Answer::huge}) {
+            Driven driven;
+            misbehave(reading, answer);
+            EXPECT_EQ(driven.measure->GetConfiguration(), RuntimeError(13));
+            double value = 0;
+            driven.setup->get_SymbolRate(1, &value);
+            EXPECT_EQ(value, 6.9);
+        }
+    }
+}
+
+/// A script's parent, late bound by name, that fails as it is told.
+class LateParent final : public IDispatch
+{
+public:
+    EXCEPINFO failure{};
+    HRESULT result = DISP_E_EXCEPTION;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) noexcept override
+    {
+        const bool known = id == IID_IUnknown || id == IID_IDispatch;
+        *out = known ? this : reinterpret_cast<void*>(0x51);
+        if (known)
+            return S_OK;
+        // A success with nothing behind it, and a failure with something in front of it.
+        if (id == IID_IDispatchEx)
+            *out = nullptr;
+        return id == IID_IDispatchEx ? S_OK : E_NOINTERFACE;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() noexcept override { return 2; }
+    ULONG STDMETHODCALLTYPE Release() noexcept override { return 1; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID* id) noexcept override
+    {
+        *id = 1;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO* exception,
+                                     UINT*) noexcept override
+    {
+        *exception = failure;
+        exception->bstrSource = SysAllocString(failure.bstrSource);
+        exception->bstrDescription = SysAllocString(failure.bstrDescription);
+        exception->bstrHelpFile = SysAllocString(failure.bstrHelpFile);
+        return result;
+    }
+};
+
+HRESULT STDAPICALLTYPE FillIn(EXCEPINFO* info)
+{
+    info->wCode = 1005;
+    info->bstrDescription = SysAllocString(L"put off");
+    return S_OK;
+}
+
+HRESULT STDAPICALLTYPE FillInAndFail(EXCEPINFO* info)
+{
+    info->wCode = 1005;
+    info->bstrDescription = reinterpret_cast<BSTR>(0x51);
+    return E_FAIL;
+}
+
+TEST_F(WrongDriver, LateBoundParentMayFailInOddWays)
+{
+    using Fill = HRESULT(STDAPICALLTYPE*)(EXCEPINFO*);
+    struct Case
+    {
+        HRESULT result;
+        WORD code;
+        SCODE scode;
+        const wchar_t* description;
+        Fill fill;
+        HRESULT expected;
+        const wchar_t* told;
+    };
+    const HRESULT negative = static_cast<HRESULT>(0x800407D5);
+    const Case cases[] = {
+        {DISP_E_EXCEPTION, 1004, 0, L"words", nullptr, RuntimeError(1004), L"words"},
+        {DISP_E_EXCEPTION, 0, RuntimeError(1004), L"words", nullptr, RuntimeError(1004), L"words"},
+        {DISP_E_EXCEPTION, 0, negative, L"words", nullptr, negative, L"words"},
+        {DISP_E_EXCEPTION, 0, S_OK, L"words", nullptr, E_FAIL, L"words"},
+        {DISP_E_EXCEPTION, 0, 1004, L"words", nullptr, RuntimeError(1004), L"words"},
+        {DISP_E_EXCEPTION, 0, 70000, L"words", nullptr, E_FAIL, L"70000: words"},
+        {DISP_E_EXCEPTION, 65535, S_FALSE, nullptr, nullptr, RuntimeError(65535), nullptr},
+        {DISP_E_EXCEPTION, 0, 0, nullptr, FillIn, RuntimeError(1005), L"put off"},
+        {DISP_E_EXCEPTION, 0, 0, nullptr, FillInAndFail, E_FAIL, nullptr},
+        {wrong::unknownFailure, 1004, 0, nullptr, nullptr, wrong::unknownFailure, nullptr},
+        {S_FALSE, 1004, 0, nullptr, nullptr, S_OK, nullptr},
+    };
+    for (const Case& row : cases) {
+        SCOPED_TRACE(&row - cases);
+        Driven driven;
+        LateParent parent;
+        const Bstr source(L"script"), description(row.description ? row.description : L""), help(L"script.hlp");
+        parent.result = row.result;
+        parent.failure.wCode = row.code;
+        parent.failure.scode = row.scode;
+        parent.failure.pfnDeferredFillIn = row.fill;
+        if (row.description) {
+            parent.failure.bstrSource = source.Get();
+            parent.failure.bstrDescription = description.Get();
+            parent.failure.bstrHelpFile = help.Get();
+            parent.failure.dwHelpContext = 12;
+        }
+        ASSERT_EQ(driven.measure->putref_Parent(&parent), S_OK);
+        EXPECT_EQ(FromUnmaskedHost([&] { return driven.measure->SetConfiguration(); }), row.expected);
+        const RaisedError told = Told();
+        if (row.told) {
+            EXPECT_EQ(told.description, row.told);
+        } else if (FAILED(row.expected)) {
+            EXPECT_THAT(told.description, testing::Not(testing::AnyOf(L"", wrong::leftOver)));
+        }
+        EXPECT_EQ(std::tuple(told.source, told.helpFile, told.helpContext),
+                  row.description ? std::tuple(L"script", L"script.hlp", 12u) : std::tuple(L"", L"", 0u));
+        driven.measure->putref_Parent(nullptr);
+    }
+}
+
+class UnmaskedHost : public PlugIn
+{
+protected:
+    void Expect(HRESULT expected, const std::function<HRESULT()>& call) const
+    {
+        EXPECT_EQ(FromUnmaskedHost(call), expected) << testing::PrintToString(Told().description);
+    }
+
+    /// A call by name; what the argument has to be converted to decides whether it can be.
+    HRESULT Put(const wchar_t* name, double value) const
+    {
+        auto* plain = const_cast<LPOLESTR>(name);
+        DISPID member = 0, put = DISPID_PROPERTYPUT;
+        EXPECT_EQ(setup->GetIDsOfNames(IID_NULL, &plain, 1, LOCALE_USER_DEFAULT, &member), S_OK);
+        VARIANT argument{};
+        argument.vt = VT_R8;
+        argument.dblVal = value;
+        DISPPARAMS parameters{&argument, &put, 1, 1};
+        return setup->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYPUT, &parameters, nullptr, nullptr,
+                             nullptr);
+    }
+};
+
+TEST_F(UnmaskedHost, FindsItsControlWordsAfterEveryCall)
+{
+    setup->put_MaxSettlingTime(0);
+    for (const double frequency : {474.0, 5e-324, 1e300, 0.0}) {
+        for (const double symbolRate : {6.9, 5e-324, 0.0}) {
+            Expect(S_OK, [&] { return setup->put_Frequency(1, frequency); });
+            Expect(S_OK, [&] { return setup->put_SymbolRate(1, symbolRate); });
+            Expect(S_OK, [&] { return measure->ResetMeasurement(0); });
+            for (const wchar_t* route : {L"75", L"128"}) {
+                setup->put_Zin(std::wcstol(route, nullptr, 10));
+                FromUnmaskedHost([&] { return measure->SetConfiguration(); });
+                VARIANT_BOOL result;
+                Expect(S_OK, [&] { return measure->Measure(1, VARIANT{}, &result); });
+            }
+        }
+    }
+    const auto path = (std::filesystem::temp_directory_path() / L"unmasked host.ini").wstring();
+    const Bstr file(path), product(L"TVN Host"), version(L"1.0");
+    VARIANT left{};
+    left.vt = VT_BSTR;
+    left.bstrVal = file.Get();
+    VARIANT_BOOL result = VARIANT_FALSE;
+    setup->put_Frequency(1, 474);
+    const auto document = setup.As<ISetup>();
+    Expect(S_OK, [&] { return document->Save(product.Get(), version.Get(), left, &result); });
+    EXPECT_EQ(result, VARIANT_TRUE);
+    Bstr model(L"2x");
+    LONG mode = 4;
+    BSTR modelText = model.Detach();
+    Expect(S_OK, [&] { return document->Load(product.Get(), file.Get(), &modelText, &mode, &result); });
+    *model.Put() = modelText;
+    EXPECT_EQ(result, VARIANT_TRUE);
+    std::filesystem::remove(path);
+}
+
+TEST_F(UnmaskedHost, IsCalledByNameAndCreatesClassesLikeAnyOther)
+{
+    Expect(S_OK, [&] { return Put(L"DefaultSymbolRate", 5e-324); });
+    Expect(S_OK, [&] { return Put(L"MaxSettlingTime", 2.5); });
+    EXPECT_LT(FromUnmaskedHost([&] { return Put(L"MaxSettlingTime", 1e300); }), 0);
+    const auto timeout = Create<_clsTimeout>(L"TVN2x.clsTimeout");
+    Expect(S_OK, [&] { return timeout->Start(1e-40F); });
+    for (const CLSID& id : {CLSID_clsSetup, CLSID_clsReceiver, CLSID_clsRunControl}) {
+        Expect(S_OK, [&] {
+            ComPtr<IUnknown> object;
+            return CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown,
+                                    reinterpret_cast<void**>(object.Put()));
+        });
+    }
+    for (const wchar_t* library : {L"TVN2x.dll", L"XKTR2x.dll"}) {
+        const auto registration = reinterpret_cast<HRESULT(STDMETHODCALLTYPE*)()>(
+            reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(library), "DllRegisterServer")));
+        ASSERT_TRUE(registration);
+        Expect(S_OK, registration);
+    }
+}
+
+}  // namespace
+}  // namespace tvn2x::client
