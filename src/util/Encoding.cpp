@@ -1,5 +1,7 @@
 #include "util/Encoding.h"
 
+#include "util/CodePage.h"
+
 namespace tvn2x {
 namespace {
 
@@ -107,6 +109,16 @@ char32_t TakeUtf8(std::string_view& bytes)
 }
 
 }  // namespace
+
+std::string ToCodePage(std::wstring_view text)
+{
+    return SystemCodePage().Encode(text);
+}
+
+std::wstring FromCodePage(std::string_view bytes)
+{
+    return SystemCodePage().Decode(bytes);
+}
 
 std::string ToUtf8(std::wstring_view text)
 {

@@ -5,7 +5,7 @@
 
 namespace tvn2x {
 
-/// The system code page (Windows-1252 on Linux). A character that it lacks becomes "?".
+/// In SystemCodePage(). A character that it lacks becomes "?".
 std::string ToCodePage(std::wstring_view text);
 std::wstring FromCodePage(std::string_view bytes);
 
