@@ -7,6 +7,11 @@ namespace tvn2x {
 
 /// Parts of a path, "\" and "/" being separators alike. A drive without a separator ("C:net.ini") ends the folder part.
 
+inline bool IsSeparator(wchar_t c)
+{
+    return c == L'\\' || c == L'/';
+}
+
 /// File name with its extension: what follows the last separator or the drive.
 std::wstring_view NamePart(std::wstring_view path);
 /// What the file name holds before its first ".".

@@ -4,7 +4,7 @@
 #include <new>
 #include <utility>
 
-#include "util/Encoding.h"
+#include "util/FileText.h"
 
 namespace tvn2x {
 
@@ -36,38 +36,35 @@ size_t MostLines(std::string_view text)
     return 1 + (lineFeeds == returns ? lineFeeds : lineFeeds + returns);
 }
 
-/// How many different names `lines` lines can have at most: those that are shorter than `shortestLine` bytes soon come
-/// again.
-size_t MostNames(size_t lines, size_t bytes, size_t shortestLine)
+/// How many different names `lines` lines can have at most: those that are shorter than `shortestLine` characters soon
+/// come again, in any alphabet but the largest.
+size_t MostNames(size_t lines, std::string_view text, size_t shortestLine)
 {
     constexpr size_t shortNames = 0x10100;
-    return std::min(lines, bytes / shortestLine + shortNames);
+    const auto characters = static_cast<size_t>(
+        std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+    return std::min(lines, characters / shortestLine + shortNames);
 }
 
 }  // namespace
 
-ProfileFile::ProfileFile(std::string content)
+ProfileFile::ProfileFile(std::string content, const CodePage& codePage) : codePage_(&codePage)
 {
     utf16_ = content.starts_with(utf16Mark);
     if (!utf16_) {
-        Reset(std::move(content));
+        Reset(file_text::FromBytes(std::move(content), codePage));
         return;
     }
     if (content.size() % 2 != 0) {
         oddByte_ = content.back();
         content.pop_back();
     }
-    Reset(profile::FromUtf16(std::string_view(content).substr(utf16Mark.size())));
+    Reset(file_text::FromUtf16(std::string_view(content).substr(utf16Mark.size())));
 }
 
-std::string ProfileFile::Encode(std::wstring_view text) const
+std::wstring ProfileFile::Decode(std::string_view text) const
 {
-    return utf16_ ? ToUtf8(text) : ToCodePage(text);
-}
-
-std::wstring ProfileFile::Decode(std::string_view bytes) const
-{
-    return utf16_ ? FromUtf8(bytes) : FromCodePage(bytes);
+    return file_text::ToWide(text, *codePage_);
 }
 
 void ProfileFile::Reset(std::string content)
@@ -105,7 +102,7 @@ void ProfileFile::IndexSections()
     for (uint32_t head = NextHeader(0); head < content_.size(); head = NextHeader(LineAround(head).next))
         ++headers;
     constexpr size_t shortestLine = 5;
-    sectionIndex_.Reserve(MostNames(headers, content_.size(), shortestLine));
+    sectionIndex_.Reserve(MostNames(headers, content_, shortestLine));
     for (uint32_t head = NextHeader(0); head < content_.size(); head = NextHeader(LineAround(head).next)) {
         const std::string_view name = SectionName(head);
         const uint32_t hash = profile::HashName(name);
@@ -135,7 +132,7 @@ void ProfileFile::IndexKeys(uint32_t section) const
     const std::string_view lines = std::string_view(content_).substr(0, opened.end);
     const std::string_view own = lines.substr(opened.body);
     constexpr size_t shortestLine = 4;
-    opened.keys.Reserve(MostNames(MostLines(own), own.size(), shortestLine));
+    opened.keys.Reserve(MostNames(MostLines(own), own, shortestLine));
     LineScanner scanner(lines, opened.body);
     Line line;
     while (scanner.Next(line)) {
@@ -319,7 +316,7 @@ uint32_t ProfileFile::GetInt(std::string_view section, std::string_view key, uin
 std::vector<std::string> ProfileFile::GetSection(std::string_view section) const
 {
     if (!written_.empty())
-        return ProfileFile(Render()).GetSection(section);
+        return Rendered().GetSection(section);
     std::vector<std::string> lines;
     const uint32_t number = FindSection(profile::TrimSpaces(section));
     if (number == nowhere)
@@ -341,7 +338,7 @@ std::vector<std::string> ProfileFile::GetSection(std::string_view section) const
 std::vector<std::string> ProfileFile::GetSectionNames() const
 {
     if (!written_.empty())
-        return ProfileFile(Render()).GetSectionNames();
+        return Rendered().GetSectionNames();
     std::vector<std::string> names;
     LineScanner scanner(content_);
     Line line;
@@ -356,7 +353,7 @@ std::vector<std::string> ProfileFile::GetSectionNames() const
 std::vector<std::string> ProfileFile::GetBracketedLines() const
 {
     if (!written_.empty())
-        return ProfileFile(Render()).GetBracketedLines();
+        return Rendered().GetBracketedLines();
     std::vector<std::string> names;
     LineScanner scanner(content_);
     Line line;

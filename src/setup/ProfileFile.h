@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -8,6 +9,7 @@
 
 #include "setup/NameIndex.h"
 #include "setup/ProfileText.h"
+#include "util/CodePage.h"
 
 namespace tvn2x {
 
@@ -21,19 +23,21 @@ namespace tvn2x {
 /// were; a new line ends like most lines of the file, CR LF in a new file, and follows the section's last key, or its
 /// "[" line: the comments and blank lines behind that may belong to the next section.
 ///
-/// Texts are in the file's own bytes: the system code page, or UTF-8 where the file is UTF-16LE with its mark (Encode
-/// and Decode tell). Work and memory grow with the file's size alone, whatever its lines are: a section's keys are
-/// indexed when one of them is first asked for, at no more than three bytes for each byte of the section.
+/// The file is in the system code page, or in UTF-16LE where it has that mark; a text that the code page cannot hold
+/// makes it a UTF-16LE file, comments and all. Texts are handed in and out as file_text has them (profile::FromCaller
+/// and Decode), so that a byte of one character is never taken for another. Work and memory grow with the file's size
+/// alone, whatever its lines are: a section's keys are indexed when one of them is first asked for, at no more than
+/// three bytes for each byte of the section.
 class ProfileFile
 {
 public:
     ProfileFile() = default;
-    /// Takes over the bytes of a file. Raises bad_alloc above 2 GiB.
-    explicit ProfileFile(std::string content);
+    /// Takes over the bytes of a file. Raises bad_alloc where their text is above 2 GiB.
+    explicit ProfileFile(std::string content, const CodePage& codePage = SystemCodePage());
 
     bool IsUnicode() const { return utf16_; }
-    std::string Encode(std::wstring_view text) const;
-    std::wstring Decode(std::string_view bytes) const;
+    /// A text as callers get it.
+    std::wstring Decode(std::string_view text) const;
 
     /// The value of a key, nothing where there is no such key or its line has no "=". Valid until the next write.
     std::optional<std::string_view> Find(std::string_view section, std::string_view key) const;
@@ -50,8 +54,8 @@ public:
     std::vector<std::string> GetBracketedLines() const;
 
     /// Sets a key, or removes it where there is no value; a missing section is appended. False, and nothing is changed,
-    /// where a text is longer than 32,767 bytes or holds CR, LF or NUL. A value that is there already is left
-    /// untouched.
+    /// where a text is longer than 32,767 characters or holds CR, LF or NUL, or where the code page cannot hold it and
+    /// the file has bytes that are no character there. A value that is there already is left untouched.
     bool Write(std::string_view section, std::string_view key, std::optional<std::string_view> value);
     /// Removes a section from its "[" line to the next one. False for a name that cannot be written.
     bool DeleteSection(std::string_view section);
@@ -59,7 +63,7 @@ public:
     bool WriteSection(std::string_view section, const std::vector<std::string_view>& lines);
 
     bool Changed() const { return changed_; }
-    size_t TextSize() const { return content_.size(); }  ///< of the file as it was read, in bytes
+    size_t TextSize() const { return content_.size(); }  ///< of the file as it was read, in bytes of UTF-8
     /// The bytes of the file with every change in them.
     std::string Render() const;
 
@@ -111,6 +115,8 @@ private:
     void IndexKeys(uint32_t section) const;
     void Settle();
     void Reset(std::string content);
+    bool Admit(std::initializer_list<std::string_view> texts);
+    ProfileFile Rendered() const { return ProfileFile(Render(), *codePage_); }
 
     uint32_t FindSection(std::string_view name) const;
     std::string_view SectionName(uint32_t place) const;
@@ -138,6 +144,7 @@ private:
     std::vector<Edit> SortedEdits() const;
     std::string RenderText() const;
 
+    const CodePage* codePage_ = &SystemCodePage();
     std::string content_;
     std::string pool_;  ///< names and lines that were written
     bool utf16_ = false;

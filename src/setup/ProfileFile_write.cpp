@@ -1,6 +1,8 @@
 #include <algorithm>
+#include <utility>
 
 #include "setup/ProfileFile.h"
+#include "util/FileText.h"
 
 namespace tvn2x {
 
@@ -165,11 +167,27 @@ void ProfileFile::LinkRepeatedKeys(uint32_t section)
     std::sort(found.links.begin(), found.links.end(), before);
 }
 
+/// Makes sure that the file can hold these texts as they are: one that its code page lacks makes it a file in UTF-16.
+/// False for a file that cannot become one, because not all of its bytes have a meaning.
+bool ProfileFile::Admit(std::initializer_list<std::string_view> texts)
+{
+    const auto fits = [this](std::string_view text) { return file_text::Fits(text, *codePage_); };
+    if (utf16_ || std::all_of(texts.begin(), texts.end(), fits))
+        return true;
+    // What a change has taken out of the file is in the way no longer.
+    if (!file_text::IsKnown(content_, *codePage_))
+        Settle();
+    utf16_ = file_text::IsKnown(content_, *codePage_);
+    return utf16_;
+}
+
 bool ProfileFile::Write(std::string_view section, std::string_view key, std::optional<std::string_view> value)
 {
     section = profile::TrimSpaces(section);
     key = profile::TrimSpaces(key);
     if (!profile::IsWritable(section) || !profile::IsWritable(key) || !profile::IsWritable(value.value_or("")))
+        return false;
+    if (value && !Admit({section, key, *value}))
         return false;
     if (pool_.size() > largestPool - 4 * profile::longestText)
         Settle();
@@ -222,6 +240,8 @@ bool ProfileFile::WriteSection(std::string_view section, const std::vector<std::
 {
     section = profile::TrimSpaces(section);
     if (!profile::IsWritable(section) || !std::all_of(lines.begin(), lines.end(), profile::IsWritable))
+        return false;
+    if (!std::all_of(lines.begin(), lines.end(), [&](std::string_view line) { return Admit({section, line}); }))
         return false;
     Settle();
     const uint32_t found = FindSection(section);
@@ -312,7 +332,8 @@ std::string ProfileFile::RenderText() const
 std::string ProfileFile::Render() const
 {
     std::string text = written_.empty() ? content_ : RenderText();
-    return utf16_ ? "\xFF\xFE" + profile::ToUtf16(text) + oddByte_ : text;
+    return utf16_ ? "\xFF\xFE" + file_text::ToUtf16(text, *codePage_) + oddByte_
+                  : file_text::ToBytes(std::move(text), *codePage_);
 }
 
 }  // namespace tvn2x

@@ -54,7 +54,7 @@ void ProfileStore::Load()
         seen_ = files_.Now();
     NoteAge(begin);
     hash_ = isYoung_ ? HashOf(content) : 0;
-    profile_ = fault_ == FileFault::none ? ProfileFile(std::move(content)) : ProfileFile();
+    profile_ = ProfileFile(fault_ == FileFault::none ? std::move(content) : std::string(), codePage_);
     loaded_ = true;
 }
 
@@ -179,20 +179,19 @@ FileFault ProfileStore::ReplaceFile()
 /// Reads the file that another program has written, and makes our changes in it. False where one cannot be made.
 bool ProfileStore::Replay()
 {
-    const ProfileFile old = std::move(profile_);
     Load();
     size_t at = 0;
-    const auto take = [&](int32_t length) -> std::optional<std::string> {
+    const auto take = [&](int32_t length) -> Text {
         if (length < 0)
             return std::nullopt;
         const std::string_view text = std::string_view(log_).substr(at, static_cast<size_t>(length));
         at += text.size();
-        return profile_.IsUnicode() == old.IsUnicode() ? std::string(text) : profile_.Encode(old.Decode(text));
+        return text;
     };
     return std::all_of(changes_.begin(), changes_.end(), [&](const Change& change) {
-        const std::optional<std::string> section = take(change.section);
-        const std::optional<std::string> key = take(change.key);
-        const std::optional<std::string> value = take(change.value);
+        const Text section = take(change.section);
+        const Text key = take(change.key);
+        const Text value = take(change.value);
         return Apply(*section, key, value);
     });
 }

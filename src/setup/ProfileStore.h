@@ -21,7 +21,10 @@ namespace tvn2x {
 class ProfileStore
 {
 public:
-    explicit ProfileStore(FileSystem& files) : files_(files) {}
+    explicit ProfileStore(FileSystem& files, const CodePage& codePage = SystemCodePage())
+        : files_(files), codePage_(codePage)
+    {
+    }
 
     /// Binds to another file; what a batch has not committed is dropped.
     void Bind(std::wstring path);
@@ -31,7 +34,7 @@ public:
     const ProfileFile& Profile();
     bool Readable();
 
-    /// Texts are in the bytes of Profile(). False where the text cannot be written or the commit fails.
+    /// Texts are as Profile() takes them. False where the text cannot be written or the commit fails.
     bool Write(std::string_view section, std::string_view key, std::optional<std::string_view> value);
     bool DeleteSection(std::string_view section);
 
@@ -61,6 +64,7 @@ private:
     void Abandon();
 
     FileSystem& files_;
+    const CodePage& codePage_;
     std::wstring path_;
     ProfileFile profile_;
     FileStamp stamp_;

@@ -4,6 +4,8 @@
 #include <cstring>
 #include <random>
 
+#include "util/FileText.h"
+
 namespace tvn2x::profile {
 namespace {
 
@@ -209,7 +211,7 @@ uint32_t HashName(std::string_view name)
 
 bool IsWritable(std::string_view text)
 {
-    return text.size() <= longestText &&
+    return FirstCharacters(text).size() == text.size() &&
            std::none_of(text.begin(), text.end(), [](char c) { return c == '\r' || c == '\n' || c == '\0'; });
 }
 
@@ -229,51 +231,14 @@ bool IsPlainSection(std::string_view section)
            std::none_of(section.begin(), section.end(), [](char c) { return c == ']' || c == '\r' || c == '\n'; });
 }
 
-std::string FromUtf16(std::string_view bytes)
+std::string FromCaller(std::wstring_view text)
 {
-    const auto unit = [&](size_t at) {
-        return static_cast<uint32_t>(static_cast<unsigned char>(bytes[at]) | static_cast<unsigned char>(bytes[at + 1])
-                                                                                 << 8);
-    };
-    std::string text;
-    text.reserve(bytes.size() / 2);
-    for (size_t at = 0; at < bytes.size(); at += 2) {
-        uint32_t c = unit(at);
-        if (c >= 0xD800 && c < 0xDC00 && at + 2 < bytes.size() && unit(at + 2) >= 0xDC00 && unit(at + 2) < 0xE000) {
-            c = 0x10000 + ((c - 0xD800) << 10) + (unit(at + 2) - 0xDC00);
-            at += 2;
-        }
-        const int tails = c < 0x80 ? 0 : c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
-        constexpr unsigned char leads[] = {0, 0xC0, 0xE0, 0xF0};
-        text += static_cast<char>(leads[tails] | c >> (6 * tails));
-        for (int shift = 6 * (tails - 1); shift >= 0; shift -= 6)
-            text += static_cast<char>(0x80 | ((c >> shift) & 0x3F));
-    }
-    return text;
+    return file_text::FromWide(text.substr(0, text.find(L'\0')));
 }
 
-std::string ToUtf16(std::string_view text)
+std::string_view FirstCharacters(std::string_view text)
 {
-    std::string bytes;
-    bytes.reserve(text.size() * 2);
-    const auto append = [&](uint32_t unit) {
-        bytes += static_cast<char>(unit & 0xFF);
-        bytes += static_cast<char>(unit >> 8);
-    };
-    for (size_t at = 0; at < text.size();) {
-        const auto lead = static_cast<unsigned char>(text[at++]);
-        const int tails = lead < 0xC0 ? 0 : lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
-        uint32_t c = tails == 0 ? lead : lead & (0x3FU >> tails);
-        for (int i = 0; i < tails && at < text.size(); ++i)
-            c = c << 6 | (static_cast<unsigned char>(text[at++]) & 0x3FU);
-        if (c >= 0x10000) {
-            append(0xD800 + ((c - 0x10000) >> 10));
-            append(0xDC00 + ((c - 0x10000) & 0x3FF));
-        } else {
-            append(c);
-        }
-    }
-    return bytes;
+    return file_text::FirstUnits(text, longestText);
 }
 
 }  // namespace tvn2x::profile

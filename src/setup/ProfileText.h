@@ -7,7 +7,7 @@
 
 namespace tvn2x::profile {
 
-/// The longest section name, key or value that is written or read, in bytes.
+/// The longest section name, key or value that is written or read, in units of UTF-16.
 constexpr size_t longestText = 32767;
 
 /// One line of a file as offsets: its text is [start, stop), the next line begins at `next`.
@@ -75,14 +75,16 @@ bool EqualNames(std::string_view left, std::string_view right);
 /// A hash that agrees with EqualNames and that nobody outside the process can foresee.
 uint32_t HashName(std::string_view name);
 
-/// Whether a text can be written: at most 32,767 bytes and no CR, LF or NUL, which would begin a line of their own.
+/// Whether a text can be written: at most 32,767 characters and no CR, LF or NUL, which would begin a line of their
+/// own.
 bool IsWritable(std::string_view text);
 /// Whether a line written with this key is read back with it.
 bool IsPlainKey(std::string_view key);
 bool IsPlainSection(std::string_view section);
 
-/// UTF-16LE as UTF-8 and back, byte for byte: half a surrogate pair takes three bytes. `bytes` has an even length.
-std::string FromUtf16(std::string_view bytes);
-std::string ToUtf16(std::string_view text);
+/// A caller's text as the functions of a profile take it: a NUL ends it, as it does for the system's own functions.
+std::string FromCaller(std::wstring_view text);
+/// The longest beginning of a text that is handed to a caller.
+std::string_view FirstCharacters(std::string_view text);
 
 }  // namespace tvn2x::profile

@@ -314,7 +314,7 @@ std::wstring ProcessCrLf(std::wstring_view text, int32_t mode)
 bool LoadSetup(SetupDocument& document, const SetupEnvironment& environment, const std::wstring& productName,
                const std::wstring& fullPath, std::wstring& model, int32_t& mode)
 {
-    clsIniFile ini(environment.files, environment.messages);
+    clsIniFile ini(environment.files, environment.messages, environment.codePage);
     const std::wstring path = NormalisedPath(ini, fullPath);
     if (ini.Exists(path) == 0)
         return false;

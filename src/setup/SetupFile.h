@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "setup/SetupDocument.h"
+#include "util/CodePage.h"
 #include "util/FileSystem.h"
 #include "util/MessageBox.h"
 #include "util/modLocaleInfo.h"
@@ -17,6 +18,7 @@ struct SetupEnvironment
     FileSystem& files;
     MessageBoxes& messages;
     const Locale& locale;
+    const CodePage& codePage = SystemCodePage();
 };
 
 /// Fills the document from a setup file, current or version 1.4, and tells model and mode of the receiver it is for.
@@ -31,8 +33,11 @@ bool LoadSetup(SetupDocument& document, const SetupEnvironment& environment, con
 /// Writes the document into a file (its own where the path is empty), in one step. Keys and sections that are not the
 /// document's stay. The file becomes the document's and the document clean.
 ///
-/// False where the document has no file, where a text cannot be written (a lone line end, 32,767 characters), or where
-/// the file cannot be replaced. A text that cannot be written ends the file there: what comes before it is saved.
+/// False where the document has no file, where LoadSetup would refuse what is to be written (a number without end, more
+/// parameters than it takes), where a text cannot be written (a lone line end, more than 32,767 characters, a character
+/// beyond the code page in a file with bytes that are none of its characters), or where the file cannot be replaced. A
+/// text that cannot be written ends the file there: what comes before it is saved. A NUL ends a text. Where the code
+/// page cannot hold a text the file becomes UTF-16LE.
 bool SaveSetup(SetupDocument& document, const SetupEnvironment& environment, const std::wstring& productName,
                const std::wstring& appVersion, const std::wstring& fullPath = {});
 

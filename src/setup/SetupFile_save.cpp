@@ -7,7 +7,7 @@
 #include "setup/SetupKeys.h"
 #include "setup/SetupRows.h"
 #include "setup/clsIniFile.h"
-#include "util/Encoding.h"
+#include "util/FileText.h"
 #include "util/modFormat.h"
 
 namespace tvn2x {
@@ -15,6 +15,12 @@ namespace tvn2x {
 using namespace setup_file;
 
 namespace {
+
+/// What a caller's text is without a NUL and what follows it.
+std::wstring UpToNul(const std::wstring& text)
+{
+    return text.substr(0, text.find(L'\0'));
+}
 
 /// A text whose blanks or quotes a reader of the file would take away is put in quotes, which are taken in their place.
 std::wstring Protected(const std::wstring& text)
@@ -53,7 +59,10 @@ private:
 
     void Section(const wchar_t* name) { ini_.SectionName(name); }
     void Text(std::string_view key, std::wstring_view value) { ok_ = ok_ && ini_.Put(key, value); }
-    void Text(std::string_view key, const std::wstring& value) { ok_ = ok_ && ini_.Put(key, Protected(value)); }
+    void Text(std::string_view key, const std::wstring& value)
+    {
+        ok_ = ok_ && ini_.Put(key, Protected(UpToNul(value)));
+    }
     void Long(std::string_view key, int32_t value) { Text(key, std::wstring_view(std::to_wstring(value))); }
     void Flag(std::string_view key, bool value) { Text(key, std::wstring_view(value ? L"-1" : L"0")); }
     void Word(std::string_view key, bool value) { Text(key, std::wstring_view(value ? L"True" : L"False")); }
@@ -188,7 +197,7 @@ void Writer::WriteBackup()
 
 bool CanStoreNotes(const std::wstring& notes)
 {
-    return profile::IsWritable(ToCodePage(Protected(ProcessCrLf(notes, 0))));
+    return profile::IsWritable(file_text::FromWide(Protected(UpToNul(ProcessCrLf(notes, 0)))));
 }
 
 bool SaveSetup(SetupDocument& document, const SetupEnvironment& environment, const std::wstring& productName,
@@ -196,7 +205,7 @@ bool SaveSetup(SetupDocument& document, const SetupEnvironment& environment, con
 {
     if (fullPath.empty() && document.FileTitle() == L"Untitled")
         return false;
-    clsIniFile ini(environment.files, environment.messages);
+    clsIniFile ini(environment.files, environment.messages, environment.codePage);
     ini.FullPath(NormalisedPath(ini, fullPath.empty() ? document.fullPath : fullPath));
     ini.BeginBatch();
     Writer writer(ini, document, environment.locale);
@@ -220,7 +229,7 @@ bool BackupSetup(const SetupDocument& document, const SetupEnvironment& environm
 {
     if (fullPath.empty())
         return false;
-    clsIniFile ini(environment.files, environment.messages);
+    clsIniFile ini(environment.files, environment.messages, environment.codePage);
     ini.FullPath(NormalisedPath(ini, fullPath));
     ini.BeginBatch();
     Writer writer(ini, document, environment.locale);

@@ -6,6 +6,7 @@
 #include "setup/ProfileStore.h"
 #include "setup/SystemProfile.h"
 #include "util/Encoding.h"
+#include "util/FileText.h"
 
 namespace tvn2x {
 namespace {
@@ -15,6 +16,16 @@ ProfileStore OpenWinIni(FileSystem& files)
     ProfileStore store(files);
     store.Bind(WindowsFolder() + L"/WIN.INI");
     return store;
+}
+
+std::string Text(const std::string& bytes)
+{
+    return file_text::FromBytes(bytes, SystemCodePage());
+}
+
+std::string Bytes(std::string_view text)
+{
+    return file_text::ToBytes(std::string(text), SystemCodePage());
 }
 
 }  // namespace
@@ -38,19 +49,21 @@ std::wstring RunningModule()
 std::string WinIniString(FileSystem& files, const std::string& section, const std::string& key,
                          const std::string& defaultValue)
 {
-    return std::string(OpenWinIni(files).Profile().GetString(section, key, defaultValue));
+    ProfileStore store = OpenWinIni(files);
+    return Bytes(store.Profile().GetString(Text(section), Text(key), Text(defaultValue)));
 }
 
 uint32_t WinIniInt(FileSystem& files, const std::string& section, const std::string& key, int32_t defaultValue)
 {
-    return OpenWinIni(files).Profile().GetInt(section, key, static_cast<uint32_t>(defaultValue));
+    return OpenWinIni(files).Profile().GetInt(Text(section), Text(key), static_cast<uint32_t>(defaultValue));
 }
 
 std::string WinIniSection(FileSystem& files, const std::string& section)
 {
     std::string lines;
-    for (const std::string& line : OpenWinIni(files).Profile().GetSection(section))
-        lines.append(line).push_back('\0');
+    ProfileStore store = OpenWinIni(files);
+    for (const std::string& line : store.Profile().GetSection(Text(section)))
+        lines.append(Bytes(line)).push_back('\0');
     return lines;
 }
 
@@ -58,7 +71,10 @@ bool WriteWinIni(FileSystem& files, const std::string& section, const std::optio
                  const std::optional<std::string>& value)
 {
     ProfileStore store = OpenWinIni(files);
-    return key ? store.Write(section, *key, value) : store.DeleteSection(section);
+    if (!key)
+        return store.DeleteSection(Text(section));
+    return value ? store.Write(Text(section), Text(*key), Text(*value))
+                 : store.Write(Text(section), Text(*key), std::nullopt);
 }
 
 }  // namespace tvn2x

@@ -41,20 +41,30 @@ std::wstring_view TrimText(std::wstring_view text)
                                             : text.substr(first, text.find_last_not_of(L' ') + 1 - first);
 }
 
-/// The file that a path names: a bare name means the system's folder, as with the system's own functions.
-std::wstring FileOf(const std::wstring& path)
+/// What a path that begins with one separator stands on: the drive or the share of the current folder.
+std::wstring_view CurrentRoot(std::wstring_view current)
 {
-    return path.empty() || NamePart(path).size() != path.size() ? path : JoinPath(WindowsFolder(), path);
+    constexpr std::wstring_view separators = L"\\/";
+    if (current.size() >= 2 && current[1] == L':')
+        return current.substr(0, 2);
+    if (current.size() < 2 || !IsSeparator(current[0]) || !IsSeparator(current[1]))
+        return {};
+    const size_t host = std::min(current.find_first_of(separators, 2), current.size() - 1);
+    return current.substr(0, current.find_first_of(separators, host + 1));
 }
 
-bool IsSeparator(wchar_t c)
+/// A text for WIN.INI, nothing where the code page lacks one of its characters.
+std::optional<std::string> CodePageText(std::wstring_view text)
 {
-    return c == L'\\' || c == L'/';
+    text = text.substr(0, text.find(L'\0'));
+    std::string bytes = ToCodePage(text);
+    return FromCodePage(bytes) == text ? std::optional(std::move(bytes)) : std::nullopt;
 }
 
 }  // namespace
 
-clsIniFile::clsIniFile(FileSystem& files, MessageBoxes& messages) : files_(files), messages_(messages), store_(files)
+clsIniFile::clsIniFile(FileSystem& files, MessageBoxes& messages, const CodePage& codePage)
+    : files_(files), messages_(messages), codePage_(codePage), store_(files, codePage)
 {
     const std::wstring module = RunningModule();
     SectionName(L"General");
@@ -82,6 +92,16 @@ void clsIniFile::FullPath(const std::wstring& path)
     useWinIni_ = false;
 }
 
+/// The file that a path names: a bare name means the system's folder, as with the system's own functions. Any other
+/// path means what it does now, however the current folder changes.
+std::wstring clsIniFile::FileOf(const std::wstring& path) const
+{
+    const std::wstring_view name = NamePart(path);
+    if (path.empty())
+        return path;
+    return JoinPath(name.size() == path.size() ? WindowsFolder() : ExtractPath(path), name);
+}
+
 void clsIniFile::TakePath(const std::wstring& path)
 {
     fullPath_ = path;
@@ -94,8 +114,7 @@ void clsIniFile::SectionName(const std::wstring& name)
 {
     sectionName_ = name;
     registered_ = !IsBlankText(name);
-    codePageSection_ = ToCodePage(name);
-    utf8Section_ = ToUtf8(name);
+    section_ = profile::FromCaller(name);
 }
 
 std::wstring clsIniFile::ExtractName(const std::wstring& path, int32_t choice) const
@@ -107,8 +126,10 @@ std::wstring clsIniFile::ExtractName(const std::wstring& path, int32_t choice) c
 std::wstring clsIniFile::ExtractPath(const std::wstring& path) const
 {
     std::wstring folder(FolderPart(path));
-    if (!folder.empty() && IsSeparator(folder[0]))
-        return folder;
+    if (!folder.empty() && IsSeparator(folder[0])) {
+        const bool whole = folder.size() > 1 && IsSeparator(folder[1]);
+        return whole ? folder : std::wstring(CurrentRoot(files_.CurrentFolder())) + folder;
+    }
     const bool drive = path.size() >= 2 && path[1] == L':';
     if (drive && path.size() > 2 && IsSeparator(path[2]))
         return folder;
@@ -146,23 +167,27 @@ std::wstring clsIniFile::GetString(const std::wstring& key, const std::wstring& 
 {
     if (!Registered())
         return {};
-    if (useWinIni_)
-        return FromCodePage(WinIniString(files_, codePageSection_, ToCodePage(key), ToCodePage(defaultValue)));
+    if (useWinIni_) {
+        const auto section = CodePageText(sectionName_), name = CodePageText(key);
+        return section && name ? FromCodePage(WinIniString(files_, *section, *name, ToCodePage(defaultValue)))
+                               : defaultValue;
+    }
     const ProfileFile& profile = store_.Profile();
-    const std::string fallback = profile.Encode(defaultValue);
-    return profile.Decode(
-        profile.GetString(SectionIn(profile), profile.Encode(key), fallback).substr(0, profile::longestText));
+    const std::string fallback = profile::FromCaller(defaultValue);
+    return profile.Decode(profile::FirstCharacters(profile.GetString(section_, profile::FromCaller(key), fallback)));
 }
 
 int32_t clsIniFile::GetLong(const std::wstring& key, int32_t defaultValue)
 {
     if (!Registered())
         return 0;
-    if (useWinIni_)
-        return static_cast<int32_t>(WinIniInt(files_, codePageSection_, ToCodePage(key), defaultValue));
+    if (useWinIni_) {
+        const auto section = CodePageText(sectionName_), name = CodePageText(key);
+        return section && name ? static_cast<int32_t>(WinIniInt(files_, *section, *name, defaultValue)) : defaultValue;
+    }
     const ProfileFile& profile = store_.Profile();
     return static_cast<int32_t>(
-        profile.GetInt(SectionIn(profile), profile.Encode(key), static_cast<uint32_t>(defaultValue)));
+        profile.GetInt(section_, profile::FromCaller(key), static_cast<uint32_t>(defaultValue)));
 }
 
 int16_t clsIniFile::GetInt(const std::wstring& key, int16_t defaultValue)
@@ -182,15 +207,16 @@ bool clsIniFile::WriteKey(const std::wstring& key, const std::optional<std::wstr
     if (!Registered())
         return false;
     if (useWinIni_) {
-        const auto bytes = value ? std::optional<std::string>(ToCodePage(*value)) : std::nullopt;
-        const bool written = WriteWinIni(files_, codePageSection_, ToCodePage(key), bytes);
+        const auto section = CodePageText(sectionName_), name = CodePageText(key);
+        const auto text = value ? CodePageText(*value) : std::nullopt;
+        const bool fits = section && name && text.has_value() == value.has_value();
+        const bool written = fits && WriteWinIni(files_, *section, *name, text);
         WinIniWritten();
         return written;
     }
-    const ProfileFile& profile = store_.Profile();
-    const std::string keyBytes = profile.Encode(key);
-    return store_.Write(SectionIn(profile), keyBytes,
-                        value ? std::optional<std::string>(profile.Encode(*value)) : std::nullopt);
+    const std::string name = profile::FromCaller(key);
+    return value ? store_.Write(section_, name, profile::FromCaller(*value))
+                 : store_.Write(section_, name, std::nullopt);
 }
 
 int16_t clsIniFile::PutString(const std::wstring& key, const std::wstring& value)
@@ -223,10 +249,11 @@ void clsIniFile::DeleteSection()
     if (!Registered())
         return;
     if (useWinIni_) {
-        WriteWinIni(files_, codePageSection_, std::nullopt, std::nullopt);
+        if (const auto section = CodePageText(sectionName_))
+            WriteWinIni(files_, *section, std::nullopt, std::nullopt);
         WinIniWritten();
     } else {
-        store_.DeleteSection(SectionIn(store_.Profile()));
+        store_.DeleteSection(section_);
     }
 }
 
@@ -243,8 +270,8 @@ std::optional<std::wstring> clsIniFile::Find(std::string_view key)
     if (!Registered())
         return std::nullopt;
     const ProfileFile& profile = store_.Profile();
-    const auto value = profile.Find(SectionIn(profile), key);
-    return value ? std::optional<std::wstring>(profile.Decode(value->substr(0, profile::longestText))) : std::nullopt;
+    const auto value = profile.Find(section_, key);
+    return value ? std::optional<std::wstring>(profile.Decode(profile::FirstCharacters(*value))) : std::nullopt;
 }
 
 bool clsIniFile::Has(std::string_view key)
@@ -252,7 +279,7 @@ bool clsIniFile::Has(std::string_view key)
     if (!Registered())
         return false;
     const ProfileFile& profile = store_.Profile();
-    return profile.Find(SectionIn(profile), key).has_value();
+    return profile.Find(section_, key).has_value();
 }
 
 int32_t clsIniFile::FindLong(std::string_view key, int32_t defaultValue)
@@ -260,20 +287,19 @@ int32_t clsIniFile::FindLong(std::string_view key, int32_t defaultValue)
     if (!Registered())
         return 0;
     const ProfileFile& profile = store_.Profile();
-    return static_cast<int32_t>(profile.GetInt(SectionIn(profile), key, static_cast<uint32_t>(defaultValue)));
+    return static_cast<int32_t>(profile.GetInt(section_, key, static_cast<uint32_t>(defaultValue)));
 }
 
 bool clsIniFile::Put(std::string_view key, std::wstring_view value)
 {
     if (!Registered())
         return false;
-    const ProfileFile& profile = store_.Profile();
-    return store_.Write(SectionIn(profile), key, profile.Encode(value));
+    return store_.Write(section_, key, profile::FromCaller(value));
 }
 
 bool clsIniFile::Delete(std::string_view key)
 {
-    return Registered() && store_.Write(SectionIn(store_.Profile()), key, std::nullopt);
+    return Registered() && store_.Write(section_, key, std::nullopt);
 }
 
 }  // namespace tvn2x

@@ -16,13 +16,14 @@ namespace tvn2x {
 /// One initialisation file and one current section: each read or write names the key alone.
 ///
 /// Outside a batch every read sees the file as it is now and every write is committed at once, in one step. A read,
-/// write or delete without a section name tells the user so and has no effect. A text that holds a line end or a NUL,
-/// or more than 32,767 characters, is not written. Nothing here raises an error of its own.
+/// write or delete without a section name tells the user so and has no effect. A text that holds a line end, or more
+/// than 32,767 characters, is not written; a NUL ends a text. One that the code page cannot hold makes the private file
+/// a UTF-16LE file, and is not written to WIN.INI. Nothing here raises an error of its own.
 class clsIniFile
 {
 public:
     /// Bound to the running module's own .ini file beside it, section "General".
-    clsIniFile(FileSystem& files, MessageBoxes& messages);
+    clsIniFile(FileSystem& files, MessageBoxes& messages, const CodePage& codePage = SystemCodePage());
     virtual ~clsIniFile() = default;
 
     const std::wstring& PrivPath() const { return privatePath_; }
@@ -39,7 +40,7 @@ public:
 
     /// File name of a path, or of the full path where it is empty: 1 before its first ".", 2 behind it, 0 the whole.
     std::wstring ExtractName(const std::wstring& path, int32_t choice = 0) const;
-    /// Folder of a path, without a separator at its end unless it is a root; relative to the current folder.
+    /// Folder of a path, without a separator at its end unless it is a root; relative to the current folder and drive.
     std::wstring ExtractPath(const std::wstring& path) const;
     int16_t Exists(const std::wstring& name) const;  ///< -1 where a file has that name, else 0; "net" finds "net.*"
 
@@ -81,7 +82,7 @@ public:
     int32_t FindLong(std::string_view key, int32_t defaultValue);
     bool Put(std::string_view key, std::wstring_view value);
     bool Delete(std::string_view key);
-    /// The size of the private file as it was read, in bytes.
+    /// The size of the private file as it was read, in bytes of UTF-8.
     size_t TextSize() { return store_.Profile().TextSize(); }
     /// Whether the private file can be read, or does not exist.
     bool Readable() { return store_.Readable(); }
@@ -92,15 +93,13 @@ protected:
 
 private:
     bool Registered() const;
-    const std::string& SectionIn(const ProfileFile& profile) const
-    {
-        return profile.IsUnicode() ? utf8Section_ : codePageSection_;
-    }
     bool WriteKey(const std::wstring& key, const std::optional<std::wstring>& value);
     void TakePath(const std::wstring& path);
+    std::wstring FileOf(const std::wstring& path) const;
 
     FileSystem& files_;
     MessageBoxes& messages_;
+    const CodePage& codePage_;
     ProfileStore store_;
     std::wstring sectionName_;
     std::wstring privatePath_;
@@ -110,8 +109,7 @@ private:
     std::wstring fileExt_;
     bool registered_ = false;
     bool useWinIni_ = false;
-    std::string codePageSection_;  ///< the section name in either encoding a file may have
-    std::string utf8Section_;
+    std::string section_;  ///< the section's name as a profile takes it
 };
 
 }  // namespace tvn2x

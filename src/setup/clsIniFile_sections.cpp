@@ -6,17 +6,31 @@
 #include "util/Encoding.h"
 
 namespace tvn2x {
+namespace {
+
+/// Adds an item to a list whose items end with a NUL: up to a NUL of its own, and none that has nothing before it,
+/// which would end the list.
+void AppendListed(std::wstring& list, const std::wstring& item)
+{
+    const size_t length = std::min(item.find(L'\0'), item.size());
+    if (length != 0)
+        list.append(item, 0, length).push_back(L'\0');
+}
+
+}  // namespace
 
 std::wstring clsIniFile::GetSectEntries()
 {
     if (!Registered())
         return {};
-    if (useWinIni_)
-        return FromCodePage(WinIniSection(files_, codePageSection_));
+    if (useWinIni_) {
+        const std::string section = ToCodePage(sectionName_);
+        return FromCodePage(section) == sectionName_ ? FromCodePage(WinIniSection(files_, section)) : std::wstring();
+    }
     const ProfileFile& profile = store_.Profile();
     std::wstring entries;
-    for (const std::string& line : profile.GetSection(SectionIn(profile)))
-        entries.append(profile.Decode(line)).push_back(L'\0');
+    for (const std::string& line : profile.GetSection(section_))
+        AppendListed(entries, profile.Decode(line));
     return entries;
 }
 
@@ -39,7 +53,7 @@ std::wstring clsIniFile::GetSections()
     GetSectionsEx(names);
     std::wstring list;
     for (const std::wstring& name : names)
-        list.append(name).push_back(L'\0');
+        AppendListed(list, name);
     list.push_back(L'\0');
     return list;
 }
@@ -47,7 +61,7 @@ std::wstring clsIniFile::GetSections()
 void clsIniFile::GetSectionsEx(std::vector<std::wstring>& names)
 {
     names.clear();
-    ProfileStore winIni(files_);
+    ProfileStore winIni(files_, codePage_);
     if (useWinIni_)
         winIni.Bind(fullPath_);
     const ProfileFile& profile = useWinIni_ ? winIni.Profile() : store_.Profile();
@@ -71,7 +85,7 @@ int16_t clsIniFile::IniRead(const std::wstring& section, const std::wstring& key
                             const std::wstring& defaultText, std::wstring& text, bool readNumber,
                             const std::wstring& path)
 {
-    clsIniFile other(files_, messages_);
+    clsIniFile other(files_, messages_, codePage_);
     other.FullPath(path);
     other.SectionName(section);
     if (!readNumber) {
@@ -86,7 +100,7 @@ int16_t clsIniFile::IniRead(const std::wstring& section, const std::wstring& key
 int16_t clsIniFile::IniWrite(const std::wstring& section, const std::wstring& key, const std::wstring& value,
                              const std::wstring& path)
 {
-    clsIniFile other(files_, messages_);
+    clsIniFile other(files_, messages_, codePage_);
     other.FullPath(path);
     other.SectionName(section);
     return other.PutString(key, value);

@@ -1,8 +1,9 @@
-// Any bytes as an initialisation file, then any sequence of reads and writes: what was written reads back, lines that a
-// write does not touch stay, and the file in memory answers as the file that it would be written to.
+// Any bytes as an initialisation file in one of three code pages, then any sequence of reads and writes: what was
+// written reads back, lines that a write does not touch stay, also where the file becomes UTF-16, and the file in
+// memory answers as the file that it would be written to.
 //
 // The file ends at the first byte 0x1E; the same byte ends each step. A step is one letter (w write, d delete a key,
-// s delete a section, l write a section) and up to three texts with 0x1F between them.
+// s delete a section, l write a section) and up to three texts in UTF-8 with 0x1F between them.
 
 #include <algorithm>
 #include <array>
@@ -13,25 +14,34 @@
 
 #include "Require.h"
 #include "setup/ProfileFile.h"
+#include "support/ShiftedCodePage.h"
+#include "util/Encoding.h"
+#include "util/FileText.h"
 
 namespace {
 
 using namespace tvn2x;
 using fuzz::Require;
 
-using Lines = std::vector<std::string>;
+using Lines = std::vector<std::wstring>;
 
-Lines LinesOf(const std::string& rendered, bool withBlank)
+const CodePage& PageFor(size_t number)
+{
+    static const ShiftedCodePage shifted;
+    return number % 3 == 0 ? SystemCodePage() : number % 3 == 1 ? Utf8CodePage() : shifted;
+}
+
+Lines LinesOf(const std::string& rendered, bool withBlank, const CodePage& page)
 {
     const bool isUnicode = rendered.starts_with("\xFF\xFE");
     const std::string text =
-        isUnicode ? profile::FromUtf16(std::string_view(rendered).substr(2, (rendered.size() - 2) & ~size_t{1}))
-                  : rendered;
+        isUnicode ? file_text::FromUtf16(std::string_view(rendered).substr(2, (rendered.size() - 2) & ~size_t{1}))
+                  : file_text::FromBytes(rendered, page);
     Lines lines;
     profile::LineScanner scanner(text);
     for (profile::Line line; scanner.Next(line);) {
         if (withBlank || !profile::Trim(line.Text(text)).empty())
-            lines.emplace_back(line.Text(text));
+            lines.push_back(file_text::ToWide(line.Text(text), page));
     }
     return lines;
 }
@@ -77,8 +87,7 @@ struct Step
     std::array<std::string, 3> text;
 };
 
-/// A file of UTF-16 takes texts in UTF-8, which any bytes need not be.
-Step Decoded(std::string_view bytes, const ProfileFile& profile)
+Step Decoded(std::string_view bytes)
 {
     Step step;
     if (bytes.empty())
@@ -86,9 +95,7 @@ Step Decoded(std::string_view bytes, const ProfileFile& profile)
     step.kind = bytes.front();
     bytes.remove_prefix(1);
     for (std::string& text : step.text) {
-        text = NextPart(bytes, '\x1F');
-        if (profile.IsUnicode())
-            text = profile.Encode(ProfileFile().Decode(text));
+        text = file_text::FromWide(FromUtf8(NextPart(bytes, '\x1F')));
     }
     return step;
 }
@@ -119,11 +126,10 @@ void RequireReadBack(const ProfileFile& profile, const Step& step)
 }
 
 /// How many lines a step on a file as it was read may take away and bring.
-void RequireLocal(const Lines& before, const std::string& rendered, const Step& step)
+void RequireLocal(const Lines& before, const Lines& after, const Step& step)
 {
     if (step.kind == 'w' || step.kind == 'd' || step.kind == 's')
-        RequireOneChange(before, LinesOf(rendered, true), step.kind == 's' ? before.size() : 1,
-                         step.kind == 'w' ? 2 : 0);
+        RequireOneChange(before, after, step.kind == 's' ? before.size() : 1, step.kind == 'w' ? 2 : 0);
 }
 
 }  // namespace
@@ -132,13 +138,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     std::string_view input(reinterpret_cast<const char*>(data), size);
     const std::string content(NextPart(input, '\x1E'));
-    ProfileFile profile(content);
+    const CodePage& page = PageFor(size);
+    ProfileFile profile(content, page);
     Require(profile.Render() == content, "an unchanged file is written as it was read");
     std::string rendered = content;
     for (int steps = 0; steps < 30 && !input.empty(); ++steps) {
-        const Step step = Decoded(NextPart(input, '\x1E'), profile);
-        ProfileFile fresh(rendered);
-        const Lines before = LinesOf(rendered, true);
+        const Step step = Decoded(NextPart(input, '\x1E'));
+        ProfileFile fresh(rendered, page);
+        const Lines before = LinesOf(rendered, true, page);
         const bool done = Apply(profile, step);
         Require(done == Apply(fresh, step), "the same result");
         const std::string alone = fresh.Render();
@@ -147,12 +154,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         else {
             RequireReadBack(profile, step);
             RequireReadBack(fresh, step);
-            RequireLocal(before, alone, step);
+            RequireLocal(before, LinesOf(alone, true, page), step);
         }
         rendered = profile.Render();
         // Where a new line goes between blank ones may depend on what was written before it.
-        Require(LinesOf(alone, false) == LinesOf(rendered, false), "the same lines in one go and one by one");
-        const ProfileFile again(rendered);
+        Require(LinesOf(alone, false, page) == LinesOf(rendered, false, page),
+                "the same lines in one go and one by one");
+        const ProfileFile again(rendered, page);
         Require(again.Render() == rendered, "what was written is read and written the same");
         RequireSameAnswers(profile, again, step.text[0], step.text[1]);
     }

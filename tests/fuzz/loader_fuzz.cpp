@@ -1,4 +1,5 @@
-// Any bytes as a setup file: refused, or loaded; what was loaded is saved, and comes back as it was.
+// Any bytes as a setup file in one of three code pages: refused, or loaded; what was loaded is saved, and comes back as
+// it was.
 
 #include <algorithm>
 #include <cmath>
@@ -11,6 +12,7 @@
 #include "support/FixedLocale.h"
 #include "support/MemoryFiles.h"
 #include "support/RecordingMessageBoxes.h"
+#include "support/ShiftedCodePage.h"
 #include "util/RaisedError.h"
 
 namespace {
@@ -49,7 +51,7 @@ void RequireSame(const SetupDocument& left, const SetupDocument& right)
 class Trial
 {
 public:
-    explicit Trial(bool comma) : locale_(comma ? CommaLocale() : FixedLocale()) {}
+    Trial(bool comma, const CodePage& page) : locale_(comma ? CommaLocale() : FixedLocale()), page_(page) {}
 
     void Run(const std::string& content)
     {
@@ -59,15 +61,15 @@ public:
             RequireSame(SetupDocument(), document);
             return;
         }
-        // Characters that the code page lacks are lost in a new file.
-        const bool isUnicode = content.starts_with("\xFF\xFE");
         Require(SaveSetup(document, environment_, product, L"2.0", copy), "saved as a new file");
         const SetupDocument again = Reloaded(copy);
-        if (!isUnicode)
-            RequireSame(document, again);
+        RequireSame(document, again);
         RequireSettled(copy, again);
 
-        Require(SaveSetup(document, environment_, product, L"2.0", original), "saved in place");
+        if (!SaveSetup(document, environment_, product, L"2.0", original)) {
+            Require(!content.starts_with("\xFF\xFE") && !page_.DecodeStrictly(content), "saved in place");
+            return;
+        }
         RequireSame(document, Reloaded(original));
         RequireSettled(original, Reloaded(original));
         Require(messages_.messages.empty(), "nothing is shown");
@@ -105,13 +107,20 @@ private:
     MemoryFiles files_;
     RecordingMessageBoxes messages_;
     FixedLocale locale_;
-    SetupEnvironment environment_{files_, messages_, locale_};
+    const CodePage& page_;
+    SetupEnvironment environment_{files_, messages_, locale_, page_};
 };
+
+const CodePage& PageFor(size_t number)
+{
+    static const ShiftedCodePage shifted;
+    return number % 3 == 0 ? SystemCodePage() : number % 3 == 1 ? Utf8CodePage() : shifted;
+}
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
-    Trial(size % 2 != 0).Run(std::string(reinterpret_cast<const char*>(data), size));
+    Trial(size % 2 != 0, PageFor(size / 2)).Run(std::string(reinterpret_cast<const char*>(data), size));
     return 0;
 }

@@ -106,6 +106,29 @@ TEST_F(ProfileRulesOnWindows, TheSystemAndTheEngineAnswerAlike)
 
 using FilesOnWindows = MachineFolder;
 
+TEST_F(FilesOnWindows, TheSystemReadsWhatTheCodePageCouldNotHold)
+{
+    const fs::path path = Make(L"net.ini", "; \xB5\r\n[s]\r\nk=dB\xB5V\r\n");
+    RecordingMessageBoxes messages;
+    clsIniFile ini(SystemFiles(), messages);
+    ini.FullPath(path.wstring());
+    ini.SectionName(L"\u041F");
+    ASSERT_EQ(ini.PutString(L"\u041C", L"\u010CT1"), -1);
+    ini.SectionName(L"s");
+    const auto read = [&](const wchar_t* section, const wchar_t* key) {
+        wchar_t text[64];
+        GetPrivateProfileStringW(section, key, L"-", text, 64, path.c_str());
+        return std::wstring(text);
+    };
+    EXPECT_EQ(read(L"\u041F", L"\u041C"), L"\u010CT1");
+    EXPECT_EQ(read(L"s", L"k"), ini.GetString(L"k", L""));
+    ASSERT_TRUE(WritePrivateProfileStringW(L"s", L"n", L"\u0420", path.c_str()));
+    WritePrivateProfileStringW(nullptr, nullptr, nullptr, path.c_str());
+    EXPECT_EQ(ini.GetString(L"n", L""), L"\u0420");
+    EXPECT_EQ(ini.GetSections(), std::wstring(L"s\0\u041F\0\0", 5));
+    EXPECT_TRUE(ini.SectExist(L"\u041F"));
+}
+
 TEST_F(FilesOnWindows, AFileThatSomebodyHoldsOrThatIsReadOnlyStaysWholeAndAHiddenOneStaysHidden)
 {
     const fs::path path = Make(L"net.ini", "old");
@@ -280,6 +303,7 @@ TEST(WinIni, TakesThePlaceOfThePrivateFileAndIsWrittenAndReadThroughTheSystem)
     EXPECT_TRUE(ini.SectExist(ini.SectionName()));
     EXPECT_EQ(ini.GetSectEntries(), std::wstring(L"k=v\0number=-7\0", 14));
     EXPECT_EQ(ini.PutString(L"k", L"x\n[y]"), 0) << "no value can forge a section";
+    EXPECT_EQ(ini.PutString(L"k", std::wstring(1, static_cast<wchar_t>(0xD83D))), 0) << "no code page holds this";
     EXPECT_TRUE(ini.DeleteNumEntry(L"number"));
     EXPECT_EQ(ini.GetLong(L"number", 1), 1);
     ini.DeleteSection();

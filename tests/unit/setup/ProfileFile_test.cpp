@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "setup/ProfileRules.h"
+#include "support/ShiftedCodePage.h"
 
 using namespace std::string_literals;
 
@@ -122,6 +124,48 @@ TEST(ProfileFile, AnswersBeforeRenderingAsTheRenderedFileDoes)
                 ASSERT_EQ(again.Find(section, key), profile.Find(section, key)) << content << section << "|" << key;
         }
     }
+}
+
+TEST(ProfileFile, ATextThatTheCodePageLacksMakesItAUtf16FileCommentsAndAll)
+{
+    const ShiftedCodePage shifted;
+    const std::string old = "; \x83\x5D\n\n[\x83\x5D\x81\x5B]\nk = \xED\x40 ; c\nm=\"1\"";
+    const auto text = [](std::wstring_view wide) { return file_text::FromWide(wide); };
+    const std::string section = text(L"\u30BE\u30FC");
+    for (const int changed : {0, 1, 2}) {
+        const std::string micro = text(L"dB\u00B5V");
+        ProfileFile profile(old, shifted);
+        ASSERT_EQ(text(L"\u30BE\u30FC"), profile.GetSectionNames()[0]) << "a bracket in a character is none";
+        EXPECT_FALSE(profile.Find(section, text(L"\u00B5"))) << "what the code page lacks is not \"?\"";
+        ASSERT_TRUE(profile.Write(section, "m", "2"));
+        EXPECT_FALSE(profile.IsUnicode());
+        EXPECT_EQ(old.substr(0, old.find("m=")) + "m=2\n", profile.Render());
+        const std::array<std::string, 3> write = {changed == 0 ? micro : section, changed == 1 ? micro : "n",
+                                                  changed == 2 ? micro : "3"};
+        ASSERT_TRUE(profile.Write(write[0], write[1], write[2]));
+        const std::string rendered = profile.Render();
+        ASSERT_EQ("\xFF\xFE;", rendered.substr(0, 3));
+        const ProfileFile again(rendered, SystemCodePage());
+        EXPECT_EQ(write[2], again.GetString(write[0], write[1], ""));
+        EXPECT_EQ(text(L"\u7E8A ; c"), again.GetString(section, "k", ""));
+        EXPECT_EQ("2", again.GetString(section, "m", ""));
+        EXPECT_EQ(L"; \u30BE\n\n[\u30BE\u30FC]\nk = \u7E8A ; c\nm=2\n",
+                  file_text::ToWide(file_text::FromUtf16(std::string_view(rendered).substr(2)), shifted).substr(0, 24));
+    }
+    // A byte that is no character has no place in UTF-16; without it the file can follow.
+    ProfileFile broken("[s]\r\nk=\x83\r\nm=1\r\n", shifted);
+    EXPECT_FALSE(broken.Write("s", "m", text(L"\u00B5")));
+    EXPECT_FALSE(broken.WriteSection("s", {"m=\u00B5"}));
+    EXPECT_TRUE(broken.Write("s", "m", text(L"\u30BE")));
+    EXPECT_EQ("[s]\r\nk=\x83\r\nm=\x83\x5D\r\n", broken.Render());
+    EXPECT_TRUE(broken.Write("s", "k", std::nullopt));
+    EXPECT_TRUE(broken.Write("s", "m", text(L"\u00B5")));
+    EXPECT_TRUE(broken.IsUnicode());
+
+    ProfileFile names("[s]\n\x83\x41=1\n", shifted);
+    EXPECT_FALSE(names.Find("s", text(L"\u30C2"))) << "\"A\" and \"a\" inside characters are no two cases of a letter";
+    EXPECT_EQ("1", names.GetString("S", text(L"\u30A2"), ""));
+    EXPECT_EQ((std::vector<std::string>{"s"}), ProfileFile("[s]\n[\x83\x5D\n", shifted).GetBracketedLines());
 }
 
 /// Files of the worst shapes: what would cost more than a fixed amount of work per byte would take minutes here.

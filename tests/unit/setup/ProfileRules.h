@@ -14,6 +14,7 @@
 #include "setup/ProfileFile.h"
 #include "setup/ProfileStore.h"
 #include "support/MemoryFiles.h"
+#include "util/FileText.h"
 
 namespace tvn2x {
 
@@ -111,9 +112,12 @@ inline std::string AnswerTo(const Rule& rule)
     const std::vector<std::string> arguments = Split(rule.arguments, ',');
     const auto text = [&](size_t i) {
         const RuleText given = Unescape(arguments[i]);
-        return given && profile.IsUnicode() ? profile.Encode(ProfileFile().Decode(*given)) : given;
+        return given ? RuleText(file_text::FromBytes(*given, SystemCodePage())) : given;
     };
     const auto number = [&] { return std::stoll(arguments.back()); };
+    const auto bytes = [](std::string_view answer) {
+        return file_text::ToBytes(std::string(answer), SystemCodePage());
+    };
     const auto filled = [](std::string buffer, size_t nuls) {
         const std::string result = std::to_string(buffer.size());
         return "ret=" + result + " buf=" + Escape(buffer.append(nuls, '\0'));
@@ -126,7 +130,7 @@ inline std::string AnswerTo(const Rule& rule)
     const auto list = [&](const Names& names, size_t nulsIfEmpty) {
         std::string all;
         for (const std::string& name : names)
-            all.append(name).push_back('\0');
+            all.append(bytes(name)).push_back('\0');
         const auto size = static_cast<size_t>(number());
         const bool fits = all.size() < size && !all.empty();
         all.resize(fits ? all.size() : std::min(all.size(), size - 2));
@@ -148,10 +152,8 @@ inline std::string AnswerTo(const Rule& rule)
         return "ret=" +
                std::to_string(section && key ? profile.GetInt(*section, *key, static_cast<uint32_t>(number())) : 0);
     if (call == "GetPrivateProfileStringA") {
-        if (section && key) {
-            const std::string value(profile.GetString(*section, *key, text(2).value_or("")));
-            return single(profile.IsUnicode() ? ProfileFile().Encode(profile.Decode(value)) : value);
-        }
+        if (section && key)
+            return single(bytes(profile.GetString(*section, *key, text(2).value_or(""))));
         Names names = section ? profile.GetSection(*section) : profile.GetSectionNames();
         for (std::string& name : names)
             name.resize(std::min(name.size(), section ? name.find('=') : name.size()));

@@ -9,6 +9,8 @@
 #include "support/FaultyFiles.h"
 #include "support/MemoryFiles.h"
 #include "support/RecordingMessageBoxes.h"
+#include "support/ShiftedCodePage.h"
+#include "util/FileText.h"
 
 namespace tvn2x {
 namespace {
@@ -23,6 +25,11 @@ protected:
         files.Put(path, old);
         ini.FullPath(path);
         ini.SectionName(L"s");
+    }
+
+    static std::string utf16(const std::wstring& text)
+    {
+        return "\xFF\xFE" + file_text::ToUtf16(file_text::FromWide(text), SystemCodePage());
     }
 
     const std::string old = "[s]\r\nk=1\r\n";
@@ -47,6 +54,9 @@ TEST_F(IniFile, StartsOnTheRunningModulesOwnFileAndTakesPathsApart)
         {L"D:net.ini", L"net.ini", L"net", L"ini", L"D:\\"},
         {L"net.ini", L"net.ini", L"net", L"ini", L"C:\\current"},
         {L"sub\\net.ini", L"net.ini", L"net", L"ini", L"C:\\current\\sub"},
+        {L"\\data\\net.ini", L"net.ini", L"net", L"ini", L"C:\\data"},
+        {L"/net.ini", L"net.ini", L"net", L"ini", L"C:/"},
+        {L"\\\\?\\D:\\net.ini", L"net.ini", L"net", L"ini", L"\\\\?\\D:"},
         {L"\\\\host\\share\\net.ini", L"net.ini", L"net", L"ini", L"\\\\host\\share"},
     };
     for (const auto& [whole, name, title, extension, folder] : cases) {
@@ -55,6 +65,8 @@ TEST_F(IniFile, StartsOnTheRunningModulesOwnFileAndTakesPathsApart)
         EXPECT_EQ(extension, ini.ExtractName(whole, 2));
         EXPECT_EQ(folder, ini.ExtractPath(whole));
     }
+    files.current = L"\\\\host\\share\\sub";
+    EXPECT_EQ(L"\\\\host\\share\\data", ini.ExtractPath(L"\\data\\net.ini"));
     EXPECT_EQ(L"net", ini.ExtractName(L"", 1)) << "an empty path means the full path";
 }
 
@@ -103,11 +115,11 @@ TEST_F(IniFile, ReadsTrueFromItsSevenWordsOnly)
 
 TEST_F(IniFile, WritesAndReadsEachType)
 {
-    EXPECT_NE(0, ini.PutString(L"text", L"50 \u20AC \u041C"));
+    EXPECT_NE(0, ini.PutString(L"text", L"50 \u20AC"));
     EXPECT_NE(0, ini.PutInt(L"number", -12));
     EXPECT_TRUE(ini.PutTF(L"flag", 5));
-    EXPECT_EQ(old + "text=50 \x80 ?\r\nnumber=-12\r\nflag=True\r\n", files.Content(path));
-    EXPECT_EQ(L"50 \u20AC ?", ini.GetString(L"TEXT", L""));
+    EXPECT_EQ(old + "text=50 \x80\r\nnumber=-12\r\nflag=True\r\n", files.Content(path));
+    EXPECT_EQ(L"50 \u20AC", ini.GetString(L"TEXT", L""));
     EXPECT_EQ(-12, ini.GetInt(L"number", 0));
     ini.PutString(L"number", L"70000");
     EXPECT_EQ(70000 - 65536, ini.GetInt(L"number", 0));
@@ -119,6 +131,81 @@ TEST_F(IniFile, WritesAndReadsEachType)
     ini.DeleteSection();
     EXPECT_EQ("", files.Content(path));
     EXPECT_EQ(0, ini.PutString(L"k", L"1\r\n[t]"));
+}
+
+TEST_F(IniFile, ATextThatTheCodePageLacksStaysWholeInAUtf16File)
+{
+    files.Put(path, "; \xB5\n[s]\nk=1\n?=no\n[\xDC]\n");
+    EXPECT_EQ(L"d", ini.GetString(L"\u041C", L"d"));
+    EXPECT_EQ(L"\u041C", ini.GetString(L"none", L"\u041C"));
+    EXPECT_NE(0, ini.PutString(L"k", L"\u041C"));
+    EXPECT_EQ(utf16(L"; \u00B5\n[s]\nk=\u041C\n?=no\n[\u00DC]\n"), files.Content(path));
+    EXPECT_EQ(L"\u041C", ini.GetString(L"k", L""));
+    EXPECT_EQ(std::wstring(L"s\0\u00DC\0\0", 5), ini.GetSections());
+    EXPECT_TRUE(ini.SectExist(L"\u00DC"));
+    EXPECT_FALSE(ini.SectExist(L"\u041C"));
+    ini.SectionName(L"\u041F");
+    EXPECT_NE(0, ini.PutString(L"\u041C", std::wstring(1, static_cast<wchar_t>(0xDC00)) + L"x"));
+    EXPECT_TRUE(ini.SectExist(L"\u041F"));
+    EXPECT_EQ(std::wstring(1, static_cast<wchar_t>(0xDC00)) + L"x", ini.GetString(L"\u041C", L""));
+
+    // 32,767 characters in either encoding, whatever they take inside.
+    for (const wchar_t* const text : {L"e", L"\u00E9", L"\u041C"}) {
+        std::wstring longest;
+        while (longest.size() < 32767)
+            longest += text;
+        EXPECT_NE(0, ini.PutString(L"long", longest));
+        EXPECT_EQ(0, ini.PutString(L"long", longest + text));
+        EXPECT_EQ(longest, ini.GetString(L"long", L""));
+        files.Put(path, utf16(L"[\u041F]\r\nlong=" + longest + L"more\r\n"));
+        EXPECT_EQ(longest, ini.GetString(L"long", L""));
+    }
+}
+
+TEST_F(IniFile, TheFileMayChangeItsEncodingUnderABatch)
+{
+    const std::wstring theirs = L"; \u00B5\r\n[s]\r\nk=1\r\n";
+    for (const bool isUnicode : {false, true}) {
+        for (const wchar_t* const value : {L"\u00FC", L"\u041C"}) {
+            files.Put(path, isUnicode ? old : utf16(L"[s]\r\nk=1\r\n"));
+            ini.BeginBatch();
+            ini.SectionName(L"s");
+            ini.PutString(L"k", value);
+            files.Put(path, isUnicode ? utf16(theirs) : "; \xB5\r\n[s]\r\nk=1\r\n");
+            ASSERT_TRUE(ini.CommitBatch());
+            const bool fits = value == std::wstring_view(L"\u00FC");
+            EXPECT_EQ(!isUnicode && fits ? "; \xB5\r\n[s]\r\nk=\xFC\r\n"
+                                         : utf16(L"; \u00B5\r\n[s]\r\nk=" + std::wstring(value) + L"\r\n"),
+                      files.Content(path));
+        }
+    }
+    // A file that cannot hold it stays theirs.
+    const ShiftedCodePage shifted;
+    clsIniFile other(files, messages, shifted);
+    other.FullPath(path);
+    other.SectionName(L"s");
+    files.Put(path, old);
+    other.BeginBatch();
+    EXPECT_NE(0, other.PutString(L"k", L"\u00B5"));
+    files.Put(path, "[s]\r\nm=\x83\r\n");
+    EXPECT_FALSE(other.CommitBatch());
+    EXPECT_EQ("[s]\r\nm=\x83\r\n", files.Content(path));
+    EXPECT_EQ(0, other.PutString(L"k", L"\u00B5"));
+    EXPECT_NE(0, other.PutString(L"k", L"\u30BE"));
+    EXPECT_EQ("[s]\r\nm=\x83\r\nk=\x83\x5D\r\n", files.Content(path));
+}
+
+TEST_F(IniFile, ANulEndsATextAndBreaksNoList)
+{
+    EXPECT_NE(0, ini.PutString(std::wstring(L"k\0x", 3), std::wstring(L"2\0\r\n[t]", 7)));
+    EXPECT_EQ("[s]\r\nk=2\r\n", files.Content(path));
+    EXPECT_EQ(L"2", ini.GetString(std::wstring(L"k\0y", 3), L""));
+    files.Put(path, std::string("[s]\r\na=1\0b=2\r\n\0c=3\r\nd=4\r\n[t\0u]\r\n[]\r\n[v]\r\n", 41));
+    EXPECT_EQ(std::wstring(L"a=1\0d=4\0", 8), ini.GetSectEntries());
+    std::vector<std::array<std::wstring, 2>> entries;
+    ini.GetSectEntriesEx(entries);
+    EXPECT_EQ((std::vector<std::array<std::wstring, 2>>{{L"a", L"1"}, {L"d", L"4"}}), entries);
+    EXPECT_EQ(std::wstring(L"s\0t\0v\0\0", 7), ini.GetSections());
 }
 
 TEST_F(IniFile, ListsSectionsAndEntries)
@@ -160,14 +247,6 @@ TEST_F(IniFile, ABatchWorksOnOneStateAndCommitsOnceInTheFileAsItIsThen)
     EXPECT_TRUE(ini.CommitBatch());
     EXPECT_EQ("; theirs\n[s]\nk=9\nm=7\n", files.Content(path)) << "our writes are made in their file";
     EXPECT_EQ(2, faulty.Count(FileOperation::rename));
-    ini.BeginBatch();
-    ini.PutString(L"k", L"\u00FC");
-    files.Put(path, "\xFF\xFE");
-    EXPECT_TRUE(ini.CommitBatch());
-    EXPECT_EQ(L"\u00FC", ini.GetString(L"k", L""));
-    EXPECT_EQ('\xFC', files.Content(path)[16]);
-    ini.PutString(L"n", L"\u041C\u00FC \u20AC");
-    EXPECT_EQ(L"\u041C\u00FC \u20AC", ini.GetString(L"N", L"")) << "a Unicode file takes every character";
 }
 
 TEST_F(IniFile, AFailedReadOrWriteLeavesTheOldFile)

@@ -103,8 +103,9 @@ public:
         return std::nullopt;
     }
 
-    std::wstring CurrentFolder() override { return L"C:\\current"; }
+    std::wstring CurrentFolder() override { return current; }
 
+    std::wstring current = L"C:\\current";
     std::set<std::wstring> readOnly;  ///< files that may not be written
     /// The time of day, which files get as the last even second. At 0 each write has a time of its own, long ago.
     uint64_t now = 0;
