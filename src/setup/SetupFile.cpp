@@ -19,7 +19,6 @@ namespace {
 constexpr double oldVersion = 1.4;
 constexpr double firstVersionWithHardware = 2.0;
 constexpr const wchar_t* loadSource = L"clsSetup.ISetup_Load";
-constexpr int32_t lastPosition = std::numeric_limits<int16_t>::max();
 
 std::wstring Replaced(std::wstring_view text, std::wstring_view part, std::wstring_view replacement)
 {
@@ -202,8 +201,7 @@ void Reader::ReadStaticSettings()
 void Reader::ReadParameters()
 {
     ini_.SectionName(section::parameters);
-    // Display positions have 16 bits, and so has the number of parameters.
-    count_ = std::max(ReadCount(MP_LAST, lastPosition - addedParameters), 0);
+    count_ = std::max(ReadCount(MP_LAST, mostParameters), 0);
     document_.Count(old_ ? count_ + addedParameters : count_);
     ReadFlags(section::display, 1);
     ReadFlags(section::save, 2);

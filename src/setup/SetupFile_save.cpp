@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <utility>
 
@@ -15,6 +16,23 @@ namespace tvn2x {
 using namespace setup_file;
 
 namespace {
+
+/// Fifteen digits of anything larger are read as more than a number can be.
+constexpr double largestNumber = 1.79769313486231e308;
+
+bool IsLoadable(double number)
+{
+    return std::fabs(number) <= largestNumber;
+}
+
+/// Whether LoadSetup takes what would be written. The rows of a list need no check: all of them are in the file.
+bool IsLoadable(const SetupDocument& document)
+{
+    bool loadable = document.Count() <= mostParameters && IsLoadable(document.DefaultSymbolRate());
+    for (int32_t row = 1; row <= document.ListSize() && loadable; ++row)
+        loadable = IsLoadable(document.Frequency(row)) && IsLoadable(document.SymbolRate(row));
+    return loadable;
+}
 
 /// What a caller's text is without a NUL and what follows it.
 std::wstring UpToNul(const std::wstring& text)
@@ -205,6 +223,8 @@ bool SaveSetup(SetupDocument& document, const SetupEnvironment& environment, con
 {
     if (fullPath.empty() && document.FileTitle() == L"Untitled")
         return false;
+    if (!IsLoadable(document))
+        return false;
     clsIniFile ini(environment.files, environment.messages, environment.codePage);
     ini.FullPath(NormalisedPath(ini, fullPath.empty() ? document.fullPath : fullPath));
     ini.BeginBatch();
@@ -233,7 +253,7 @@ bool BackupSetup(const SetupDocument& document, const SetupEnvironment& environm
     ini.FullPath(NormalisedPath(ini, fullPath));
     ini.BeginBatch();
     Writer writer(ini, document, environment.locale);
-    const bool written = writer.WriteIdentity(productName, appVersion) && writer.WriteContent();
+    const bool written = IsLoadable(document) && writer.WriteIdentity(productName, appVersion) && writer.WriteContent();
     writer.WriteBackup();
     return ini.CommitBatch() && written;
 }

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "setup/PathParts.h"
+#include "setup/SetupKeys.h"
 #include "setup/clsIniFile.h"
 
 namespace tvn2x::setup_file {
@@ -15,6 +16,10 @@ inline std::wstring NormalisedPath(const clsIniFile& ini, const std::wstring& pa
 {
     return path.empty() ? std::wstring() : JoinPath(ini.ExtractPath(path), ini.ExtractName(path, 0));
 }
+
+/// Display positions have 16 bits, and so has the number of parameters, with those that an old file gains.
+constexpr int32_t lastPosition = std::numeric_limits<int16_t>::max();
+constexpr int32_t mostParameters = lastPosition - addedParameters;
 
 /// The highest row number that the open file is believed to hold: any that a 16-bit integer can name, and above that as
 /// many as the file has room for, a row taking one line of at least 20 bytes.

@@ -3,6 +3,8 @@
 #include <cwctype>
 #include <vector>
 
+#include "util/FileKit.h"
+
 namespace tvn2x {
 std::wstring_view FaultText(FileFault fault)
 {
@@ -145,6 +147,9 @@ FileFault MoveInto(FileSystem& files, const std::wstring& from, const std::wstri
 
 FileFault ReplaceContent(FileSystem& files, const std::wstring& path, std::string_view content)
 {
+    // What nobody could read again must not take the place of what can be read.
+    if (content.size() > largestFile)
+        return FileFault::tooLarge;
     Replacement replacement(files);
     FileFault fault = replacement.Open(path);
     if (fault == FileFault::none)

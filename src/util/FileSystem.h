@@ -139,7 +139,7 @@ private:
 /// Renames `from` over `to` in one step, and not while another writer of the product works on `to`.
 FileFault MoveInto(FileSystem& files, const std::wstring& from, const std::wstring& to);
 
-/// Replaces a file's content, or creates the file, in one step.
+/// Replaces a file's content, or creates the file, in one step. What is larger than Read takes is FileFault::tooLarge.
 FileFault ReplaceContent(FileSystem& files, const std::wstring& path, std::string_view content);
 
 }  // namespace tvn2x

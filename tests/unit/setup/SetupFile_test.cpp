@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <fstream>
+#include <limits>
 #include <random>
 #include <string>
 #include <vector>
@@ -319,6 +321,52 @@ TEST_F(SetupFile, AnUntitledDocumentNeedsAPath)
     EXPECT_NE(std::string::npos, files.Content(L"C:/data/other.ini").find("second"));
     ASSERT_TRUE(Save(L"bare.ini"));
     EXPECT_EQ(L"C:\\current\\bare.ini", document.fullPath);
+}
+
+TEST_F(SetupFile, NothingIsWrittenThatCouldNotBeLoaded)
+{
+    const std::string old = header + "[Other]\r\n";
+    constexpr double infinite = std::numeric_limits<double>::infinity();
+    constexpr double largest = std::numeric_limits<double>::max();
+    void (*const faults[])(SetupDocument&) = {
+        [](SetupDocument& changed) { changed.Frequency(1, infinite); },
+        [](SetupDocument& changed) { changed.SymbolRate(1, -infinite); },
+        [](SetupDocument& changed) { changed.DefaultSymbolRate(std::numeric_limits<double>::quiet_NaN()); },
+        [](SetupDocument& changed) { changed.Frequency(1, largest); },
+        [](SetupDocument& changed) { changed.Count(32758); },
+    };
+    for (const auto& spoil : faults) {
+        SetupDocument spoilt;
+        spoil(spoilt);
+        spoilt.UserField(1, L"changed");
+        files.Put(path, old);
+        EXPECT_FALSE(Save(spoilt));
+        EXPECT_TRUE(spoilt.dirty);
+        EXPECT_EQ(old, files.Content(path));
+        EXPECT_FALSE(BackupSetup(spoilt, environment, product, L"2.1", path));
+    }
+    document.Count(32757);
+    document.Frequency(1, std::nextafter(1.79769313486231e308, 0));
+    ASSERT_TRUE(Save());
+    EXPECT_TRUE(Load());
+}
+
+TEST_F(SetupFile, ADocumentStaysOnTheDriveItWasLoadedFrom)
+{
+    const std::string content = header;
+    files.Put(L"C:\\data\\net.ini", content);
+    files.Put(L"D:\\data\\net.ini", content);
+    for (const wchar_t* const given : {L"\\data\\net.ini", L"C:net.ini"}) {
+        files.current = L"C:\\data";
+        ASSERT_TRUE(Load(document, given));
+        EXPECT_EQ(L"C:\\data\\net.ini", document.fullPath);
+        files.current = L"D:\\data";
+        document.UserField(1, L"changed");
+        ASSERT_TRUE(Save(L""));
+        EXPECT_EQ(content, files.Content(L"D:\\data\\net.ini"));
+        EXPECT_NE(content, files.Content(document.fullPath));
+        files.Put(document.fullPath, content);
+    }
 }
 
 TEST_F(SetupFile, ATextThatCannotBeWrittenEndsTheFileThere)
