@@ -47,12 +47,37 @@ std::optional<double> WholeNumber(std::string_view text)
     return isNegative ? -number : number;
 }
 
+/// The line in which a place of a file stands, from 1.
+int32_t LineOf(std::string_view content, size_t at)
+{
+    int32_t line = 1;
+    for (size_t i = 0; i < at; ++i) {
+        const bool isPair = content[i] == '\r' && content.substr(i + 1).starts_with('\n');
+        line += content[i] == '\n' || (content[i] == '\r' && !isPair) ? 1 : 0;
+    }
+    return line;
+}
+
+/// The level unit that a code page without a micro sign, or another than the reader's, has made such a text of; "" for
+/// any other text.
+std::wstring UnitBefore(std::wstring_view text)
+{
+    constexpr size_t longest = 6;  // two bytes of the sign, each read as a character, and one to spare
+    const bool isFramed = text.size() > 3 && text.size() <= longest && text.starts_with(L"dB") &&
+                          (text.back() == L'V' || text.back() == L'W');
+    const auto isOther = [](wchar_t c) { return c == L'?' || c >= 0x80; };
+    return isFramed && std::ranges::all_of(text.substr(2, text.size() - 3), isOther)
+               ? std::wstring(L"dBµ") + text.back()
+               : L"";
+}
+
 class Inspector
 {
 public:
-    Inspector(std::string_view content, std::wstring_view product) : text_(content), size_(content.size())
+    Inspector(std::string_view content, std::wstring_view product, const CodePage& codePage)
+        : text_(content, codePage), codePage_(codePage)
     {
-        if (InspectIdentity(product)) {
+        if (InspectEncoding(content) && InspectIdentity(product)) {
             InspectContent();
         }
     }
@@ -79,6 +104,7 @@ private:
         }
     }
 
+    bool InspectEncoding(std::string_view content);
     bool InspectIdentity(std::wstring_view product);
     void InspectModel(double version, int32_t line);
     void InspectContent();
@@ -94,10 +120,41 @@ private:
     double MostChannels() const;
 
     SetupText text_;
-    size_t size_;
+    const CodePage& codePage_;
     bool isOld_ = false;
     SetupInspection result_;
 };
+
+/// Texts that are read as others than were written. False where that keeps the file from being loaded.
+bool Inspector::InspectEncoding(std::string_view content)
+{
+    constexpr std::wstring_view remedy = L"Save it in a text editor as UTF-16 LE (\"Unicode\")";
+    const auto other = std::ranges::find_if(content, [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+    if (text_.IsUnicode() || other == content.end()) {
+        return true;
+    }
+    if (content.starts_with("\xEF\xBB\xBF")) {
+        const bool isHidden = text_.Find("Application") == nullptr;
+        Add({1,
+             L"the file begins with the mark of UTF-8, which is read as the beginning of its first line. " +
+                 std::wstring(remedy),
+             isHidden});
+        return !isHidden;
+    }
+    const int32_t line = LineOf(content, static_cast<size_t>(other - content.begin()));
+    const bool isSystemUtf8 = codePage_.Encode(L"µ") == Utf8CodePage().Encode(L"µ");
+    if (!isSystemUtf8 && Utf8CodePage().DecodeStrictly(content)) {
+        Doubt(line, L"the file looks like UTF-8, but is read in the system's code page: \"µ\" is read as \"" +
+                        codePage_.Decode(Utf8CodePage().Encode(L"µ")) + L"\". " + std::wstring(remedy));
+    } else if (!codePage_.DecodeStrictly(content)) {
+        Doubt(line,
+              L"the file has bytes that are no characters of the system's code page: another one has written it, "
+              L"and no text beyond the code page can be saved into it. Open it in a text editor in the code page "
+              L"that it was written in. " +
+                  std::wstring(remedy));
+    }
+    return true;
+}
 
 /// False for what is no setup at all.
 bool Inspector::InspectIdentity(std::wstring_view product)
@@ -248,10 +305,16 @@ void Inspector::InspectValue(const SetupKey& key, const SetupEntry& entry)
 {
     constexpr std::wstring_view units[] = {L"dBmV", L"dBpW", L"dBµW", L"dBm", L"dBµV", L"mV"};
     const std::wstring says = text_.Quoted(entry.key) + L" is " + text_.Quoted(entry.value);
-    if (key.key == std::string_view("Level Unit") &&
-        std::ranges::find(units, text_.Wide(entry.value)) == std::end(units)) {
+    const std::wstring unit = text_.Wide(entry.value);
+    if (key.key == std::string_view("Level Unit") && std::ranges::find(units, unit) == std::end(units)) {
+        const std::wstring before = UnitBefore(unit);
         Doubt(entry.line,
-              says + L", which is none of dBmV, dBpW, dBµW, dBm, dBµV, mV: the receiver keeps its own unit");
+              says + (before.empty()
+                          ? L", which is none of dBmV, dBpW, dBµW, dBm, dBµV, mV: the receiver keeps its own unit"
+                          : L", which is what another code page has made of " + before +
+                                L": the receiver keeps its own unit. Choose " + before +
+                                L" in the setup's editor and save it; texts with other characters than A to Z "
+                                L"may have changed too"));
     }
     if (key.kind == SetupKind::word) {
         constexpr std::string_view words[] = {"yes", "y", "true",  "t", "on",  "1", "-1",
@@ -283,7 +346,7 @@ double Inspector::MostChannels() const
 {
     constexpr double always = 32767;
     constexpr double bytesPerRow = 20;
-    return std::max(always, std::floor(static_cast<double>(size_) / bytesPerRow));
+    return std::max(always, std::floor(static_cast<double>(text_.Size()) / bytesPerRow));
 }
 
 int32_t Inspector::CountOf(const char* section, int32_t otherwise, double most)
@@ -388,14 +451,14 @@ bool SetupInspection::IsUsable() const
     return std::ranges::none_of(remarks, &SetupRemark::isFatal);
 }
 
-SetupInspection InspectSetup(std::string_view content, std::wstring_view product)
+SetupInspection InspectSetup(std::string_view content, std::wstring_view product, const CodePage& codePage)
 {
     if (const auto refused = WhyNoSetupText(content)) {
         SetupInspection nothing;
         nothing.remarks.push_back({refused->line, refused->reason, true});
         return nothing;
     }
-    return Inspector(content, product).Result();
+    return Inspector(content, product, codePage).Result();
 }
 
 }  // namespace tvn2x

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "util/CodePage.h"
+
 namespace tvn2x {
 
 /// Something in a setup file that its user should look at.
@@ -28,7 +30,8 @@ struct SetupInspection
 
 /// Looks at every line of a setup file: what the plug-in refuses it for, and what it passes over or takes otherwise
 /// than it is written: unknown and repeated names, missing and surplus rows, values that are no number or in no list,
-/// channels outside what can be measured.
-SetupInspection InspectSetup(std::string_view content, std::wstring_view product);
+/// channels outside what can be measured, and texts that another code page than the system's has written.
+SetupInspection InspectSetup(std::string_view content, std::wstring_view product,
+                             const CodePage& codePage = SystemCodePage());
 
 }  // namespace tvn2x

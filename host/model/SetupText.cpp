@@ -5,22 +5,13 @@
 
 #include "host_model/TextInput.h"
 #include "util/Encoding.h"
+#include "util/FileText.h"
 
 namespace tvn2x {
 
 namespace {
 
 constexpr std::string_view utf16Mark = "\xFF\xFE";
-
-std::string Utf16ToUtf8(std::string_view bytes)
-{
-    std::wstring text;
-    for (size_t at = 0; at + 1 < bytes.size(); at += 2) {
-        text += static_cast<wchar_t>(static_cast<unsigned char>(bytes[at]) | static_cast<unsigned char>(bytes[at + 1])
-                                                                                 << 8);
-    }
-    return ToUtf8(text);
-}
 
 std::string_view WithoutQuotes(std::string_view value)
 {
@@ -56,9 +47,12 @@ std::optional<NoSetupText> WhyNoSetupText(std::string_view content)
     return NoSetupText{static_cast<int32_t>(lineEnds) + 1, L"binary data: this is no setup"};
 }
 
-SetupText::SetupText(std::string_view content) : isUnicode_(content.starts_with(utf16Mark))
+SetupText::SetupText(std::string_view content, const CodePage& codePage)
+    : codePage_(codePage), isUnicode_(content.starts_with(utf16Mark))
 {
-    content_ = isUnicode_ ? Utf16ToUtf8(content.substr(utf16Mark.size())) : std::string(content);
+    // Half a unit at the end is no text.
+    content_ = isUnicode_ ? file_text::FromUtf16(content.substr(utf16Mark.size(), (content.size() - 2) / 2 * 2))
+                          : file_text::FromBytes(std::string(content), codePage);
     const std::string_view text = content_;
     int32_t number = 0;
     for (size_t at = 0; at < text.size();) {
@@ -113,7 +107,7 @@ SetupEntry SetupText::Find(std::string_view section, std::string_view key) const
 
 std::wstring SetupText::Wide(std::string_view text) const
 {
-    return isUnicode_ ? FromUtf8(text) : FromCodePage(text);
+    return file_text::ToWide(text, codePage_);
 }
 
 std::wstring SetupText::Quoted(std::string_view text) const

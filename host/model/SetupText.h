@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "util/CodePage.h"
+
 namespace tvn2x {
 
 /// Names of sections and keys: ASCII letters alone count as equal in both cases.
@@ -15,7 +17,7 @@ struct IgnoreCase
     bool operator()(std::string_view left, std::string_view right) const;
 };
 
-/// A line "key=value" of a setup file, without blanks and quotes round the value.
+/// A line "key=value" of a setup file, without blanks and quotes round the value. Texts are as file_text has them.
 struct SetupEntry
 {
     std::string_view key;
@@ -50,7 +52,7 @@ std::optional<NoSetupText> WhyNoSetupText(std::string_view content);
 class SetupText
 {
 public:
-    explicit SetupText(std::string_view content);
+    explicit SetupText(std::string_view content, const CodePage& codePage = SystemCodePage());
 
     /// The section that is read under a name, null where there is none.
     const SetupSection* Find(std::string_view name) const;
@@ -62,12 +64,15 @@ public:
     /// Section lines whose name an earlier one has.
     const std::vector<SetupEntry>& RepeatedSections() const { return repeated_; }
 
+    bool IsUnicode() const { return isUnicode_; }
+    size_t Size() const { return content_.size(); }  ///< in bytes of UTF-8
     std::wstring Wide(std::string_view text) const;
     std::wstring Quoted(std::string_view text) const;  ///< as a message may quote it
 
 private:
     void Take(std::string_view line, int32_t number);
 
+    const CodePage& codePage_;
     std::string content_;
     bool isUnicode_ = false;
     std::vector<SetupSection> sections_;

@@ -2,6 +2,8 @@
 
 #include "host_model/SetupText.h"
 #include "host_model/TestFiles.h"
+#include "support/ShiftedCodePage.h"
+#include "util/FileText.h"
 
 namespace tvn2x {
 namespace {
@@ -110,6 +112,41 @@ TEST(SetupInspection, NamesWhatIsNotReadAndWhatIsMissing)
                             Remark(7, L"lacks \"Symbol Rate 07\" to \"Symbol Rate 08\"")));
     EXPECT_THAT(Changed("Count=6", ";"), Contains(Remark(7, L"\"Count\" is missing in [Frequency List]: 1 is taken")));
     EXPECT_THAT(Changed("Count=6", "Count=40000"), Contains(Remark(8, L"the file can hold at most 32767", true)));
+}
+
+TEST(SetupInspection, TellsThatAnotherCodePageHasWrittenTheTexts)
+{
+    const ShiftedCodePage shifted;
+    const std::string good = TestFile("setups/version-2.0.ini");
+    const auto withUnit = [&](const std::string& unit) {
+        std::string content;
+        for (const char c : good) {
+            content += static_cast<unsigned char>(c) < 0x80 ? std::string(1, c) : c == '\xB5' ? unit : std::string();
+        }
+        return content;
+    };
+    const auto inspect = [](const std::string& content, const CodePage& page) {
+        return InspectSetup(content, L"TVN Host", page).remarks;
+    };
+    const std::string asUtf8 = withUnit("\xC2\xB5");
+    EXPECT_THAT(inspect(asUtf8, SystemCodePage()),
+                ElementsAre(Remark(28,
+                                   L"looks like UTF-8, but is read in the system's code page: \"µ\" is read as "
+                                   L"\"Âµ\". Save it in a text editor as UTF-16 LE"),
+                            Remark(28, L"\"dBÂµV\", which is what another code page has made of dBµV")));
+    EXPECT_THAT(inspect(asUtf8, Utf8CodePage()), IsEmpty());
+    EXPECT_THAT(inspect("\xEF\xBB\xBF" + asUtf8, SystemCodePage()), ElementsAre(Remark(1, L"mark of UTF-8", true)));
+    EXPECT_THAT(inspect("\xEF\xBB\xBF;\r\n" + asUtf8, Utf8CodePage()),
+                ElementsAre(Remark(1, L"mark of UTF-8"), Remark(1, L"stands before the first section")));
+    EXPECT_THAT(inspect(withUnit("?"), SystemCodePage()), ElementsAre(Remark(28, L"\"dB?V\", which is what another")));
+    EXPECT_THAT(inspect(withUnit("\xB5"), shifted), ElementsAre(Remark(28, L"\"dBｵV\", which is what another")));
+    EXPECT_THAT(inspect(withUnit("\xB5"), Utf8CodePage()),
+                ElementsAre(Remark(28, L"bytes that are no characters of the system's code page"),
+                            Remark(28, L"has made of dBµV")));
+    const std::string utf16 = "\xFF\xFE" + file_text::ToUtf16(file_text::FromBytes(good, SystemCodePage()), shifted);
+    EXPECT_THAT(inspect(utf16, shifted), IsEmpty());
+    EXPECT_THAT(inspect("[\x83\x5D]\r\n" + withUnit("\x81\x8B"), shifted),
+                ElementsAre(Remark(1, L"no setup has a section \"ゾ\""), Remark(29, L"has made of dBµV")));
 }
 
 TEST(SetupText, ReadsFilesOfEitherEncodingAndAnyLineEndAndTellsRowKeysFromOthers)
