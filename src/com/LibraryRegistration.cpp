@@ -35,17 +35,6 @@ LibraryIdentity IdentityOf(ITypeLib* library)
     return identity;
 }
 
-/// A library refers to those behind it, and may repeat what they describe: that belongs to them.
-bool IsDescribedBehind(int resource, REFGUID id)
-{
-    while (const auto library = EmbeddedLibrary(++resource)) {
-        ComPtr<ITypeInfo> info;
-        if (SUCCEEDED(library->GetTypeInfoOfGuid(id, info.Put())))
-            return true;
-    }
-    return false;
-}
-
 std::wstring NameOf(ITypeInfo* info)
 {
     Bstr name;
@@ -53,8 +42,8 @@ std::wstring NameOf(ITypeInfo* info)
     return std::wstring(name.View());
 }
 
-/// The key and the name of each interface that the library describes first.
-std::vector<std::pair<std::wstring, std::wstring>> InterfacesOf(ITypeLib* library, int resource)
+/// The key and the name of each interface that the library defines.
+std::vector<std::pair<std::wstring, std::wstring>> InterfacesOf(ITypeLib* library)
 {
     std::vector<std::pair<std::wstring, std::wstring>> interfaces;
     for (UINT i = 0, count = library->GetTypeInfoCount(); i < count; ++i) {
@@ -65,7 +54,7 @@ std::vector<std::pair<std::wstring, std::wstring>> InterfacesOf(ITypeLib* librar
         const bool isInterface = attributes->typekind == TKIND_DISPATCH || attributes->typekind == TKIND_INTERFACE;
         const GUID id = attributes->guid;
         info->ReleaseTypeAttr(attributes);
-        if (isInterface && !IsDescribedBehind(resource, id))
+        if (isInterface)
             interfaces.emplace_back(L"Interface\\" + TextOf(id), NameOf(info.Get()));
     }
     return interfaces;
@@ -74,7 +63,7 @@ std::vector<std::pair<std::wstring, std::wstring>> InterfacesOf(ITypeLib* librar
 }  // namespace
 
 LibraryRegistration::LibraryRegistration(ClassesKey& classes, int resource, ITypeLib* library)
-    : classes_(classes), module_(Module::FileName()), own_(resource == 1), interfaces_(InterfacesOf(library, resource))
+    : classes_(classes), module_(Module::FileName()), own_(resource == 1), interfaces_(InterfacesOf(library))
 {
     const LibraryIdentity identity = IdentityOf(library);
     Bstr description;

@@ -88,10 +88,17 @@ FileFault Replacement::Open(const std::wstring& path)
 {
     Discard();
     path_ = path;
+    written_ = 0;
     const FileFault fault = files_.CreateTemporary(path, temporary_, file_);
     if (fault != FileFault::none)
         temporary_.clear();
     return fault;
+}
+
+FileFault Replacement::Write(std::string_view bytes)
+{
+    written_ += bytes.size();
+    return written_ > largestFile ? FileFault::tooLarge : file_->Write(bytes);
 }
 
 FileFault Replacement::Finish()
@@ -147,9 +154,6 @@ FileFault MoveInto(FileSystem& files, const std::wstring& from, const std::wstri
 
 FileFault ReplaceContent(FileSystem& files, const std::wstring& path, std::string_view content)
 {
-    // What nobody could read again must not take the place of what can be read.
-    if (content.size() > largestFile)
-        return FileFault::tooLarge;
     Replacement replacement(files);
     FileFault fault = replacement.Open(path);
     if (fault == FileFault::none)

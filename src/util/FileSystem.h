@@ -117,7 +117,9 @@ public:
     /// Begins anew: what was open before is discarded.
     FileFault Open(const std::wstring& path);
     bool IsOpen() const { return file_ != nullptr; }
-    FileFault Write(std::string_view bytes) { return file_->Write(bytes); }  ///< only while open
+    /// Only while open. What would be larger than Read takes is FileFault::tooLarge: what nobody could read again must
+    /// not take the place of what can be read.
+    FileFault Write(std::string_view bytes);
     /// Flushes the content to the disk; nothing can be written any more.
     FileFault Finish();
     /// Finishes and puts the content in the file's place, in one step. Afterwards nothing is open.
@@ -134,12 +136,13 @@ private:
     std::wstring path_;
     std::wstring temporary_;  ///< "" where there is none to remove
     std::unique_ptr<OutputFile> file_;
+    uint64_t written_ = 0;  ///< bytes
 };
 
 /// Renames `from` over `to` in one step, and not while another writer of the product works on `to`.
 FileFault MoveInto(FileSystem& files, const std::wstring& from, const std::wstring& to);
 
-/// Replaces a file's content, or creates the file, in one step. What is larger than Read takes is FileFault::tooLarge.
+/// Replaces a file's content, or creates the file, in one step.
 FileFault ReplaceContent(FileSystem& files, const std::wstring& path, std::string_view content);
 
 }  // namespace tvn2x
