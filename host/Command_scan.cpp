@@ -13,6 +13,7 @@
 #include "host/ScanParent.h"
 #include "host/StopRequest.h"
 #include "host_model/ChannelSelection.h"
+#include "host_model/Duration.h"
 #include "host_model/InputError.h"
 #include "host_model/Product.h"
 #include "host_model/RunGrid.h"

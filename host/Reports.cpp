@@ -7,8 +7,8 @@
 #include "host/RunCollector.h"
 #include "host_model/HtmlReport.h"
 #include "host_model/InputError.h"
+#include "host_model/JsonReport.h"
 #include "host_model/JunitReport.h"
-#include "host_model/RunRecords.h"
 #include "util/FileSystem.h"
 
 namespace tvn2x {

@@ -5,10 +5,10 @@
 
 #include "fmt/format.h"
 #include "host_model/Chart.h"
+#include "host_model/Duration.h"
 #include "host_model/HtmlPlots.h"
 #include "host_model/HtmlStyle.h"
 #include "host_model/Markup.h"
-#include "host_model/ProgressLine.h"
 #include "host_model/RunGrid.h"
 #include "util/Encoding.h"
 

@@ -3,16 +3,12 @@
 #include <algorithm>
 #include <cmath>
 
+#include "host_model/Duration.h"
 #include "host_model/TextGrid.h"
 
 namespace tvn2x {
 
 namespace {
-
-std::wstring TwoDigits(long long value)
-{
-    return (value < 10 ? L"0" : L"") + std::to_wstring(value);
-}
 
 std::wstring Bar(double fraction, int32_t width)
 {
@@ -46,14 +42,6 @@ std::wstring TimeLeft(const ScanProgress& progress)
 }
 
 }  // namespace
-
-std::wstring DurationText(double seconds)
-{
-    const long long whole = std::llround(std::max(0.0, seconds));
-    const long long minutes = whole / 60;
-    const std::wstring hours = minutes >= 60 ? std::to_wstring(minutes / 60) + L":" : L"";
-    return hours + (minutes >= 60 ? TwoDigits(minutes % 60) : std::to_wstring(minutes)) + L":" + TwoDigits(whole % 60);
-}
 
 std::wstring ProgressLine(const ScanProgress& progress, int32_t width)
 {

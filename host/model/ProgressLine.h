@@ -17,9 +17,6 @@ struct ScanProgress
     std::wstring status;
 };
 
-/// "0:42", "12:05", "1:02:03"; fractions are rounded to whole seconds.
-std::wstring DurationText(double seconds);
-
 /// One line for a terminal: bar, count, channel, status and time left, at most width columns. The time left is shown
 /// once a channel is done, because the channels before it are what it is reckoned from.
 std::wstring ProgressLine(const ScanProgress& progress, int32_t width);

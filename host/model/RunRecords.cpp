@@ -17,9 +17,13 @@ using Json = nlohmann::ordered_json;
 
 constexpr int32_t format = 1;
 
-std::string Line(const Json& record)
+std::string Line(const Json& record, std::string_view further = {})
 {
-    return record.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+    std::string line = record.dump(-1, ' ', false, Json::error_handler_t::replace);
+    if (!further.empty()) {
+        line.insert(line.size() - 1, "," + std::string(further));
+    }
+    return line + "\n";
 }
 
 constexpr struct
@@ -49,21 +53,6 @@ Json ReadingJson(const Reading& reading)
         }
     }
     json["unit"] = reading.unit;
-    return json;
-}
-
-Json JudgementJson(const ChannelJudgement& judgement)
-{
-    Json json{{"result", VerdictName(judgement.verdict)}};
-    if (!judgement.reason.empty()) {
-        json["reason"] = judgement.reason;
-    }
-    json["margins"] = Json::object();
-    for (const Finding& finding : judgement.findings) {
-        Json margin{{"result", VerdictName(finding.verdict)}};
-        margin["margin"] = finding.margin ? Json(*finding.margin) : Json();
-        json["margins"][FindReadingKind(finding.parameter)->name] = std::move(margin);
-    }
     return json;
 }
 
@@ -277,7 +266,7 @@ std::string RunLine(const FinishedRun& run)
                  {"intervalSeconds", run.interval}});
 }
 
-std::string ChannelLine(const ChannelResult& channel, const ChannelJudgement* judgement)
+std::string ChannelLine(const ChannelResult& channel, std::string_view further)
 {
     Json locks = Json::object();
     Json readings = Json::object();
@@ -303,10 +292,7 @@ std::string ChannelLine(const ChannelResult& channel, const ChannelJudgement* ju
     json["seconds"] = channel.seconds;
     json["locks"] = std::move(locks);
     json["readings"] = std::move(readings);
-    if (judgement) {
-        json["verdict"] = JudgementJson(*judgement);
-    }
-    return Line(json);
+    return Line(json, further);
 }
 
 std::string ResumedLine(const std::string& time)
@@ -314,35 +300,9 @@ std::string ResumedLine(const std::string& time)
     return Line({{"record", "resumed"}, {"at", time}});
 }
 
-std::string EndLine(const FinishedRun& run, const RunJudgement* judgement)
+std::string EndLine(const FinishedRun& run, std::string_view further)
 {
-    Json json{{"record", "end"}, {"at", run.ended}, {"stopped", run.stopped}, {"seconds", run.Seconds()}};
-    if (judgement) {
-        json["verdict"] = VerdictName(judgement->verdict);
-        json["limits"] = {{"name", judgement->limits}, {"sha256", judgement->limitsSha256}};
-        if (judgement->worst) {
-            const ChannelResult& channel = run.channels[*judgement->worst];
-            const Finding& finding = *judgement->channels[*judgement->worst].Worst();
-            json["worst"] = {{"pass", channel.pass},
-                             {"number", channel.number},
-                             {"parameter", FindReadingKind(finding.parameter)->name},
-                             {"margin", finding.margin ? Json(*finding.margin) : Json()}};
-        }
-    }
-    return Line(json);
-}
-
-std::string ResultText(const FinishedRun& run, const RunJudgement* judgement)
-{
-    const RunJudgement* verdict = judgement && judgement->hasLimits ? judgement : nullptr;
-    std::string text = RunLine(run);
-    for (const std::string& time : run.resumed) {
-        text += ResumedLine(time);
-    }
-    for (size_t i = 0; i < run.channels.size(); ++i) {
-        text += ChannelLine(run.channels[i], verdict ? &verdict->channels[i] : nullptr);
-    }
-    return run.ended.empty() ? text : text + EndLine(run, verdict);
+    return Line({{"record", "end"}, {"at", run.ended}, {"stopped", run.stopped}, {"seconds", run.Seconds()}}, further);
 }
 
 StoredRun ReadRun(std::string_view content, const std::wstring& path)

@@ -4,20 +4,17 @@
 #include <string_view>
 
 #include "host_model/FinishedRun.h"
-#include "host_model/Judgement.h"
 
 namespace tvn2x {
 
 /// A run as text: JSON lines in UTF-8, LF behind each, as docs/result.schema.json describes. A result file and a
 /// journal have the same form; a journal has grown line by line, so it may lack the end and have a torn last line.
+/// `further` are members that a report adds to a record, as JSON ("\"verdict\":...").
 std::string RunLine(const FinishedRun& run);  ///< setup, receiver, columns and what was to be measured
-std::string ChannelLine(const ChannelResult& channel, const ChannelJudgement* judgement = nullptr);
+std::string ChannelLine(const ChannelResult& channel, std::string_view further = {});
 std::string ResumedLine(const std::string& time);
 /// The end of a run, or of its first part where it was stopped.
-std::string EndLine(const FinishedRun& run, const RunJudgement* judgement = nullptr);
-
-/// The whole result file. With a judgement, each channel has its verdict.
-std::string ResultText(const FinishedRun& run, const RunJudgement* judgement = nullptr);
+std::string EndLine(const FinishedRun& run, std::string_view further = {});
 
 /// A run as it was read back.
 struct StoredRun

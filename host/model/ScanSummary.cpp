@@ -1,6 +1,6 @@
 #include "host_model/ScanSummary.h"
 
-#include "host_model/ProgressLine.h"
+#include "host_model/Duration.h"
 
 namespace tvn2x {
 

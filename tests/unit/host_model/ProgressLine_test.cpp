@@ -1,4 +1,5 @@
 #include "host_model/ProgressLine.h"
+#include "host_model/Duration.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,5 @@
 #include "host_model/RunRecords.h"
+#include "host_model/JsonReport.h"
 
 #include "host_model/Sha256.h"
 #include "host_model/TestFiles.h"
