@@ -4,8 +4,8 @@
 #include <initguid.h>
 
 #include "Race.h"
-#include "editor_win32/ControlIds.h"
-#include "editor_win32/frmFreqList.h"
+#include "editor/win32/ControlIds.h"
+#include "editor/win32/frmFreqList.h"
 #include "util/RaisedError.h"
 
 namespace {

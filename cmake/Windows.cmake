@@ -49,20 +49,20 @@ add_library(tvn_contracts INTERFACE)
 target_include_directories(tvn_contracts INTERFACE ${contracts})
 add_dependencies(tvn_contracts contracts_made)
 
-# tvn_component_server(NAME SOURCES file... ROOMS room...): a DLL with the exports of NAME.def and
-# the resources of NAME.rc, which embeds the type libraries. The folder's name is its include prefix.
+# tvn_component_server(NAME ROOMS room...): the folder's sources as a DLL with the exports of NAME.def and the resources
+# of NAME.rc, which embeds the type libraries.
 function(tvn_component_server name)
-  cmake_parse_arguments(SERVER "" "" "SOURCES;ROOMS" ${ARGN})
+  cmake_parse_arguments(SERVER "" "" "ROOMS" ${ARGN})
   enable_language(RC)
-  get_filename_component(prefix ${CMAKE_CURRENT_SOURCE_DIR} NAME)
-  set(link ${CMAKE_BINARY_DIR}/rooms/${name})
-  file(MAKE_DIRECTORY ${link})
-  file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${link}/${prefix} SYMBOLIC)
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  file(RELATIVE_PATH directory ${CMAKE_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+  string(REGEX REPLACE "^src/" "" room ${directory})
 
-  add_library(${name} SHARED ${SERVER_SOURCES} ${name}.rc ${name}.def)
+  add_library(${name} SHARED ${sources} ${name}.rc ${name}.def)
+  tvn_room_headers(${name} ${directory} ${room})
   set_target_properties(${name} PROPERTIES PREFIX "" RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
-  target_include_directories(${name} PRIVATE ${link})
   foreach(room IN LISTS SERVER_ROOMS)
+    string(REPLACE "/" "_" room ${room})
     target_link_libraries(${name} PRIVATE tvn_${room})
   endforeach()
   target_link_libraries(${name} PRIVATE tvn_settings tvn_contracts ole32 oleaut32 uuid advapi32 user32)

@@ -12,9 +12,9 @@
 #include "CLI/Formatter.hpp"
 #include "com/Module.h"
 #include "com/TypeLibrary.h"
-#include "host/Commands.h"
-#include "host/Plugin.h"
-#include "host/RunArguments.h"
+#include "host/commands/Commands.h"
+#include "host/commands/Plugin.h"
+#include "host/commands/RunArguments.h"
 #include "util/Encoding.h"
 
 namespace tvn2x {

@@ -1,4 +1,4 @@
-#include "receiver_model/Acquisition.h"
+#include "simulator/model/Acquisition.h"
 
 #include <algorithm>
 #include <cmath>

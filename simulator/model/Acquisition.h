@@ -3,8 +3,8 @@
 #include <array>
 #include <vector>
 
-#include "receiver_model/Reception.h"
-#include "receiver_model/SeededNoise.h"
+#include "simulator/model/Reception.h"
+#include "simulator/model/SeededNoise.h"
 
 namespace tvn2x {
 

@@ -1,4 +1,4 @@
-#include "receiver_model/BitErrorCount.h"
+#include "simulator/model/BitErrorCount.h"
 
 #include <algorithm>
 #include <array>

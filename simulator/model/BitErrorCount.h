@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "receiver_model/SeededNoise.h"
+#include "simulator/model/SeededNoise.h"
 
 namespace tvn2x {
 

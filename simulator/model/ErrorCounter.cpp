@@ -1,4 +1,4 @@
-#include "receiver_model/ErrorCounter.h"
+#include "simulator/model/ErrorCounter.h"
 
 #include <algorithm>
 #include <cmath>

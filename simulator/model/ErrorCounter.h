@@ -1,7 +1,7 @@
 #pragma once
 
-#include "receiver_model/Acquisition.h"
-#include "receiver_model/Reception.h"
+#include "simulator/model/Acquisition.h"
+#include "simulator/model/Reception.h"
 
 namespace tvn2x {
 

@@ -1,4 +1,4 @@
-#include "receiver_model/FaultScript.h"
+#include "simulator/model/FaultScript.h"
 
 #include <algorithm>
 #include <array>

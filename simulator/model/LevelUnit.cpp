@@ -1,4 +1,4 @@
-#include "receiver_model/LevelUnit.h"
+#include "simulator/model/LevelUnit.h"
 
 #include <cmath>
 

@@ -1,11 +1,11 @@
-#include "receiver_model/ModelKeys.h"
+#include "simulator/model/ModelKeys.h"
 
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
 
-#include "receiver_model/QamPhysics.h"
+#include "simulator/model/QamPhysics.h"
 
 namespace tvn2x {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <variant>
 
-#include "receiver_model/ModelSections.h"
+#include "simulator/model/ModelSections.h"
 
 namespace tvn2x {
 

@@ -1,4 +1,4 @@
-#include "receiver_model/ModelParser.h"
+#include "simulator/model/ModelParser.h"
 
 #include "util/Encoding.h"
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "receiver_model/ModelKeys.h"
-#include "receiver_model/NetworkModel.h"
+#include "simulator/model/ModelKeys.h"
+#include "simulator/model/NetworkModel.h"
 
 namespace tvn2x {
 

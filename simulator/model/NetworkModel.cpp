@@ -1,9 +1,9 @@
-#include "receiver_model/NetworkModel.h"
+#include "simulator/model/NetworkModel.h"
 
 #include <algorithm>
 
-#include "receiver_model/ModelKeys.h"
-#include "receiver_model/ModelParser.h"
+#include "simulator/model/ModelKeys.h"
+#include "simulator/model/ModelParser.h"
 
 namespace tvn2x {
 

@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-#include "receiver_model/ModelError.h"
-#include "receiver_model/ModelSections.h"
+#include "simulator/model/ModelError.h"
+#include "simulator/model/ModelSections.h"
 #include "util/FileSystem.h"
 
 namespace tvn2x {

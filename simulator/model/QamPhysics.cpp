@@ -1,4 +1,4 @@
-#include "receiver_model/QamPhysics.h"
+#include "simulator/model/QamPhysics.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "receiver_model/ReceiverModel.h"
+#include "simulator/model/ReceiverModel.h"
 
 #include <algorithm>
 #include <limits>

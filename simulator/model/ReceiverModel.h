@@ -6,13 +6,13 @@
 #include <string>
 #include <string_view>
 
-#include "receiver_model/Acquisition.h"
-#include "receiver_model/BitErrorCount.h"
-#include "receiver_model/ErrorCounter.h"
-#include "receiver_model/FaultScript.h"
-#include "receiver_model/NetworkModel.h"
-#include "receiver_model/ReceiverSettings.h"
-#include "receiver_model/SimulatedTime.h"
+#include "simulator/model/Acquisition.h"
+#include "simulator/model/BitErrorCount.h"
+#include "simulator/model/ErrorCounter.h"
+#include "simulator/model/FaultScript.h"
+#include "simulator/model/NetworkModel.h"
+#include "simulator/model/ReceiverSettings.h"
+#include "simulator/model/SimulatedTime.h"
 
 namespace tvn2x {
 

@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "receiver_model/ReceiverModel.h"
+#include "simulator/model/ReceiverModel.h"
 
 namespace tvn2x {
 

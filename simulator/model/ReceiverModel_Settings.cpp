@@ -3,7 +3,7 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "receiver_model/ReceiverModel.h"
+#include "simulator/model/ReceiverModel.h"
 
 namespace tvn2x {
 

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "receiver_model/LevelUnit.h"
+#include "simulator/model/LevelUnit.h"
 
 namespace tvn2x {
 

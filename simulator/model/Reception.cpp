@@ -1,4 +1,4 @@
-#include "receiver_model/Reception.h"
+#include "simulator/model/Reception.h"
 
 #include <algorithm>
 #include <array>

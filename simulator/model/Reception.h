@@ -2,10 +2,10 @@
 
 #include <vector>
 
-#include "receiver_model/ModelSections.h"
-#include "receiver_model/NetworkModel.h"
-#include "receiver_model/QamPhysics.h"
-#include "receiver_model/ReceiverSettings.h"
+#include "simulator/model/ModelSections.h"
+#include "simulator/model/NetworkModel.h"
+#include "simulator/model/QamPhysics.h"
+#include "simulator/model/ReceiverSettings.h"
 
 namespace tvn2x {
 

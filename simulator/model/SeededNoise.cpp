@@ -1,4 +1,4 @@
-#include "receiver_model/SeededNoise.h"
+#include "simulator/model/SeededNoise.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 #include "plugin/SetupCore.h"
 
 #include "com/Module.h"
-#include "editor_win32/frmFreqList.h"
+#include "editor/win32/frmFreqList.h"
 #include "instrument/ConfigurationRead.h"
 #include "instrument/ConfigurationWrite.h"
 #include "instrument/Identity.h"

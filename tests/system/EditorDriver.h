@@ -9,7 +9,7 @@
 #include <thread>
 
 #include "Client.h"
-#include "editor_win32/ControlIds.h"
+#include "editor/win32/ControlIds.h"
 
 namespace tvn2x::client {
 

@@ -9,7 +9,7 @@
 
 #include "EditorDriver.h"
 #include "HeldHandles.h"
-#include "editor_win32/frmFreqList.h"
+#include "editor/win32/frmFreqList.h"
 #include "support/DocumentText.h"
 #include "support/FailingMemory.h"
 

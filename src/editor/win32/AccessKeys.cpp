@@ -1,4 +1,4 @@
-#include "editor_win32/AccessKeys.h"
+#include "editor/win32/AccessKeys.h"
 
 #include "editor/Choices.h"
 

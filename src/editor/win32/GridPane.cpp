@@ -1,11 +1,11 @@
-#include "editor_win32/GridPane.h"
+#include "editor/win32/GridPane.h"
 
 #include <algorithm>
 #include <string>
 
 #include "editor/EditorKeys.h"
-#include "editor_win32/ControlIds.h"
-#include "editor_win32/Theme.h"
+#include "editor/win32/ControlIds.h"
+#include "editor/win32/Theme.h"
 #include "util/RaisedError.h"
 
 namespace tvn2x {

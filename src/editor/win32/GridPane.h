@@ -6,9 +6,9 @@
 #include <deque>
 
 #include "editor/Editor.h"
-#include "editor_win32/Handles.h"
-#include "editor_win32/Layout.h"
-#include "editor_win32/Subclass.h"
+#include "editor/win32/Handles.h"
+#include "editor/win32/Layout.h"
+#include "editor/win32/Subclass.h"
 
 namespace tvn2x {
 

@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-#include "editor_win32/GridPane.h"
+#include "editor/win32/GridPane.h"
 #include "util/RaisedError.h"
 
 namespace tvn2x {

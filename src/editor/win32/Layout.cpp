@@ -1,8 +1,8 @@
-#include "editor_win32/Layout.h"
+#include "editor/win32/Layout.h"
 
 #include <string_view>
 
-#include "editor_win32/Handles.h"
+#include "editor/win32/Handles.h"
 
 namespace tvn2x {
 

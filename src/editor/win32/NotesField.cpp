@@ -1,10 +1,10 @@
-#include "editor_win32/NotesField.h"
+#include "editor/win32/NotesField.h"
 
 #include <algorithm>
 #include <cstring>
 
 #include "editor/EditorKeys.h"
-#include "editor_win32/Theme.h"
+#include "editor/win32/Theme.h"
 #include "util/FloatingPoint.h"
 #include "util/RaisedError.h"
 

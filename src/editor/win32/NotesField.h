@@ -7,8 +7,8 @@
 #include <string>
 
 #include "editor/Editor.h"
-#include "editor_win32/Handles.h"
-#include "editor_win32/Subclass.h"
+#include "editor/win32/Handles.h"
+#include "editor/win32/Subclass.h"
 
 namespace tvn2x {
 

@@ -1,4 +1,4 @@
-#include "editor_win32/Subclass.h"
+#include "editor/win32/Subclass.h"
 
 #include "util/FloatingPoint.h"
 

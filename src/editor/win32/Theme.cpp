@@ -1,4 +1,4 @@
-#include "editor_win32/Theme.h"
+#include "editor/win32/Theme.h"
 
 namespace tvn2x {
 

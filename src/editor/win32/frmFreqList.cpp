@@ -1,10 +1,10 @@
-#include "editor_win32/frmFreqList.h"
+#include "editor/win32/frmFreqList.h"
 
 #include <new>
 
 #include "editor/Choices.h"
 #include "editor/EditorKeys.h"
-#include "editor_win32/ControlIds.h"
+#include "editor/win32/ControlIds.h"
 #include "util/FloatingPoint.h"
 #include "util/RaisedError.h"
 

@@ -7,13 +7,13 @@
 #include <string>
 
 #include "editor/Editor.h"
-#include "editor_win32/AccessKeys.h"
-#include "editor_win32/GridPane.h"
-#include "editor_win32/Handles.h"
-#include "editor_win32/Layout.h"
-#include "editor_win32/NotesField.h"
-#include "editor_win32/Subclass.h"
-#include "editor_win32/Theme.h"
+#include "editor/win32/AccessKeys.h"
+#include "editor/win32/GridPane.h"
+#include "editor/win32/Handles.h"
+#include "editor/win32/Layout.h"
+#include "editor/win32/NotesField.h"
+#include "editor/win32/Subclass.h"
+#include "editor/win32/Theme.h"
 
 namespace tvn2x {
 

@@ -5,8 +5,8 @@
 #include <algorithm>
 
 #include "editor/Choices.h"
-#include "editor_win32/ControlIds.h"
-#include "editor_win32/frmFreqList.h"
+#include "editor/win32/ControlIds.h"
+#include "editor/win32/frmFreqList.h"
 #include "util/RaisedError.h"
 
 namespace tvn2x {

@@ -1,7 +1,7 @@
 #include <algorithm>
 
-#include "editor_win32/ControlIds.h"
-#include "editor_win32/frmFreqList.h"
+#include "editor/win32/ControlIds.h"
+#include "editor/win32/frmFreqList.h"
 #include "util/FloatingPoint.h"
 
 namespace tvn2x {

@@ -1,0 +1,61 @@
+#include "fmt/format.h"
+#include "fmt/xchar.h"
+#include "host/commands/Commands.h"
+#include "host/commands/Files.h"
+#include "host/commands/Plugin.h"
+#include "host/commands/SetupFiles.h"
+#include "host/setup/Product.h"
+#include "host/setup/SetupCheck.h"
+#include "text/InputError.h"
+
+namespace tvn2x {
+
+namespace {
+
+/// Saves a setup to the file that it was loaded from: what the setup does not mean, comments among it, stays there.
+void SaveInPlace(const Plugin& plugin, const std::wstring& path)
+{
+    const com::Bstr product(productName);
+    const com::Bstr version(setupVersion);
+    VARIANT nowhere;
+    nowhere.vt = VT_ERROR;
+    nowhere.scode = DISP_E_PARAMNOTFOUND;
+    if (!Get<VARIANT_BOOL>(plugin.setup, &ISetup::Save, product.Get(), version.Get(), nowhere)) {
+        RaiseInput(path +
+                   L": the edited setup could not be saved, the file is as it was. See whether it is write-protected "
+                   L"or open elsewhere, or edit it into another file: tvnhost edit SETUP -o FILE");
+    }
+}
+
+}  // namespace
+
+int Edit(const EditOptions& options, Console& console)
+{
+    if (options.setup.empty() && options.output.empty()) {
+        RaiseInput(
+            L"edit: name the setup to edit (tvnhost edit SETUP), or the file of a new one (tvnhost edit -o FILE)");
+    }
+    const Plugin plugin;
+    const std::wstring source = options.setup.empty() ? L"" : AbsolutePath(options.setup);
+    const std::wstring target = options.output.empty() ? source : AbsolutePath(options.output);
+    if (!source.empty()) {
+        CheckSetupFile(ReadInput(source), source, productName);
+        plugin.Load(source);
+    }
+    if (!Get<VARIANT_BOOL>(plugin.setup, &ISetup::Edit)) {
+        console.Notice(L"cancelled: nothing was saved");
+        return exitStopped;
+    }
+    if (options.output.empty()) {
+        SaveInPlace(plugin, target);
+    } else {
+        PendingFile pending(target);
+        SaveInto(plugin, pending);
+        pending.TakePlace();
+    }
+    const long channels = Get<long>(plugin.document, &_clsSetup::get_ListSize);
+    console.Result(fmt::format(L"{}: {} {}\n", target, channels, channels == 1 ? L"channel" : L"channels"));
+    return exitDone;
+}
+
+}  // namespace tvn2x

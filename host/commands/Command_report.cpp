@@ -1,0 +1,110 @@
+#include "fmt/format.h"
+#include "fmt/xchar.h"
+#include "host/commands/Commands.h"
+#include "host/commands/Files.h"
+#include "host/commands/Plugin.h"
+#include "host/judge/RunComparison.h"
+#include "host/report/RunGrid.h"
+#include "host/run/Journal.h"
+#include "host/run/Sha256.h"
+#include "host/setup/Product.h"
+#include "host/setup/SetupCheck.h"
+#include "text/InputError.h"
+#include "util/Encoding.h"
+
+namespace tvn2x {
+
+namespace {
+
+/// The channels that a verdict is about, each with its reason.
+TextGrid Findings(const FinishedRun& run, const RunJudgement& judgement)
+{
+    TextGrid grid({L"Channel", L"Verdict", L"Why"}, 1);
+    for (size_t i = 0; i < run.channels.size(); ++i) {
+        const ChannelJudgement& channel = judgement.channels[i];
+        if (channel.verdict != Verdict::pass) {
+            const std::string pass = run.passes == 1 ? "" : fmt::format(" pass {}", run.channels[i].pass);
+            grid.AddRow({FromUtf8(run.channels[i].Name() + pass), FromUtf8(VerdictName(channel.verdict)),
+                         FromUtf8(channel.reason)});
+        }
+    }
+    return grid;
+}
+
+/// Where the setup is that a stored run followed.
+std::wstring SetupOf(const FinishedRun& run, const JudgeOptions& options)
+{
+    return AbsolutePath(options.setup.empty() ? FromUtf8(run.setup.path) : options.setup);
+}
+
+/// Loads that setup, which has to be as it was then.
+void LoadSetupOf(const FinishedRun& run, const JudgeOptions& options, const Plugin& plugin)
+{
+    const std::wstring path = SetupOf(run, options);
+    const std::string content = ReadInput(path);
+    const int32_t channels = CheckSetupFile(content, path, productName);
+    RequireSameSetup(run, options.result, Sha256(content), path, channels,
+                     L". Name the setup as it was with --setup, or leave out --result.");
+    plugin.Load(path);
+}
+
+}  // namespace
+
+void ShowVerdict(const FinishedRun& run, const RunJudgement& judgement, Console& console)
+{
+    if (judgement.Count(Verdict::pass) != static_cast<int32_t>(run.channels.size())) {
+        console.Result(Findings(run, judgement).Render(console.ResultWidth()));
+    }
+    console.Result(FromUtf8(VerdictSentence(run, judgement)) + L"\n");
+}
+
+int JudgeRun(const JudgeOptions& options, Console& console)
+{
+    const std::optional<Limits> limits = LoadLimits(options.reports.limits);
+    const FinishedRun run = LoadRun(options.result, console);
+    RequireReportTargets(options.reports, {AbsolutePath(options.result), SetupOf(run, options)});
+    const RunJudgement judgement = Judge(run, limits ? &*limits : nullptr);
+    if (options.shows) {
+        ShowVerdict(run, judgement, console);
+    } else if (!options.reports.HasReports()) {
+        RaiseInput(
+            L"there is nothing to do. Say which report to make: --html FILE, --junit FILE, --json FILE or --result "
+            L"FILE.");
+    }
+    std::optional<Plugin> plugin;
+    if (!options.reports.result.empty()) {
+        LoadSetupOf(run, options, plugin.emplace());
+    }
+    WriteReports(run, judgement, limits ? &*limits : nullptr, options.reports, plugin ? &*plugin : nullptr, console);
+    return options.shows ? judgement.ExitCode() : exitDone;
+}
+
+int Compare(const CompareOptions& options, Console& console)
+{
+    std::map<int32_t, double> drift = options.limits.empty() ? OutletLimits().drift : LoadLimits(options.limits)->drift;
+    if (drift.empty()) {
+        RaiseInput(options.limits + L" has no section [drift]. Add one, like [drift] with a line rflev=2.");
+    }
+    if (options.level) {
+        drift[parameter::level] = *options.level;
+    }
+    if (options.mer) {
+        drift[parameter::mer] = *options.mer;
+    }
+    const FinishedRun before = LoadRun(options.before, console);
+    const FinishedRun after = LoadRun(options.after, console);
+    const RunComparison comparison = CompareRuns(before, after, drift);
+    if (!comparison.changes.empty()) {
+        console.Result(ComparisonGrid(comparison).Render(console.ResultWidth()));
+    }
+    console.Result(fmt::format(L"{} channels in both runs, {} changed\n", comparison.channels, comparison.changed));
+    return comparison.changed == 0 ? exitDone : exitFindings;
+}
+
+int PrintLimits(Console& console)
+{
+    console.Result(FromUtf8(OutletLimitsText()));
+    return exitDone;
+}
+
+}  // namespace tvn2x

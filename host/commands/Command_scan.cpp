@@ -1,0 +1,318 @@
+#include <algorithm>
+#include <chrono>
+#include <vector>
+
+#include "fmt/format.h"
+#include "fmt/xchar.h"
+#include "host/commands/Commands.h"
+#include "host/commands/Files.h"
+#include "host/commands/JournalFile.h"
+#include "host/commands/Plugin.h"
+#include "host/commands/Receiver.h"
+#include "host/commands/RunCollector.h"
+#include "host/commands/ScanParent.h"
+#include "host/commands/StopRequest.h"
+#include "host/report/RunGrid.h"
+#include "host/run/ChannelSelection.h"
+#include "host/run/RunRecords.h"
+#include "host/run/Sha256.h"
+#include "host/setup/Product.h"
+#include "host/setup/SetupCheck.h"
+#include "text/Duration.h"
+#include "text/InputError.h"
+#include "util/Encoding.h"
+
+namespace tvn2x {
+
+namespace {
+
+/// The receiver's code of the setup's level unit, -1 where the name is none.
+long LevelUnitCode(const std::wstring& name)
+{
+    constexpr const wchar_t* names[] = {L"dBmV", L"dBpW", L"dBµW", L"dBm", L"dBµV", L"mV"};
+    const auto found = std::ranges::find_if(names, [&](const wchar_t* known) { return name == known; });
+    return found == std::end(names) ? -1 : static_cast<long>(found - names);
+}
+
+/// Brings the simulated receiver into the state that a person at a real one would set by hand.
+void SetSimulator(const Plugin& plugin, const ScanOptions& options)
+{
+    UseNetwork(plugin, options.network);
+    const auto simulator = SimulatorSettings(plugin);
+    Call(simulator, &ISimulatorSettings::put_TimeScale, options.timeScale);
+    if (options.writes) {
+        return;
+    }
+    Call(simulator, &ISimulatorSettings::put_OrderOfQam, Get<long>(plugin.document, &_clsSetup::get_OrderOfQam));
+    const long unit = LevelUnitCode(Get<std::wstring>(plugin.document, &_clsSetup::get_LevelUnit));
+    if (unit >= 0) {
+        Call(simulator, &ISimulatorSettings::put_LevelUnit, unit);
+    }
+}
+
+std::wstring ChannelText(const Plugin& plugin, int32_t channel)
+{
+    const auto label = Get<std::wstring>(plugin.document, &_clsSetup::get_UserField, channel);
+    const double frequency = Get<double>(plugin.document, &_clsSetup::get_Frequency, channel);
+    const std::wstring text = fmt::format(L"{:g} MHz", frequency);
+    return label.empty() || label == text ? text : label + L"  " + text;
+}
+
+/// The journal of a scan, or none.
+class ScanJournal
+{
+public:
+    ScanJournal(const ScanOptions& options, size_t wholeBytes, Console& console)
+    {
+        if (!options.journal.empty()) {
+            file_.emplace(JournalFile::Create(AbsolutePath(options.journal)));
+        } else if (!options.resume.empty()) {
+            file_.emplace(JournalFile::Open(AbsolutePath(options.resume), wholeBytes));
+        }
+        if (file_) {
+            journal_.emplace(*file_, [&console](FileFault fault) { Tell(fault, console); });
+        }
+    }
+    ScanJournal(const ScanJournal&) = delete;
+    ScanJournal& operator=(const ScanJournal&) = delete;
+
+    void Add(const std::string& line)
+    {
+        if (journal_) {
+            journal_->Add(line);
+        }
+    }
+    bool IsWhole() const { return !journal_ || journal_->IsWhole(); }
+
+private:
+    static void Tell(FileFault fault, Console& console)
+    {
+        console.Notice(fault == FileFault::none
+                           ? L"tvnhost: the journal takes lines again; nothing is missing in it"
+                           : L"tvnhost: the journal cannot be written (" + std::wstring(FaultText(fault)) +
+                                 L"). The scan goes on and keeps its results in memory; the journal is tried again "
+                                 L"with each channel");
+    }
+
+    std::optional<JournalFile> file_;
+    std::optional<Journal> journal_;
+};
+
+/// Everything that a scan works on.
+struct ScanRun
+{
+    const Plugin& plugin;
+    FinishedRun& run;
+    ScanJournal& journal;
+    StopRequest& stop;
+    Console& console;
+};
+
+ChannelResult MeasureChannel(const ScanRun& scan, const ChannelTurn& turn)
+{
+    VARIANT nothing;
+    nothing.vt = VT_ERROR;
+    nothing.scode = DISP_E_PARAMNOTFOUND;
+    const std::string began = NowUtc();
+    const auto start = std::chrono::steady_clock::now();
+    Get<VARIANT_BOOL>(scan.plugin.measure, &IMeasure::Measure, turn.channel, nothing);
+    ChannelResult result = CollectChannel(scan.plugin, turn.pass, turn.channel, scan.run.setup.levelUnit);
+    result.began = began;
+    result.seconds =
+        std::chrono::round<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start).count() / 1e3;
+    return result;
+}
+
+/// Measures what is left of a pass; returns the seconds that took. A channel that a stop has ended counts as not
+/// measured.
+double MeasurePass(const ScanRun& scan, const std::vector<ChannelTurn>& turns)
+{
+    const com::ComPtr<ScanParent> parent(new ScanParent(scan.console, scan.stop, static_cast<int32_t>(turns.size())));
+    const AttachedParent attached(scan.plugin, parent.Get());
+    int32_t position = 0;
+    for (const ChannelTurn& turn : turns) {
+        const std::wstring text = ChannelText(scan.plugin, turn.channel);
+        if (scan.stop.Poll()) {
+            scan.run.channels.push_back(CollectChannel(scan.plugin, turn.pass, turn.channel, scan.run.setup.levelUnit));
+            continue;
+        }
+        parent->Begin(text);
+        ChannelResult result = MeasureChannel(scan, turn);
+        parent->End();
+        const bool stopped = scan.stop.Poll();
+        if (stopped) {
+            result.outcome = ChannelOutcome::unmeasured;
+        } else {
+            scan.journal.Add(ChannelLine(result));
+        }
+        if (!scan.console.ShowsProgress()) {
+            scan.console.Notice(fmt::format(L"{:>4}/{}  {:<16}  {}", ++position, turns.size(), text,
+                                            stopped ? L"stopped" : OutcomeText(result.outcome)));
+        }
+        scan.run.channels.push_back(std::move(result));
+    }
+    scan.console.ClearProgress();
+    return parent->Elapsed();
+}
+
+ScanSummary SummaryOf(const FinishedRun& run, int32_t pass, bool stopped, double seconds)
+{
+    ScanSummary summary{.stopped = stopped, .seconds = seconds};
+    for (const ChannelResult& channel : run.channels) {
+        if (channel.pass == pass) {
+            ++summary.channels;
+            summary.Count(channel.outcome);
+        }
+    }
+    return summary;
+}
+
+/// Returns the pass's exit code.
+int ShowPass(const FinishedRun& run, int32_t pass, bool stopped, double seconds, Console& console)
+{
+    const ScanSummary summary = SummaryOf(run, pass, stopped, seconds);
+    console.Result(RunGrid(run, pass).Render(console.ResultWidth()));
+    console.Result((run.passes == 1 ? L"" : fmt::format(L"Pass {}: ", pass)) + summary.Text() + L"\n");
+    return summary.ExitCode();
+}
+
+/// Waits until a pass is due. Ends early where the scan is to stop.
+void WaitFor(std::chrono::steady_clock::time_point due, const com::ComPtr<IRunControl>& runControl, StopRequest& stop,
+             Console& console)
+{
+    constexpr float atOnce = 0.2F;  // seconds
+    while (!stop.Poll()) {
+        const double left = std::chrono::duration<double>(due - std::chrono::steady_clock::now()).count();
+        if (left <= 0) {
+            break;
+        }
+        console.Progress(L"Next pass in " + DurationText(left));
+        Call(runControl, &IRunControl::Pause, std::min(atOnce, static_cast<float>(left)));
+    }
+    console.ClearProgress();
+}
+
+/// Pass after pass until all are done or the scan is stopped. The worst exit code of the passes.
+int MeasurePasses(const ScanRun& scan, const com::ComPtr<IRunControl>& runControl)
+{
+    const auto start = std::chrono::steady_clock::now();
+    int worst = exitDone;
+    std::vector<ChannelTurn> turns = TurnsLeft(scan.run);
+    if (turns.empty()) {
+        scan.console.Notice(L"The journal is complete: nothing is left to measure");
+        return ShowPass(scan.run, scan.run.channels.back().pass, false, scan.run.Seconds(), scan.console);
+    }
+    for (int32_t done = 1; !turns.empty(); ++done) {
+        const int32_t pass = turns.front().pass;
+        Call(scan.plugin.measure, &IMeasure::ResetMeasurement, 0);
+        const double seconds = MeasurePass(scan, turns);
+        scan.run.stopped = scan.stop.Poll();
+        std::ranges::stable_sort(scan.run.channels, {},
+                                 [](const ChannelResult& channel) { return std::pair(channel.pass, channel.number); });
+        worst = std::max(worst, ShowPass(scan.run, pass, scan.run.stopped, seconds, scan.console));
+        turns = scan.run.stopped ? std::vector<ChannelTurn>() : TurnsLeft(scan.run);
+        if (!turns.empty()) {
+            WaitFor(start + std::chrono::duration_cast<std::chrono::steady_clock::duration>(
+                                std::chrono::duration<double>(done * scan.run.interval)),
+                    runControl, scan.stop, scan.console);
+            if (scan.stop.Poll()) {
+                scan.run.stopped = true;
+                break;
+            }
+        }
+    }
+    return scan.run.stopped ? exitStopped : worst;
+}
+
+/// What a scan goes on with, or a new run.
+StoredRun BeginRun(const Plugin& plugin, const ScanOptions& options, const std::wstring& path,
+                   const std::string& content, int32_t size, Console& console)
+{
+    const std::string sha256 = Sha256(content);
+    if (options.resume.empty()) {
+        StoredRun begun{.run = DescribeRun(plugin, path, sha256, options.parameters)};
+        begun.run.selection = SelectChannels(options.channels, size);
+        begun.run.passes = options.repeat;
+        begun.run.interval = options.interval;
+        return begun;
+    }
+    StoredRun stored = ReadRun(ReadInput(AbsolutePath(options.resume)), options.resume);
+    RequireSameSetup(stored.run, options.resume, sha256, options.setup, size,
+                     L". Give the setup as it was, or begin a new run with --journal and another file.");
+    const RunReceiver receiver = DescribeRun(plugin, path, sha256, {}).receiver;
+    if (receiver != stored.run.receiver) {
+        console.Notice(L"tvnhost: " + options.resume + L" was begun with another receiver (serial number " +
+                       FromUtf8(stored.run.receiver.serialNumber) + L")");
+    }
+    if (stored.isTorn) {
+        console.Notice(options.resume + L": the last line is torn; its channel is measured again");
+    }
+    return stored;
+}
+
+void RequireTargets(const ScanOptions& options, const std::wstring& path)
+{
+    std::vector<std::wstring> sources{path};
+    if (!options.journal.empty()) {
+        RequireDifferent(path, AbsolutePath(options.journal));
+    }
+    for (const std::wstring* journal : {&options.journal, &options.resume}) {
+        if (!journal->empty()) {
+            sources.push_back(AbsolutePath(*journal));
+        }
+    }
+    RequireReportTargets(options.reports, sources);
+}
+
+}  // namespace
+
+int Scan(const ScanOptions& options, Console& console)
+{
+    const std::wstring path = AbsolutePath(options.setup);
+    const std::string content = ReadInput(path);
+    const int32_t size = CheckSetupFile(content, path, productName);
+    const std::optional<Limits> limits = LoadLimits(options.reports.limits);
+    RequireTargets(options, path);
+    SelectChannels(options.channels, size);
+    const Plugin plugin;
+    plugin.Load(path);
+    const auto runControl = CreateRunControl();
+    StopRequest stop(runControl);
+    if (!options.network.empty() || options.hasTimeScale) {
+        SetSimulator(plugin, options);
+    }
+    StoredRun stored = BeginRun(plugin, options, path, content, size, console);
+    FinishedRun& run = stored.run;
+    const OnLine online(plugin);
+    if (!TurnsLeft(run).empty() && !PrepareReceiver(plugin, {options.writes, options.forces}, stop, console)) {
+        console.Notice(L"Stopped before the first channel");
+        return exitStopped;
+    }
+    ScanJournal journal(options, stored.wholeBytes, console);
+    const bool wasComplete = !options.resume.empty() && !run.ended.empty() && !run.stopped;
+    if (options.resume.empty()) {
+        journal.Add(RunLine(run));
+    } else if (!wasComplete) {
+        run.resumed.push_back(NowUtc());
+        run.stopped = false;
+        journal.Add(ResumedLine(run.resumed.back()));
+    }
+    const int exitCode = MeasurePasses({plugin, run, journal, stop, console}, runControl);
+    if (!wasComplete) {
+        run.ended = NowUtc();
+        journal.Add(EndLine(run));
+    }
+    const RunJudgement judgement = Judge(run, limits ? &*limits : nullptr);
+    if (limits) {
+        ShowVerdict(run, judgement, console);
+    }
+    WriteReports(run, judgement, limits ? &*limits : nullptr, options.reports, &plugin, console);
+    if (!journal.IsWhole()) {
+        RaiseInput(
+            L"the journal lacks the last channels: it could not be written. The results above are whole; --json, "
+            L"--html and --junit keep them too.");
+    }
+    return limits ? std::max(exitCode, judgement.ExitCode()) : exitCode;
+}
+
+}  // namespace tvn2x

@@ -1,0 +1,179 @@
+#include <algorithm>
+
+#include "fmt/format.h"
+#include "fmt/xchar.h"
+#include "host/commands/Commands.h"
+#include "host/commands/Files.h"
+#include "host/commands/Plugin.h"
+#include "host/commands/SetupFiles.h"
+#include "host/setup/Product.h"
+#include "host/setup/SetupInspection.h"
+#include "host/setup/SetupView.h"
+#include "text/InputError.h"
+#include "text/TextInput.h"
+
+namespace tvn2x {
+
+namespace {
+
+std::wstring TextOf(const VARIANT& value)
+{
+    std::wstring text;
+    if (value.vt == VT_BSTR) {
+        com::Bstr owner;
+        *owner.Put() = value.bstrVal;
+        text = owner.View();
+    }
+    return text;
+}
+
+std::wstring RemarkText(const std::wstring& path, const SetupRemark& remark)
+{
+    return (remark.line == 0 ? path + L": " : AtLine(path, remark.line)) + remark.text;
+}
+
+/// The inspection of a setup that can be loaded. Raises with every reason where it cannot.
+SetupInspection RequireUsable(const std::wstring& path)
+{
+    SetupInspection inspection = InspectSetup(ReadInput(path), productName);
+    std::wstring reasons;
+    for (const SetupRemark& remark : inspection.remarks) {
+        if (remark.isFatal) {
+            reasons += (reasons.empty() ? L"" : L"\n") + RemarkText(path, remark);
+        }
+    }
+    if (!reasons.empty()) {
+        RaiseInput(reasons);
+    }
+    return inspection;
+}
+
+void ReadTables(const Plugin& plugin, SetupContent& content)
+{
+    const auto& document = plugin.document;
+    const long channels = Get<long>(document, &_clsSetup::get_ListSize);
+    for (long channel = 1; channel <= channels; ++channel) {
+        content.channels.push_back({Get<std::wstring>(document, &_clsSetup::get_UserField, channel),
+                                    Get<double>(document, &_clsSetup::get_Frequency, channel),
+                                    Get<double>(document, &_clsSetup::get_SymbolRate, channel)});
+    }
+    const long parameters = Get<long>(document, &_clsSetup::get_Count);
+    for (long number = 1; number <= parameters; ++number) {
+        const auto parameter = static_cast<MP_TYPES>(number);
+        content.parameters.push_back({Get<std::wstring>(document, &_clsSetup::get_Caption, parameter),
+                                      Get<VARIANT_BOOL>(document, &_clsSetup::get_Parameter, 1L, parameter) != 0,
+                                      Get<VARIANT_BOOL>(document, &_clsSetup::get_Parameter, 2L, parameter) != 0,
+                                      Get<short>(document, &_clsSetup::get_Order, parameter)});
+    }
+}
+
+SetupContent ReadContent(const Plugin& plugin, const std::wstring& path)
+{
+    const auto& document = plugin.document;
+    const auto& setup = plugin.setup;
+    SetupContent content;
+    content.path = path;
+    content.product = TextOf(Get<VARIANT>(setup, &ISetup::get_ProductName));
+    content.version = TextOf(Get<VARIANT>(setup, &ISetup::get_AppVersion));
+    content.mode = Get<long>(setup, &ISetup::get_Mode);
+    content.isBackup = Get<VARIANT_BOOL>(setup, &ISetup::IsBackup) != 0;
+    content.isDirty = Get<VARIANT_BOOL>(setup, &ISetup::get_Dirty) != 0;
+    content.realPath = Get<std::wstring>(setup, &ISetup::get_FullPath);
+    content.levelUnit = Get<std::wstring>(document, &_clsSetup::get_LevelUnit);
+    content.orderOfQam = Get<long>(document, &_clsSetup::get_OrderOfQam);
+    content.rollOffFactor = Get<long>(document, &_clsSetup::get_RollOffFactor);
+    content.zin = Get<long>(document, &_clsSetup::get_Zin);
+    content.sawBw = Get<long>(document, &_clsSetup::get_SawBw);
+    content.referenceSource = Get<long>(document, &_clsSetup::get_ReferenceSource);
+    content.berSamples = Get<long>(document, &_clsSetup::get_BerSamples);
+    content.maxSettlingTime = Get<long>(document, &_clsSetup::get_MaxSettlingTime);
+    content.defaultSymbolRate = Get<double>(document, &_clsSetup::get_DefaultSymbolRate);
+    content.isCoupled = Get<VARIANT_BOOL>(document, &_clsSetup::get_CoupleDisplayAndSave) != 0;
+    content.xAxis = {Get<long>(document, &_clsSetup::get_XAxis, 0L), Get<long>(document, &_clsSetup::get_XAxis, 1L)};
+    content.notes = Get<std::wstring>(document, &_clsSetup::get_Notes);
+    content.showsNotesBefore = Get<VARIANT_BOOL>(document, &_clsSetup::get_ShowNotesBefore) != 0;
+    content.showsNotesAfter = Get<VARIANT_BOOL>(document, &_clsSetup::get_ShowNotesAfter) != 0;
+    ReadTables(plugin, content);
+    return content;
+}
+
+std::wstring Doubts(size_t count, const std::wstring& path)
+{
+    return fmt::format(L"{} doubtful {} in it. To see {}: tvnhost check {}", count, count == 1 ? L"thing" : L"things",
+                       count == 1 ? L"it" : L"them", path);
+}
+
+std::wstring Channels(size_t count)
+{
+    return fmt::format(L"{} {}", count, count == 1 ? L"channel" : L"channels");
+}
+
+}  // namespace
+
+int Show(const std::wstring& setup, Console& console)
+{
+    const std::wstring path = AbsolutePath(setup);
+    const SetupInspection inspection = RequireUsable(path);
+    const Plugin plugin;
+    plugin.Load(path);
+    console.Result(DescribeSetup(ReadContent(plugin, path), console.ResultWidth()));
+    if (const size_t count = inspection.remarks.size() + inspection.leftOut; count != 0) {
+        console.Notice(path + L": " + Doubts(count, setup));
+    }
+    return exitDone;
+}
+
+int Convert(const std::wstring& oldSetup, const std::wstring& newSetup, Console& console)
+{
+    const std::wstring source = AbsolutePath(oldSetup);
+    const std::wstring target = AbsolutePath(newSetup);
+    RequireDifferent(source, target);
+    const SetupInspection inspection = RequireUsable(source);
+    const Plugin plugin;
+    plugin.Load(source);
+    const SetupContent content = ReadContent(plugin, source);
+    PendingFile pending(target);
+    SaveInto(plugin, pending);
+    pending.TakePlace();
+    console.Result(fmt::format(L"{}: {}version {}, {}\n", source, inspection.isBackup ? L"backup copy, " : L"",
+                               inspection.version, Channels(static_cast<size_t>(inspection.channels))));
+    console.Result(fmt::format(L"{}: version {}, {}, {} parameters\n", target, setupVersion,
+                               Channels(content.channels.size()), content.parameters.size()));
+    if (content.isBackup) {
+        console.Notice(fmt::format(L"{} is a backup copy of {}. The new setup is no backup copy.", source,
+                                   content.realPath.empty() ? L"a setup without a file" : content.realPath));
+    }
+    if (const size_t count = inspection.remarks.size() + inspection.leftOut; count != 0) {
+        console.Notice(source + L": " + Doubts(count, oldSetup) + L". What is not read is not in the new setup.");
+    }
+    return exitDone;
+}
+
+int Check(const std::wstring& setup, Console& console)
+{
+    const std::wstring path = AbsolutePath(setup);
+    const SetupInspection inspection = InspectSetup(ReadInput(path), productName);
+    for (const SetupRemark& remark : inspection.remarks) {
+        console.Result(RemarkText(path, remark) + (remark.isFatal ? L" (cannot be loaded)\n" : L"\n"));
+    }
+    if (inspection.leftOut != 0) {
+        console.Result(fmt::format(L"{}: and {} more\n", path, inspection.leftOut));
+    }
+    if (!inspection.IsUsable()) {
+        console.Notice(path +
+                       L": cannot be loaded. Correct the lines above, or make a setup with: tvnhost import PLAN "
+                       L"-o SETUP");
+        return exitUnusable;
+    }
+    Plugin().Load(path);
+    const size_t count = inspection.remarks.size() + inspection.leftOut;
+    console.Result(fmt::format(L"{}: {}version {}, {}: {}\n", path, inspection.isBackup ? L"backup copy, " : L"",
+                               inspection.version.empty() ? L"unknown" : inspection.version,
+                               Channels(static_cast<size_t>(inspection.channels)),
+                               count == 0   ? std::wstring(L"nothing doubtful")
+                               : count == 1 ? std::wstring(L"1 doubtful thing")
+                                            : fmt::format(L"{} doubtful things", count)));
+    return count == 0 ? exitDone : exitFindings;
+}
+
+}  // namespace tvn2x

@@ -1,0 +1,112 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "host/commands/Console.h"
+#include "host/commands/Reports.h"
+
+namespace tvn2x {
+
+/// What a command ends the process with.
+enum ExitCode : int
+{
+    exitDone = 0,      ///< all channels done and synchronised
+    exitFindings = 1,  ///< some channel not synchronised or in error, a failed verdict, a change
+    exitUnusable = 2,  ///< unusable input or usage
+    exitStopped = 3
+};
+
+struct ImportOptions
+{
+    std::wstring plan;
+    std::wstring setup;
+    std::wstring title;  ///< first line of the notes, "" for the plan's own
+    std::wstring levelUnit = L"dBµV";
+    int32_t berSamples = 10;       ///< blocks of 10^7 bits
+    int32_t maxSettlingTime = 10;  ///< seconds
+    int32_t orderForAuto = 0;      ///< 0: channels with QAM/AUTO are left out
+};
+
+struct NetworkOptions
+{
+    std::wstring plan;
+    std::wstring model;
+    uint64_t seed = 1;
+    int32_t orderForAuto = 0;
+    bool isClean = false;  ///< without impaired channels
+};
+
+struct ScanOptions
+{
+    std::wstring setup;
+    std::wstring network;     ///< "" leaves the receiver as it is
+    std::wstring channels;    ///< "" is all
+    std::wstring parameters;  ///< "" is what the setup displays
+    double timeScale = 1;     ///< of the simulated receiver
+    bool hasTimeScale = false;
+    std::wstring journal;  ///< "" for none
+    std::wstring resume;   ///< journal to go on with, "" for a new run
+    int32_t repeat = 1;    ///< passes, 0 until stopped
+    double interval = 0;   ///< seconds from pass to pass
+    bool writes = false;   ///< configures the receiver first
+    bool forces = false;   ///< goes on where the receiver cannot do the setup
+    ReportOptions reports;
+};
+
+/// What judge and report do with a stored run.
+struct JudgeOptions
+{
+    std::wstring result;
+    std::wstring setup;  ///< for a result file; "" for the one that the run names
+    ReportOptions reports;
+    bool shows = true;  ///< the verdict, which the exit code then tells too
+};
+
+struct CompareOptions
+{
+    std::wstring before;
+    std::wstring after;
+    std::wstring limits;          ///< "" for the drift limits that are built in
+    std::optional<double> level;  ///< dB
+    std::optional<double> mer;    ///< dB
+};
+
+/// What the commands about the receiver's own state work on.
+struct ConfigurationOptions
+{
+    std::wstring setup;    ///< read from or written to; "" for info
+    std::wstring network;  ///< "" leaves the receiver as it is
+};
+
+/// A setup to edit, or none for a new one, and the file to save it to, "" for its own.
+struct EditOptions
+{
+    std::wstring setup;
+    std::wstring output;
+};
+
+// Each command returns its exit code, and raises what it cannot go on from.
+int Import(const ImportOptions& options, Console& console);
+int Network(const NetworkOptions& options, Console& console);
+int Scan(const ScanOptions& options, Console& console);
+int JudgeRun(const JudgeOptions& options, Console& console);
+int Compare(const CompareOptions& options, Console& console);
+int PrintLimits(Console& console);
+int Show(const std::wstring& setup, Console& console);
+int Convert(const std::wstring& oldSetup, const std::wstring& newSetup, Console& console);
+int Check(const std::wstring& setup, Console& console);  ///< exitFindings where something is doubtful
+int Info(const ConfigurationOptions& options, Console& console);
+int CheckReceiver(const ConfigurationOptions& options,
+                  Console& console);                                      ///< exitFindings where it cannot do the setup
+int ReadReceiver(const ConfigurationOptions& options, Console& console);  ///< exitFindings where it is in another mode
+int WriteReceiver(const ConfigurationOptions& options, Console& console);
+int Edit(const EditOptions& options, Console& console);  ///< exitStopped where the user cancels
+int Register(Console& console);
+int Unregister(Console& console);
+
+/// What is wrong with which channel, and the verdict.
+void ShowVerdict(const FinishedRun& run, const RunJudgement& judgement, Console& console);
+
+}  // namespace tvn2x

@@ -1,0 +1,105 @@
+#include "host/commands/JournalFile.h"
+
+#include <utility>
+
+#include "host/commands/Files.h"
+#include "text/InputError.h"
+
+namespace tvn2x {
+
+namespace {
+
+FileFault FaultOf(DWORD error)
+{
+    switch (error) {
+        case ERROR_DISK_FULL:
+        case ERROR_HANDLE_DISK_FULL:
+            return FileFault::diskFull;
+        case ERROR_ACCESS_DENIED:
+            return FileFault::accessDenied;
+        case ERROR_WRITE_PROTECT:
+            return FileFault::readOnly;
+        case ERROR_SHARING_VIOLATION:
+        case ERROR_LOCK_VIOLATION:
+            return FileFault::inUse;
+        case ERROR_FILE_NOT_FOUND:
+        case ERROR_PATH_NOT_FOUND:
+        case ERROR_INVALID_NAME:
+            return FileFault::pathMissing;
+        default:
+            return FileFault::other;
+    }
+}
+
+}  // namespace
+
+JournalFile JournalFile::Create(const std::wstring& path)
+{
+    const HANDLE handle =
+        CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (handle == INVALID_HANDLE_VALUE) {
+        const DWORD error = GetLastError();
+        if (error == ERROR_FILE_EXISTS) {
+            RaiseInput(path + L" exists already. Go on with it (scan SETUP --resume " + path +
+                       L"), delete it, or give --journal another name.");
+        }
+        RequireWritten(FaultOf(error), path);
+    }
+    return {handle, 0};
+}
+
+JournalFile JournalFile::Open(const std::wstring& path, size_t keep)
+{
+    const HANDLE handle = CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                      FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (handle == INVALID_HANDLE_VALUE) {
+        RequireWritten(FaultOf(GetLastError()), path);
+    }
+    JournalFile file(handle, static_cast<LONGLONG>(keep));
+    if (!file.CutAtEnd()) {
+        RequireWritten(FaultOf(GetLastError()), path);
+    }
+    return file;
+}
+
+JournalFile::JournalFile(JournalFile&& other) noexcept
+    : handle_(std::exchange(other.handle_, INVALID_HANDLE_VALUE)), end_(other.end_)
+{
+}
+
+JournalFile::~JournalFile()
+{
+    if (handle_ != INVALID_HANDLE_VALUE) {
+        CloseHandle(handle_);
+    }
+}
+
+bool JournalFile::CutAtEnd()
+{
+    LARGE_INTEGER end;
+    end.QuadPart = end_;
+    return SetFilePointerEx(handle_, end, nullptr, FILE_BEGIN) && SetEndOfFile(handle_);
+}
+
+FileFault JournalFile::Append(std::string_view bytes)
+{
+    for (std::string_view rest = bytes; !rest.empty();) {
+        DWORD written = 0;
+        const bool isDone = WriteFile(handle_, rest.data(), static_cast<DWORD>(rest.size()), &written, nullptr) != 0;
+        const DWORD error = isDone ? ERROR_DISK_FULL : GetLastError();
+        if (!isDone || written == 0) {
+            CutAtEnd();
+            return FaultOf(error);
+        }
+        rest.remove_prefix(written);
+    }
+    if (!FlushFileBuffers(handle_)) {
+        const DWORD error = GetLastError();
+        CutAtEnd();
+        return FaultOf(error);
+    }
+    end_ += static_cast<LONGLONG>(bytes.size());
+    return FileFault::none;
+}
+
+}  // namespace tvn2x

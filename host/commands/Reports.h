@@ -1,0 +1,43 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/commands/Console.h"
+#include "host/commands/Plugin.h"
+#include "host/judge/Judgement.h"
+#include "host/judge/Limits.h"
+#include "host/run/FinishedRun.h"
+
+namespace tvn2x {
+
+/// What is to be made of a run, by the names of the files; "" for what is not.
+struct ReportOptions
+{
+    std::wstring limits;  ///< a file, or "outlet" for the limits that are built in
+    std::wstring json;
+    std::wstring junit;
+    std::wstring html;
+    std::wstring result;  ///< the plug-in's own result file
+
+    bool HasReports() const { return !json.empty() || !junit.empty() || !html.empty() || !result.empty(); }
+};
+
+/// The limits that were asked for, nothing where none were. Raises unusableInput where they cannot be used.
+std::optional<Limits> LoadLimits(const std::wstring& name);
+
+/// Sees to it that a scan does not end with files that cannot be written: raises unusableInput where a report would
+/// replace one of `sources` or another report, or cannot be written where it is wanted.
+void RequireReportTargets(const ReportOptions& options, const std::vector<std::wstring>& sources);
+
+/// Writes the reports, each in one step. One that fails does not keep the others from being written; the first failure
+/// is raised at the end. `plugin` has the run's setup loaded; it is needed for a result file, and is null where none is
+/// wanted.
+void WriteReports(const FinishedRun& run, const RunJudgement& judgement, const Limits* limits,
+                  const ReportOptions& options, const Plugin* plugin, Console& console);
+
+/// A stored run, with a notice where its last line is torn or where it never came to its end.
+FinishedRun LoadRun(const std::wstring& path, Console& console);
+
+}  // namespace tvn2x

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "CLI/App.hpp"
+#include "host/commands/Commands.h"
+
+namespace tvn2x {
+
+/// The part of the command line that is about what becomes of a run: limits, reports and journal of scan, and the
+/// commands judge, report, compare and limits. Lives as long as the parser.
+class RunArguments
+{
+public:
+    void AddCommands(CLI::App& app);
+    void AddToScan(CLI::App& scan);
+
+    /// What scan was given; `scan` is its parsed command.
+    void FillScan(const CLI::App& scan, ScanOptions& options) const;
+    /// Does the command that was given and returns its exit code; nothing where it is none of these.
+    std::optional<int> Run(const CLI::App& app, Console& console) const;
+
+private:
+    /// As the parser takes them: UTF-8.
+    struct Files
+    {
+        std::string limits, json, junit, html, result;
+        ReportOptions Wide() const;
+    };
+    static void AddReports(CLI::App& command, Files& files);
+    void AddStored(CLI::App& command, Files& files);
+
+    Files scanFiles_, judgeFiles_, reportFiles_;
+    std::string result_, setup_, journal_, resume_, every_, before_, after_, compareLimits_;
+    double driftLevel_ = 0, driftMer_ = 0;
+    int32_t repeat_ = 1;
+};
+
+}  // namespace tvn2x

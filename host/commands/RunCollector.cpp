@@ -1,0 +1,177 @@
+#include "host/commands/RunCollector.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include "host/run/ParameterNames.h"
+#include "host/run/ReadingKind.h"
+#include "text/InputError.h"
+#include "util/Encoding.h"
+
+namespace tvn2x {
+
+namespace {
+
+static_assert(firstFixedParameter == MP_FIRSTFIXED && lastFixedParameter == MP_LASTFIXED && lastParameter == MP_LAST);
+static_assert(parameter::userField == MP_USERFIELD && parameter::timeStamp == MP_TIMESTAMP &&
+              parameter::level == MP_RFLEV && parameter::reference == MP_REF && parameter::data == MP_DATA &&
+              parameter::iqImbalance == MP_IQIMBAL && parameter::mer == MP_MER && parameter::dataErrors == MP_DE);
+
+constexpr long displayed = 1;
+
+/// Field 1 holds what is no reading: the fixed columns, the status and the time stamp.
+long FieldOf(int32_t parameter)
+{
+    return parameter <= MP_TIMESTAMP ? 1 : 0;
+}
+
+std::wstring Cell(const Plugin& plugin, int32_t parameter, int32_t channel)
+{
+    return Get<std::wstring>(plugin.measure, &IMeasure::get_Result, FieldOf(parameter), static_cast<short>(parameter),
+                             channel);
+}
+
+ChannelOutcome Outcome(const Plugin& plugin, int32_t channel)
+{
+    const bool measured = Get<VARIANT_BOOL>(plugin.measure, &IMeasure::get_Measured, channel) != VARIANT_FALSE;
+    return OutcomeOf({.status = Cell(plugin, MP_STATUS, channel),
+                      .reference = Cell(plugin, MP_REF, channel),
+                      .carrier = Cell(plugin, MP_SYNC, channel),
+                      .frame = Cell(plugin, MP_DATA, channel)},
+                     measured);
+}
+
+/// The columns of the grid: the fixed ones and what the setup displays, or the chosen ones, by display position.
+std::vector<RunColumn> Columns(const Plugin& plugin, const std::wstring& chosen)
+{
+    const std::vector<int32_t> wanted = chosen.empty() ? std::vector<int32_t>() : SelectParameters(chosen);
+    std::vector<std::pair<short, int32_t>> positions;
+    for (int32_t parameter = MP_FIRSTFIXED; parameter <= MP_LAST; ++parameter) {
+        const bool isWanted = wanted.empty() ? Get<VARIANT_BOOL>(plugin.setup, &ISetup::get_Parameter, displayed,
+                                                                 parameter) != VARIANT_FALSE
+                                             : std::ranges::find(wanted, parameter) != wanted.end();
+        if (isWanted || parameter <= MP_LASTFIXED) {
+            positions.emplace_back(Get<short>(plugin.setup, &ISetup::get_Order, parameter), parameter);
+        }
+    }
+    std::ranges::stable_sort(positions);
+    std::vector<RunColumn> columns;
+    for (const auto& [position, parameter] : positions) {
+        columns.push_back({parameter, ToUtf8(Get<std::wstring>(plugin.setup, &ISetup::get_Caption, parameter))});
+    }
+    return columns;
+}
+
+/// A text of the receiver, "" where it does not answer: a run without it is still a run.
+template <class Member>
+std::string Told(const Plugin& plugin, Member member)
+{
+    try {
+        return ToUtf8(Get<std::wstring>(plugin.driver, member));
+    } catch (const RaisedError&) {
+        return {};
+    }
+}
+
+RunReceiver Receiver(const Plugin& plugin)
+{
+    RunReceiver receiver{.identity = {},
+                         .hardware = {},
+                         .serialNumber = Told(plugin, &IDriver::get_SerialNumber),
+                         .firmware = Told(plugin, &IDriver::get_FirmwareVersion),
+                         .options = Told(plugin, &IDriver::get_InstalledHardware)};
+    BSTR identity = nullptr;
+    BSTR hardware = nullptr;
+    long mode = 0;
+    VARIANT_BOOL isKnown = VARIANT_FALSE;
+    if (SUCCEEDED(plugin.driver->Test(&identity, &hardware, &mode, &isKnown)) && isKnown) {
+        receiver.identity = ToUtf8(com::ViewOf(identity));
+        receiver.hardware = ToUtf8(com::ViewOf(hardware));
+    }
+    SysFreeString(identity);
+    SysFreeString(hardware);
+    return receiver;
+}
+
+RunSetup Setup(const Plugin& plugin, const std::wstring& path, const std::string& sha256)
+{
+    const auto& document = plugin.document;
+    return {.path = ToUtf8(path),
+            .sha256 = sha256,
+            .notes = ToUtf8(Get<std::wstring>(document, &_clsSetup::get_Notes)),
+            .orderOfQam = Get<long>(document, &_clsSetup::get_OrderOfQam),
+            .rollOffFactor = Get<long>(document, &_clsSetup::get_RollOffFactor),
+            .sawBandwidth = Get<long>(document, &_clsSetup::get_SawBw),
+            .inputRoute = Get<long>(document, &_clsSetup::get_Zin),
+            .referenceSource = Get<long>(document, &_clsSetup::get_ReferenceSource),
+            .berSamples = Get<long>(document, &_clsSetup::get_BerSamples),
+            .maxSettlingTime = Get<long>(document, &_clsSetup::get_MaxSettlingTime),
+            .levelUnit = ToUtf8(Get<std::wstring>(document, &_clsSetup::get_LevelUnit))};
+}
+
+}  // namespace
+
+std::string NowUtc()
+{
+    using namespace std::chrono;
+    return UtcText(duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count());
+}
+
+FinishedRun DescribeRun(const Plugin& plugin, const std::wstring& path, const std::string& setupSha256,
+                        const std::wstring& chosen)
+{
+    FinishedRun run;
+    run.program = "tvnhost " TVN_VERSION;
+    run.setup = Setup(plugin, path, setupSha256);
+    run.columns = Columns(plugin, chosen);
+    if (std::ranges::all_of(run.columns, [](const RunColumn& column) { return column.parameter <= MP_LASTFIXED; })) {
+        RaiseInput(path +
+                   L": the setup displays no measured parameter. Choose some on the setup's parameters page, or "
+                   L"with --parameters.");
+    }
+    run.receiver = Receiver(plugin);
+    run.began = NowUtc();
+    return run;
+}
+
+ChannelResult CollectChannel(const Plugin& plugin, int32_t pass, int32_t channel, const std::string& levelUnit)
+{
+    ChannelResult result{.pass = pass,
+                         .number = channel,
+                         .label = ToUtf8(Cell(plugin, MP_USERFIELD, channel)),
+                         .frequency = Get<double>(plugin.document, &_clsSetup::get_Frequency, channel),
+                         .symbolRate = Get<double>(plugin.document, &_clsSetup::get_SymbolRate, channel),
+                         .outcome = Outcome(plugin, channel),
+                         .status = ToUtf8(Cell(plugin, MP_STATUS, channel)),
+                         .timeStamp = ToUtf8(Cell(plugin, MP_TIMESTAMP, channel)),
+                         .began = {},
+                         .readings = {}};
+    for (int32_t parameter = MP_RFLEV; parameter <= MP_LAST; ++parameter) {
+        // An empty cell was not wanted.
+        if (const std::wstring cell = Cell(plugin, parameter, channel); !cell.empty()) {
+            result.readings.push_back(MakeReading(parameter, cell, levelUnit, SystemLocale()));
+        }
+    }
+    return result;
+}
+
+void RestoreResults(const Plugin& plugin, const FinishedRun& run)
+{
+    Call(plugin.measure, &IMeasure::ResetMeasurement, 0);
+    for (const size_t position : run.Latest()) {
+        const ChannelResult& channel = run.channels[position];
+        const auto restore = [&](int32_t parameter, const std::string& text) {
+            Call(plugin.results, &IResults::put_Result, FieldOf(parameter), static_cast<short>(parameter),
+                 channel.number, com::Bstr(FromUtf8(text)).Get());
+        };
+        restore(MP_STATUS, channel.status);
+        restore(MP_TIMESTAMP, channel.timeStamp);
+        for (const Reading& reading : channel.readings) {
+            restore(reading.parameter, reading.text);
+        }
+        const VARIANT_BOOL measured = channel.outcome == ChannelOutcome::unmeasured ? VARIANT_FALSE : VARIANT_TRUE;
+        Call(plugin.results, &IResults::put_Measured, channel.number, measured);
+    }
+}
+
+}  // namespace tvn2x

@@ -1,0 +1,124 @@
+#include "host/judge/RunComparison.h"
+
+#include <cmath>
+
+#include "fmt/format.h"
+#include "host/judge/Judgement.h"
+#include "util/Encoding.h"
+
+namespace tvn2x {
+
+namespace {
+
+/// By frequency in kHz: setups may name one frequency with different decimals.
+using ChannelMap = std::map<long long, const ChannelResult*>;
+
+ChannelMap ByFrequency(const FinishedRun& run)
+{
+    ChannelMap channels;
+    for (const size_t position : run.Latest()) {
+        const ChannelResult& channel = run.channels[position];
+        channels[std::llround(channel.frequency * 1000)] = &channel;
+    }
+    return channels;
+}
+
+std::string OutcomeOf(const ChannelResult& channel)
+{
+    std::string text = ToUtf8(OutcomeText(channel.outcome));
+    for (const ReadingKind& kind : ReadingKinds()) {
+        const Reading* lock = kind.isLock ? channel.Find(kind.parameter) : nullptr;
+        if (lock && channel.outcome == ChannelOutcome::notSynchronised && lock->text != "OK") {
+            text += fmt::format(", {} {}", kind.title, lock->text);
+        }
+    }
+    return text;
+}
+
+/// The number that drift is reckoned from; nothing where a reading has none.
+std::optional<double> Comparable(const ChannelResult& channel, const ReadingKind& kind)
+{
+    if (kind.parameter == parameter::level) {
+        return LevelOf(channel);
+    }
+    const Reading* reading = channel.Find(kind.parameter);
+    // A ratio below what could be counted is compared by what it is below of.
+    if (!reading || !reading->value || (kind.isRatio && *reading->value <= 0)) {
+        return std::nullopt;
+    }
+    return kind.isRatio ? std::log10(*reading->value) : *reading->value;
+}
+
+std::string Shown(const ChannelResult& channel, int32_t parameter)
+{
+    const Reading* reading = channel.Find(parameter);
+    if (!reading) {
+        return {};
+    }
+    return reading->value && !reading->unit.empty() ? reading->text + " " + reading->unit : reading->text;
+}
+
+/// Two bounds of one direction ("<1.7E-8", "<1.2E-7") tell nothing of a change.
+bool AreBothBounds(const ChannelResult& before, const ChannelResult& after, int32_t parameter)
+{
+    return before.Find(parameter)->bound != Bound::exact &&
+           before.Find(parameter)->bound == after.Find(parameter)->bound;
+}
+
+void CompareReading(const ChannelResult& before, const ChannelResult& after, const ReadingKind& kind, double drift,
+                    RunComparison& comparison)
+{
+    const auto old = Comparable(before, kind);
+    const auto now = Comparable(after, kind);
+    if (!old || !now || AreBothBounds(before, after, kind.parameter)) {
+        return;
+    }
+    // Readings have few decimals: what differs by the limit itself has not gone beyond it.
+    constexpr double rounding = 1e-9;
+    const double change = *now - *old;
+    if (std::abs(change) > drift + rounding) {
+        const std::string unit = kind.isRatio ? "decades" : kind.parameter == parameter::level ? "dB" : kind.unit;
+        comparison.changes.push_back({after.Name(), kind.title, Shown(before, kind.parameter),
+                                      Shown(after, kind.parameter),
+                                      fmt::format("{}{} {}", change > 0 ? "+" : "", NumberText(change), unit)});
+    }
+}
+
+void CompareChannel(const ChannelResult& before, const ChannelResult& after, const std::map<int32_t, double>& drift,
+                    RunComparison& comparison)
+{
+    if (OutcomeOf(before) != OutcomeOf(after)) {
+        comparison.changes.push_back({after.Name(), "outcome", OutcomeOf(before), OutcomeOf(after), ""});
+    }
+    for (const auto& [parameter, limit] : drift) {
+        CompareReading(before, after, *FindReadingKind(parameter), limit, comparison);
+    }
+}
+
+}  // namespace
+
+RunComparison CompareRuns(const FinishedRun& before, const FinishedRun& after, const std::map<int32_t, double>& drift)
+{
+    const ChannelMap old = ByFrequency(before);
+    ChannelMap all = ByFrequency(after);
+    const ChannelMap now = all;
+    all.insert(old.begin(), old.end());
+    RunComparison comparison;
+    for (const auto& [frequency, channel] : all) {
+        const size_t changes = comparison.changes.size();
+        const auto was = old.find(frequency);
+        const auto is = now.find(frequency);
+        if (was == old.end()) {
+            comparison.changes.push_back({channel->Name(), "channel", "not in the run", OutcomeOf(*channel), ""});
+        } else if (is == now.end()) {
+            comparison.changes.push_back({channel->Name(), "channel", OutcomeOf(*channel), "not in the run", ""});
+        } else {
+            ++comparison.channels;
+            CompareChannel(*was->second, *is->second, drift, comparison);
+        }
+        comparison.changed += comparison.changes.size() > changes;
+    }
+    return comparison;
+}
+
+}  // namespace tvn2x

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "host/run/FinishedRun.h"
+
+namespace tvn2x {
+
+/// One thing that differs between two runs.
+struct RunChange
+{
+    std::string channel;    ///< "K45 666 MHz"
+    std::string parameter;  ///< "RF level", "lock", "channel"
+    std::string before;
+    std::string after;
+    std::string change;  ///< "-15.1 dB", "" where it is no number
+};
+
+struct RunComparison
+{
+    int32_t channels = 0;            ///< that both runs measured
+    int32_t changed = 0;             ///< of all channels, those with a change
+    std::vector<RunChange> changes;  ///< by frequency
+};
+
+/// What changed from one run to another, by centre frequency and the latest pass of each: channels that are in one
+/// only, other locks or outcomes, and readings that drifted by more than their limit (by parameter, levels in dB,
+/// ratios in decades).
+RunComparison CompareRuns(const FinishedRun& before, const FinishedRun& after, const std::map<int32_t, double>& drift);
+
+}  // namespace tvn2x

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "host/judge/Judgement.h"
+
+namespace tvn2x {
+
+/// One axis of a chart.
+struct ChartAxis
+{
+    std::string caption;
+    double low = 0;
+    double high = 1;
+    bool isLogarithmic = false;
+
+    /// Widens the axis so that it ends at whole steps of about `ticks` of them.
+    void Round(int ticks);
+    std::vector<double> Ticks(int about) const;
+    double Position(double value) const;  ///< 0..1 along the axis, clamped
+};
+
+/// A picture of values over frequency, as SVG that needs no style sheet: colours stand in it for whoever shows it
+/// without one, classes for the style sheet of a page, which can make it fit a dark background. Values are told apart
+/// by shape as well as by colour.
+class Chart
+{
+public:
+    /// The title is shown, the description is for those who cannot see the picture.
+    Chart(std::string title, std::string description, ChartAxis x, ChartAxis y);
+
+    void LimitLine(double y, bool isFailure);
+    void Curve(const std::vector<std::pair<double, double>>& points);
+    void Bar(double x, double width, double y, Verdict verdict, std::string_view hint);  ///< from 0, width in x
+    /// A mark; with a label where it should be named in the picture. An arrow where the value is a bound.
+    void Point(double x, double y, Verdict verdict, Bound bound, std::string_view hint, std::string_view label = {});
+    void Missing(double x, std::string_view label);  ///< a cross on the axis: there is no value
+
+    std::string Svg() const;
+
+private:
+    double Left(double x) const;
+    double Top(double y) const;
+    std::string Axes() const;
+    void Label(double x, double y, std::string_view text);
+
+    std::string title_;
+    std::string description_;
+    ChartAxis x_;
+    ChartAxis y_;
+    std::string body_;
+    std::vector<std::pair<double, double>> labels_;  ///< where labels stand, so that they keep apart
+};
+
+/// The mark of a verdict at a place of a picture, in its colour and shape, with a hint for the pointer.
+std::string Mark(double left, double top, Verdict verdict, std::string_view hint = {});
+
+}  // namespace tvn2x

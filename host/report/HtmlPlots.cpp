@@ -1,0 +1,327 @@
+#include "host/report/HtmlPlots.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "fmt/format.h"
+#include "host/judge/SignalAnalysis.h"
+#include "host/report/Chart.h"
+#include "host/report/Markup.h"
+
+namespace tvn2x {
+
+namespace {
+
+constexpr double halfChannel = 4;  // MHz
+
+ChartAxis FrequencyAxis(const std::vector<ReportRow>& rows)
+{
+    return {.caption = "Centre frequency (MHz)",
+            .low = rows.front().channel.frequency - 2 * halfChannel,
+            .high = rows.back().channel.frequency + 2 * halfChannel};
+}
+
+std::vector<double> Bounds(const Limit* limit)
+{
+    std::vector<double> bounds;
+    for (const auto bound : {&Limit::failBelow, &Limit::warnBelow, &Limit::warnAbove, &Limit::failAbove}) {
+        if (limit && limit->*bound) {
+            bounds.push_back(*(limit->*bound));
+        }
+    }
+    return bounds;
+}
+
+void DrawLimits(Chart& chart, const Limit* limit)
+{
+    if (!limit) {
+        return;
+    }
+    for (const auto& bound : {limit->warnBelow, limit->warnAbove}) {
+        if (bound) {
+            chart.LimitLine(*bound, false);
+        }
+    }
+    for (const auto& bound : {limit->failBelow, limit->failAbove}) {
+        if (bound) {
+            chart.LimitLine(*bound, true);
+        }
+    }
+}
+
+std::string LabelOf(const ChannelResult& channel)
+{
+    return channel.label.empty() ? fmt::format("{:g}", channel.frequency) : channel.label;
+}
+
+Verdict VerdictOf(const ReportRow& row, int32_t parameter)
+{
+    const Finding* finding = row.judgement.Find(parameter);
+    return finding ? finding->verdict : Verdict::pass;
+}
+
+std::string Hint(const ReportRow& row, int32_t parameter)
+{
+    const Reading* reading = row.channel.Find(parameter);
+    return row.channel.Name() + ": " + reading->text + (reading->unit.empty() ? "" : " " + reading->unit);
+}
+
+/// The value in the unit of the limits.
+std::optional<double> Plotted(const ChannelResult& channel, int32_t parameter)
+{
+    if (parameter == parameter::level) {
+        return LevelOf(channel);
+    }
+    const Reading* reading = channel.Find(parameter);
+    return reading ? reading->value : std::nullopt;
+}
+
+bool IsMeasured(const std::vector<ReportRow>& rows, int32_t parameter)
+{
+    return std::ranges::any_of(rows, [&](const ReportRow& row) { return Plotted(row.channel, parameter).has_value(); });
+}
+
+/// An axis that holds all values and bounds.
+ChartAxis ValueAxis(const std::vector<ReportRow>& rows, int32_t parameter, const Limit* limit, std::string caption,
+                    bool isLogarithmic)
+{
+    constexpr double roomForArrow = 3;
+    std::vector<double> values = Bounds(limit);
+    for (const ReportRow& row : rows) {
+        const auto value = Plotted(row.channel, parameter);
+        if (value && (!isLogarithmic || *value > 0)) {
+            const bool isBelow = row.channel.Find(parameter)->bound == Bound::below;
+            values.push_back(isLogarithmic && isBelow ? *value / roomForArrow : *value);
+        }
+    }
+    constexpr double lowestRatio = 1e-9;
+    const auto [low, high] = std::ranges::minmax(values.empty() ? std::vector<double>{lowestRatio, 1} : values);
+    ChartAxis axis{std::move(caption), low, high, isLogarithmic};
+    constexpr int ticks = 5;
+    axis.Round(ticks);
+    return axis;
+}
+
+void DrawPoints(Chart& chart, const std::vector<ReportRow>& rows, int32_t parameter)
+{
+    for (const ReportRow& row : rows) {
+        const ChannelResult& channel = row.channel;
+        const auto value = Plotted(channel, parameter);
+        if (!value) {
+            chart.Missing(channel.frequency, LabelOf(channel));
+            continue;
+        }
+        const Verdict verdict = VerdictOf(row, parameter);
+        chart.Point(channel.frequency, *value, verdict, channel.Find(parameter)->bound, Hint(row, parameter),
+                    verdict == Verdict::pass ? "" : LabelOf(channel));
+    }
+}
+
+std::string LimitsText(const Limit* limit, const char* unit)
+{
+    if (!limit) {
+        return "";
+    }
+    const auto range = [&](const std::optional<double>& low, const std::optional<double>& high) {
+        if (low && high) {
+            return NumberText(*low) + " to " + NumberText(*high) + unit;
+        }
+        return low ? "at least " + NumberText(*low) + unit : "at most " + NumberText(high ? *high : 0) + unit;
+    };
+    std::string text;
+    if (limit->failBelow || limit->failAbove) {
+        text += " Limit (solid line): " + range(limit->failBelow, limit->failAbove) + ".";
+    }
+    if (limit->warnBelow || limit->warnAbove) {
+        text += " Warning (dashed line): " + range(limit->warnBelow, limit->warnAbove) + ".";
+    }
+    return text;
+}
+
+/// The colours of the impairments, as the style sheet has them by name.
+struct ImpairmentStyle
+{
+    const char* name;
+    const char* colour;
+};
+constexpr ImpairmentStyle impairmentStyles[impairments] = {
+    {"noise", "#56B4E9"},     {"interference", "#D55E00"}, {"jitter", "#E69F00"}, {"suppression", "#009E73"},
+    {"imbalance", "#F0E442"}, {"quadrature", "#CC79A7"},   {"other", "#999999"}};
+
+std::string BudgetRow(const ChannelResult& channel, const ErrorBudget& budget, double top)
+{
+    constexpr double barLeft = 150, barWidth = 380, barHeight = 15, least = 28;
+    std::string text = fmt::format(R"(<text x="0" y="{0}" fill="currentColor">{1}</text>)"
+                                   R"(<text x="{2}" y="{0}" text-anchor="end" fill="currentColor">{3:.1f} dB</text>)",
+                                   top + 12, Escape(channel.Name()), barLeft - 8, budget.mer);
+    double from = barLeft;
+    for (size_t i = 0; i < impairments; ++i) {
+        const double width = budget.share[i] * barWidth;
+        const int percent = static_cast<int>(std::lround(budget.share[i] * 100));
+        text += fmt::format(
+            R"(<rect class="{}" x="{:.1f}" y="{}" width="{:.1f}" height="{}" fill="{}" stroke="#ffffff" stroke-width="0.7">)"
+            R"(<title>{}: {} %</title></rect>)",
+            impairmentStyles[i].name, from, top, width, barHeight, impairmentStyles[i].colour,
+            ImpairmentName(static_cast<Impairment>(i)), percent);
+        if (width >= least) {
+            text +=
+                fmt::format(R"(<text x="{:.1f}" y="{}" text-anchor="middle" font-size="10" fill="#000000">{} %</text>)",
+                            from + width / 2, top + 11.5, percent);
+        }
+        from += width;
+    }
+    const Impairment largest = budget.Largest();
+    return text + fmt::format(R"(<text x="{}" y="{}" fill="currentColor">mostly {}</text>)"
+                              "\n",
+                              barLeft + barWidth + 8, top + 12,
+                              largest == Impairment::other ? "other causes" : ImpairmentName(largest));
+}
+
+std::string BudgetLegend()
+{
+    std::string text;
+    double at = 0;
+    for (size_t i = 0; i < impairments; ++i) {
+        const std::string name = ImpairmentName(static_cast<Impairment>(i));
+        text += fmt::format(R"(<rect class="{}" x="{}" y="26" width="11" height="11" fill="{}"/>)"
+                            R"(<text x="{}" y="35.5" fill="currentColor">{}</text>)",
+                            impairmentStyles[i].name, at, impairmentStyles[i].colour, at + 15, name);
+        at += 34 + 6.1 * static_cast<double>(name.size());
+    }
+    return text + "\n";
+}
+
+}  // namespace
+
+ReportPlot LevelPlot(const std::vector<ReportRow>& rows, const Limit* limit)
+{
+    if (!IsMeasured(rows, parameter::level)) {
+        return {};
+    }
+    std::vector<const ChannelResult*> channels;
+    channels.reserve(rows.size());
+    for (const ReportRow& row : rows) {
+        channels.push_back(&row.channel);
+    }
+    const auto tilt = FitTilt(channels);
+    std::string caption = "RF level in dBµV.";
+    Chart chart("RF level", "RF level of each channel over its centre frequency", FrequencyAxis(rows),
+                ValueAxis(rows, parameter::level, limit, "RF level (dBµV)", false));
+    DrawLimits(chart, limit);
+    if (tilt) {
+        constexpr int pieces = 40;
+        std::vector<std::pair<double, double>> curve;
+        for (int i = 0; i <= pieces; ++i) {
+            const double frequency =
+                tilt->lowestFrequency + i * (tilt->highestFrequency - tilt->lowestFrequency) / pieces;
+            curve.emplace_back(frequency, tilt->At(frequency));
+        }
+        chart.Curve(curve);
+        caption += fmt::format(
+            " Tilt (dotted line, fitted over the square root of the frequency): {:+.1f} dB from {:g} to "
+            "{:g} MHz; the levels spread {:.1f} dB round it.",
+            tilt->Tilt(), tilt->lowestFrequency, tilt->highestFrequency, tilt->spread);
+    }
+    DrawPoints(chart, rows, parameter::level);
+    return {chart.Svg(), caption + LimitsText(limit, " dBµV")};
+}
+
+ReportPlot StepPlot(const std::vector<ReportRow>& rows, const Limit* limit)
+{
+    const ReportRow* largest = nullptr;
+    for (const ReportRow& row : rows) {
+        if (row.step && (!largest || std::abs(*row.step) > std::abs(*largest->step))) {
+            largest = &row;
+        }
+    }
+    if (!largest) {
+        return {};
+    }
+    double reach = std::abs(*largest->step);
+    for (const double bound : Bounds(limit)) {
+        reach = std::max(reach, bound);
+    }
+    ChartAxis axis{"Step (dB)", -reach, reach};
+    constexpr int ticks = 5;
+    axis.Round(ticks);
+    Chart chart("Level steps between adjacent channels", "Level of each channel above that of its lower neighbour",
+                FrequencyAxis(rows), axis);
+    for (const double sign : {1.0, -1.0}) {
+        for (const double bound : Bounds(limit)) {
+            chart.LimitLine(sign * bound, limit->failAbove == bound);
+        }
+    }
+    for (const ReportRow& row : rows) {
+        if (row.step) {
+            chart.Bar(row.channel.frequency, halfChannel, *row.step, VerdictOf(row, parameter::levelStep),
+                      fmt::format("{}: {:+.1f} dB", row.channel.Name(), *row.step));
+        }
+    }
+    return {chart.Svg(),
+            fmt::format("Level of each channel above its lower neighbour; the largest step is {:+.1f} dB at {}.",
+                        *largest->step, Escape(largest->channel.Name())) +
+                LimitsText(limit, " dB")};
+}
+
+ReportPlot MerPlot(const std::vector<ReportRow>& rows, const Limit* limit)
+{
+    if (!IsMeasured(rows, parameter::mer)) {
+        return {};
+    }
+    Chart chart("Modulation error ratio", "MER of each channel over its centre frequency", FrequencyAxis(rows),
+                ValueAxis(rows, parameter::mer, limit, "MER (dB)", false));
+    DrawLimits(chart, limit);
+    DrawPoints(chart, rows, parameter::mer);
+    return {chart.Svg(), "MER in dB; a cross on the axis is a channel without a value." + LimitsText(limit, " dB")};
+}
+
+ReportPlot BerPlot(const std::vector<ReportRow>& rows, const Limit* limit)
+{
+    if (!IsMeasured(rows, parameter::ber)) {
+        return {};
+    }
+    Chart chart("Bit error ratio before Reed-Solomon", "Bit error ratio of each channel, on a logarithmic axis",
+                FrequencyAxis(rows), ValueAxis(rows, parameter::ber, limit, "BER before RS", true));
+    DrawLimits(chart, limit);
+    DrawPoints(chart, rows, parameter::ber);
+    return {chart.Svg(), "BER before Reed-Solomon; an arrow down is a count without errors: the ratio is below." +
+                             LimitsText(limit, "")};
+}
+
+ReportPlot BudgetPlot(const std::vector<ReportRow>& rows)
+{
+    constexpr size_t most = 12;
+    std::vector<std::pair<ErrorBudget, const ChannelResult*>> budgets;
+    for (const ReportRow& row : rows) {
+        if (const auto budget = BudgetOf(row.channel)) {
+            budgets.emplace_back(*budget, &row.channel);
+        }
+    }
+    if (budgets.empty()) {
+        return {};
+    }
+    std::ranges::stable_sort(budgets, {}, [](const auto& entry) { return entry.first.mer; });
+    budgets.resize(std::min(budgets.size(), most), {ErrorBudget{}, nullptr});
+    constexpr double rowHeight = 21, firstRow = 48;
+    const double height = firstRow + rowHeight * static_cast<double>(budgets.size());
+    std::string svg = fmt::format(
+        R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 720 {0}" width="720" height="{0}" role="img" )"
+        R"(font-family="sans-serif" font-size="11"><title>Error budget</title>)"
+        R"(<desc>Shares of the error power by its causes, of the channels with the lowest MER</desc>)"
+        "\n"
+        R"(<text x="0" y="14" font-size="13" font-weight="bold" fill="currentColor">What eats the MER</text>)"
+        "\n",
+        height);
+    svg += BudgetLegend();
+    double top = firstRow;
+    for (const auto& [budget, channel] : budgets) {
+        svg += BudgetRow(*channel, budget, top);
+        top += rowHeight;
+    }
+    return {svg + "</svg>\n",
+            fmt::format("Error power of the {} with the lowest MER, by cause, reckoned from the readings. \"other\" is "
+                        "what no reading accounts for: the head end, or an echo beyond the equaliser.",
+                        budgets.size() == 1 ? "channel" : fmt::format("{} channels", budgets.size()))};
+}
+
+}  // namespace tvn2x

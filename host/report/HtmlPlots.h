@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "host/judge/Judgement.h"
+#include "host/judge/Limits.h"
+#include "host/run/FinishedRun.h"
+
+namespace tvn2x {
+
+/// One row of a report: a channel and what was found.
+struct ReportRow
+{
+    const ChannelResult& channel;
+    const ChannelJudgement& judgement;
+    std::optional<double> step;  ///< dB to the channel below
+};
+
+/// A picture with the sentence that belongs below it (HTML); both empty where there is nothing to show.
+struct ReportPlot
+{
+    std::string svg;
+    std::string caption;
+};
+
+/// Rows are by ascending frequency.
+ReportPlot LevelPlot(const std::vector<ReportRow>& rows, const Limit* limit);
+ReportPlot StepPlot(const std::vector<ReportRow>& rows, const Limit* limit);
+ReportPlot MerPlot(const std::vector<ReportRow>& rows, const Limit* limit);
+ReportPlot BerPlot(const std::vector<ReportRow>& rows, const Limit* limit);
+/// What eats the MER of the channels that have the lowest.
+ReportPlot BudgetPlot(const std::vector<ReportRow>& rows);
+
+}  // namespace tvn2x

@@ -1,0 +1,246 @@
+#include "host/report/HtmlReport.h"
+
+#include <algorithm>
+#include <map>
+
+#include "fmt/format.h"
+#include "host/report/Chart.h"
+#include "host/report/HtmlPlots.h"
+#include "host/report/HtmlStyle.h"
+#include "host/report/Markup.h"
+#include "host/report/RunGrid.h"
+#include "text/Duration.h"
+#include "util/Encoding.h"
+
+namespace tvn2x {
+
+namespace {
+
+const char* ClassOf(Verdict verdict)
+{
+    return verdict == Verdict::notMeasured ? "unmeasured" : VerdictName(verdict);
+}
+
+/// "2026-11-21 12:59:05 UTC"
+std::string ShownTime(const std::string& utc)
+{
+    std::string text = utc.substr(0, 19);
+    std::ranges::replace(text, 'T', ' ');
+    return text.empty() ? "" : text + " UTC";
+}
+
+std::string FileName(const std::string& path)
+{
+    return path.substr(path.find_last_of("\\/") + 1);
+}
+
+/// The worst measurement of each channel.
+std::vector<size_t> Worst(const FinishedRun& run, const RunJudgement& judgement)
+{
+    std::map<int32_t, size_t> worst;
+    for (const size_t position : run.Latest()) {
+        worst[run.channels[position].number] = position;
+    }
+    const auto isWorse = [&](size_t left, size_t right) {
+        const ChannelJudgement& a = judgement.channels[left];
+        const ChannelJudgement& b = judgement.channels[right];
+        if (a.verdict != b.verdict) {
+            return a.verdict > b.verdict;
+        }
+        return a.Worst() && b.Worst() && a.Worst()->rank < b.Worst()->rank;
+    };
+    for (size_t i = 0; i < run.channels.size(); ++i) {
+        size_t& chosen = worst[run.channels[i].number];
+        if (run.channels[i].outcome != ChannelOutcome::unmeasured && isWorse(i, chosen)) {
+            chosen = i;
+        }
+    }
+    std::vector<size_t> positions;
+    std::ranges::transform(worst, std::back_inserter(positions), [](const auto& entry) { return entry.second; });
+    return positions;
+}
+
+std::string Fact(const char* name, const std::string& value)
+{
+    return value.empty() ? "" : fmt::format("<tr><th scope=\"row\">{}</th><td>{}</td></tr>\n", name, Escape(value));
+}
+
+std::string PassesText(const FinishedRun& run)
+{
+    if (run.passes == 1) {
+        return "";
+    }
+    const int32_t last = run.channels.empty() ? 0 : run.channels.back().pass;
+    return fmt::format("{}{}; of each channel the worst measurement is shown", last,
+                       run.passes == 0 ? "" : fmt::format(" of {}", run.passes));
+}
+
+std::string Facts(const FinishedRun& run, const RunJudgement& judgement)
+{
+    const RunSetup& setup = run.setup;
+    const std::string minutes = ToUtf8(DurationText(run.Seconds()));
+    std::string resumed;
+    for (const std::string& time : run.resumed) {
+        resumed += (resumed.empty() ? "" : ", ") + ShownTime(time);
+    }
+    std::string text = "<table class=\"facts\"><tbody>\n";
+    text += Fact("Measured", ShownTime(run.began) + (run.ended.empty() ? "" : " to " + ShownTime(run.ended)) + ", " +
+                                 minutes + " min of measuring" + (run.stopped ? ", stopped" : ""));
+    text += Fact("Passes", PassesText(run));
+    text += Fact("Resumed", resumed);
+    text += Fact("Setup", FileName(setup.path) + ", SHA-256 " + setup.sha256);
+    text += Fact("Notes", setup.notes);
+    text += Fact("Settings", fmt::format("{}-QAM, roll-off {} %, SAW filter {}, reference {}, BER over {} · 10^7 bits, "
+                                         "settling up to {} s",
+                                         setup.orderOfQam, setup.rollOffFactor,
+                                         setup.sawBandwidth == 0 ? "off" : fmt::format("{} MHz", setup.sawBandwidth),
+                                         setup.referenceSource == 1 ? "external" : "internal", setup.berSamples,
+                                         setup.maxSettlingTime));
+    text +=
+        Fact("Receiver", run.receiver.identity + (run.receiver.hardware.empty() ? "" : ", ") + run.receiver.hardware);
+    text += Fact("Serial number", run.receiver.serialNumber);
+    text += Fact("Firmware", run.receiver.firmware);
+    text += Fact("Options", run.receiver.options);
+    text += Fact("Limits", judgement.hasLimits ? FileName(judgement.limits) + ", SHA-256 " + judgement.limitsSha256
+                                               : "none: a channel passes when all locks hold");
+    text += Fact("Program", run.program);
+    return text + "</tbody></table>\n";
+}
+
+std::string FindingsTable(const std::vector<ReportRow>& rows)
+{
+    std::string body;
+    for (const ReportRow& row : rows) {
+        if (row.judgement.verdict != Verdict::pass) {
+            body += fmt::format("<tr><td class=\"name\">{}</td><td class=\"{}\">{}</td><td>{}</td></tr>\n",
+                                Escape(row.channel.Name()), ClassOf(row.judgement.verdict),
+                                VerdictName(row.judgement.verdict), Escape(row.judgement.reason));
+        }
+    }
+    if (body.empty()) {
+        return "";
+    }
+    return "<section>\n<h2>What to look at</h2>\n<table><thead><tr><th scope=\"col\">Channel</th><th "
+           "scope=\"col\">Verdict</th><th scope=\"col\">Why</th></tr></thead><tbody>\n" +
+           body + "</tbody></table>\n</section>\n";
+}
+
+std::string MarginCell(const ChannelJudgement& judgement)
+{
+    const Finding* worst = judgement.Worst();
+    if (!worst || !worst->margin) {
+        return "<td></td>";
+    }
+    return fmt::format("<td>{} {}</td>", FindReadingKind(worst->parameter)->title, MarginText(*worst));
+}
+
+std::string GridRow(const FinishedRun& run, const RunJudgement& judgement, const ReportRow& row)
+{
+    std::string text = fmt::format("<tr><td class=\"number\">{}</td><td class=\"{}\">{}</td>", row.channel.number,
+                                   ClassOf(row.judgement.verdict), VerdictName(row.judgement.verdict));
+    if (run.passes != 1) {
+        text += fmt::format("<td class=\"number\">{}</td>", row.channel.pass);
+    }
+    for (const RunColumn& column : run.columns) {
+        const Finding* finding = row.judgement.Find(column.parameter);
+        const bool isText = column.parameter <= parameter::timeStamp && column.parameter != parameter::frequency &&
+                            column.parameter != parameter::symbolRate;
+        const ReadingKind* kind = FindReadingKind(column.parameter);
+        std::string classes = isText || (kind && kind->isLock) ? "" : "number";
+        if (finding) {
+            classes += std::string(" ") + ClassOf(finding->verdict);
+        } else if (kind && kind->isLock && CellText(row.channel, column.parameter) != "OK") {
+            classes = "fail";
+        }
+        text += fmt::format("<td{}>{}</td>", classes.empty() ? "" : " class=\"" + classes + "\"",
+                            Escape(CellText(row.channel, column.parameter)));
+    }
+    return text + (judgement.hasLimits ? MarginCell(row.judgement) : "") + "</tr>\n";
+}
+
+std::string GridTable(const FinishedRun& run, const RunJudgement& judgement, const std::vector<ReportRow>& rows)
+{
+    std::string text =
+        "<section class=\"wide\">\n<h2>All readings</h2>\n<table><thead><tr><th scope=\"col\">No.</th>"
+        "<th scope=\"col\">Verdict</th>";
+    if (run.passes != 1) {
+        text += "<th scope=\"col\">Pass</th>";
+    }
+    for (const RunColumn& column : run.columns) {
+        text += "<th scope=\"col\">" + Escape(column.caption) + "</th>";
+    }
+    text += judgement.hasLimits ? "<th scope=\"col\">Worst Margin</th>" : "";
+    text += "</tr></thead><tbody>\n";
+    for (const ReportRow& row : rows) {
+        text += GridRow(run, judgement, row);
+    }
+    return text + "</tbody></table>\n</section>\n";
+}
+
+std::string Legend()
+{
+    std::string text = "<p>";
+    for (const Verdict verdict : {Verdict::pass, Verdict::warning, Verdict::fail, Verdict::notMeasured}) {
+        text += R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 14 14" width="14" height="14" )"
+                R"(style="display:inline;width:1em;height:1em" aria-hidden="true">)" +
+                Mark(7, 7, verdict) + "</svg> " +
+                (verdict == Verdict::notMeasured ? "no value" : VerdictName(verdict)) + " &#160; ";
+    }
+    return text + "</p>\n";
+}
+
+std::string Plots(const FinishedRun& run, const std::vector<ReportRow>& rows, const Limits* limits)
+{
+    const auto limit = [&](int32_t parameter) {
+        return limits ? limits->Find(parameter, run.setup.orderOfQam) : nullptr;
+    };
+    std::vector<const ReportRow*> order;
+    order.reserve(rows.size());
+    for (const ReportRow& row : rows) {
+        order.push_back(&row);
+    }
+    std::ranges::stable_sort(order, {}, [](const ReportRow* row) { return row->channel.frequency; });
+    std::vector<ReportRow> byFrequency;
+    byFrequency.reserve(order.size());
+    for (const ReportRow* row : order) {
+        byFrequency.push_back(*row);
+    }
+    std::string text;
+    for (const ReportPlot& plot :
+         {LevelPlot(byFrequency, limit(parameter::level)), StepPlot(byFrequency, limit(parameter::levelStep)),
+          MerPlot(byFrequency, limit(parameter::mer)), BerPlot(byFrequency, limit(parameter::ber)),
+          BudgetPlot(byFrequency)}) {
+        if (!plot.svg.empty()) {
+            text += "<figure>\n" + plot.svg + "<figcaption>" + plot.caption + "</figcaption>\n</figure>\n";
+        }
+    }
+    return text.empty() ? ""
+                        : "<section class=\"frequency\">\n<h2>Over frequency</h2>\n" + Legend() +
+                              "<div class=\"plots\">\n" + text + "</div>\n</section>\n";
+}
+
+}  // namespace
+
+std::string HtmlReport(const FinishedRun& run, const RunJudgement& judgement, const Limits* limits)
+{
+    const auto steps = LevelSteps(run);
+    std::vector<ReportRow> rows;
+    for (const size_t position : Worst(run, judgement)) {
+        rows.push_back({run.channels[position], judgement.channels[position], steps[position]});
+    }
+    const std::string title = "Cable network scan: " + FileName(run.setup.path);
+    std::string text = fmt::format(
+        "<!DOCTYPE html>\n<html xmlns=\"http://www.w3.org/1999/xhtml\" lang=\"en\">\n<head>\n<meta "
+        "charset=\"utf-8\"/>\n"
+        "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\"/>\n"
+        "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src 'unsafe-inline'\"/>\n"
+        "<title>{0}</title>\n<style>{1}</style>\n</head>\n<body>\n<h1>{0}</h1>\n<p class=\"verdict {2}\">{3}</p>\n",
+        Escape(title), htmlStyle, ClassOf(judgement.verdict), Escape(VerdictSentence(run, judgement)));
+    text += Facts(run, judgement);
+    text += FindingsTable(rows);
+    text += rows.empty() ? "" : Plots(run, rows, limits);
+    text += GridTable(run, judgement, rows);
+    return text + "</body>\n</html>\n";
+}
+
+}  // namespace tvn2x

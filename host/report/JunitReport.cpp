@@ -1,0 +1,121 @@
+#include "host/report/JunitReport.h"
+
+#include <map>
+
+#include "fmt/format.h"
+#include "host/report/Markup.h"
+
+namespace tvn2x {
+
+namespace {
+
+struct Suite
+{
+    int32_t failures = 0;
+    int32_t errors = 0;
+    int32_t skipped = 0;
+    double seconds = 0;
+    std::string began;
+    std::vector<size_t> cases;
+};
+
+/// Name of the setup's file without folder and extension.
+std::string Title(const FinishedRun& run)
+{
+    const std::string& path = run.setup.path;
+    const size_t begin = path.find_last_of("\\/") + 1;
+    return path.substr(begin, path.find_last_of('.') > begin ? path.find_last_of('.') - begin : std::string::npos);
+}
+
+std::map<int32_t, Suite> Suites(const FinishedRun& run, const RunJudgement& judgement)
+{
+    std::map<int32_t, Suite> suites;
+    for (size_t i = 0; i < run.channels.size(); ++i) {
+        const ChannelResult& channel = run.channels[i];
+        const Verdict verdict = judgement.channels[i].verdict;
+        Suite& suite = suites[channel.pass];
+        suite.failures += verdict == Verdict::fail;
+        suite.errors += verdict == Verdict::error;
+        suite.skipped += verdict == Verdict::notMeasured;
+        suite.seconds += channel.seconds;
+        if (suite.began.empty()) {
+            suite.began = channel.began;
+        }
+        suite.cases.push_back(i);
+    }
+    return suites;
+}
+
+/// "2026-11-21T12:59:05": without zone and fractions, as the format's readers expect it.
+std::string PlainTime(const std::string& utc)
+{
+    return utc.substr(0, 19);
+}
+
+std::string Case(const ChannelResult& channel, const ChannelJudgement& judgement, const std::string& className)
+{
+    std::string text = fmt::format(R"(    <testcase name="{}" classname="{}" time="{:.3f}")", Escape(channel.Name()),
+                                   Escape(className), channel.seconds);
+    std::string body;
+    const std::string reason = Escape(judgement.reason);
+    switch (judgement.verdict) {
+        case Verdict::fail:
+            body = fmt::format("      <failure message=\"{0}\" type=\"limit\">{0}</failure>\n", reason);
+            break;
+        case Verdict::error:
+            body = fmt::format("      <error message=\"{0}\" type=\"instrument\">{0}</error>\n", reason);
+            break;
+        case Verdict::notMeasured:
+            body = fmt::format("      <skipped message=\"{}\"/>\n", reason);
+            break;
+        case Verdict::warning:
+        case Verdict::pass:
+            break;
+    }
+    std::string readings = judgement.verdict == Verdict::warning ? "warning: " + reason + "\n" : "";
+    for (const Reading& reading : channel.readings) {
+        const ReadingKind* kind = FindReadingKind(reading.parameter);
+        readings += Escape(
+            fmt::format("{}: {}{}{}\n", kind->title, reading.text, reading.unit.empty() ? "" : " ", reading.unit));
+    }
+    if (!readings.empty()) {
+        body += "      <system-out>" + readings + "</system-out>\n";
+    }
+    return text + (body.empty() ? "/>\n" : ">\n" + body + "    </testcase>\n");
+}
+
+}  // namespace
+
+std::string JunitReport(const FinishedRun& run, const RunJudgement& judgement)
+{
+    const std::string title = Title(run);
+    std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+    text += fmt::format("<testsuites name=\"{}\" tests=\"{}\" failures=\"{}\" errors=\"{}\" time=\"{:.3f}\">\n",
+                        Escape(title), run.channels.size(), judgement.Count(Verdict::fail),
+                        judgement.Count(Verdict::error), run.Seconds());
+    for (const auto& [pass, suite] : Suites(run, judgement)) {
+        const std::string name = run.passes == 1 ? title : fmt::format("{} pass {}", title, pass);
+        text += fmt::format(
+            "  <testsuite name=\"{}\" tests=\"{}\" failures=\"{}\" errors=\"{}\" skipped=\"{}\" time=\"{:.3f}\" "
+            "timestamp=\"{}\" hostname=\"localhost\">\n",
+            Escape(name), suite.cases.size(), suite.failures, suite.errors, suite.skipped, suite.seconds,
+            PlainTime(suite.began.empty() ? run.began : suite.began));
+        text += "    <properties>\n";
+        for (const auto& [key, value] : {std::pair{"program", run.program},
+                                         {"setup", run.setup.path},
+                                         {"setup.sha256", run.setup.sha256},
+                                         {"receiver.serialNumber", run.receiver.serialNumber},
+                                         {"receiver.firmware", run.receiver.firmware},
+                                         {"limits", judgement.limits}}) {
+            text += fmt::format("      <property name=\"{}\" value=\"{}\"/>\n", key, Escape(value));
+        }
+        text += "    </properties>\n";
+        for (const size_t position : suite.cases) {
+            text += Case(run.channels[position], judgement.channels[position], name);
+        }
+        text += "  </testsuite>\n";
+    }
+    return text + "</testsuites>\n";
+}
+
+}  // namespace tvn2x

@@ -1,0 +1,94 @@
+#include "host/run/FinishedRun.h"
+
+#include <algorithm>
+#include <chrono>
+#include <map>
+#include <numeric>
+
+#include "fmt/format.h"
+#include "util/Encoding.h"
+#include "util/RaisedError.h"
+
+namespace tvn2x {
+
+namespace {
+
+std::optional<double> Number(std::wstring_view text, const Locale& locale)
+{
+    try {
+        return ParseNumber(text, locale);
+    } catch (const RaisedError&) {
+        return std::nullopt;
+    }
+}
+
+}  // namespace
+
+Reading MakeReading(int32_t parameter, std::wstring_view cell, std::string_view levelUnit, const Locale& locale)
+{
+    Reading reading{.parameter = parameter, .text = ToUtf8(cell)};
+    const ReadingKind* kind = FindReadingKind(parameter);
+    if (!kind || kind->isLock) {
+        return reading;
+    }
+    reading.unit = parameter == parameter::level ? levelUnit : kind->unit;
+    if (cell == L"UNDER" || cell.starts_with(L'<')) {
+        reading.bound = Bound::below;
+    } else if (cell == L"OVER" || cell.starts_with(L'>')) {
+        reading.bound = Bound::above;
+    }
+    reading.value = Number(cell.substr(cell.starts_with(L'<') || cell.starts_with(L'>') ? 1 : 0), locale);
+    return reading;
+}
+
+const Reading* ChannelResult::Find(int32_t parameter) const
+{
+    const auto found = std::ranges::find(readings, parameter, &Reading::parameter);
+    return found == readings.end() ? nullptr : &*found;
+}
+
+std::optional<double> ChannelResult::Value(int32_t parameter) const
+{
+    const Reading* reading = Find(parameter);
+    return reading && reading->bound == Bound::exact ? reading->value : std::nullopt;
+}
+
+std::string ChannelResult::Name() const
+{
+    const std::string megahertz = fmt::format("{:g} MHz", frequency);
+    return label.empty() || label == megahertz ? megahertz : label + " " + megahertz;
+}
+
+double FinishedRun::Seconds() const
+{
+    return std::accumulate(channels.begin(), channels.end(), 0.0,
+                           [](double sum, const ChannelResult& channel) { return sum + channel.seconds; });
+}
+
+std::vector<size_t> FinishedRun::Latest() const
+{
+    std::map<int32_t, size_t> latest;
+    for (size_t i = 0; i < channels.size(); ++i) {
+        const auto [entry, isNew] = latest.try_emplace(channels[i].number, i);
+        if (!isNew && channels[i].outcome != ChannelOutcome::unmeasured) {
+            entry->second = i;
+        }
+    }
+    std::vector<size_t> positions;
+    std::ranges::transform(latest, std::back_inserter(positions), [](const auto& entry) { return entry.second; });
+    return positions;
+}
+
+std::string UtcText(int64_t millisecondsSince1970)
+{
+    using namespace std::chrono;
+    const sys_time<milliseconds> time{milliseconds(millisecondsSince1970)};
+    const auto day = floor<days>(time);
+    const year_month_day date(day);
+    const hh_mm_ss clock(time - day);
+    return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}.{:03}Z", static_cast<int>(date.year()),
+                       static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()), clock.hours().count(),
+                       clock.minutes().count(), clock.seconds().count(), clock.subseconds().count());
+}
+
+}  // namespace tvn2x

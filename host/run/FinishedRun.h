@@ -1,0 +1,128 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/run/ReadingKind.h"
+#include "host/run/ScanSummary.h"
+#include "util/modLocaleInfo.h"
+
+namespace tvn2x {
+
+/// What a reading's number stands for.
+enum class Bound
+{
+    exact,
+    below,  ///< the value is at most the number ("<1.7E-8"), or under the receiver's range where there is none
+            ///< ("UNDER")
+    above
+};
+
+/// One measured value. The text is what the result grid shows; the number is taken from it, so that they agree.
+struct Reading
+{
+    int32_t parameter = 0;
+    std::string text;               ///< "61.1", "<1.7E-8", "UNDER", "---"; of a lock "OK", "UNSYNC", "INTERMITTENT"
+    std::optional<double> value{};  ///< in `unit`; nothing for a lock and for what could not be measured
+    Bound bound = Bound::exact;
+    std::string unit{};
+
+    bool operator==(const Reading&) const = default;
+};
+
+/// A reading of a result cell. levelUnit is the setup's, the numbers are written in the locale.
+Reading MakeReading(int32_t parameter, std::wstring_view cell, std::string_view levelUnit, const Locale& locale);
+
+/// The result of one measurement of one channel.
+struct ChannelResult
+{
+    int32_t pass = 1;    ///< which of the repeated scans, from 1
+    int32_t number = 0;  ///< in the setup, from 1
+    std::string label;
+    double frequency = 0;   ///< MHz
+    double symbolRate = 0;  ///< MSymb/s
+    ChannelOutcome outcome = ChannelOutcome::unmeasured;
+    std::string status;     ///< "Done", "Control Error", ...
+    std::string timeStamp;  ///< as the plug-in wrote it, in the user's own format
+    std::string began;      ///< UTC, "2026-11-21T12:59:05.123Z"; "" where the channel was not measured
+    double seconds = 0;     ///< that the measurement took
+    std::vector<Reading> readings;
+
+    bool operator==(const ChannelResult&) const = default;
+
+    const Reading* Find(int32_t parameter) const;  ///< null where the setup does not measure it
+    /// The number of a reading, nothing where there is none or where it is a bound.
+    std::optional<double> Value(int32_t parameter) const;
+    std::string Name() const;  ///< "K45 666 MHz"
+};
+
+/// One column of the result grid.
+struct RunColumn
+{
+    int32_t parameter = 0;
+    std::string caption;
+
+    bool operator==(const RunColumn&) const = default;
+};
+
+/// The setup that a run followed.
+struct RunSetup
+{
+    std::string path;
+    std::string sha256;  ///< of the file
+    std::string notes;
+    int32_t orderOfQam = 0;
+    int32_t rollOffFactor = 0;    ///< hundredths
+    int32_t sawBandwidth = 0;     ///< MHz, 0 is off
+    int32_t inputRoute = 0;       ///< 2, 4, 50, 75, 128
+    int32_t referenceSource = 0;  ///< 0 internal, 1 external
+    int32_t berSamples = 0;       ///< blocks of 10^7 bits
+    int32_t maxSettlingTime = 0;  ///< seconds
+    std::string levelUnit;
+
+    bool operator==(const RunSetup&) const = default;
+};
+
+/// What the receiver says of itself; "" where it does not tell.
+struct RunReceiver
+{
+    std::string identity;
+    std::string hardware;
+    std::string serialNumber;
+    std::string firmware;
+    std::string options;
+
+    bool operator==(const RunReceiver&) const = default;
+};
+
+/// Everything known of a scan that has ended or was stopped. Every report is made from this. Texts are UTF-8, because
+/// every report is written in it.
+struct FinishedRun
+{
+    std::string program;  ///< name and version of the program that measured
+    RunSetup setup;
+    RunReceiver receiver;
+    std::vector<RunColumn> columns;    ///< of the result grid, from left to right
+    std::vector<int32_t> selection;    ///< the channels that were to be measured, ascending
+    int32_t passes = 1;                ///< how often they were to be measured, 0 for no end
+    double interval = 0;               ///< seconds from the beginning of one pass to that of the next, 0 for none
+    std::string began;                 ///< UTC
+    std::string ended;                 ///< "" where the run never came to its end
+    std::vector<std::string> resumed;  ///< when it was gone on with
+    bool stopped = false;
+    std::vector<ChannelResult> channels;  ///< by pass and number
+
+    bool operator==(const FinishedRun&) const = default;
+
+    double Seconds() const;  ///< spent on measuring
+    /// Positions of the latest result of each channel, by number.
+    std::vector<size_t> Latest() const;
+};
+
+/// A point in time as a run keeps it.
+std::string UtcText(int64_t millisecondsSince1970);
+
+}  // namespace tvn2x

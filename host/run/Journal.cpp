@@ -1,0 +1,95 @@
+#include "host/run/Journal.h"
+
+#include <algorithm>
+#include <set>
+
+#include "text/InputError.h"
+#include "text/TextInput.h"
+#include "util/Encoding.h"
+#include "util/modLocaleInfo.h"
+
+namespace tvn2x {
+
+void Journal::Add(std::string_view lines)
+{
+    const bool wasWhole = kept_.empty();
+    kept_ += lines;
+    const FileFault fault = file_.Append(kept_);
+    if (fault == FileFault::none) {
+        kept_.clear();
+    }
+    if (wasWhole != kept_.empty()) {
+        tell_(fault);
+    }
+}
+
+void RequireSameSetup(const FinishedRun& run, const std::wstring& journal, const std::string& setupSha256,
+                      const std::wstring& setup, int32_t channels, const std::wstring& remedy)
+{
+    if (run.setup.sha256 != setupSha256) {
+        RaiseInput(journal + L" belongs to the setup " + FromUtf8(run.setup.path) + L" as it was on " +
+                   FromUtf8(run.began.substr(0, 10)) + L", and " + setup + L" differs from that" + remedy);
+    }
+    if (run.selection.empty() || run.selection.back() > channels) {
+        RaiseInput(journal + L" names channels that " + setup + L" does not have" + remedy);
+    }
+}
+
+std::vector<ChannelTurn> TurnsLeft(const FinishedRun& run)
+{
+    int32_t pass = 1;
+    std::set<int32_t> done;
+    for (const ChannelResult& channel : run.channels) {
+        if (channel.pass > pass) {
+            pass = channel.pass;
+            done.clear();
+        }
+        if (channel.pass == pass && channel.outcome != ChannelOutcome::unmeasured) {
+            done.insert(channel.number);
+        }
+    }
+    const bool isDone = std::ranges::all_of(run.selection, [&](int32_t channel) { return done.contains(channel); });
+    if (isDone) {
+        done.clear();
+        ++pass;
+    }
+    std::vector<ChannelTurn> turns;
+    if (run.passes == 0 || pass <= run.passes) {
+        for (const int32_t channel : run.selection) {
+            if (!done.contains(channel)) {
+                turns.push_back({pass, channel});
+            }
+        }
+    }
+    return turns;
+}
+
+double ReadInterval(std::string_view text)
+{
+    constexpr struct
+    {
+        char unit;
+        double seconds;
+    } units[] = {{'s', 1}, {'m', 60}, {'h', 3600}};
+    constexpr double longest = 7 * 24 * 3600;
+    double factor = 1;
+    std::string_view number = text;
+    for (const auto& known : units) {
+        if (text.ends_with(known.unit)) {
+            factor = known.seconds;
+            number.remove_suffix(1);
+        }
+    }
+    double seconds = 0;
+    try {
+        seconds = factor * ParseNumber(FromUtf8(number), L'.');
+    } catch (const RaisedError&) {
+        seconds = 0;
+    }
+    if (!(seconds >= 1 && seconds <= longest)) {
+        RaiseInput(L"--every: " + Excerpt(text) + L" is no time from 1 second to 7 days. Write 90s, 15m or 2h.");
+    }
+    return seconds;
+}
+
+}  // namespace tvn2x

@@ -1,0 +1,337 @@
+#include "host/run/RunRecords.h"
+
+#include <cmath>
+#include <limits>
+
+#include "nlohmann/json.hpp"
+#include "text/InputError.h"
+#include "text/TextInput.h"
+#include "util/Encoding.h"
+
+namespace tvn2x {
+
+namespace {
+
+/// Keys stay in the order in which they are written.
+using Json = nlohmann::ordered_json;
+
+constexpr int32_t format = 1;
+
+std::string Line(const Json& record, std::string_view further = {})
+{
+    std::string line = record.dump(-1, ' ', false, Json::error_handler_t::replace);
+    if (!further.empty()) {
+        line.insert(line.size() - 1, "," + std::string(further));
+    }
+    return line + "\n";
+}
+
+constexpr struct
+{
+    ChannelOutcome outcome;
+    const char* name;
+} outcomes[] = {
+    {ChannelOutcome::unmeasured, "not measured"},
+    {ChannelOutcome::synchronised, "synchronised"},
+    {ChannelOutcome::notSynchronised, "not synchronised"},
+    {ChannelOutcome::error, "error"},
+};
+
+constexpr struct
+{
+    Bound bound;
+    const char* name;
+} bounds[] = {{Bound::below, "below"}, {Bound::above, "above"}};
+
+Json ReadingJson(const Reading& reading)
+{
+    Json json{{"text", reading.text}};
+    json["value"] = reading.value ? Json(*reading.value) : Json();
+    for (const auto& known : bounds) {
+        if (reading.bound == known.bound) {
+            json["bound"] = known.name;
+        }
+    }
+    json["unit"] = reading.unit;
+    return json;
+}
+
+/// A record of a file that anybody may have written: whatever is not as it should be is refused.
+class Record
+{
+public:
+    explicit Record(const Json& json) : json_(json) {}
+
+    const Json& At(const char* key) const
+    {
+        const auto found = json_.find(key);
+        if (found == json_.end()) {
+            Refuse(key, L"is missing");
+        }
+        return *found;
+    }
+    bool Has(const char* key) const { return json_.contains(key); }
+
+    Record Object(const char* key) const { return Record(Typed(key, &Json::is_object, L"an object")); }
+    const Json& Array(const char* key) const { return Typed(key, &Json::is_array, L"a list"); }
+    bool Flag(const char* key) const { return Typed(key, &Json::is_boolean, L"true or false").get<bool>(); }
+    std::string Text(const char* key) const { return Typed(key, &Json::is_string, L"a text").get<std::string>(); }
+    double Number(const char* key) const { return Typed(key, &Json::is_number, L"a number").get<double>(); }
+
+    int32_t Whole(const char* key, int32_t lowest = std::numeric_limits<int32_t>::min()) const
+    {
+        const Json& value = Typed(key, &Json::is_number_integer, L"a whole number");
+        const bool isLarge = value.is_number_unsigned() && value.get<uint64_t>() > INT32_MAX;
+        if (isLarge || value.get<int64_t>() < lowest || value.get<int64_t>() > INT32_MAX) {
+            Refuse(key, L"is outside " + std::to_wstring(lowest) + L" to " + std::to_wstring(INT32_MAX));
+        }
+        return value.get<int32_t>();
+    }
+
+    [[noreturn]] static void Refuse(const std::string& key, const std::wstring& what)
+    {
+        throw RaisedError(unusableInput, L"", Excerpt(key) + L" " + what);
+    }
+
+    const Json& Self() const { return json_; }
+
+private:
+    const Json& Typed(const char* key, bool (Json::*isRight)() const noexcept, const std::wstring& wanted) const
+    {
+        const Json& value = At(key);
+        if (!(value.*isRight)()) {
+            Refuse(key, L"has to be " + wanted);
+        }
+        return value;
+    }
+
+    const Json& json_;
+};
+
+template <class Table, class Value>
+Value Named(const Table& table, Value std::remove_extent_t<Table>::*member, const char* key, const std::string& name)
+{
+    for (const auto& known : table) {
+        if (name == known.name) {
+            return known.*member;
+        }
+    }
+    Record::Refuse(key, L"is " + Excerpt(name) + L", which is not known");
+}
+
+int32_t NamedParameter(const std::string& name)
+{
+    if (const ReadingKind* kind = FindReadingKind(name)) {
+        return kind->parameter;
+    }
+    Record::Refuse(name, L"is no parameter");
+}
+
+Reading ReadReading(const std::string& name, const Record& json)
+{
+    Reading reading{.parameter = NamedParameter(name), .text = json.Text("text"), .unit = json.Text("unit")};
+    if (!json.At("value").is_null()) {
+        reading.value = json.Number("value");
+    }
+    if (json.Has("bound")) {
+        reading.bound = Named(bounds, &std::remove_extent_t<decltype(bounds)>::bound, "bound", json.Text("bound"));
+    }
+    return reading;
+}
+
+ChannelResult ReadChannel(const Record& json)
+{
+    ChannelResult channel{
+        .pass = json.Whole("pass", 1),
+        .number = json.Whole("number", 1),
+        .label = json.Text("label"),
+        .frequency = json.Number("frequencyMHz"),
+        .symbolRate = json.Number("symbolRateMSymbs"),
+        .outcome = Named(outcomes, &std::remove_extent_t<decltype(outcomes)>::outcome, "outcome", json.Text("outcome")),
+        .status = json.Text("status"),
+        .timeStamp = json.Text("timeStamp"),
+        .began = json.Text("began"),
+        .seconds = json.Number("seconds"),
+        .readings = {}};
+    const Json& locks = json.Object("locks").Self();
+    const Json& readings = json.Object("readings").Self();
+    // The parameters' own order, which is that of the readings before they were written.
+    for (const ReadingKind& kind : ReadingKinds()) {
+        if (kind.isLock && locks.contains(kind.name)) {
+            channel.readings.push_back({.parameter = kind.parameter, .text = Record(locks).Text(kind.name)});
+        } else if (!kind.isLock && readings.contains(kind.name)) {
+            channel.readings.push_back(ReadReading(kind.name, Record(readings).Object(kind.name)));
+        }
+    }
+    return channel;
+}
+
+void ReadHead(const Record& json, FinishedRun& run)
+{
+    if (json.Whole("format") != format) {
+        Record::Refuse("format", L"is " + std::to_wstring(json.Whole("format")) + L", this program reads " +
+                                     std::to_wstring(format));
+    }
+    run.program = json.Text("program");
+    const Record setup = json.Object("setup");
+    run.setup = {.path = setup.Text("path"),
+                 .sha256 = setup.Text("sha256"),
+                 .notes = setup.Text("notes"),
+                 .orderOfQam = setup.Whole("orderOfQam"),
+                 .rollOffFactor = setup.Whole("rollOffFactor"),
+                 .sawBandwidth = setup.Whole("sawBandwidthMHz"),
+                 .inputRoute = setup.Whole("inputRoute"),
+                 .referenceSource = setup.Whole("referenceSource"),
+                 .berSamples = setup.Whole("berSamples"),
+                 .maxSettlingTime = setup.Whole("maxSettlingTimeSeconds"),
+                 .levelUnit = setup.Text("levelUnit")};
+    const Record receiver = json.Object("receiver");
+    run.receiver = {.identity = receiver.Text("identity"),
+                    .hardware = receiver.Text("hardware"),
+                    .serialNumber = receiver.Text("serialNumber"),
+                    .firmware = receiver.Text("firmware"),
+                    .options = receiver.Text("options")};
+    for (const Json& column : json.Array("columns")) {
+        run.columns.push_back({Record(column).Whole("parameter"), Record(column).Text("caption")});
+    }
+    for (const Json& number : json.Array("selection")) {
+        run.selection.push_back(Record(Json{{"channel", number}}).Whole("channel", 1));
+    }
+    run.passes = json.Whole("passes", 0);
+    run.interval = json.Number("intervalSeconds");
+    run.began = json.Text("began");
+}
+
+void ReadRecord(const Json& json, bool isFirst, FinishedRun& run)
+{
+    if (!json.is_object()) {
+        throw RaisedError(unusableInput, L"", L"that is no record of a result");
+    }
+    const Record record(json);
+    const std::string kind = record.Text("record");
+    if ((kind == "run") != isFirst) {
+        throw RaisedError(unusableInput, L"", L"a result begins with its record \"run\", and has one");
+    }
+    if (kind == "run") {
+        ReadHead(record, run);
+    } else if (kind == "channel") {
+        run.channels.push_back(ReadChannel(record));
+    } else if (kind == "resumed") {
+        run.resumed.push_back(record.Text("at"));
+        run.stopped = false;
+        run.ended.clear();
+    } else if (kind == "end") {
+        run.ended = record.Text("at");
+        run.stopped = record.Flag("stopped");
+    } else {
+        Record::Refuse("record", L"is " + Excerpt(kind) + L"; known are run, channel, resumed and end");
+    }
+}
+
+const std::wstring remedy = L". Give a result file (scan --json) or a journal (scan --journal) as it was written.";
+
+}  // namespace
+
+std::string RunLine(const FinishedRun& run)
+{
+    Json columns = Json::array();
+    for (const RunColumn& column : run.columns) {
+        columns.push_back({{"parameter", column.parameter}, {"caption", column.caption}});
+    }
+    return Line({{"record", "run"},
+                 {"format", format},
+                 {"program", run.program},
+                 {"began", run.began},
+                 {"setup",
+                  {{"path", run.setup.path},
+                   {"sha256", run.setup.sha256},
+                   {"notes", run.setup.notes},
+                   {"orderOfQam", run.setup.orderOfQam},
+                   {"rollOffFactor", run.setup.rollOffFactor},
+                   {"sawBandwidthMHz", run.setup.sawBandwidth},
+                   {"inputRoute", run.setup.inputRoute},
+                   {"referenceSource", run.setup.referenceSource},
+                   {"berSamples", run.setup.berSamples},
+                   {"maxSettlingTimeSeconds", run.setup.maxSettlingTime},
+                   {"levelUnit", run.setup.levelUnit}}},
+                 {"receiver",
+                  {{"identity", run.receiver.identity},
+                   {"hardware", run.receiver.hardware},
+                   {"serialNumber", run.receiver.serialNumber},
+                   {"firmware", run.receiver.firmware},
+                   {"options", run.receiver.options}}},
+                 {"columns", std::move(columns)},
+                 {"selection", run.selection},
+                 {"passes", run.passes},
+                 {"intervalSeconds", run.interval}});
+}
+
+std::string ChannelLine(const ChannelResult& channel, std::string_view further)
+{
+    Json locks = Json::object();
+    Json readings = Json::object();
+    for (const Reading& reading : channel.readings) {
+        if (const ReadingKind* kind = FindReadingKind(reading.parameter)) {
+            (kind->isLock ? locks : readings)[kind->name] = kind->isLock ? Json(reading.text) : ReadingJson(reading);
+        }
+    }
+    Json json{{"record", "channel"},
+              {"pass", channel.pass},
+              {"number", channel.number},
+              {"label", channel.label},
+              {"frequencyMHz", channel.frequency},
+              {"symbolRateMSymbs", channel.symbolRate}};
+    for (const auto& known : outcomes) {
+        if (known.outcome == channel.outcome) {
+            json["outcome"] = known.name;
+        }
+    }
+    json["status"] = channel.status;
+    json["timeStamp"] = channel.timeStamp;
+    json["began"] = channel.began;
+    json["seconds"] = channel.seconds;
+    json["locks"] = std::move(locks);
+    json["readings"] = std::move(readings);
+    return Line(json, further);
+}
+
+std::string ResumedLine(const std::string& time)
+{
+    return Line({{"record", "resumed"}, {"at", time}});
+}
+
+std::string EndLine(const FinishedRun& run, std::string_view further)
+{
+    return Line({{"record", "end"}, {"at", run.ended}, {"stopped", run.stopped}, {"seconds", run.Seconds()}}, further);
+}
+
+StoredRun ReadRun(std::string_view content, const std::wstring& path)
+{
+    StoredRun stored;
+    int32_t line = 0;
+    while (stored.wholeBytes < content.size()) {
+        const size_t end = content.find('\n', stored.wholeBytes);
+        if (end == std::string_view::npos) {
+            stored.isTorn = true;
+            break;
+        }
+        ++line;
+        const std::string_view text = TrimBlanks(content.substr(stored.wholeBytes, end - stored.wholeBytes));
+        try {
+            if (!text.empty()) {
+                ReadRecord(Json::parse(text), stored.run.began.empty(), stored.run);
+            }
+        } catch (const nlohmann::json::exception&) {
+            RaiseInput(AtLine(path, line) + Excerpt(text) + L" is no JSON" + remedy);
+        } catch (const RaisedError& error) {
+            RaiseInput(AtLine(path, line) + error.description + remedy);
+        }
+        stored.wholeBytes = end + 1;
+    }
+    if (stored.run.began.empty()) {
+        RaiseInput(path + (content.empty() ? L" is empty" : L" has no whole line") + remedy);
+    }
+    return stored;
+}
+
+}  // namespace tvn2x

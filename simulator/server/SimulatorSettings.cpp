@@ -1,0 +1,122 @@
+#include "simulator/server/SimulatorSettings.h"
+
+#include "simulator/server/ThreadState.h"
+
+namespace tvn2x {
+
+namespace {
+
+std::wstring FullPath(const std::wstring& path)
+{
+    const DWORD size = GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
+    std::wstring full(size, L'\0');
+    full.resize(GetFullPathNameW(path.c_str(), size, full.data(), nullptr));
+    return full.empty() ? path : full;
+}
+
+/// NaN is outside every range.
+void RequireRange(double value, double min, double max, const wchar_t* member, const wchar_t* allowed)
+{
+    if (!(value >= min && value <= max))
+        throw RaisedError(error::invalidPropertyValue, std::wstring(L"ISimulatorSettings.") + member,
+                          std::wstring(member) + L" must be " + allowed);
+}
+
+}  // namespace
+
+HRESULT SimulatorSettings::put_NetworkModel(BSTR sFullPath) noexcept
+{
+    return Do([&] {
+        const std::wstring path(com::ViewOf(sFullPath));
+        const std::wstring full = path.empty() ? path : FullPath(path);
+        receiver_->model.Network(full.empty() ? NetworkModel() : NetworkModel::Load(SystemFiles(), full));
+        receiver_->modelFile = full;
+    });
+}
+
+HRESULT SimulatorSettings::get_NetworkModel(BSTR* value) noexcept
+{
+    return Get(value, [&] { return receiver_->modelFile; });
+}
+
+HRESULT SimulatorSettings::put_TimeScale(DOUBLE value) noexcept
+{
+    return Do([&] {
+        RequireRange(value, 1e-6, 1000, L"TimeScale", L"from 0.000001 to 1000");
+        receiver_->time.Scale(value);
+        StateOfThread()->timeScale = value;
+    });
+}
+
+HRESULT SimulatorSettings::get_TimeScale(DOUBLE* value) noexcept
+{
+    return Get(value, [&] { return receiver_->time.Scale(); });
+}
+
+HRESULT SimulatorSettings::put_Latency(DOUBLE value) noexcept
+{
+    return Do([&] {
+        RequireRange(value, 0, 60000, L"Latency", L"from 0 to 60000 milliseconds");
+        receiver_->model.Latency(value / 1000);
+    });
+}
+
+HRESULT SimulatorSettings::get_Latency(DOUBLE* value) noexcept
+{
+    return Get(value, [&] { return receiver_->model.Latency() * 1000; });
+}
+
+HRESULT SimulatorSettings::put_Value(BSTR sSection, BSTR sKey, BSTR value) noexcept
+{
+    return Do([&] {
+        NetworkModel changed = receiver_->model.Network();
+        changed.Set(com::ViewOf(sSection), com::ViewOf(sKey), com::ViewOf(value));
+        receiver_->model.Network(std::move(changed));
+    });
+}
+
+HRESULT SimulatorSettings::get_Value(BSTR sSection, BSTR sKey, BSTR* value) noexcept
+{
+    return Get(value, [&] { return receiver_->model.Network().Get(com::ViewOf(sSection), com::ViewOf(sKey)); });
+}
+
+HRESULT SimulatorSettings::FailAt(BSTR sOperation, LONG lCount, LONG lNumber, BSTR sSource, BSTR sDescription) noexcept
+{
+    return Do([&] {
+        receiver_->model.Faults().FailAt(
+            com::ViewOf(sOperation), lCount,
+            RaisedError(lNumber, std::wstring(com::ViewOf(sSource)), std::wstring(com::ViewOf(sDescription))));
+    });
+}
+
+HRESULT SimulatorSettings::ClearFaults() noexcept
+{
+    return Do([&] { receiver_->model.Faults().Clear(); });
+}
+
+HRESULT SimulatorSettings::get_Operations(LONG* value) noexcept
+{
+    return Get(value, [&] { return receiver_->model.Operations(); });
+}
+
+HRESULT SimulatorSettings::put_OrderOfQam(LONG value) noexcept
+{
+    return Do([&] { receiver_->model.SetOrderOfQam(value); });
+}
+
+HRESULT SimulatorSettings::get_OrderOfQam(LONG* value) noexcept
+{
+    return Get(value, [&] { return receiver_->model.Settings().order; });
+}
+
+HRESULT SimulatorSettings::put_LevelUnit(LONG value) noexcept
+{
+    return Do([&] { receiver_->model.SetLevelUnit(value); });
+}
+
+HRESULT SimulatorSettings::get_LevelUnit(LONG* value) noexcept
+{
+    return Get(value, [&] { return static_cast<int32_t>(receiver_->model.Settings().levelUnit); });
+}
+
+}  // namespace tvn2x

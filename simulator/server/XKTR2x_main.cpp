@@ -1,0 +1,60 @@
+// The exports of the component server, and nothing else.
+
+#include <initguid.h>
+#include <windows.h>
+
+#include "TVNINT.h"
+#include "XKTR2x.h"
+#include "com/Module.h"
+#include "com/Server.h"
+#include "com/TypeLibrary.h"
+#include "simulator/server/ThreadState.h"
+#include "simulator/server/clsErrorReport.h"
+#include "simulator/server/clsReceiver.h"
+#include "simulator/server/clsRunControl.h"
+
+namespace {
+
+using namespace tvn2x;
+
+const com::ServedClass classes[] = {
+    {CLSID_clsReceiver, L"XKTR2x.clsReceiver", L"Test receiver, simulated", com::Create<tvn2x::clsReceiver>},
+    {CLSID_clsRunControl, L"XKTR2x.clsRunControl", L"Run control of the calling thread", tvn2x::clsRunControl::Create},
+    {CLSID_clsErrorReport, L"XKTR2x.clsErrorReport", L"Error reporting of the calling thread",
+     tvn2x::clsErrorReport::Create},
+};
+
+const com::Server server(classes, LIBID_XKTR2x);
+
+}  // namespace
+
+STDAPI DllGetClassObject(REFCLSID classId, REFIID interfaceId, void** out)
+{
+    return server.ClassObject(classId, interfaceId, out);
+}
+
+STDAPI DllCanUnloadNow()
+{
+    return com::Module::CanUnload() ? S_OK : S_FALSE;
+}
+
+STDAPI DllRegisterServer()
+{
+    return server.Register();
+}
+
+STDAPI DllUnregisterServer()
+{
+    return server.Unregister();
+}
+
+BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* processEnds)
+{
+    if (reason == DLL_PROCESS_ATTACH)
+        com::Module::Instance(instance);
+    else if (reason == DLL_THREAD_DETACH)
+        ForgetThread();
+    else if (reason == DLL_PROCESS_DETACH && !processEnds)
+        com::ForgetTypeInfo();
+    return TRUE;
+}

@@ -1,0 +1,155 @@
+#include "host/judge/Judgement.h"
+
+#include "support/TestFiles.h"
+#include "support/TestRun.h"
+
+namespace tvn2x {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+
+const std::string merLimits = "[mer]\nFail Below=31\nWarn Below=33\n";
+
+RunJudgement JudgeOne(const ChannelResult& channel, const std::string& limits)
+{
+    const Limits read = ReadLimits(limits, L"my.ini");
+    return Judge(TestRun({channel}), &read);
+}
+
+ChannelJudgement JudgeCell(int32_t parameter, const wchar_t* cell, const std::string& limits)
+{
+    return JudgeOne(TestChannel(1, 474, {{parameter, cell}}), limits).channels.front();
+}
+
+TEST(Limits, TheMoreSpecialSectionCounts)
+{
+    const Limits limits = ReadLimits(merLimits + "[MER 64-qam]\nfail below = 26\n; a comment\n[drift]\nmer=2.5\n", L"");
+    EXPECT_EQ(limits.Find(parameter::mer, 64)->failBelow, 26);
+    EXPECT_EQ(limits.Find(parameter::mer, 64)->warnBelow, std::nullopt);
+    EXPECT_EQ(*limits.Find(parameter::mer, 256), (Limit{31, 33, {}, {}}));
+    EXPECT_EQ(limits.Find(parameter::ber, 256), nullptr);
+    EXPECT_EQ(limits.drift.at(parameter::mer), 2.5);
+    const Limits outlet = OutletLimits();
+    EXPECT_EQ(*outlet.Find(parameter::level, 64), (Limit{47, 50, 64, 67}));
+    EXPECT_EQ(*outlet.Find(parameter::level, 256), (Limit{54, 57, 71, 74}));
+    EXPECT_EQ(*outlet.Find(parameter::ber, 16), (Limit{{}, {}, 1e-4, 2e-4}));
+    EXPECT_EQ(outlet.drift.at(parameter::level), 2);
+}
+
+TEST(Limits, ABadFileIsNamedWithLineAndRemedy)
+{
+    const std::pair<std::string, const wchar_t*> cases[] = {
+        {"[merr]\n", L"my.ini, line 1: \"merr\" is no parameter that can have limits; known are rflev, ber"},
+        {"[sync]\nFail Below=1\n", L"line 1: \"sync\" is no parameter"},
+        {"[mer 60-QAM]\n", L"line 1: \"60-QAM\" is no order of QAM"},
+        {"[mer\n", L"line 1: \"[mer\" lacks its closing bracket"},
+        {"[mer]\nFail Below=low\n", L"line 2: \"low\" is no number"},
+        {"[mer]\nFail Under=3\n", L"line 2: \"Fail Under\" is no bound; known are Fail Below"},
+        {"[mer]\nFail Below=3\nFail Below=4\n", L"line 3: \"Fail Below\" is given twice"},
+        {"[mer]\nFail Below=3\n[Mer]\nFail Below=3\n", L"line 3: there already is a section"},
+        {"[mer]\nFail Below=33\nWarn Below=31\n", L"line 1: in [mer] \"Warn Below\" is less than \"Fail Below\""},
+        {"[mer]\n", L"line 1: [mer] has no bound"},
+        {"Fail Below=3\n", L"line 1: \"Fail Below=3\" stands before the first section"},
+        {"[ber]\nFail Above=0\n", L"line 2: a bound of \"ber\" has to be above 0"},
+        {"[drift]\nmer=-1\n", L"line 2: \"mer=-1\": a drift is 0 or more"},
+        {"; nothing\n", L"my.ini has no limits"},
+        {"", L"my.ini is empty"},
+    };
+    for (const auto& [content, reason] : cases) {
+        EXPECT_THAT(Refusal([&] { ReadLimits(content, L"my.ini"); }),
+                    AllOf(HasSubstr(reason), HasSubstr(L"tvnhost limits")))
+            << content;
+    }
+}
+
+TEST(Judge, ABoundItselfIsStillGoodOnEitherSide)
+{
+    const std::string sides = "[freqoff]\nFail Below=-9\nWarn Below=-5\nWarn Above=5\nFail Above=9\n";
+    const std::tuple<const wchar_t*, Verdict, double> cases[] = {
+        {L"-10", Verdict::fail, -1}, {L"-9", Verdict::warning, 0}, {L"-6", Verdict::warning, 3},
+        {L"-5", Verdict::pass, 4},   {L"5", Verdict::pass, 4},     {L"5.1", Verdict::warning, 3.9},
+        {L"9", Verdict::warning, 0}, {L"9.5", Verdict::fail, -0.5}};
+    for (const auto& [cell, verdict, margin] : cases) {
+        const ChannelJudgement judgement = JudgeCell(parameter::frequencyOffset, cell, sides);
+        EXPECT_EQ(judgement.verdict, verdict) << cell;
+        EXPECT_NEAR(*judgement.Worst()->margin, margin, 1e-9) << cell;
+    }
+}
+
+TEST(Judge, CountsRatiosInDecadesAndLevelsInDecibelMicrovolt)
+{
+    const ChannelJudgement ber = JudgeCell(parameter::ber, L"2.0E-3", "[ber]\nWarn Above=1e-4\nFail Above=2e-4\n");
+    EXPECT_NEAR(*ber.Worst()->margin, -1, 1e-9);
+    EXPECT_EQ(ber.reason, "BER before RS 2.0E-3 is 1.00 decades above the limit of 2E-4");
+
+    ChannelResult channel = TestChannel(1, 474, {});
+    channel.readings = {MakeReading(parameter::level, L"-14.0", "dBmV", SystemLocale())};
+    const ChannelJudgement level = JudgeOne(channel, "[rflev]\nFail Below=54\n").channels.front();
+    EXPECT_EQ(level.reason, "RF level -14.0 dBmV is 8 dB below the limit of 54 dBµV");
+    EXPECT_EQ(LevelInDecibelMicrovolt(1, "mV"), 60);
+    EXPECT_EQ(LevelInDecibelMicrovolt(-48.75, "dBm"), 60);
+    EXPECT_EQ(LevelInDecibelMicrovolt(0, "mV"), std::nullopt);
+    EXPECT_EQ(LevelInDecibelMicrovolt(1, "V"), std::nullopt);
+}
+
+TEST(Judge, AReadingThatIsOnlyABoundIsJudgedWhereItIsCertain)
+{
+    const std::string above = "[ber]\nFail Above=2e-4\n";
+    EXPECT_EQ(JudgeCell(parameter::ber, L"<1.7E-8", above).verdict, Verdict::pass);
+    EXPECT_EQ(JudgeCell(parameter::ber, L"<1.7E-3", above).verdict, Verdict::notMeasured);
+    EXPECT_EQ(JudgeCell(parameter::ber, L">1.7E-3", above).verdict, Verdict::fail);
+    EXPECT_EQ(JudgeCell(parameter::mer, L"UNDER", merLimits).verdict, Verdict::fail);
+    EXPECT_EQ(JudgeCell(parameter::mer, L"OVER", merLimits).verdict, Verdict::pass);
+    EXPECT_EQ(JudgeCell(parameter::mer, L"---", merLimits).verdict, Verdict::notMeasured);
+}
+
+TEST(Judge, AChannelsVerdictIsItsWorstAndTheRunsTheWorstOfAll)
+{
+    FinishedRun run = TestRun({TestChannel(1, 474, {{parameter::mer, L"39.0"}, {parameter::ber, L"3E-4"}}),
+                               TestChannel(2, 482, {{parameter::mer, L"32.0"}}),
+                               TestChannel(3, 490, {{parameter::sync, L"UNSYNC"}, {parameter::mer, L"---"}}, 1,
+                                           ChannelOutcome::notSynchronised),
+                               TestChannel(4, 498, {}, 1, ChannelOutcome::error),
+                               TestChannel(5, 506, {}, 1, ChannelOutcome::unmeasured)});
+    const Limits limits = ReadLimits(merLimits, L"my.ini");
+    const RunJudgement judgement = Judge(run, &limits);
+    const Verdict expected[] = {Verdict::pass, Verdict::warning, Verdict::fail, Verdict::error, Verdict::notMeasured};
+    for (size_t i = 0; i < std::size(expected); ++i) {
+        EXPECT_EQ(judgement.channels[i].verdict, expected[i]) << i;
+        EXPECT_EQ(judgement.Count(expected[i]), 1);
+    }
+    EXPECT_EQ(judgement.channels[2].reason, "not synchronised: symbol rate and carrier UNSYNC");
+    EXPECT_EQ(judgement.ExitCode(), 1);
+    EXPECT_EQ(VerdictSentence(run, judgement),
+              "FAIL: 1 of 5 channels pass, 1 with a warning, 1 fails, 1 error of the instrument, 1 not measured. Worst "
+              "margin: C2 482 MHz, MER 32.0 dB is 1 dB below the warning limit of 33 dB.");
+
+    run.channels.resize(2);
+    EXPECT_EQ(Judge(run, &limits).ExitCode(), 0) << "warnings pass";
+    EXPECT_EQ(Judge(run, nullptr).verdict, Verdict::pass) << "without limits the locks decide";
+    EXPECT_EQ(Judge(TestRun({}), &limits).ExitCode(), 1) << "nothing measured is no pass";
+
+    // Across parameters: half a warning band is less than two thirds of one.
+    const RunJudgement mixed = JudgeOne(TestChannel(1, 474, {{parameter::mer, L"32.0"}, {parameter::ber, L"1.26E-4"}}),
+                                        merLimits + "[ber]\nWarn Above=1e-4\nFail Above=2e-4\n");
+    EXPECT_EQ(mixed.channels.front().Worst()->parameter, parameter::mer);
+}
+
+TEST(LevelSteps, AreBetweenNeighboursOfOnePassOnly)
+{
+    const FinishedRun run =
+        TestRun({TestChannel(1, 490, {{parameter::level, L"60"}}), TestChannel(2, 482, {{parameter::level, L"63"}}),
+                 TestChannel(3, 506, {{parameter::level, L"50"}}), TestChannel(4, 514, {{parameter::level, L"---"}}),
+                 TestChannel(1, 490, {{parameter::level, L"61"}}, 2)});
+    const auto steps = LevelSteps(run);
+    EXPECT_EQ(steps[0], -3);
+    for (const size_t without : {1, 2, 3, 4}) {
+        EXPECT_EQ(steps[without], std::nullopt) << without;
+    }
+    const Limits limits = ReadLimits("[step]\nFail Above=2\n", L"");
+    EXPECT_EQ(Judge(run, &limits).channels[0].reason, "level step 3 dB is 1 dB above the limit of 2 dB");
+}
+
+}  // namespace
+}  // namespace tvn2x

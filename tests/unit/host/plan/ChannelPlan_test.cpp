@@ -1,0 +1,95 @@
+#include "host/plan/ChannelPlan.h"
+
+#include "support/TestFiles.h"
+
+namespace tvn2x {
+namespace {
+
+using testing::HasSubstr;
+
+std::string Block(const std::string& system, const std::string& frequency, const std::string& symbolRate,
+                  const std::string& modulation)
+{
+    return "[CHANNEL]\n\tDELIVERY_SYSTEM = " + system + "\n\tFREQUENCY = " + frequency +
+           "\n\tSYMBOL_RATE = " + symbolRate + "\n\tMODULATION = " + modulation + "\n";
+}
+
+const std::string goodBlock = Block("DVBC/ANNEX_A", "474000000", "6900000", "QAM/64");
+
+ChannelPlan Read(const std::string& content, int32_t orderForAuto = 0)
+{
+    return ReadChannelPlan(content, L"net", orderForAuto);
+}
+
+TEST(ChannelPlan, TitleIsTheFirstCommentThatSaysSomethingAndNothingElseBesidesTheKeysMatters)
+{
+    EXPECT_EQ(Read("#----\n# freq sr fec mod\n## Kabel Linz\n# 2006\n" + goodBlock).title, L"Kabel Linz");
+    EXPECT_EQ(Read("#\n# Praha Česká\n" + goodBlock).title, L"Praha Česká");
+    EXPECT_EQ(Read(goodBlock + "# behind the channels\n").title, L"");
+    const ChannelPlan plan = Read(
+        "\xEF\xBB\xBF[Main Frequency]\r\nDELIVERY_SYSTEM=DVBC/ANNEX_A # cable\r\n\r\nFREQUENCY = 377750000\r\n"
+        "SYMBOL_RATE = 6875000\r\nINNER_FEC = NONE\r\nMODULATION = QAM/128\r\nINVERSION = AUTO");
+    ASSERT_EQ(plan.channels.size(), 1u);
+    EXPECT_EQ(plan.channels[0].frequency, 377.75);
+    EXPECT_EQ(plan.channels[0].symbolRate, 6.875);
+    EXPECT_EQ(plan.channels[0].orderOfQam, 128);
+    EXPECT_EQ(plan.channels[0].line, 1);
+}
+
+TEST(ChannelPlan, LeavesOutWhatCannotBeMeasuredWithLineAndReason)
+{
+    const std::pair<std::string, const wchar_t*> cases[] = {
+        {Block("DVBT2", "474000000", "6900000", "QAM/64"), L"delivery system \"DVBT2\" is not DVB-C"},
+        {Block("DVBC/ANNEX_B", "474000000", "5056941", "QAM/64"), L"\"DVBC/ANNEX_B\" is not DVB-C"},
+        {Block("DVBC/ANNEX_A", "2999999", "6900000", "QAM/64"),
+         L"2.999999 MHz is outside the receiver's 3 to 1000 MHz"},
+        {Block("DVBC/ANNEX_A", "1000000001", "6900000", "QAM/64"), L"1000.000001 MHz is outside"},
+        {Block("DVBC/ANNEX_A", "474000000", "7001000", "QAM/64"), L"7.001 MSymb/s is outside the receiver's 0.1 to 7"},
+        {Block("DVBC/ANNEX_A", "474000000", "99999", "QAM/64"), L"0.099999 MSymb/s is outside"},
+        {Block("DVBC/ANNEX_A", "474.0", "6900000", "QAM/64"), L"FREQUENCY \"474.0\" is not a whole number"},
+        {Block("DVBC/ANNEX_A", "99999999999999999999999", "6900000", "QAM/64"), L"is not a whole number"},
+        {Block("DVBC/ANNEX_A", "", "6900000", "QAM/64"), L"FREQUENCY is missing"},
+        {Block("DVBC/ANNEX_A", "474000000", "6900000", "QAM/512"), L"modulation \"QAM/512\" is none of"},
+        {Block("DVBC/ANNEX_A", "474000000", "6900000", "64"), L"modulation \"64\" is none of"},
+        {Block("DVBC/ANNEX_A", "474000000", "6900000", "QAM/AUTO"), L"give it with --order"},
+        {"[CHANNEL]\nFREQUENCY = 474000000\n", L"DELIVERY_SYSTEM is missing"},
+    };
+    for (const auto& [block, reason] : cases) {
+        const ChannelPlan plan = Read(goodBlock + block);
+        EXPECT_EQ(plan.channels.size(), 1u) << block;
+        ASSERT_EQ(plan.leftOut.size(), 1u) << block;
+        EXPECT_EQ(plan.leftOut[0].line, 6);
+        EXPECT_THAT(plan.leftOut[0].text, HasSubstr(reason));
+    }
+    // The limits themselves are inside, and the caller's order stands for AUTO.
+    const ChannelPlan plan =
+        Read(Block("DVBC/ANNEX_A", "3000000", "100000", "QAM/4") + Block("DVBC", "1000000000", "7000000", "256QAM") +
+                 Block("DVBC/ANNEX_A", "474000000", "6900000", "QAM/AUTO"),
+             64);
+    ASSERT_EQ(plan.channels.size(), 3u);
+    EXPECT_EQ(plan.channels[2].orderOfQam, 64);
+}
+
+TEST(ChannelPlan, RefusesWhatIsNoPlanAndNamesItsKind)
+{
+    ExpectRefusals([](const std::string& content) { Read(content); },
+                   {{"", L"net is empty"},
+                    {" \r\n\t", L"is empty"},
+                    {goodBlock + std::string("\0\1", 2), L"net, line 6: binary data"},
+                    {"\xFF\xFE[\0", L"UTF-16"},
+                    {std::string(5u << 20, 'x'), L"larger than 4 MiB"},
+                    {"# a comment\n", L"net has no channels"},
+                    {"FREQUENCY = 1\n" + goodBlock, L"line 1: \"FREQUENCY = 1\" is no line of"},
+                    {goodBlock + "nonsense\n", L"line 6: \"nonsense\" is no line of"},
+                    {"# kabelsignal\nC 314000000 6900000 NONE QAM256\n",
+                     L"net, line 2: \"C 314000000 6900000 NONE QAM256\" is the older plan format"},
+                    {Block("DVBT", "474000000", "", "QAM/64"),
+                     L"line 1: delivery system \"DVBT\" is not DVB-C; no channel of the plan can be measured"},
+                    {"a\177b\n", L"\"a?b\""}});
+    const std::wstring message = Refusal([] { Read(std::string(300, 'x') + "\n"); });
+    EXPECT_THAT(message, HasSubstr(L"x…\""));
+    EXPECT_LT(message.size(), 250u);
+}
+
+}  // namespace
+}  // namespace tvn2x

@@ -1,0 +1,69 @@
+#include "host/receiver/ReceiverCheck.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "host/receiver/ReceiverOptions.h"
+
+namespace tvn2x {
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+
+TEST(ReceiverCheck, MissingOptionIsNamedWithTheRemedyIfAny)
+{
+    using enum ReceiverNeed;
+    EXPECT_EQ(AnswerText({.need = filter, .asked = 8, .possible = {0, 6}}, L"KTR-H2"),
+              L"SAW filter: 8 MHz: option KTR-H4 (SAW filter of 8 MHz) is not installed. Order KTR-H4, or set the "
+              L"setup's SAW filter bandwidth to Off or 6 MHz");
+    const std::pair<ReceiverAnswer, const wchar_t*> cases[] = {
+        {{.need = reference, .asked = 1, .possible = {0}},
+         L"Order EXTREF, or set the setup's 10 MHz reference to Internal"},
+        {{.need = route, .asked = 2, .possible = {50, 75, 128}},
+         L"Order EAMOD, or set the setup's input route to Receiver (50 ohm), Receiver (75 ohm) or IF"},
+        {{.need = mode, .asked = 14}, L". Order KTR-S32"},
+        {{.need = route, .asked = 1, .possible = {128}},
+         L"input port: 1: no receiver has this input port. Set the setup's input route to IF"},
+        {{.need = route, .asked = 1}, L"Use another receiver"},
+    };
+    for (const auto& [answer, text] : cases) {
+        EXPECT_THAT(AnswerText(answer, L""), EndsWith(text));
+    }
+    const ReceiverAnswer six{.need = filter, .asked = 6, .possible = {0}};
+    EXPECT_THAT(AnswerText(six, L"KTR-H2,KTR-H8"), HasSubstr(L"by another name than \"KTR-H8 (or KTR-H9)\""));
+    EXPECT_THAT(AnswerText(six, L"KTR-H2,KTR-H6"), Not(HasSubstr(L"by another name")));
+}
+
+TEST(ReceiverCheck, MetNeedsAreListedWithTheOthersAndAnInactiveModeIsNoObstacle)
+{
+    const std::vector<ReceiverAnswer> answers{
+        {.need = ReceiverNeed::mode, .asked = 4, .isMet = true, .isActive = false},
+        {.need = ReceiverNeed::filter, .asked = 0, .isMet = true}};
+    EXPECT_TRUE(CanDo(answers));
+    EXPECT_EQ(AnswerList(answers, L"KTR-H2"),
+              L"  yes  operating mode: 4 (DVB-C demodulator), but the receiver is in another one; a scan changes that\n"
+              L"  yes  SAW filter: Off\n");
+    EXPECT_FALSE(CanDo({{.need = ReceiverNeed::reference, .asked = 1}, answers[0]}));
+}
+
+TEST(ReceiverOptions, EntriesAreExplainedAndFiltersThatShareAPlaceCountAsOne)
+{
+    const auto options = ReadOptions(L"KTR-H2, KTR-H8 (or KTR-H9),,ktr-h4");
+    ASSERT_EQ(options.size(), 3U);
+    EXPECT_THAT(options[0].words, HasSubstr(L"DVB-C"));
+    EXPECT_EQ(options[1].code, L"KTR-H8 (or KTR-H9)");
+    EXPECT_THAT(options[1].words, HasSubstr(L"6 and 7 MHz"));
+    EXPECT_EQ(options[2].words, L"") << "letter case counts";
+    const auto isMissing = [](const wchar_t* installed, const wchar_t* code) {
+        return std::ranges::count(MissingOptions(installed), code, &ReceiverOption::code) != 0;
+    };
+    EXPECT_TRUE(isMissing(L"KTR-H2", L"KTR-H8 (or KTR-H9)"));
+    EXPECT_FALSE(isMissing(L"KTR-H9", L"KTR-H8 (or KTR-H9)"));
+    EXPECT_FALSE(isMissing(L"", L"KTR-H9"));
+    EXPECT_TRUE(isMissing(L"XRB", L"RB"));
+}
+
+}  // namespace
+}  // namespace tvn2x

@@ -1,0 +1,137 @@
+#include <cmath>
+
+#include "host/judge/SignalAnalysis.h"
+#include "host/report/Chart.h"
+#include "host/report/HtmlReport.h"
+#include "host/report/JunitReport.h"
+#include "support/TestFiles.h"
+#include "support/TestRun.h"
+
+namespace tvn2x {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+using namespace parameter;
+/// A channel of a modulator out of adjustment.
+ChannelResult Misadjusted(int32_t number, double frequency)
+{
+    return TestChannel(number, frequency,
+                       {{level, L"62.9"},
+                        {ber, L"9.5E-5"},
+                        {iqImbalance, L"3.2"},
+                        {iqPhase, L"-1.58"},
+                        {carrierSuppression, L"36.6"},
+                        {phaseJitter, L"0.28"},
+                        {carrierToInterference, L"53.6"},
+                        {signalToNoise, L"42.1"},
+                        {mer, L"31.3"}});
+}
+
+TEST(ErrorBudget, AddsUpToTheMerAndNamesItsLargestPart)
+{
+    const auto budget = BudgetOf(Misadjusted(1, 354));
+    EXPECT_EQ(budget->Largest(), Impairment::iqImbalance);
+    double power = 0, share = 0;
+    for (size_t i = 0; i < impairments; ++i) {
+        power += budget->power[i];
+        share += budget->share[i];
+    }
+    EXPECT_NEAR(-10 * std::log10(power), 31.3, 0.2);
+    EXPECT_NEAR(share, 1, 1e-9);
+    EXPECT_EQ(BudgetOf(TestChannel(1, 354, {{mer, L"---"}})), std::nullopt);
+    EXPECT_EQ(BudgetOf(TestChannel(1, 354, {{mer, L"31"}}))->Largest(), Impairment::other);
+
+    // A single impairment gives the MER that it allows.
+    const std::tuple<int32_t, const wchar_t*, Impairment, double> cases[] = {
+        {phaseJitter, L"0.5", Impairment::phaseJitter, 41.2},
+        {iqImbalance, L"2", Impairment::iqImbalance, 40.0},
+        {iqPhase, L"1", Impairment::quadratureError, 41.2},
+        {carrierSuppression, L"35", Impairment::carrierSuppression, 35.0}};
+    for (const auto& [reading, cell, impairment, expected] : cases) {
+        const auto single = BudgetOf(TestChannel(1, 474, {{reading, cell}, {mer, L"30"}}));
+        EXPECT_NEAR(-10 * std::log10(single->power[static_cast<size_t>(impairment)]), expected, 0.05) << cell;
+    }
+}
+
+TEST(LevelTilt, FollowsTheSquareRootOfTheFrequency)
+{
+    std::vector<ChannelResult> channels;
+    for (const double frequency : {100.0, 225.0, 400.0, 625.0}) {
+        const std::wstring cell = std::to_wstring(70 - 0.5 * std::sqrt(frequency));
+        channels.push_back(TestChannel(1, frequency, {{level, cell}}));
+    }
+    const auto tilt = FitTilt({&channels[0], &channels[1], &channels[2], &channels[3]});
+    EXPECT_NEAR(tilt->Tilt(), -7.5, 1e-6);
+    EXPECT_NEAR(tilt->At(225), 62.5, 1e-6);
+    EXPECT_NEAR(tilt->spread, 0, 1e-6);
+    EXPECT_FALSE(FitTilt({&channels[0], &channels[0], &channels[0]}));
+}
+
+TEST(ChartAxis, EndsAtRoundStepsAndKeepsValuesInside)
+{
+    const auto rounded = [](double low, double high, bool isLogarithmic) {
+        ChartAxis axis{"", low, high, isLogarithmic};
+        axis.Round(5);
+        return axis;
+    };
+    const ChartAxis linear = rounded(43.6, 74, false), decades = rounded(1.7e-8, 6.3e-4, true);
+    EXPECT_EQ(linear.low, 40);
+    EXPECT_EQ(linear.high, 80);
+    EXPECT_DOUBLE_EQ(decades.low, 1e-8);
+    EXPECT_DOUBLE_EQ(decades.high, 1e-3);
+    EXPECT_NEAR(decades.Position(1e-5), 0.6, 1e-9);
+    EXPECT_EQ(decades.Position(0), 0);
+    EXPECT_LT(rounded(5, 5, false).low, 5);
+    EXPECT_GT(rounded(5, 5, false).high, 5);
+}
+
+TEST(HtmlReport, StandsAloneWhateverTheTextsAre)
+{
+    FinishedRun run = TestRun({Misadjusted(1, 354), Misadjusted(2, 362), Misadjusted(3, 370)});
+    run.channels[1].label = "</td><script>alert(1)</script>&\"'\x01";
+    run.columns[1].caption = "<b>";
+    const Limits limits = OutletLimits();
+    const std::string html = HtmlReport(run, Judge(run, &limits), &limits);
+    for (const char* text : {"<script", "<b>", "\x01", "src="}) {
+        EXPECT_THAT(html, Not(HasSubstr(text)));
+    }
+    for (const char* text : {"FAIL: 0 of 3 channels pass, 3 fail.", "mostly I/Q imbalance", "RF level", "Level steps",
+                             "Modulation error", "Bit error ratio", "What eats the MER"}) {
+        EXPECT_THAT(html, HasSubstr(text));
+    }
+    EXPECT_THAT(HtmlReport(TestRun({}), Judge(TestRun({}), nullptr), nullptr), StartsWith("<!DOCTYPE html>"));
+}
+
+TEST(HtmlReport, ShowsTheWorstOfSeveralPasses)
+{
+    FinishedRun run = TestRun({TestChannel(1, 474, {{mer, L"39.1"}}), TestChannel(1, 474, {{mer, L"28.2"}}, 2),
+                               TestChannel(1, 474, {{mer, L"39.3"}}, 3)});
+    run.passes = 3;
+    const Limits limits = OutletLimits();
+    const std::string html = HtmlReport(run, Judge(run, &limits), &limits);
+    EXPECT_THAT(html, HasSubstr(">28.2</td>"));
+    EXPECT_THAT(html, Not(HasSubstr(">39.1</td>")));
+}
+
+TEST(JunitReport, TellsFailuresErrorsAndSkippedCasesApart)
+{
+    FinishedRun run = TestRun({Misadjusted(1, 354), TestChannel(2, 482, {}, 1, ChannelOutcome::error),
+                               TestChannel(3, 490, {}, 1, ChannelOutcome::unmeasured), TestChannel(1, 354, {}, 2)});
+    run.passes = 2;
+    const Limits limits = OutletLimits();
+    const std::string xml = JunitReport(run, Judge(run, &limits));
+    for (const char* text :
+         {R"(<testsuite name="net pass 1" tests="3" failures="1" errors="1" skipped="1" time="3.750")",
+          R"(<testsuite name="net pass 2" tests="1" failures="0" errors="0" skipped="0")",
+          R"(<failure message="MER 31.3 dB is 0.7 dB below the limit of 32 dB" type="limit">)",
+          "the instrument ended the channel with &quot;Control Error&quot;",
+          R"(<skipped message="the channel was not measured"/>)"}) {
+        EXPECT_THAT(xml, HasSubstr(text));
+    }
+}
+
+}  // namespace
+}  // namespace tvn2x

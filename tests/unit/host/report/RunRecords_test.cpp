@@ -1,0 +1,112 @@
+#include "host/run/RunRecords.h"
+#include "host/report/JsonReport.h"
+
+#include "host/run/Sha256.h"
+#include "support/TestFiles.h"
+#include "support/TestRun.h"
+
+namespace tvn2x {
+namespace {
+
+void Read(const std::string& content)
+{
+    ReadRun(content, L"run.jsonl");
+}
+
+FinishedRun MixedRun()
+{
+    FinishedRun run = TestRun({TestChannel(1, 474, {{parameter::level, L"61.1"}, {parameter::ber, L"<1.7E-8"}}),
+                               TestChannel(2, 482, {{parameter::data, L"INTERMITTENT"}, {parameter::mer, L"---"}}, 1,
+                                           ChannelOutcome::notSynchronised),
+                               TestChannel(3, 490, {}, 1, ChannelOutcome::unmeasured)});
+    run.channels[2].label = "a \"quoted\" \x01 name";
+    return run;
+}
+
+TEST(Sha256, AgreesWithThePublishedVectors)
+{
+    EXPECT_EQ(Sha256("abc"), "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
+    EXPECT_EQ(Sha256("abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq"),
+              "248d6a61d20638b8e5c026930c3e6039a33ce45964ff2167f6ecedd419db06c1");
+    EXPECT_EQ(Sha256(std::string(1000000, 'a')), "cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0");
+}
+
+TEST(MakeReading, TakesNumberAndBoundFromTheTextOfTheCell)
+{
+    const std::tuple<int32_t, const wchar_t*, Reading> cases[] = {
+        {parameter::level, L"61.1", {.parameter = 15, .text = "61.1", .value = 61.1, .unit = "dBmV"}},
+        {parameter::ber, L"<1.7E-8", {.parameter = 16, .text = "<1.7E-8", .value = 1.7e-8, .bound = Bound::below}},
+        {parameter::mer, L"OVER", {.parameter = 27, .text = "OVER", .bound = Bound::above, .unit = "dB"}},
+        {parameter::mer, L"---", {.parameter = 27, .text = "---", .unit = "dB"}},
+        {parameter::sync, L"UNSYNC", {.parameter = 19, .text = "UNSYNC"}},
+    };
+    for (const auto& [parameter, cell, reading] : cases) {
+        EXPECT_EQ(MakeReading(parameter, cell, "dBmV", SystemLocale()), reading) << reading.text;
+    }
+}
+
+TEST(RunRecords, ARunReadsBackAsItWasWritten)
+{
+    FinishedRun run = MixedRun();
+    run.passes = 0;
+    run.interval = 900;
+    run.stopped = true;
+    const StoredRun stored = ReadRun(ResultText(run), L"run.jsonl");
+    EXPECT_EQ(stored.run, run);
+    EXPECT_FALSE(stored.isTorn);
+    run.resumed = {"2026-11-22T00:00:00.000Z"};
+    const RunJudgement judgement = Judge(run, nullptr);
+    EXPECT_EQ(ReadRun(ResultText(run, &judgement), L"").run, run) << "verdicts are passed over";
+
+    const FinishedRun resumed = ReadRun(RunLine(run) + EndLine(run) + ResumedLine("2026-11-22T00:00:00.000Z"), L"").run;
+    EXPECT_FALSE(resumed.stopped) << "going on takes the end back";
+    EXPECT_EQ(resumed.ended, "");
+    EXPECT_EQ(resumed.resumed.back(), "2026-11-22T00:00:00.000Z");
+}
+
+TEST(RunRecords, EveryCutThroughAJournalLeavesItsWholeLines)
+{
+    const FinishedRun run = MixedRun();
+    const std::string head = RunLine(run);
+    const std::string first = ChannelLine(run.channels[0]);
+    const std::string all = head + first + ChannelLine(run.channels[1]);
+    for (size_t size = 0; size <= all.size(); ++size) {
+        const std::string cut = all.substr(0, size);
+        if (size < head.size()) {
+            ExpectRefusals(Read, {{cut, size == 0 ? L"is empty" : L"has no whole line"}});
+            continue;
+        }
+        const StoredRun stored = ReadRun(cut, L"");
+        const size_t channels = size < head.size() + first.size() ? 0 : size < all.size() ? 1 : 2;
+        EXPECT_EQ(stored.run.channels.size(), channels) << size;
+        EXPECT_EQ(stored.isTorn, stored.wholeBytes != size);
+        EXPECT_TRUE(stored.run.ended.empty());
+    }
+    EXPECT_TRUE(ReadRun(head + std::string(100, '\0'), L"").isTorn) << "blocks that never reached the disk";
+}
+
+TEST(RunRecords, NamesTheLineThatIsNoRecord)
+{
+    const FinishedRun run = MixedRun();
+    const std::string head = RunLine(run);
+    std::string channel = ChannelLine(run.channels[0]);
+    const auto with = [&](const std::string& from, const std::string& to) {
+        std::string changed = channel;
+        changed.replace(changed.find(from), from.size(), to);
+        return head + changed;
+    };
+    ExpectRefusals(Read, {{"hello\n", L"run.jsonl, line 1: \"hello\" is no JSON. Give a result file"},
+                          {"[1]\n", L"line 1: that is no record"},
+                          {channel, L"line 1: a result begins with its record \"run\""},
+                          {head + head, L"line 2: a result begins with its record \"run\", and has one"},
+                          {with("\"number\":1", "\"number\":1e99"), L"\"number\" has to be a whole number"},
+                          {with("\"number\":1", "\"number\":99999999999"), L"\"number\" is outside 1 to"},
+                          {with("\"pass\":1", "\"pass\":0"), L"\"pass\" is outside 1 to"},
+                          {with("\"seconds\"", "\"secs\""), L"line 2: \"seconds\" is missing"},
+                          {with("\"below\"", "\"beside\""), L"is \"beside\", which is not known"},
+                          {with("\"value\":61.1", "\"value\":\"x\""), L"\"value\" has to be a number"},
+                          {"{\"record\":\"run\",\"format\":2}\n", L"\"format\" is 2, this program reads 1"}});
+}
+
+}  // namespace
+}  // namespace tvn2x

@@ -1,0 +1,86 @@
+#include "host/run/Journal.h"
+
+#include "support/TestFiles.h"
+#include "support/TestRun.h"
+
+namespace tvn2x {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+/// A file on a disk that can be full.
+class FullableFile final : public GrowingFile
+{
+public:
+    FileFault Append(std::string_view bytes) override
+    {
+        if (fault == FileFault::none) {
+            content += bytes;
+        }
+        return fault;
+    }
+    std::string content;
+    FileFault fault = FileFault::none;
+};
+
+TEST(Journal, KeepsWhatAFullDiskRefusesAndTellsOnce)
+{
+    FullableFile file;
+    std::vector<FileFault> told;
+    Journal journal(file, [&](FileFault fault) { told.push_back(fault); });
+    journal.Add("one\n");
+    file.fault = FileFault::diskFull;
+    journal.Add("two\n");
+    journal.Add("three\n");
+    EXPECT_FALSE(journal.IsWhole());
+    file.fault = FileFault::none;
+    journal.Add("four\n");
+    EXPECT_TRUE(journal.IsWhole());
+    EXPECT_EQ(file.content, "one\ntwo\nthree\nfour\n");
+    EXPECT_THAT(told, ElementsAre(FileFault::diskFull, FileFault::none));
+}
+
+TEST(Journal, ARunGoesOnBehindTheChannelsThatItHasPassByPass)
+{
+    FinishedRun run = TestRun({TestChannel(2, 482, {}), TestChannel(5, 506, {}), TestChannel(7, 522, {})});
+    EXPECT_TRUE(TurnsLeft(run).empty());
+    run.passes = 2;
+    EXPECT_THAT(TurnsLeft(run), ElementsAre(ChannelTurn{2, 2}, ChannelTurn{2, 5}, ChannelTurn{2, 7}));
+    run.channels.push_back(TestChannel(2, 482, {}, 2));
+    run.channels.push_back(TestChannel(5, 506, {}, 2));
+    EXPECT_THAT(TurnsLeft(run), ElementsAre(ChannelTurn{2, 7}));
+    run.channels.back().outcome = ChannelOutcome::unmeasured;
+    EXPECT_THAT(TurnsLeft(run), ElementsAre(ChannelTurn{2, 5}, ChannelTurn{2, 7})) << "a stopped channel is none";
+    run.channels[3].outcome = ChannelOutcome::error;
+    EXPECT_EQ(TurnsLeft(run).size(), 2u) << "an error is a result";
+    run.channels.resize(3);
+    run.passes = 0;
+    EXPECT_EQ(TurnsLeft(run).size(), 3u) << "without an end";
+    run.channels.clear();
+    EXPECT_THAT(TurnsLeft(run), ElementsAre(ChannelTurn{1, 2}, ChannelTurn{1, 5}, ChannelTurn{1, 7}));
+}
+
+TEST(Journal, RefusesAnotherSetup)
+{
+    const FinishedRun run = TestRun({TestChannel(1, 474, {}), TestChannel(2, 482, {})});
+    const auto refusal = [&](char hash, int32_t channels) {
+        return Refusal([&] { RequireSameSetup(run, L"j.jsonl", std::string(64, hash), L"net.ini", channels, L""); });
+    };
+    EXPECT_EQ(refusal('a', 2), L"");
+    EXPECT_THAT(refusal('b', 2), HasSubstr(L"j.jsonl belongs to the setup C:\\data\\net.ini as it was on 2026-11-21"));
+    EXPECT_THAT(refusal('a', 1), HasSubstr(L"names channels that net.ini does not have"));
+}
+
+TEST(Journal, ReadsIntervals)
+{
+    for (const auto& [text, seconds] : {std::pair{"90s", 90}, {"15m", 900}, {"1.5h", 5400}, {"30", 30}}) {
+        EXPECT_EQ(ReadInterval(text), seconds);
+    }
+    for (const char* bad : {"", "m", "15 min", "-1m", "0s", "8000h", "nan"}) {
+        EXPECT_THAT(Refusal([&] { ReadInterval(bad); }), HasSubstr(L"is no time from 1 second to 7 days")) << bad;
+    }
+}
+
+}  // namespace
+}  // namespace tvn2x

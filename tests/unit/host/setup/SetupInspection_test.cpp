@@ -1,0 +1,174 @@
+#include "host/setup/SetupInspection.h"
+
+#include "host/setup/SetupText.h"
+#include "support/ShiftedCodePage.h"
+#include "support/TestFiles.h"
+#include "util/FileText.h"
+
+namespace tvn2x {
+namespace {
+
+using testing::AllOf;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::Field;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+SetupInspection Inspect(const std::string& content)
+{
+    return InspectSetup(content, L"TVN Host");
+}
+
+auto Remark(int32_t line, const std::wstring& text, bool isFatal = false)
+{
+    return AllOf(Field(&SetupRemark::line, line), Field(&SetupRemark::text, HasSubstr(text)),
+                 Field(&SetupRemark::isFatal, isFatal));
+}
+
+/// The remarks on a good setup in which one text is replaced by another.
+std::vector<SetupRemark> Changed(const std::string& from, const std::string& to)
+{
+    std::string content = TestFile("setups/version-2.0.ini");
+    const size_t at = content.find(from);
+    EXPECT_NE(at, std::string::npos) << from;
+    return Inspect(content.replace(at, from.size(), to)).remarks;
+}
+
+TEST(SetupInspection, FindsNothingInSetupsAsTheyAreSaved)
+{
+    for (const char* const name : {"setups/version-2.0.ini", "setups/backup.ini"}) {
+        EXPECT_THAT(Inspect(TestFile(name)).remarks, IsEmpty()) << name;
+    }
+    const SetupInspection old = Inspect(TestFile("setups/version-1.4.ini"));
+    EXPECT_EQ(old.version, L"1.4");
+    EXPECT_EQ(old.channels, 3);
+    EXPECT_TRUE(old.IsUsable());
+    EXPECT_THAT(old.remarks, ElementsAre(Remark(16, L"\"Frequency 4\" was left behind by an early program"),
+                                         Remark(17, L"\"Symbol Rate (MSymb/s) 4\" was left behind")));
+    EXPECT_TRUE(Inspect(TestFile("setups/backup.ini")).isBackup);
+}
+
+TEST(SetupInspection, RefusesWhatIsNoSetupWithoutGoingIntoDetailAndStaysShortWhereEverythingIsDoubtful)
+{
+    const std::pair<std::string, const wchar_t*> cases[] = {{" \r\n", L"empty"},
+                                                            {"[a]\nk=1\n", L"\"Name\" in [Application]"},
+                                                            {TestFile("plans/at-Kabelsignal"), L"channel plan"}};
+    for (const auto& [content, text] : cases) {
+        EXPECT_THAT(Inspect(content).remarks, ElementsAre(Remark(0, text, true)));
+    }
+    EXPECT_THAT(Inspect(std::string("[a]\nMZ\0", 7)).remarks, ElementsAre(Remark(2, L"binary data", true)));
+
+    std::string content = TestFile("setups/version-2.0.ini");
+    for (int i = 0; i < 5000; ++i) {
+        content += "[Hardware]\r\n";
+    }
+    const SetupInspection inspection = Inspect(content);
+    EXPECT_EQ(inspection.remarks.size() + inspection.leftOut, 5000u);
+    EXPECT_EQ(inspection.remarks.size(), 1000u);
+}
+
+TEST(SetupInspection, NamesEveryDoubtfulEntryByItsLine)
+{
+    const std::tuple<const char*, const char*, int32_t, const wchar_t*, bool> cases[] = {
+        {"Name=TVN Host", "Name=TVN host", 2, L"belongs to \"TVN host\"", true},
+        {"Model=2x", "Model=2X", 5, L"model \"2X\"", true},
+        {"Model=2x", ";", 3, L"version 2 needs \"Model\" in [Hardware]", true},
+        {"Version=2.0", "Version=1.9", 3, L"\"1.9\" is the version of no known", false},
+        {"Version=2.0", ";", 0, L"the version is missing", false},
+        {"Frequency   01=314.0000000", "Frequency   01=2.9", 9, L"from 3 to 1000", false},
+        {"Frequency   01=314.0000000", "Frequency   01=", 9, L"is no number", true},
+        {"Symbol Rate 01=6.900", "Symbol Rate 01=7.1", 11, L"from 0.1 to 7", false},
+        {"Symbol Rate 01=6.900", "Symbol Rate 01=fast", 11, L"is \"fast\", which is no number", true},
+        {"Mode=4", "Mode=6", 6, L"the list has 4", false},
+        {"Level Unit=dB\xB5V", "Level Unit=dBuV", 28, L"none of dBmV, dBpW", false},
+        {"10MHz Reference Source=0", "10MHz Reference Source=2", 29, L"the list has 0, 1", false},
+        {"Order Of QAM=256", "Order Of QAM=many", 30, L"is no number: 64 is taken", false},
+        {"Rolloff Factor=15", "ROLLOFF FACTOR=0.15", 31, L"no whole number: the digits at its beginning", false},
+        {"Input Impedance (ohm)=75", "Input Impedance (ohm)=60", 34, L"2, 50, 75, 4, 128", false},
+        {"Couple Display and Save=True", "Couple Display and Save=maybe", 37, L"neither True nor False", false},
+        {"Show Before=-1", "Show Before=", 166, L"no whole number: -1 is taken", false},
+        {"Display Grid=2", "Display Grid=3", 169, L"the list has 0, 1, 2", false},
+        {"Position 02=2", "Position 02=1", 104, L"\"Position 02\" is \"1\", as is \"Position 01\" in line 103", false},
+        {"[Notes]", "[Note]", 164, L"no setup has a section \"Note\"", false},
+        {"Level Unit", "Level", 28, L"[Static Settings] has no key \"Level\"", false},
+        {"[X-Axis]", "[notes]", 168, L"the one in line 164 counts", false},
+        {"[Application]", "stray=1\r\n[Application]", 1, L"\"stray\" stands before the first section", false},
+    };
+    for (const auto& [from, to, line, text, isFatal] : cases) {
+        EXPECT_THAT(Changed(from, to), ElementsAre(Remark(line, text, isFatal))) << to;
+    }
+}
+
+TEST(SetupInspection, NamesWhatIsNotReadAndWhatIsMissing)
+{
+    EXPECT_THAT(Changed("Mode=4", "Mode=4\r\nMODE=5\r\nmode"),
+                ElementsAre(Remark(7, L"is there a second time: line 6 counts"), Remark(8, L"has no \"=\"")));
+    EXPECT_THAT(Changed("Count=6", "Count=5"),
+                ElementsAre(Remark(24, L"\"Frequency   06\" stands beyond \"Count\" (5)"), Remark(25, L"beyond"),
+                            Remark(26, L"beyond")));
+    EXPECT_THAT(Changed("Count=6", "Count=8"),
+                ElementsAre(Remark(7, L"lacks \"Frequency   07\" to \"Frequency   08\": their defaults are taken"),
+                            Remark(7, L"lacks \"Symbol Rate 07\" to \"Symbol Rate 08\"")));
+    EXPECT_THAT(Changed("Count=6", ";"), Contains(Remark(7, L"\"Count\" is missing in [Frequency List]: 1 is taken")));
+    EXPECT_THAT(Changed("Count=6", "Count=40000"), Contains(Remark(8, L"the file can hold at most 32767", true)));
+}
+
+TEST(SetupInspection, TellsThatAnotherCodePageHasWrittenTheTexts)
+{
+    const ShiftedCodePage shifted;
+    const std::string good = TestFile("setups/version-2.0.ini");
+    const auto withUnit = [&](const std::string& unit) {
+        std::string content;
+        for (const char c : good) {
+            content += static_cast<unsigned char>(c) < 0x80 ? std::string(1, c) : c == '\xB5' ? unit : std::string();
+        }
+        return content;
+    };
+    const auto inspect = [](const std::string& content, const CodePage& page) {
+        return InspectSetup(content, L"TVN Host", page).remarks;
+    };
+    const std::string asUtf8 = withUnit("\xC2\xB5");
+    EXPECT_THAT(inspect(asUtf8, SystemCodePage()),
+                ElementsAre(Remark(28,
+                                   L"looks like UTF-8, but is read in the system's code page: \"µ\" is read as "
+                                   L"\"Âµ\". Save it in a text editor as UTF-16 LE"),
+                            Remark(28, L"\"dBÂµV\", which is what another code page has made of dBµV")));
+    EXPECT_THAT(inspect(asUtf8, Utf8CodePage()), IsEmpty());
+    EXPECT_THAT(inspect("\xEF\xBB\xBF" + asUtf8, SystemCodePage()), ElementsAre(Remark(1, L"mark of UTF-8", true)));
+    EXPECT_THAT(inspect("\xEF\xBB\xBF;\r\n" + asUtf8, Utf8CodePage()),
+                ElementsAre(Remark(1, L"mark of UTF-8"), Remark(1, L"stands before the first section")));
+    EXPECT_THAT(inspect(withUnit("?"), SystemCodePage()), ElementsAre(Remark(28, L"\"dB?V\", which is what another")));
+    EXPECT_THAT(inspect(withUnit("\xB5"), shifted), ElementsAre(Remark(28, L"\"dBｵV\", which is what another")));
+    EXPECT_THAT(inspect(withUnit("\xB5"), Utf8CodePage()),
+                ElementsAre(Remark(28, L"bytes that are no characters of the system's code page"),
+                            Remark(28, L"has made of dBµV")));
+    const std::string utf16 = "\xFF\xFE" + file_text::ToUtf16(file_text::FromBytes(good, SystemCodePage()), shifted);
+    EXPECT_THAT(inspect(utf16, shifted), IsEmpty());
+    EXPECT_THAT(inspect("[\x83\x5D]\r\n" + withUnit("\x81\x8B"), shifted),
+                ElementsAre(Remark(1, L"no setup has a section \"ゾ\""), Remark(29, L"has made of dBµV")));
+}
+
+TEST(SetupText, ReadsFilesOfEitherEncodingAndAnyLineEndAndTellsRowKeysFromOthers)
+{
+    for (const char* const end : {"\n", "\r", "\r\n"}) {
+        const std::string content = std::string(";c") + end + " [ A ] x" + end + end + "k = \"v \"" + end + "K=2";
+        const SetupText setup(content);
+        EXPECT_EQ(setup.Find("a", "K").value, "v ");
+        EXPECT_EQ(setup.Find("a", "k").line, 4);
+    }
+    const std::string utf16("\xFF\xFE[\0a\0]\0\n\0k\0=\0\xB5\0", 16);
+    const SetupText setup(utf16);
+    EXPECT_EQ(setup.Wide(setup.Find("A", "K").value), L"µ");
+    EXPECT_EQ(setup.Quoted(SetupText("[a]\nk=\xB5").Find("a", "k").value).size(), 3u);
+
+    EXPECT_EQ(RowOf("Frequency   ", "FREQUENCY   07"), 7);
+    EXPECT_EQ(RowOf("Frequency   ", "Frequency   123"), 123);
+    for (const char* const key : {"Frequency   7", "Frequency   007", "Frequency   0", "Frequency   00", "Frequency   ",
+                                  "Frequency   1x", "Frequency 01", "Frequency   99999999999"}) {
+        EXPECT_EQ(RowOf("Frequency   ", key), std::nullopt) << key;
+    }
+}
+
+}  // namespace
+}  // namespace tvn2x

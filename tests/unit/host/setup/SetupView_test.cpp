@@ -1,0 +1,94 @@
+#include "host/setup/SetupView.h"
+
+#include <gmock/gmock.h>
+
+#include "host/setup/RichText.h"
+#include "host/setup/UnsavableText.h"
+
+namespace tvn2x {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+SetupContent Sample()
+{
+    SetupContent setup;
+    setup.path = L"C:\\net.ini";
+    setup.product = L"TVN Host";
+    setup.version = L"2.0";
+    setup.mode = 4;
+    setup.rollOffFactor = 15;
+    setup.zin = 128;
+    setup.sawBw = 0;
+    setup.referenceSource = 1;
+    setup.defaultSymbolRate = 6.9;
+    setup.xAxis = {2, 2};
+    setup.channels = {{L"K21", 474, 6.9}, {L"K22", 482.25, 6.875}};
+    setup.parameters = {{L"Second", true, false, 2}, {L"First", false, true, 1}};
+    setup.notes = L"one\r\ntwo";
+    setup.showsNotesAfter = true;
+    return setup;
+}
+
+TEST(SetupView, SaysSettingsInWordsAndWhatIsOutsideTheListsAsItIs)
+{
+    SetupContent setup = Sample();
+    std::wstring text = DescribeSetup(setup);
+    for (const wchar_t* const line :
+         {L"  Made by                   TVN Host, version 2.0\n", L"2x, mode 4 (DVB-C)\n",
+          L"  Rolloff factor            0.15\n", L"  10 MHz reference          External\n",
+          L"  Input route               IF\n", L"  SAW filter bandwidth      Off\n",
+          L"  Default symbol rate       6.900 MSymb/s\n", L"  X axis, display grid      Select from view menu\n",
+          L"  X axis, result file       Same as display grid\n", L"\n2 channels\n",
+          L"  2  K22    482.2500000      6.875\n", L"\nNotes, shown after a measurement\n  one\n  two\n"}) {
+        EXPECT_THAT(text, HasSubstr(line));
+    }
+    EXPECT_LT(text.find(L"First"), text.find(L"Second")) << "in the order of the grid";
+    EXPECT_THAT(text, Not(HasSubstr(L"Backup")));
+
+    setup.zin = 60;
+    setup.mode = 9;
+    setup.channels.clear();
+    setup.notes.clear();
+    setup.showsNotesAfter = false;
+    setup.isBackup = setup.isDirty = true;
+    setup.realPath = L"D:\\real.ini";
+    text = DescribeSetup(setup);
+    for (const wchar_t* const line : {L"  Input route               60\n", L"2x, mode 9\n", L"\nNo channels\n",
+                                      L"Notes, shown neither before nor after a measurement\n  (none)\n",
+                                      L"D:\\real.ini (which had unsaved changes)\n"}) {
+        EXPECT_THAT(text, HasSubstr(line));
+    }
+}
+
+TEST(RichText, GivesTheCharactersAPersonReads)
+{
+    const std::pair<const wchar_t*, const wchar_t*> cases[] = {
+        {L"plain {text}\r\nwith \\par lines\r\n", L"plain {text}\nwith \\par lines"},
+        {LR"({\rtf1\ansi{\fonttbl{\f0 Lucida Console;}}{\colortbl ;\red0\green0\blue128;}\f0 Site:\par Level\tab 60 dB\par})",
+         L"Site:\nLevel\t60 dB"},
+        {LR"({\rtf1 {\*\generator Editor 1.0;}\cf1\protect fixed\protect0\cf0  open})", L"fixed open"},
+        {LR"({\rtf1\uc1 \'b5V \u937?hm \\ \{x\}\line end})", L"µV Ωhm \\ {x}\nend"},
+        {L"{\\rtf1 a\r\nb\\", L"ab"},
+        {L"{\\rtf1}}}} left over", L" left over"},
+    };
+    for (const auto& [text, plain] : cases) {
+        EXPECT_EQ(PlainText(text), plain);
+    }
+}
+
+TEST(UnsavableText, NamesTheReasonAndTheRemedy)
+{
+    for (const std::wstring& text : {std::wstring(L"one\r\ntwo\r\n"), std::wstring(32767, L'x')}) {
+        EXPECT_EQ(UnsavableText(text, true), L"");
+    }
+    EXPECT_THAT(UnsavableText(L"one\r\ntwo", false), HasSubstr(L"more than one line"));
+    EXPECT_EQ(UnsavableText(L"one\r\ntwo\nthree", true), L"line 2 ends with LF alone. End each line with CR LF");
+    EXPECT_THAT(UnsavableText(L"one\rtwo", true), HasSubstr(L"line 1 ends with CR alone"));
+    EXPECT_THAT(UnsavableText(std::wstring(L"a\0b", 3), true), HasSubstr(L"NUL"));
+    EXPECT_THAT(UnsavableText(std::wstring(32764, L'x') + L"\r\n", true), HasSubstr(L"longer than 32,767"));
+}
+
+}  // namespace
+}  // namespace tvn2x

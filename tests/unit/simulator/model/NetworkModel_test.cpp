@@ -1,0 +1,115 @@
+#include "simulator/model/NetworkModel.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "util/Encoding.h"
+
+namespace tvn2x {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+std::string Complaint(std::string_view text)
+{
+    try {
+        NetworkModel::Parse(text, L"net.ini");
+    } catch (const ModelError& error) {
+        return ToUtf8(error.description);
+    }
+    return "accepted";
+}
+
+/// The complaint about one more line in an otherwise good channel; the line is the fourth.
+std::string ComplaintOfLine(const std::string& line)
+{
+    return Complaint("; a comment\n[Channel 3]\nFrequency (MHz)=474\n" + line + "\n");
+}
+
+TEST(NetworkModel, ReadsSectionsKeysAndDefaults)
+{
+    const NetworkModel model = NetworkModel::Parse(
+        "\xEF\xBB\xBF; plant north\r\n[network]\r\nnoise figure (dB) = 6.5\r\nSeed=9\r\n\r\n[Channel 12]\r\n"
+        "Frequency (MHz)=474\r\nLevel (dB\xC2\xB5V)=+58.25\r\norder of qam=256\r\n"
+        "Outages=TS 1.5 0.4, carrier 3 .5\r\n# end",
+        L"net.ini");
+    EXPECT_EQ(model.Network().noiseFigure, 6.5);
+    EXPECT_EQ(model.Network().headEndMer, 43);
+    ASSERT_EQ(model.Channels().size(), 1u);
+    const ChannelModel& channel = model.Channels()[0];
+    EXPECT_EQ(channel.number, 12);
+    EXPECT_EQ(channel.level, 58.25);
+    EXPECT_EQ(channel.order, 256);
+    EXPECT_EQ(channel.symbolRate, 6.9);
+    EXPECT_EQ(channel.outages, (std::vector<Outage>{{LockKind::ts, 1.5, 0.4}, {LockKind::carrier, 3, 0.5}}));
+}
+
+TEST(NetworkModel, NamesFileLineLimitAndRemedyOfAWrongLine)
+{
+    EXPECT_THAT(ComplaintOfLine("Levl (dBuV)=60"),
+                StartsWith("net.ini:4: unknown key \"Levl (dBuV)\" in [Channel 3]; known keys are Frequency (MHz), "));
+    EXPECT_EQ(ComplaintOfLine("Level (dBuV)=abc"),
+              "net.ini:4: \"Level (dBuV)\" in [Channel 3]: \"abc\" is no number; write a number from 0 to 120, with a "
+              "point as decimal separator");
+    EXPECT_THAT(ComplaintOfLine("Level (dBuV)=120.5"),
+                HasSubstr("120.5 is out of range; write a number from 0 to 120"));
+    EXPECT_THAT(ComplaintOfLine("Order of QAM=65"), HasSubstr("write a whole number out of 4, 16, 32, 64, 128, 256"));
+    EXPECT_THAT(ComplaintOfLine("Outages=TS 1.5"), HasSubstr("\"TS 1.5\" is no outage; write RF, reference"));
+    EXPECT_THAT(ComplaintOfLine("[Network]\nExternal Reference=maybe"), HasSubstr("net.ini:5: "));
+    EXPECT_THAT(ComplaintOfLine("Frequency (MHz)=482"), HasSubstr("a second time"));
+    EXPECT_THAT(ComplaintOfLine("[Channel 03]\nFrequency (MHz)=482"), HasSubstr("stands in line 2 already"));
+    EXPECT_THAT(ComplaintOfLine("[Channel 4]\nFrequency (MHz)=474"), HasSubstr("the frequency of [Channel 3]"));
+    EXPECT_THAT(ComplaintOfLine("[Channel 4]"), HasSubstr("net.ini:4: [Channel 4] has no frequency; add the key"));
+    EXPECT_THAT(ComplaintOfLine("[Chanel 4]"), HasSubstr("unknown section \"Chanel 4\"; write Network, or Channel"));
+}
+
+TEST(NetworkModel, RefusesNumbersThatAreNone)
+{
+    for (const char* text : {"", " ", "nan", "inf", "1e999", "6,9", "0x10", "1 2", "--1", "+-1", "1\xE2\x82\xAC"})
+        EXPECT_THAT(ComplaintOfLine(std::string("Level (dBuV)=") + text), HasSubstr("is no number")) << text;
+    EXPECT_THAT(Complaint("[Network]\nSeed=1.5\n"), HasSubstr("write a whole number from 0 to 2147483647"));
+}
+
+TEST(NetworkModel, RefusesFilesThatAreNoModel)
+{
+    EXPECT_THAT(Complaint(""), StartsWith("net.ini: the file is empty; a network model has a section [Network]"));
+    EXPECT_THAT(Complaint("\xEF\xBB\xBF"), HasSubstr("there is no channel in the file"));
+    EXPECT_THAT(Complaint("[Network]\n"), HasSubstr("there is no channel in the file"));
+    EXPECT_THAT(Complaint(std::string_view("MZ\x90\0\3\0", 6)), HasSubstr("net.ini:1: there is a control character"));
+    EXPECT_THAT(Complaint(std::string_view("\xFF\xFE[\0", 4)), HasSubstr("UTF-16; save it as UTF-8"));
+    EXPECT_THAT(Complaint("[Channel 1]\nFrequency (MHz)=474\nHardware=\xB5"), HasSubstr("net.ini:3: this line is not"));
+    EXPECT_THAT(Complaint("Seed=1"), HasSubstr("stands before any section"));
+}
+
+TEST(NetworkModel, FindsNoWayToReadAPieceOfAFileAsSomethingElse)
+{
+    const std::string whole =
+        "[Network]\nSeed=3\n[Channel 1]\nFrequency (MHz)=474\n[Channel 2]\nFrequency (MHz)=482.5\n";
+    for (size_t length = 0; length < whole.size(); ++length) {
+        const std::string complaint = Complaint(std::string_view(whole).substr(0, length));
+        EXPECT_TRUE(complaint == "accepted" || complaint.starts_with("net.ini")) << length << ": " << complaint;
+    }
+}
+
+TEST(NetworkModel, ChangesSingleValuesUnderTheSameRules)
+{
+    NetworkModel model = NetworkModel::Parse("[Channel 1]\nFrequency (MHz)=474\n", L"net.ini");
+    model.Set(L"channel 1", L"LEVEL (dBuV)", L"50");
+    model.Set(L"Network", L"Serial Number", L"4711");
+    EXPECT_EQ(model.Get(L"Channel 1", L"Level (dBuV)"), L"50");
+    EXPECT_EQ(model.Get(L"Network", L"Serial Number"), L"4711");
+
+    EXPECT_THROW(model.Set(L"Channel 1", L"Level (dBuV)", L"500"), ModelError);
+    EXPECT_THROW(model.Set(L"Channel 2", L"Level (dBuV)", L"50"), ModelError);
+    EXPECT_THROW(model.Set(L"Channel 2", L"Frequency (MHz)", L"474"), ModelError);
+    EXPECT_THROW(model.Get(L"Channel 2", L"Frequency (MHz)"), ModelError);
+    EXPECT_EQ(model.Get(L"Channel 1", L"Level (dBuV)"), L"50");
+
+    model.Set(L"Channel 2", L"Frequency (MHz)", L"482");
+    model.Set(L"Channel 2", L"Outages", L"rf 1 2,TS 3 0.5");
+    EXPECT_EQ(model.Get(L"Channel 2", L"Outages"), L"RF 1 2, TS 3 0.5");
+}
+
+}  // namespace
+}  // namespace tvn2x
