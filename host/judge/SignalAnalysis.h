@@ -4,26 +4,13 @@
 #include <optional>
 #include <vector>
 
+#include "dvbc/Tilt.h"
 #include "host/run/FinishedRun.h"
 
 namespace tvn2x {
 
-/// The straight line through the levels over the square root of the frequency, as cable attenuates: its ends and what
-/// the levels spread round it.
-struct LevelTilt
-{
-    double lowestFrequency = 0;  ///< MHz
-    double highestFrequency = 0;
-    double atLowest = 0;   ///< dBµV of the line
-    double atHighest = 0;  ///< dBµV
-    double spread = 0;     ///< dB, standard deviation of the levels from the line
-
-    double At(double frequency) const;  ///< dBµV at a frequency in MHz
-    double Tilt() const { return atHighest - atLowest; }
-};
-
-/// Nothing with fewer than three levels at different frequencies.
-std::optional<LevelTilt> FitTilt(const std::vector<const ChannelResult*>& channels);
+/// The tilt of the levels of channels. Nothing with fewer than three levels at different frequencies.
+std::optional<dvbc::LevelTilt> FitTilt(const std::vector<const ChannelResult*>& channels);
 
 /// What spoils a channel's modulation.
 enum class Impairment

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <optional>
 
+#include "dvbc/Qam.h"
 #include "text/InputError.h"
 #include "text/TextInput.h"
 #include "util/Encoding.h"
@@ -13,8 +14,6 @@
 namespace tvn2x {
 
 namespace {
-
-constexpr std::array<int32_t, 6> ordersOfQam{4, 16, 32, 64, 128, 256};
 
 const std::wstring planRemedy =
     L"A plan has a [CHANNEL] block per channel, with DELIVERY_SYSTEM, FREQUENCY, SYMBOL_RATE and MODULATION.";
@@ -106,7 +105,7 @@ std::optional<std::wstring> ReadModulation(std::string_view text, int32_t orderF
     }
     const auto [end, fault] = std::from_chars(digits.data(), digits.data() + digits.size(), order);
     if (fault != std::errc() || end != digits.data() + digits.size() || digits.size() == text.size() ||
-        !IsOrderOfQam(order)) {
+        !dvbc::IsOrderOfQam(order)) {
         return L"modulation " + Excerpt(text) + L" is none of QAM/4, 16, 32, 64, 128, 256";
     }
     return std::nullopt;
@@ -179,11 +178,6 @@ std::vector<Block> ReadBlocks(std::string_view content, const std::wstring& path
 }
 
 }  // namespace
-
-bool IsOrderOfQam(int32_t order)
-{
-    return std::ranges::find(ordersOfQam, order) != ordersOfQam.end();
-}
 
 ChannelPlan ReadChannelPlan(std::string_view content, const std::wstring& path, int32_t orderForAuto)
 {

@@ -17,8 +17,6 @@ constexpr double highestSymbolRate = 7;    ///< MSymb/s
 
 }  // namespace channel_limit
 
-bool IsOrderOfQam(int32_t order);  ///< 4, 16, 32, 64, 128 or 256
-
 /// One channel of a plan.
 struct PlanChannel
 {

@@ -4,6 +4,9 @@
 #include <cmath>
 #include <numbers>
 
+#include "dvbc/Impairments.h"
+#include "dvbc/Qam.h"
+#include "dvbc/Tilt.h"
 #include "host/plan/SeededRandom.h"
 
 namespace tvn2x {
@@ -16,41 +19,18 @@ constexpr double pi = std::numbers::pi;
 constexpr double lowestModelFrequency = 30;    // MHz
 constexpr double lowestModelSymbolRate = 0.5;  // MSymb/s
 
-/// MER in dB at which the bit error ratio before Reed-Solomon is 2e-4: below it, packets are lost.
+/// MER in dB below which packets are lost.
 double FailureThreshold(int32_t order)
 {
-    switch (order) {
-        case 4:
-            return 11.0;
-        case 16:
-            return 17.8;
-        case 32:
-            return 20.7;
-        case 64:
-            return 23.8;
-        case 128:
-            return 26.7;
-        default:
-            return 29.8;
-    }
+    return dvbc::RequiredEsN0(order, dvbc::failureBer);
 }
 
-double FromDecibels(double decibels)
-{
-    return std::pow(10, decibels / 20);
-}
-
-/// The share of the tilt that a frequency in MHz has: 0 at 47 MHz, 1 at 862 MHz; cable loss grows with the root.
+/// The share of the network's tilt that a frequency has.
 double TiltShare(double frequency)
 {
-    const double low = std::sqrt(47.0);
-    return (std::sqrt(frequency) - low) / (std::sqrt(862.0) - low);
-}
-
-/// The receiver's own noise in dBµV in the bandwidth of the channel, at 75 ohm.
-double NoiseLevel(const NetworkChannel& channel, const NetworkDraft& network)
-{
-    return 108.75 - 173.98 + 10 * std::log10(channel.symbolRate * 1e6) + network.noiseFigure;
+    constexpr double bandStart = 47;  // MHz
+    constexpr double bandEnd = 862;
+    return dvbc::TiltPosition(frequency, bandStart, bandEnd);
 }
 
 NetworkChannel GoodChannel(const PlanChannel& planned, double ripplePhase, uint64_t seed)
@@ -109,21 +89,21 @@ void RemoveCarrier(NetworkChannel& channel, const NetworkDraft&, SeededRandom&)
 void LowerLevel(NetworkChannel& channel, const NetworkDraft& network, SeededRandom&)
 {
     channel.fault = L"low level: a corroded splitter on the way to the outlet has a notch here";
-    channel.level = NoiseLevel(channel, network) + FailureThreshold(channel.orderOfQam) + 2.5 +
-                    network.tilt * TiltShare(channel.frequency);
+    channel.level = dvbc::NoiseFloor(channel.symbolRate * 1e6, network.noiseFigure) +
+                    FailureThreshold(channel.orderOfQam) + 2.5 + network.tilt * TiltShare(channel.frequency);
 }
 
 void AddPhaseNoise(NetworkChannel& channel, const NetworkDraft&, SeededRandom&)
 {
     channel.fault = L"phase noise of a failing converter at the head end";
-    channel.phaseJitter = 180 / pi / FromDecibels(FailureThreshold(channel.orderOfQam) + 1.5);
+    channel.phaseJitter = dvbc::JitterOfRatio(FailureThreshold(channel.orderOfQam) + 1.5);
 }
 
 void UnbalanceModulator(NetworkChannel& channel, const NetworkDraft&, SeededRandom& random)
 {
     channel.fault = L"I/Q imbalance and poor carrier suppression of a modulator out of adjustment";
     const double threshold = FailureThreshold(channel.orderOfQam);
-    channel.iqImbalance = 200 / FromDecibels(threshold + 6);
+    channel.iqImbalance = dvbc::ImbalanceOfRatio(threshold + 6);
     channel.quadratureError = random.Between(1.5, 2.5);
     channel.carrierSuppression = threshold + 7;
 }

@@ -5,7 +5,7 @@
 #include <charconv>
 #include <cmath>
 
-#include "simulator/model/QamPhysics.h"
+#include "dvbc/Qam.h"
 
 namespace tvn2x {
 
@@ -41,7 +41,7 @@ const std::array networkKeys{
 const std::array channelKeys{
     ChannelKey{L"Frequency (MHz)", &ChannelModel::frequency, 30, 1200},
     ChannelKey{L"Symbol Rate (MSymb/s)", &ChannelModel::symbolRate, 0.5, 7.5},
-    ChannelKey{L"Order of QAM", &ChannelModel::order, 4, 256, qam::orders},
+    ChannelKey{L"Order of QAM", &ChannelModel::order, 4, 256, dvbc::ordersOfQam},
     ChannelKey{L"Level (dBuV)", &ChannelModel::level, 0, 120},
     ChannelKey{L"Roll-off (%)", &ChannelModel::rollOff, 12, 35},
     ChannelKey{L"C/I (dB)", &ChannelModel::carrierToInterference, 0, 80},

@@ -1,5 +1,7 @@
 #include <algorithm>
 
+#include "dvbc/Impairments.h"
+#include "dvbc/LevelUnit.h"
 #include "simulator/model/ReceiverModel.h"
 
 namespace tvn2x {
@@ -52,7 +54,7 @@ double ReceiverModel::ReadRfLevel()
     const Reception& reception = View().reception;
     const bool outage = reception.stagesReached > 0 && !Locked(Stage::gainControl);
     const double level = outage ? reception.noiseLevel : reception.level;
-    return LevelIn(settings_.levelUnit, Show(level + Noise(Quantity::rfLevel, 0.1), {30, 114}));
+    return dvbc::LevelIn(settings_.levelUnit, Show(level + Noise(Quantity::rfLevel, 0.1), {30, 114}));
 }
 
 double ReceiverModel::ReadCarrierToInterference()
@@ -82,7 +84,7 @@ double ReceiverModel::ReadMerPercent()
     // The percentage falls where the decibels rise.
     if (!status_.empty())
         status_ = status_ == L"OVER" ? L"UNDER" : L"OVER";
-    return qam::MerPercent(mer);
+    return dvbc::MerPercent(mer);
 }
 
 double ReceiverModel::ReadPhaseJitter()

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "dvbc/Qam.h"
 #include "simulator/model/ReceiverModel.h"
 
 namespace tvn2x {
@@ -146,7 +147,8 @@ void ReceiverModel::OrderOfQam(int32_t order)
 
 void ReceiverModel::SetOrderOfQam(int32_t order)
 {
-    Require(qam::IsOrder(order), L"OrderOfQam", std::to_wstring(order) + L" is none of 4, 16, 32, 64, 128 and 256");
+    Require(dvbc::IsOrderOfQam(order), L"OrderOfQam",
+            std::to_wstring(order) + L" is none of 4, 16, 32, 64, 128 and 256");
     Change(&ReceiverSettings::order, order);
 }
 
@@ -213,7 +215,7 @@ void ReceiverModel::LevelUnit(int32_t code)
 void ReceiverModel::SetLevelUnit(int32_t code)
 {
     RequireRange(code, 0, 5, L"LevelUnit", L", the codes of dBmV, dBpW, dBuW, dBm, dBuV and mV");
-    settings_.levelUnit = static_cast<tvn2x::LevelUnit>(code);
+    settings_.levelUnit = static_cast<dvbc::LevelUnit>(code);
 }
 
 int32_t ReceiverModel::InputRoute()

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "simulator/model/LevelUnit.h"
+#include "dvbc/LevelUnit.h"
 
 namespace tvn2x {
 
@@ -34,7 +34,7 @@ struct ReceiverSettings
     bool automaticGain = true;                   ///< of the demodulator route
     bool adaptiveEqualiser = true;
     bool externalReference = false;
-    LevelUnit levelUnit = LevelUnit::dBmV;
+    dvbc::LevelUnit levelUnit = dvbc::LevelUnit::dBmV;
 };
 
 }  // namespace tvn2x

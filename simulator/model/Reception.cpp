@@ -6,6 +6,10 @@
 #include <limits>
 #include <numbers>
 
+#include "dvbc/Decibels.h"
+#include "dvbc/Impairments.h"
+#include "dvbc/Tilt.h"
+
 namespace tvn2x {
 
 namespace {
@@ -31,7 +35,6 @@ constexpr double equaliserSymbols = 16;     // reach of the equaliser
 constexpr double highestCarrierBer = 3e-2;  // beyond it the carrier loop slips
 constexpr double highestFrameBer = 1e-2;    // beyond it five synchronisation bytes in a row are not found
 constexpr double highestPacketFailures = 0.5;
-constexpr double warningBer = 2e-4;
 
 /// A span of frequencies in Hz.
 struct Span
@@ -70,20 +73,19 @@ double EchoGain(const ChannelModel& channel, const NetworkSettings& network)
 {
     if (channel.echoLength == 0)
         return 0;
-    const double amplitude = std::pow(10, -channel.echoRatio / 20);
+    const double amplitude = dvbc::AmplitudeOfDecibels(-channel.echoRatio);
     const double delay = EchoDelay(channel, network);
     const double halfRipple = std::numbers::pi * channel.symbolRate * 1e6 * delay;
     const double averaging = halfRipple > 0 ? std::sin(halfRipple) / halfRipple : 1;
     const double phase = 2 * std::numbers::pi * CentreOf(channel) * delay;
-    return qam::ToDecibels(1 + amplitude * amplitude + 2 * amplitude * averaging * std::cos(phase));
+    return dvbc::DecibelsOfPower(1 + amplitude * amplitude + 2 * amplitude * averaging * std::cos(phase));
 }
 
 /// The level at the receiver's input in dBµV.
 double LevelOf(const ChannelModel& channel, const NetworkSettings& network)
 {
-    const double start = std::sqrt(bandStart);
-    const double slope = (std::sqrt(channel.frequency) - start) / (std::sqrt(bandEnd) - start);
-    return channel.level - network.tilt * slope + EchoGain(channel, network);
+    return channel.level - network.tilt * dvbc::TiltPosition(channel.frequency, bandStart, bandEnd) +
+           EchoGain(channel, network);
 }
 
 double RouteLoss(int32_t route)
@@ -115,40 +117,43 @@ public:
         for (const ChannelModel& channel : model.Channels())
             Take(channel);
         attenuation_ = Attenuation();
-        noise_ = qam::FromDecibels(qam::NoiseFloor(settings.symbolRate, network_.noiseFigure + attenuation_));
+        noise_ = dvbc::PowerOfDecibels(dvbc::NoiseFloor(settings.symbolRate, network_.noiseFigure + attenuation_));
     }
 
     /// The channel that most of the power comes from; null where the receiver sees none.
     const ChannelModel* Strongest() const { return strongest_; }
-    double CarrierToNoise() const { return qam::ToDecibels(carrier_ / noise_); }
-    double Level() const { return qam::ToDecibels(inBand_ + noise_); }
-    double NoiseLevel() const { return qam::ToDecibels(noise_); }
-    double SignalAboveNoise() const { return qam::ToDecibels(inBand_ / noise_); }
+    double CarrierToNoise() const { return dvbc::DecibelsOfPower(carrier_ / noise_); }
+    double Level() const { return dvbc::DecibelsOfPower(inBand_ + noise_); }
+    double NoiseLevel() const { return dvbc::DecibelsOfPower(noise_); }
+    double SignalAboveNoise() const { return dvbc::DecibelsOfPower(inBand_ / noise_); }
 
     double CarrierToNeighbours() const
     {
         const double neighbours = leaking_ - ownLeak_;
-        return neighbours > 0 ? qam::ToDecibels(carrier_ / neighbours) : infinite;
+        return neighbours > 0 ? dvbc::DecibelsOfPower(carrier_ / neighbours) : infinite;
     }
 
     /// Third-order products of all channels together.
-    double CarrierToIntermodulation() const { return 2 * (interceptLevel - (qam::ToDecibels(total_) - attenuation_)); }
+    double CarrierToIntermodulation() const
+    {
+        return 2 * (interceptLevel - (dvbc::DecibelsOfPower(total_) - attenuation_));
+    }
 
     /// What the filter cuts off the signal comes back as interference between its symbols.
     double CarrierToFilterLoss() const
     {
         const double kept = SpectrumOf(*strongest_).ShareIn(filter_);
-        return kept < 1 ? qam::ToDecibels(kept / (1 - kept)) : infinite;
+        return kept < 1 ? dvbc::DecibelsOfPower(kept / (1 - kept)) : infinite;
     }
 
 private:
     void Take(const ChannelModel& channel)
     {
         const Span spectrum = SpectrumOf(channel);
-        const double power = qam::FromDecibels(LevelOf(channel, network_) - RouteLoss(settings_.route));
+        const double power = dvbc::PowerOfDecibels(LevelOf(channel, network_) - RouteLoss(settings_.route));
         const double inBand = power * spectrum.ShareIn(own_);
         const double besides = power * std::max(0.0, spectrum.ShareIn(filter_) - spectrum.ShareIn(own_));
-        const double leak = inBand + besides * qam::FromDecibels(-digitalRejection);
+        const double leak = inBand + besides * dvbc::PowerOfDecibels(-digitalRejection);
         total_ += power;
         inBand_ += inBand;
         leaking_ += leak;
@@ -166,7 +171,7 @@ private:
             return 0;
         if (settings_.attenuation != automaticAttenuation)
             return settings_.attenuation;
-        const double excess = qam::ToDecibels(total_) - mixerLevel;
+        const double excess = dvbc::DecibelsOfPower(total_) - mixerLevel;
         return excess > 0 ? attenuatorStep * std::ceil(excess / attenuatorStep) : 0;
     }
 
@@ -198,7 +203,7 @@ EchoEffect EffectOfEcho(const ChannelModel& channel, const NetworkSettings& netw
         return effect;
     const double reach = equaliserSymbols / (channel.symbolRate * 1e6);
     if (adaptive && EchoDelay(channel, network) <= reach)
-        effect.noiseGain = -qam::ToDecibels(1 - qam::FromDecibels(-channel.echoRatio));
+        effect.noiseGain = -dvbc::DecibelsOfPower(1 - dvbc::PowerOfDecibels(-channel.echoRatio));
     else
         effect.interference = channel.echoRatio;
     return effect;
@@ -208,7 +213,7 @@ EchoEffect EffectOfEcho(const ChannelModel& channel, const NetworkSettings& netw
 double RollOffRatio(double transmitted, int32_t received)
 {
     const double difference = std::abs(transmitted - received) / 100;
-    return difference > 0 ? -20 * std::log10(difference / 2) : infinite;
+    return difference > 0 ? -dvbc::DecibelsOfAmplitude(difference / 2) : infinite;
 }
 
 void TakeQuality(Reception& reception, const ChannelModel& channel, const NetworkSettings& network,
@@ -216,18 +221,20 @@ void TakeQuality(Reception& reception, const ChannelModel& channel, const Networ
 {
     const double neighbours = front.CarrierToNeighbours();
     const EchoEffect echo = EffectOfEcho(channel, network, settings.adaptiveEqualiser);
-    reception.carrierToInterference = qam::Combine(std::array{channel.carrierToInterference, neighbours});
+    reception.carrierToInterference = dvbc::CombineRatios(std::array{channel.carrierToInterference, neighbours});
     reception.carrierSuppression = channel.carrierSuppression;
     reception.phaseJitter = channel.phaseJitter;
     reception.iqImbalance = channel.iqImbalance;
     reception.quadratureError = channel.quadratureError;
     reception.signalToNoise =
-        qam::Combine(std::array{front.CarrierToNoise() - echo.noiseGain, network.headEndMer,
-                                reception.carrierToInterference, front.CarrierToIntermodulation()});
-    reception.mer = qam::Combine(
-        std::array{reception.signalToNoise, channel.carrierSuppression, qam::JitterRatio(channel.phaseJitter),
-                   qam::ImbalanceRatio(channel.iqImbalance), qam::QuadratureRatio(channel.quadratureError),
-                   echo.interference, front.CarrierToFilterLoss(), RollOffRatio(channel.rollOff, settings.rollOff)});
+        dvbc::CombineRatios(std::array{front.CarrierToNoise() - echo.noiseGain, network.headEndMer,
+                                       reception.carrierToInterference, front.CarrierToIntermodulation()});
+    reception.mer = dvbc::CombineRatios(
+        std::array{reception.signalToNoise, channel.carrierSuppression,
+                   dvbc::RatioOfErrorPower(dvbc::JitterPower(channel.phaseJitter)),
+                   dvbc::RatioOfErrorPower(dvbc::ImbalancePower(channel.iqImbalance)),
+                   dvbc::RatioOfErrorPower(dvbc::QuadraturePower(channel.quadratureError)), echo.interference,
+                   front.CarrierToFilterLoss(), RollOffRatio(channel.rollOff, settings.rollOff)});
 }
 
 /// Whether gain control has a signal to work on.
@@ -260,7 +267,7 @@ Reception Receive(const NetworkModel& model, const ReceiverSettings& settings)
     Reception reception;
     reception.level = front.Level();
     reception.noiseLevel = front.NoiseLevel();
-    reception.bitsPerSymbol = qam::BitsPerSymbol(settings.order);
+    reception.bitsPerSymbol = dvbc::BitsPerSymbol(settings.order);
     reception.bitRate = settings.symbolRate * reception.bitsPerSymbol;
     const ChannelModel* channel = front.Strongest();
     if (channel == nullptr)
@@ -275,9 +282,9 @@ Reception Receive(const NetworkModel& model, const ReceiverSettings& settings)
     TakeQuality(reception, *channel, network, settings, front);
 
     const double effective = reception.mer - network.implementationLoss;
-    reception.ber = qam::BitErrorRatio(channel->order, effective);
-    reception.margin = effective - qam::RequiredEsN0(channel->order, warningBer);
-    reception.packets = qam::PacketErrorRatios(reception.ber);
+    reception.ber = dvbc::BitErrorRatio(channel->order, effective);
+    reception.margin = effective - dvbc::RequiredEsN0(channel->order, dvbc::failureBer);
+    reception.packets = dvbc::PacketErrorRatios(reception.ber);
     if (SignalPresent(front, settings))
         reception.stagesReached = StagesReached(reception, *channel, settings);
     return reception;

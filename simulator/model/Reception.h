@@ -2,9 +2,9 @@
 
 #include <vector>
 
+#include "dvbc/Qam.h"
 #include "simulator/model/ModelSections.h"
 #include "simulator/model/NetworkModel.h"
-#include "simulator/model/QamPhysics.h"
 #include "simulator/model/ReceiverSettings.h"
 
 namespace tvn2x {
@@ -41,13 +41,13 @@ struct Reception
     double bitRate = 0;  ///< bits per second before Reed-Solomon
     double ber = 0.5;    ///< before Reed-Solomon
     double margin = 0;   ///< dB of MER above what a bit error ratio of 2e-4 needs
-    qam::PacketErrors packets;
+    dvbc::PacketErrors packets;
     int stagesReached = 0;  ///< how many steps of acquisition this signal lets the receiver take
     double lockTimeFactor = 1;
     std::vector<Outage> outages;
 
     /// Packets of the transport stream per second.
-    double PacketRate() const { return bitRate / (8 * qam::packetBytes); }
+    double PacketRate() const { return bitRate / (8 * dvbc::packetBytes); }
 };
 
 Reception Receive(const NetworkModel& model, const ReceiverSettings& settings);

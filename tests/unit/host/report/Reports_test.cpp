@@ -56,20 +56,6 @@ TEST(ErrorBudget, AddsUpToTheMerAndNamesItsLargestPart)
     }
 }
 
-TEST(LevelTilt, FollowsTheSquareRootOfTheFrequency)
-{
-    std::vector<ChannelResult> channels;
-    for (const double frequency : {100.0, 225.0, 400.0, 625.0}) {
-        const std::wstring cell = std::to_wstring(70 - 0.5 * std::sqrt(frequency));
-        channels.push_back(TestChannel(1, frequency, {{level, cell}}));
-    }
-    const auto tilt = FitTilt({&channels[0], &channels[1], &channels[2], &channels[3]});
-    EXPECT_NEAR(tilt->Tilt(), -7.5, 1e-6);
-    EXPECT_NEAR(tilt->At(225), 62.5, 1e-6);
-    EXPECT_NEAR(tilt->spread, 0, 1e-6);
-    EXPECT_FALSE(FitTilt({&channels[0], &channels[0], &channels[0]}));
-}
-
 TEST(ChartAxis, EndsAtRoundStepsAndKeepsValuesInside)
 {
     const auto rounded = [](double low, double high, bool isLogarithmic) {

@@ -6,6 +6,8 @@
 #include <cfenv>
 #include <cmath>
 
+#include "dvbc/Impairments.h"
+#include "dvbc/Qam.h"
 #include "simulator/model/SimulatedTime.h"
 #include "support/RaisedBy.h"
 #include "util/Encoding.h"
@@ -175,11 +177,11 @@ TEST_F(ReceiverModelTest, ReadsThePhysicsOfAChannel)
     EXPECT_NEAR(receiver.ReadPhaseJitter(), 0.3, 1e-9);
     EXPECT_NEAR(receiver.ReadIqImbalance(), 0.3, 1e-9);
     EXPECT_NEAR(receiver.ReadIqPhase(), 0.2, 1e-9);
-    const double expected =
-        qam::Combine(std::array{62 - qam::NoiseFloor(6.9e6, 8), 43.0, 52.0, 35.0, qam::JitterRatio(0.3),
-                                qam::ImbalanceRatio(0.3), qam::QuadratureRatio(0.2)});
+    const double expected = dvbc::CombineRatios(std::array{
+        62 - dvbc::NoiseFloor(6.9e6, 8), 43.0, 52.0, 35.0, dvbc::RatioOfErrorPower(dvbc::JitterPower(0.3)),
+        dvbc::RatioOfErrorPower(dvbc::ImbalancePower(0.3)), dvbc::RatioOfErrorPower(dvbc::QuadraturePower(0.2))});
     EXPECT_NEAR(receiver.ReadMer(), expected, 0.01);
-    EXPECT_NEAR(receiver.ReadMerPercent(), qam::MerPercent(expected), 0.01);
+    EXPECT_NEAR(receiver.ReadMerPercent(), dvbc::MerPercent(expected), 0.01);
     EXPECT_GT(receiver.ReadSignalToNoise(), expected);
     receiver.LevelUnit(4);
     EXPECT_EQ(Marked(receiver.ReadRfLevel()).second, L"");
@@ -235,7 +237,7 @@ TEST_F(ReceiverModelTest, CountsBitErrorsTowardsThePhysics)
     time.now += 20 * 1e7 / (6.9e6 * 6);
     EXPECT_EQ(receiver.BerState(), L"Done");
     const double mer = receiver.ReadMer();
-    const double expected = qam::BitErrorRatio(64, mer - 1);
+    const double expected = dvbc::BitErrorRatio(64, mer - 1);
     const double counted = receiver.ReadBer();
     EXPECT_NEAR(counted, expected, 4 * std::sqrt(expected / 2e8));
     EXPECT_EQ(receiver.ValueStatus(), L"");

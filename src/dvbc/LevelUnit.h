@@ -1,8 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
-namespace tvn2x {
+namespace tvn2x::dvbc {
 
 /// The receiver's codes for the unit that it shows levels in.
 enum class LevelUnit : int32_t
@@ -18,4 +19,7 @@ enum class LevelUnit : int32_t
 /// A level in dBµV at 75 ohm in another unit. Millivolts are linear, all others logarithmic.
 double LevelIn(LevelUnit unit, double dBuV);
 
-}  // namespace tvn2x
+/// The reverse. Nothing for a voltage that is not above 0.
+std::optional<double> DecibelMicrovolts(LevelUnit unit, double level);
+
+}  // namespace tvn2x::dvbc

@@ -1,12 +1,12 @@
-#include "simulator/model/QamPhysics.h"
+#include "dvbc/Qam.h"
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <numbers>
 
-namespace tvn2x::qam {
+#include "dvbc/Decibels.h"
 
+namespace tvn2x::dvbc {
 namespace {
 
 /// The cross constellations lack the corners of a square, so their figures do not follow from the order alone.
@@ -24,21 +24,11 @@ double GaussianTail(double x)
     return 0.5 * std::erfc(x / std::numbers::sqrt2);
 }
 
-double RadiansOf(double degrees)
-{
-    return degrees * std::numbers::pi / 180;
-}
-
-double RatioOfAmplitude(double amplitude)
-{
-    return amplitude > 0 ? -20 * std::log10(amplitude) : std::numeric_limits<double>::infinity();
-}
-
 }  // namespace
 
-bool IsOrder(int32_t order)
+bool IsOrderOfQam(int32_t order)
 {
-    return std::ranges::find(orders, order) != orders.end();
+    return std::ranges::find(ordersOfQam, order) != ordersOfQam.end();
 }
 
 double BitsPerSymbol(int32_t order)
@@ -46,19 +36,9 @@ double BitsPerSymbol(int32_t order)
     return std::log2(order);
 }
 
-double ToDecibels(double powerRatio)
-{
-    return powerRatio > 0 ? 10 * std::log10(powerRatio) : -std::numeric_limits<double>::infinity();
-}
-
-double FromDecibels(double decibels)
-{
-    return std::pow(10, decibels / 10);
-}
-
 double BitErrorRatio(int32_t order, double esN0)
 {
-    const double snr = FromDecibels(esN0);
+    const double snr = PowerOfDecibels(esN0);
     const double bits = BitsPerSymbol(order);
     if (order == 32 || order == 128) {
         const CrossShape& shape = order == 32 ? cross32 : cross128;
@@ -78,39 +58,11 @@ double RequiredEsN0(int32_t order, double ber)
     return high;
 }
 
-double Combine(std::span<const double> ratios)
-{
-    double errorPower = 0;
-    for (const double ratio : ratios)
-        errorPower += FromDecibels(-ratio);
-    return -ToDecibels(errorPower);
-}
-
-double JitterRatio(double degreesRms)
-{
-    return RatioOfAmplitude(RadiansOf(degreesRms));
-}
-
-double ImbalanceRatio(double percent)
-{
-    return RatioOfAmplitude(percent / 200);
-}
-
-double QuadratureRatio(double degrees)
-{
-    return RatioOfAmplitude(std::sin(RadiansOf(std::abs(degrees)) / 2));
-}
-
-double MerPercent(double mer)
-{
-    return 100 * std::pow(10, -mer / 20);
-}
-
 double NoiseFloor(double symbolRate, double noiseFigure)
 {
     constexpr double thermalDensity = -173.98;  // dBm in 1 Hz at room temperature
     constexpr double voltageOfOneMilliwatt = 108.75;
-    return voltageOfOneMilliwatt + thermalDensity + ToDecibels(symbolRate) + noiseFigure;
+    return voltageOfOneMilliwatt + thermalDensity + DecibelsOfPower(symbolRate) + noiseFigure;
 }
 
 PacketErrors PacketErrorRatios(double ber)
@@ -132,4 +84,4 @@ PacketErrors PacketErrorRatios(double ber)
     return errors;
 }
 
-}  // namespace tvn2x::qam
+}  // namespace tvn2x::dvbc

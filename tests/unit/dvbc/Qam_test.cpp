@@ -1,0 +1,66 @@
+#include "dvbc/Qam.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+
+#include "dvbc/Impairments.h"
+#include "dvbc/LevelUnit.h"
+
+namespace tvn2x::dvbc {
+namespace {
+
+TEST(Qam, NeedsTheKnownEsN0ForABitErrorRatio)
+{
+    const std::tuple<int32_t, double, double, double> rows[] = {{4, 10.98, 11.41, 13.54},   {16, 17.78, 18.23, 20.42},
+                                                                {32, 20.69, 21.15, 23.38},  {64, 23.84, 24.30, 26.56},
+                                                                {128, 26.66, 27.13, 29.42}, {256, 29.76, 30.23, 32.55}};
+    for (const auto& [order, at2e4, at1e4, at1e6] : rows) {
+        EXPECT_NEAR(RequiredEsN0(order, 2e-4), at2e4, 0.006) << order;
+        EXPECT_NEAR(RequiredEsN0(order, 1e-4), at1e4, 0.006) << order;
+        EXPECT_NEAR(RequiredEsN0(order, 1e-6), at1e6, 0.006) << order;
+    }
+}
+
+TEST(Impairments, LeaveTheKnownMerEach)
+{
+    EXPECT_NEAR(RatioOfErrorPower(JitterPower(0.5)), 41.2, 0.05);
+    EXPECT_NEAR(RatioOfErrorPower(ImbalancePower(2)), 40.0, 0.05);
+    EXPECT_NEAR(RatioOfErrorPower(QuadraturePower(1)), 41.2, 0.05);
+    EXPECT_NEAR(RatioOfErrorPower(QuadraturePower(-1)), 41.2, 0.05);
+    EXPECT_NEAR(CombineRatios(std::array{35.0, RatioOfErrorPower(JitterPower(0))}), 35.0, 1e-9);
+    EXPECT_NEAR(CombineRatios(std::array{40.0, 40.0}), 36.99, 0.005);
+    EXPECT_NEAR(JitterPower(JitterOfRatio(30)), 1e-3, 1e-9);
+    EXPECT_NEAR(ImbalancePower(ImbalanceOfRatio(30)), 1e-3, 1e-9);
+    EXPECT_NEAR(MerPercent(40), 1.0, 1e-9);
+    EXPECT_NEAR(NoiseFloor(6.9e6, 8), 11.2, 0.05) << "by the noise figure";
+}
+
+TEST(Qam, FailsOnePacketAnHourAtAnErrorRatioOf3e5)
+{
+    const double packetsAnHour = 6.9e6 * 6 / (8 * packetBytes) * 3600;
+    EXPECT_NEAR(PacketErrorRatios(3.5e-4).failed * packetsAnHour, 1, 0.5);
+    EXPECT_LT(PacketErrorRatios(1e-4).failed * packetsAnHour, 1e-3);
+    EXPECT_EQ(PacketErrorRatios(0).failed, 0);
+    const PacketErrors lost = PacketErrorRatios(0.5);
+    EXPECT_NEAR(lost.failed, 1, 1e-9);
+    EXPECT_NEAR(lost.syncWrong, 255.0 / 256, 1e-9);
+}
+
+TEST(LevelUnit, ConvertsAtSeventyFiveOhm)
+{
+    EXPECT_DOUBLE_EQ(LevelIn(LevelUnit::dBmV, 61), 1);
+    EXPECT_DOUBLE_EQ(LevelIn(LevelUnit::dBpW, 61), 42.25);
+    EXPECT_DOUBLE_EQ(LevelIn(LevelUnit::dBuW, 61), -17.75);
+    EXPECT_DOUBLE_EQ(LevelIn(LevelUnit::dBm, 61), -47.75);
+    EXPECT_DOUBLE_EQ(LevelIn(LevelUnit::dBuV, 61), 61);
+    EXPECT_DOUBLE_EQ(LevelIn(LevelUnit::mV, 80), 10);
+    for (int32_t code = 0; code <= 5; ++code) {
+        const auto unit = static_cast<LevelUnit>(code);
+        EXPECT_NEAR(*DecibelMicrovolts(unit, LevelIn(unit, 61)), 61, 1e-9) << code;
+    }
+    EXPECT_FALSE(DecibelMicrovolts(LevelUnit::mV, 0));
+}
+
+}  // namespace
+}  // namespace tvn2x::dvbc
