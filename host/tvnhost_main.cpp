@@ -12,9 +12,11 @@
 #include "CLI/Formatter.hpp"
 #include "com/Module.h"
 #include "com/TypeLibrary.h"
+#include "dvbc/Qam.h"
 #include "host/commands/Commands.h"
 #include "host/commands/Plugin.h"
 #include "host/commands/RunArguments.h"
+#include "setup/catalogue/LevelUnits.h"
 #include "util/Encoding.h"
 
 namespace tvn2x {
@@ -68,7 +70,7 @@ CLI::App* AddImport(CLI::App& app, Arguments& arguments)
         ->capture_default_str();
     command->add_option("--order", arguments.import.orderForAuto, "Order of QAM where the plan says QAM/AUTO")
         ->type_name("ORDER")
-        ->check(CLI::IsMember({4, 16, 32, 64, 128, 256}));
+        ->check(CLI::IsMember(std::vector<int32_t>(dvbc::ordersOfQam.begin(), dvbc::ordersOfQam.end())));
     command->add_option("--title", arguments.title, "First line of the setup's notes")->type_name("TEXT");
     command->footer("A setup has one order of QAM. A plan that mixes orders gives one setup each: SETUP-64qam, ...");
     return command;
@@ -84,7 +86,7 @@ CLI::App* AddNetwork(CLI::App& app, Arguments& arguments)
         ->capture_default_str();
     command->add_option("--order", arguments.model.orderForAuto, "Order of QAM where the plan says QAM/AUTO")
         ->type_name("ORDER")
-        ->check(CLI::IsMember({4, 16, 32, 64, 128, 256}));
+        ->check(CLI::IsMember(std::vector<int32_t>(dvbc::ordersOfQam.begin(), dvbc::ordersOfQam.end())));
     command->add_flag("--clean", arguments.model.isClean, "Without impaired channels");
     return command;
 }
@@ -148,17 +150,23 @@ void AddEdit(CLI::App& app, Arguments& arguments)
         ->type_name("FILE");
 }
 
+/// A unit's name for a keyboard without "µ".
+std::wstring PlainLetters(std::wstring_view name)
+{
+    std::wstring plain(name);
+    std::ranges::replace(plain, L'µ', L'u');
+    return plain;
+}
+
 std::wstring LevelUnit(const std::string& text)
 {
     std::wstring name = FromUtf8(text);
-    for (const wchar_t* known : {L"dBmV", L"dBpW", L"dBµW", L"dBm", L"dBµV", L"mV"}) {
-        std::wstring plain = known;
-        std::ranges::replace(plain, L'µ', L'u');
-        if (name == known || name == plain) {
-            return known;
+    for (const LevelUnitFact& known : LevelUnits()) {
+        if (name == known.name || name == PlainLetters(known.name)) {
+            return std::wstring(known.name);
         }
     }
-    throw CLI::ValidationError("--level-unit", "dBmV, dBpW, dBuW, dBm, dBuV or mV, not " + text);
+    throw CLI::ValidationError("--level-unit", ToUtf8(PlainLetters(LevelUnitList())) + ", not " + text);
 }
 
 /// The file, and then the receiver where it was asked for.

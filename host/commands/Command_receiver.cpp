@@ -8,7 +8,7 @@
 #include "host/receiver/ReceiverOptions.h"
 #include "host/setup/Product.h"
 #include "host/setup/SetupCheck.h"
-#include "host/setup/SetupVocabulary.h"
+#include "setup/catalogue/Settings.h"
 #include "text/InputError.h"
 
 namespace tvn2x {
@@ -62,14 +62,14 @@ std::wstring Line(const wchar_t* name, const std::wstring& value)
 std::wstring Configuration(const Plugin& plugin)
 {
     const auto& document = plugin.document;
-    const auto value = [&](const char* key, auto member) { return SetupChoiceName(key, Get<long>(document, member)); };
-    return Line(L"  Input route", value("Input Impedance (ohm)", &_clsSetup::get_Zin)) +
+    const auto value = [&](const Setting& of, auto member) { return ChoiceWords(of, Get<long>(document, member)); };
+    return Line(L"  Input route", value(setting::inputRoute, &_clsSetup::get_Zin)) +
            Line(L"  Level unit", Get<std::wstring>(document, &_clsSetup::get_LevelUnit)) +
-           Line(L"  SAW filter", value("SAW Filter Bandwidth (MHz)", &_clsSetup::get_SawBw)) +
-           Line(L"  Order of QAM", value("Order Of QAM", &_clsSetup::get_OrderOfQam)) +
-           Line(L"  Rolloff factor", value("RollOff Factor", &_clsSetup::get_RollOffFactor)) +
+           Line(L"  SAW filter", value(setting::sawBandwidth, &_clsSetup::get_SawBw)) +
+           Line(L"  Order of QAM", value(setting::orderOfQam, &_clsSetup::get_OrderOfQam)) +
+           Line(L"  Rolloff factor", value(setting::rollOffFactor, &_clsSetup::get_RollOffFactor)) +
            Line(L"  BER samples", std::to_wstring(Get<long>(document, &_clsSetup::get_BerSamples))) +
-           Line(L"  Reference", value("10MHz Reference Source", &_clsSetup::get_ReferenceSource));
+           Line(L"  Reference", value(setting::referenceSource, &_clsSetup::get_ReferenceSource));
 }
 
 /// Loads a setup after a look at the file, so that what is wrong in it is named.

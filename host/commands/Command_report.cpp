@@ -86,10 +86,10 @@ int Compare(const CompareOptions& options, Console& console)
         RaiseInput(options.limits + L" has no section [drift]. Add one, like [drift] with a line rflev=2.");
     }
     if (options.level) {
-        drift[parameter::level] = *options.level;
+        drift[MP_RFLEV] = *options.level;
     }
     if (options.mer) {
-        drift[parameter::mer] = *options.mer;
+        drift[MP_MER] = *options.mer;
     }
     const FinishedRun before = LoadRun(options.before, console);
     const FinishedRun after = LoadRun(options.after, console);

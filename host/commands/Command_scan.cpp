@@ -18,6 +18,7 @@
 #include "host/run/Sha256.h"
 #include "host/setup/Product.h"
 #include "host/setup/SetupCheck.h"
+#include "setup/catalogue/LevelUnits.h"
 #include "text/Duration.h"
 #include "text/InputError.h"
 #include "util/Encoding.h"
@@ -25,14 +26,6 @@
 namespace tvn2x {
 
 namespace {
-
-/// The receiver's code of the setup's level unit, -1 where the name is none.
-long LevelUnitCode(const std::wstring& name)
-{
-    constexpr const wchar_t* names[] = {L"dBmV", L"dBpW", L"dBµW", L"dBm", L"dBµV", L"mV"};
-    const auto found = std::ranges::find_if(names, [&](const wchar_t* known) { return name == known; });
-    return found == std::end(names) ? -1 : static_cast<long>(found - names);
-}
 
 /// Brings the simulated receiver into the state that a person at a real one would set by hand.
 void SetSimulator(const Plugin& plugin, const ScanOptions& options)

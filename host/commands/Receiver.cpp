@@ -5,7 +5,7 @@
 #include "host/commands/ConfigurationParent.h"
 #include "host/commands/Files.h"
 #include "host/receiver/ReceiverOptions.h"
-#include "host/setup/SetupVocabulary.h"
+#include "setup/catalogue/Settings.h"
 #include "text/InputError.h"
 
 namespace tvn2x {
@@ -13,20 +13,19 @@ namespace tvn2x {
 namespace {
 
 /// A setting of the loaded setup that the receiver may not be able to do, and the question whether it is.
-struct Setting
+struct Question
 {
-    ReceiverNeed need;
-    const char* key;
+    Capability need;
+    const Setting& values;
     HRESULT (STDMETHODCALLTYPE _clsSetup::*get)(long*);
     HRESULT (STDMETHODCALLTYPE _clsSetup::*put)(long);
     HRESULT (STDMETHODCALLTYPE ICheckHardware::*isMet)(VARIANT_BOOL*);
 };
-constexpr Setting settings[] = {
-    {ReceiverNeed::reference, "10MHz Reference Source", &_clsSetup::get_ReferenceSource,
-     &_clsSetup::put_ReferenceSource, &ICheckHardware::ExtRef},
-    {ReceiverNeed::route, "Input Impedance (ohm)", &_clsSetup::get_Zin, &_clsSetup::put_Zin,
-     &ICheckHardware::InputPort},
-    {ReceiverNeed::filter, "SAW Filter Bandwidth (MHz)", &_clsSetup::get_SawBw, &_clsSetup::put_SawBw,
+const Question questions[] = {
+    {Capability::reference, setting::referenceSource, &_clsSetup::get_ReferenceSource, &_clsSetup::put_ReferenceSource,
+     &ICheckHardware::ExtRef},
+    {Capability::route, setting::inputRoute, &_clsSetup::get_Zin, &_clsSetup::put_Zin, &ICheckHardware::InputPort},
+    {Capability::filter, setting::sawBandwidth, &_clsSetup::get_SawBw, &_clsSetup::put_SawBw,
      &ICheckHardware::SawFilterBw},
 };
 
@@ -34,36 +33,36 @@ constexpr Setting settings[] = {
 class OtherValue
 {
 public:
-    OtherValue(const Plugin& plugin, const Setting& setting)
-        : plugin_(plugin), setting_(setting), original_(Get<long>(plugin.document, setting.get))
+    OtherValue(const Plugin& plugin, const Question& question)
+        : plugin_(plugin), question_(question), original_(Get<long>(plugin.document, question.get))
     {
     }
     OtherValue(const OtherValue&) = delete;
     OtherValue& operator=(const OtherValue&) = delete;
-    ~OtherValue() { (plugin_.document.Get()->*setting_.put)(original_); }
+    ~OtherValue() { (plugin_.document.Get()->*question_.put)(original_); }
 
-    void Put(long value) { Call(plugin_.document, setting_.put, value); }
+    void Put(long value) { Call(plugin_.document, question_.put, value); }
     int32_t Original() const { return original_; }
 
 private:
     const Plugin& plugin_;
-    const Setting& setting_;
+    const Question& question_;
     long original_;
 };
 
-bool IsMet(const Plugin& plugin, const Setting& setting)
+bool IsMet(const Plugin& plugin, const Question& question)
 {
-    return Get<VARIANT_BOOL>(plugin.check, setting.isMet) != VARIANT_FALSE;
+    return Get<VARIANT_BOOL>(plugin.check, question.isMet) != VARIANT_FALSE;
 }
 
-ReceiverAnswer Ask(const Plugin& plugin, const Setting& setting)
+ReceiverAnswer Ask(const Plugin& plugin, const Question& question)
 {
-    OtherValue value(plugin, setting);
-    ReceiverAnswer answer{.need = setting.need, .asked = value.Original(), .isMet = IsMet(plugin, setting)};
+    OtherValue value(plugin, question);
+    ReceiverAnswer answer{.need = question.need, .asked = value.Original(), .isMet = IsMet(plugin, question)};
     if (!answer.isMet) {
-        for (const SetupChoice& choice : SetupChoices(setting.key)) {
+        for (const ListItem& choice : question.values.choices) {
             value.Put(choice.value);
-            if (IsMet(plugin, setting)) {
+            if (IsMet(plugin, question)) {
                 answer.possible.push_back(choice.value);
             }
         }
@@ -74,7 +73,7 @@ ReceiverAnswer Ask(const Plugin& plugin, const Setting& setting)
 ReceiverAnswer AskMode(const Plugin& plugin)
 {
     const long state = Get<long>(plugin.check, &ICheckHardware::Mode);
-    return {.need = ReceiverNeed::mode,
+    return {.need = Capability::mode,
             .asked = Get<long>(plugin.setup, &ISetup::get_Mode),
             .isMet = state != 0,
             .isActive = state == 2};
@@ -84,13 +83,13 @@ ReceiverAnswer AskMode(const Plugin& plugin)
 /// setup keeps what it asks for.
 bool WriteWhatThereIs(const Plugin& plugin, const ReceiverReport& report, StopRequest& stop, Console& console)
 {
-    OtherValue reference(plugin, settings[0]);
-    OtherValue filter(plugin, settings[2]);
+    OtherValue reference(plugin, questions[0]);
+    OtherValue filter(plugin, questions[2]);
     for (const ReceiverAnswer& answer : report.answers) {
-        if (!answer.isMet && answer.need == ReceiverNeed::reference) {
+        if (!answer.isMet && answer.need == Capability::reference) {
             reference.Put(0);
         }
-        if (!answer.isMet && answer.need == ReceiverNeed::filter) {
+        if (!answer.isMet && answer.need == Capability::filter) {
             filter.Put(0);
         }
     }
@@ -153,8 +152,8 @@ ReceiverReport AskReceiver(const Plugin& plugin)
 {
     ReceiverReport report;
     report.answers.push_back(AskMode(plugin));
-    for (const Setting& setting : settings) {
-        report.answers.push_back(Ask(plugin, setting));
+    for (const Question& question : questions) {
+        report.answers.push_back(Ask(plugin, question));
     }
     report.options = Get<std::wstring>(plugin.driver, &IDriver::get_InstalledHardware);
     report.serialNumber = Get<std::wstring>(plugin.driver, &IDriver::get_SerialNumber);

@@ -12,11 +12,6 @@ namespace tvn2x {
 
 namespace {
 
-static_assert(firstFixedParameter == MP_FIRSTFIXED && lastFixedParameter == MP_LASTFIXED && lastParameter == MP_LAST);
-static_assert(parameter::userField == MP_USERFIELD && parameter::timeStamp == MP_TIMESTAMP &&
-              parameter::level == MP_RFLEV && parameter::reference == MP_REF && parameter::data == MP_DATA &&
-              parameter::iqImbalance == MP_IQIMBAL && parameter::mer == MP_MER && parameter::dataErrors == MP_DE);
-
 constexpr long displayed = 1;
 
 /// Field 1 holds what is no reading: the fixed columns, the status and the time stamp.

@@ -5,6 +5,7 @@
 #include <map>
 
 #include "fmt/format.h"
+#include "setup/catalogue/LevelUnits.h"
 #include "util/Encoding.h"
 
 namespace tvn2x {
@@ -51,7 +52,7 @@ std::string WithUnit(const std::string& text, std::string_view unit)
 /// A difference of two values: of levels in dB.
 std::string MarginUnit(const ReadingKind& kind)
 {
-    return kind.isRatio ? "decades" : kind.parameter == parameter::level ? "dB" : kind.unit;
+    return kind.isRatio ? "decades" : kind.parameter == MP_RFLEV ? "dB" : kind.unit;
 }
 
 /// What a margin is counted in so that parameters compare: the width of the warning band, but at most a tenth of the
@@ -154,8 +155,8 @@ std::optional<Finding> FindingOf(const ChannelResult& channel, const ReadingKind
         return std::nullopt;
     }
     Judged judged{kind, WithUnit(reading->text, reading->value ? reading->unit : ""), reading->value, reading->bound};
-    if (kind.parameter == parameter::level && reading->value) {
-        judged.value = LevelInDecibelMicrovolt(*reading->value, reading->unit);
+    if (kind.parameter == MP_RFLEV && reading->value) {
+        judged.value = LevelInDecibelMicrovolt(*reading->value, FromUtf8(reading->unit));
     }
     if (judged.value || judged.bound != Bound::exact) {
         return JudgeReading(judged, limit);
@@ -220,7 +221,7 @@ ChannelJudgement JudgeChannel(const ChannelResult& channel, int32_t orderOfQam, 
         if (!limit) {
             continue;
         }
-        if (kind.parameter == parameter::levelStep && step) {
+        if (kind.parameter == levelStep && step) {
             const double size = std::abs(*step);
             judgement.findings.push_back(JudgeReading({kind, NumberText(size) + " dB", size}, *limit));
         } else if (auto finding = FindingOf(channel, kind, *limit)) {
@@ -339,8 +340,8 @@ std::vector<std::optional<double>> LevelSteps(const FinishedRun& run)
 
 std::optional<double> LevelOf(const ChannelResult& channel)
 {
-    const std::optional<double> level = channel.Value(parameter::level);
-    return level ? LevelInDecibelMicrovolt(*level, channel.Find(parameter::level)->unit) : std::nullopt;
+    const std::optional<double> level = channel.Value(MP_RFLEV);
+    return level ? LevelInDecibelMicrovolt(*level, FromUtf8(channel.Find(MP_RFLEV)->unit)) : std::nullopt;
 }
 
 std::string MarginText(const Finding& finding)

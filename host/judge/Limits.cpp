@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 
+#include "dvbc/Qam.h"
 #include "fmt/format.h"
 #include "host/run/ReadingKind.h"
 #include "host/run/Sha256.h"
@@ -110,7 +111,7 @@ private:
 
     int32_t OrderOfQam(std::string_view text) const
     {
-        for (const int32_t order : {4, 16, 32, 64, 128, 256}) {
+        for (const int32_t order : dvbc::ordersOfQam) {
             if (EqualIgnoringCase(text, fmt::format("{}-QAM", order))) {
                 return order;
             }
@@ -138,7 +139,7 @@ private:
         const double number = Number(TrimBlanks(line.substr(equals + 1)));
         if (section_->isDrift) {
             const int32_t parameter = Parameter(key);
-            if (number < 0 || parameter == parameter::levelStep || !limits_.drift.emplace(parameter, number).second) {
+            if (number < 0 || parameter == levelStep || !limits_.drift.emplace(parameter, number).second) {
                 Refuse(line_, Excerpt(line) + L": a drift is 0 or more, of a reading, and given once");
             }
             return;

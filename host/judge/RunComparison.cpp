@@ -38,7 +38,7 @@ std::string OutcomeOf(const ChannelResult& channel)
 /// The number that drift is reckoned from; nothing where a reading has none.
 std::optional<double> Comparable(const ChannelResult& channel, const ReadingKind& kind)
 {
-    if (kind.parameter == parameter::level) {
+    if (kind.parameter == MP_RFLEV) {
         return LevelOf(channel);
     }
     const Reading* reading = channel.Find(kind.parameter);
@@ -77,7 +77,7 @@ void CompareReading(const ChannelResult& before, const ChannelResult& after, con
     constexpr double rounding = 1e-9;
     const double change = *now - *old;
     if (std::abs(change) > drift + rounding) {
-        const std::string unit = kind.isRatio ? "decades" : kind.parameter == parameter::level ? "dB" : kind.unit;
+        const std::string unit = kind.isRatio ? "decades" : kind.parameter == MP_RFLEV ? "dB" : kind.unit;
         comparison.changes.push_back({after.Name(), kind.title, Shown(before, kind.parameter),
                                       Shown(after, kind.parameter),
                                       fmt::format("{}{} {}", change > 0 ? "+" : "", NumberText(change), unit)});

@@ -33,7 +33,7 @@ Impairment ErrorBudget::Largest() const
 
 std::optional<ErrorBudget> BudgetOf(const ChannelResult& channel)
 {
-    const auto mer = channel.Value(parameter::mer);
+    const auto mer = channel.Value(MP_MER);
     if (!mer) {
         return std::nullopt;
     }
@@ -43,12 +43,12 @@ std::optional<ErrorBudget> BudgetOf(const ChannelResult& channel)
             budget.power[static_cast<size_t>(impairment)] = powerOf(*value);
         }
     };
-    set(Impairment::noise, parameter::signalToNoise, dvbc::ErrorPowerOfRatio);
-    set(Impairment::interference, parameter::carrierToInterference, dvbc::ErrorPowerOfRatio);
-    set(Impairment::phaseJitter, parameter::phaseJitter, dvbc::JitterPower);
-    set(Impairment::carrierSuppression, parameter::carrierSuppression, dvbc::ErrorPowerOfRatio);
-    set(Impairment::iqImbalance, parameter::iqImbalance, dvbc::ImbalancePower);
-    set(Impairment::quadratureError, parameter::iqPhase, dvbc::QuadraturePower);
+    set(Impairment::noise, MP_SN, dvbc::ErrorPowerOfRatio);
+    set(Impairment::interference, MP_CI, dvbc::ErrorPowerOfRatio);
+    set(Impairment::phaseJitter, MP_PHASJIT, dvbc::JitterPower);
+    set(Impairment::carrierSuppression, MP_CS, dvbc::ErrorPowerOfRatio);
+    set(Impairment::iqImbalance, MP_IQIMBAL, dvbc::ImbalancePower);
+    set(Impairment::quadratureError, MP_IQPHASE, dvbc::QuadraturePower);
     // The receiver's S/N counts interference as noise.
     double& noise = budget.power[static_cast<size_t>(Impairment::noise)];
     noise = std::max(0.0, noise - budget.power[static_cast<size_t>(Impairment::interference)]);

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "dvbc/Qam.h"
+#include "setup/catalogue/Patterns.h"
 #include "text/InputError.h"
 #include "text/TextInput.h"
 #include "util/Encoding.h"

@@ -7,16 +7,6 @@
 
 namespace tvn2x {
 
-/// What the plug-in can tune to.
-namespace channel_limit {
-
-constexpr double lowestFrequency = 3;      ///< MHz
-constexpr double highestFrequency = 1000;  ///< MHz
-constexpr double lowestSymbolRate = 0.1;   ///< MSymb/s
-constexpr double highestSymbolRate = 7;    ///< MSymb/s
-
-}  // namespace channel_limit
-
 /// One channel of a plan.
 struct PlanChannel
 {

@@ -1,51 +1,37 @@
 #include "host/receiver/ReceiverCheck.h"
 
 #include <algorithm>
-#include <span>
 
 #include "host/receiver/ReceiverOptions.h"
-#include "host/setup/SetupVocabulary.h"
+#include "setup/catalogue/Settings.h"
 
 namespace tvn2x {
 
 namespace {
 
-/// What a need is called, the setting that asks for it, and the option to order for each of its values. The filters of
-/// 6 and 7 MHz are listed as one option.
-struct Needed
-{
-    int32_t value;
-    const wchar_t* option;
-};
-constexpr Needed modes[] = {{4, L"KTR-H2"},  {6, L"KTR-S31"}, {7, L"KTR-S33"},
-                            {8, L"KTR-S31"}, {13, L"KTR-H7"}, {14, L"KTR-S32"}};
-constexpr Needed references[] = {{1, L"EXTREF"}};
-constexpr Needed routes[] = {{2, L"EAMOD"}, {4, L"RB"}, {50, L"KTR-H5"}, {75, L"KTR-H5"}};
-constexpr Needed filters[] = {{2, L"KTR-H6"}, {6, L"KTR-H8 (or KTR-H9)"}, {7, L"KTR-H8 (or KTR-H9)"}, {8, L"KTR-H4"}};
-
+/// What a need is called, and the setting that asks for it.
 struct Subject
 {
-    ReceiverNeed need;
+    Capability need;
     const wchar_t* name;
     const wchar_t* setting;
-    const char* key;  ///< of the setup file, whose values have names
-    std::span<const Needed> options;
+    const Setting& values;  ///< whose values have words
 };
-constexpr Subject subjects[] = {
-    {ReceiverNeed::mode, L"operating mode", L"", "Mode", modes},
-    {ReceiverNeed::reference, L"10 MHz reference", L"10 MHz reference", "10MHz Reference Source", references},
-    {ReceiverNeed::route, L"input port", L"input route", "Input Impedance (ohm)", routes},
-    {ReceiverNeed::filter, L"SAW filter", L"SAW filter bandwidth", "SAW Filter Bandwidth (MHz)", filters},
+const Subject subjects[] = {
+    {Capability::mode, L"operating mode", L"", setting::mode},
+    {Capability::reference, L"10 MHz reference", L"10 MHz reference", setting::referenceSource},
+    {Capability::route, L"input port", L"input route", setting::inputRoute},
+    {Capability::filter, L"SAW filter", L"SAW filter bandwidth", setting::sawBandwidth},
 };
 
-const Subject& SubjectOf(ReceiverNeed need)
+const Subject& SubjectOf(Capability need)
 {
     return *std::ranges::find(subjects, need, &Subject::need);
 }
 
 std::wstring ValueText(const Subject& subject, int32_t value)
 {
-    return subject.need == ReceiverNeed::mode ? ModeText(value) : SetupChoiceName(subject.key, value);
+    return subject.need == Capability::mode ? ModeText(value) : ChoiceWords(subject.values, value);
 }
 
 /// The receiver lists a part of the option's name, as an entry that nobody searches for: "KTR-H8" by itself.
@@ -58,11 +44,11 @@ bool IsListedOtherwise(std::wstring_view option, std::wstring_view installed)
 
 std::wstring MissingText(const Subject& subject, int32_t asked, std::wstring_view installed)
 {
-    const auto found = std::ranges::find(subject.options, asked, &Needed::value);
-    if (found == subject.options.end()) {
+    const OptionNeed* const found = FindNeed(subject.need, asked);
+    if (!found) {
         return std::wstring(L"no receiver has this ") + subject.name;
     }
-    const std::wstring option = found->option;
+    const std::wstring option(found->option);
     std::wstring text = L"option " + option + L" (" + OptionWords(option) + L") is not installed";
     if (IsListedOtherwise(option, installed)) {
         text += L" (the receiver lists it by another name than \"" + option +
@@ -73,8 +59,8 @@ std::wstring MissingText(const Subject& subject, int32_t asked, std::wstring_vie
 
 std::wstring Remedy(const Subject& subject, const ReceiverAnswer& answer)
 {
-    const auto needed = std::ranges::find(subject.options, answer.asked, &Needed::value);
-    std::wstring text = needed == subject.options.end() ? std::wstring() : std::wstring(L"order ") + needed->option;
+    const OptionNeed* const needed = FindNeed(subject.need, answer.asked);
+    std::wstring text = needed ? L"order " + std::wstring(needed->option) : std::wstring();
     if (!answer.possible.empty()) {
         text += (text.empty() ? L"set " : L", or set ") + (L"the setup's " + std::wstring(subject.setting)) + L" to ";
         for (size_t i = 0; i < answer.possible.size(); ++i) {

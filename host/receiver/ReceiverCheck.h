@@ -5,21 +5,14 @@
 #include <string_view>
 #include <vector>
 
-namespace tvn2x {
+#include "setup/catalogue/Options.h"
 
-/// What the plug-in is asked about the connected receiver before a measurement.
-enum class ReceiverNeed
-{
-    mode,
-    reference,
-    route,
-    filter
-};
+namespace tvn2x {
 
 /// What the plug-in has answered.
 struct ReceiverAnswer
 {
-    ReceiverNeed need;
+    Capability need;
     int32_t asked = 0;                   ///< the setup's value: mode number, reference source, input route, MHz
     bool isMet = false;                  ///< the receiver can do it
     bool isActive = true;                ///< of the mode: the receiver is in it

@@ -2,35 +2,17 @@
 
 #include <algorithm>
 
+#include "setup/catalogue/Options.h"
+
 namespace tvn2x {
 
 namespace {
 
-struct Known
+const OptionFact* Find(std::wstring_view code)
 {
-    std::wstring_view code;
-    std::wstring_view words;
-    std::wstring_view sharesPlaceWith = {};  ///< the entry that stands for both
-};
-
-constexpr std::wstring_view bothFilters = L"KTR-H8 (or KTR-H9)";
-
-constexpr Known known[] = {
-    {L"KTR-H2", L"DVB-C demodulator (operating mode 4)"},
-    {L"KTR-H4", L"SAW filter of 8 MHz"},
-    {L"KTR-H5", L"receiver input of 50 or 75 ohm"},
-    {L"KTR-H6", L"SAW filter of 2 MHz"},
-    {bothFilters, L"SAW filters of 6 and 7 MHz, which share one place"},
-    {L"KTR-H8", L"SAW filter of 6 MHz", bothFilters},
-    {L"KTR-H9", L"SAW filter of 7 MHz", bothFilters},
-    {L"KTR-H7", L"operating mode 13"},
-    {L"KTR-S31", L"operating modes 6 and 8"},
-    {L"KTR-S32", L"operating mode 14"},
-    {L"KTR-S33", L"operating mode 7"},
-    {L"EXTREF", L"input for an external 10 MHz reference"},
-    {L"EAMOD", L"receiver input"},
-    {L"RB", L"demodulator input"},
-};
+    const auto found = std::ranges::find(Options(), code, &OptionFact::code);
+    return found == Options().end() ? nullptr : &*found;
+}
 
 std::wstring_view Trimmed(std::wstring_view text)
 {
@@ -56,14 +38,14 @@ std::vector<ReceiverOption> ReadOptions(std::wstring_view installed)
 std::vector<ReceiverOption> MissingOptions(std::wstring_view installed)
 {
     const std::vector<ReceiverOption> options = ReadOptions(installed);
-    const auto isFitted = [&](const Known& wanted) {
+    const auto isFitted = [&](const OptionFact& wanted) {
         return std::ranges::any_of(options, [&](const ReceiverOption& option) {
-            const auto* row = std::ranges::find(known, std::wstring_view(option.code), &Known::code);
-            return option.code == wanted.code || (row != std::end(known) && row->sharesPlaceWith == wanted.code);
+            const OptionFact* const row = Find(option.code);
+            return option.code == wanted.code || (row && row->sharesPlaceWith == wanted.code);
         });
     };
     std::vector<ReceiverOption> missing;
-    for (const Known& option : known) {
+    for (const OptionFact& option : Options()) {
         if (option.sharesPlaceWith.empty() && !isFitted(option)) {
             missing.push_back({std::wstring(option.code), std::wstring(option.words)});
         }
@@ -73,14 +55,13 @@ std::vector<ReceiverOption> MissingOptions(std::wstring_view installed)
 
 std::wstring OptionWords(std::wstring_view code)
 {
-    const auto* found = std::ranges::find(known, code, &Known::code);
-    return std::wstring(found == std::end(known) ? std::wstring_view() : found->words);
+    const OptionFact* const found = Find(code);
+    return std::wstring(found ? found->words : std::wstring_view());
 }
 
 std::wstring ModeText(int32_t mode)
 {
-    constexpr int32_t dvbC = 4;
-    return std::to_wstring(mode) + (mode == dvbC ? L" (DVB-C demodulator)" : L"");
+    return std::to_wstring(mode) + (mode == dvbCDemodulator ? L" (DVB-C demodulator)" : L"");
 }
 
 }  // namespace tvn2x

@@ -69,7 +69,7 @@ std::string Hint(const ReportRow& row, int32_t parameter)
 /// The value in the unit of the limits.
 std::optional<double> Plotted(const ChannelResult& channel, int32_t parameter)
 {
-    if (parameter == parameter::level) {
+    if (parameter == MP_RFLEV) {
         return LevelOf(channel);
     }
     const Reading* reading = channel.Find(parameter);
@@ -195,7 +195,7 @@ std::string BudgetLegend()
 
 ReportPlot LevelPlot(const std::vector<ReportRow>& rows, const Limit* limit)
 {
-    if (!IsMeasured(rows, parameter::level)) {
+    if (!IsMeasured(rows, MP_RFLEV)) {
         return {};
     }
     std::vector<const ChannelResult*> channels;
@@ -206,7 +206,7 @@ ReportPlot LevelPlot(const std::vector<ReportRow>& rows, const Limit* limit)
     const auto tilt = FitTilt(channels);
     std::string caption = "RF level in dBµV.";
     Chart chart("RF level", "RF level of each channel over its centre frequency", FrequencyAxis(rows),
-                ValueAxis(rows, parameter::level, limit, "RF level (dBµV)", false));
+                ValueAxis(rows, MP_RFLEV, limit, "RF level (dBµV)", false));
     DrawLimits(chart, limit);
     if (tilt) {
         constexpr int pieces = 40;
@@ -222,7 +222,7 @@ ReportPlot LevelPlot(const std::vector<ReportRow>& rows, const Limit* limit)
             "{:g} MHz; the levels spread {:.1f} dB round it.",
             tilt->Tilt(), tilt->lowestFrequency, tilt->highestFrequency, tilt->spread);
     }
-    DrawPoints(chart, rows, parameter::level);
+    DrawPoints(chart, rows, MP_RFLEV);
     return {chart.Svg(), caption + LimitsText(limit, " dBµV")};
 }
 
@@ -253,7 +253,7 @@ ReportPlot StepPlot(const std::vector<ReportRow>& rows, const Limit* limit)
     }
     for (const ReportRow& row : rows) {
         if (row.step) {
-            chart.Bar(row.channel.frequency, halfChannel, *row.step, VerdictOf(row, parameter::levelStep),
+            chart.Bar(row.channel.frequency, halfChannel, *row.step, VerdictOf(row, levelStep),
                       fmt::format("{}: {:+.1f} dB", row.channel.Name(), *row.step));
         }
     }
@@ -265,25 +265,25 @@ ReportPlot StepPlot(const std::vector<ReportRow>& rows, const Limit* limit)
 
 ReportPlot MerPlot(const std::vector<ReportRow>& rows, const Limit* limit)
 {
-    if (!IsMeasured(rows, parameter::mer)) {
+    if (!IsMeasured(rows, MP_MER)) {
         return {};
     }
     Chart chart("Modulation error ratio", "MER of each channel over its centre frequency", FrequencyAxis(rows),
-                ValueAxis(rows, parameter::mer, limit, "MER (dB)", false));
+                ValueAxis(rows, MP_MER, limit, "MER (dB)", false));
     DrawLimits(chart, limit);
-    DrawPoints(chart, rows, parameter::mer);
+    DrawPoints(chart, rows, MP_MER);
     return {chart.Svg(), "MER in dB; a cross on the axis is a channel without a value." + LimitsText(limit, " dB")};
 }
 
 ReportPlot BerPlot(const std::vector<ReportRow>& rows, const Limit* limit)
 {
-    if (!IsMeasured(rows, parameter::ber)) {
+    if (!IsMeasured(rows, MP_BER)) {
         return {};
     }
     Chart chart("Bit error ratio before Reed-Solomon", "Bit error ratio of each channel, on a logarithmic axis",
-                FrequencyAxis(rows), ValueAxis(rows, parameter::ber, limit, "BER before RS", true));
+                FrequencyAxis(rows), ValueAxis(rows, MP_BER, limit, "BER before RS", true));
     DrawLimits(chart, limit);
-    DrawPoints(chart, rows, parameter::ber);
+    DrawPoints(chart, rows, MP_BER);
     return {chart.Svg(), "BER before Reed-Solomon; an arrow down is a count without errors: the ratio is below." +
                              LimitsText(limit, "")};
 }

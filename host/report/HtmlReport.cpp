@@ -143,8 +143,8 @@ std::string GridRow(const FinishedRun& run, const RunJudgement& judgement, const
     }
     for (const RunColumn& column : run.columns) {
         const Finding* finding = row.judgement.Find(column.parameter);
-        const bool isText = column.parameter <= parameter::timeStamp && column.parameter != parameter::frequency &&
-                            column.parameter != parameter::symbolRate;
+        const bool isText =
+            column.parameter <= MP_TIMESTAMP && column.parameter != MP_FREQUENCY && column.parameter != MP_SYMBOLRATE;
         const ReadingKind* kind = FindReadingKind(column.parameter);
         std::string classes = isText || (kind && kind->isLock) ? "" : "number";
         if (finding) {
@@ -207,9 +207,8 @@ std::string Plots(const FinishedRun& run, const std::vector<ReportRow>& rows, co
     }
     std::string text;
     for (const ReportPlot& plot :
-         {LevelPlot(byFrequency, limit(parameter::level)), StepPlot(byFrequency, limit(parameter::levelStep)),
-          MerPlot(byFrequency, limit(parameter::mer)), BerPlot(byFrequency, limit(parameter::ber)),
-          BudgetPlot(byFrequency)}) {
+         {LevelPlot(byFrequency, limit(MP_RFLEV)), StepPlot(byFrequency, limit(levelStep)),
+          MerPlot(byFrequency, limit(MP_MER)), BerPlot(byFrequency, limit(MP_BER)), BudgetPlot(byFrequency)}) {
         if (!plot.svg.empty()) {
             text += "<figure>\n" + plot.svg + "<figcaption>" + plot.caption + "</figcaption>\n</figure>\n";
         }

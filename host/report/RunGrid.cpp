@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "setup/catalogue/Patterns.h"
 #include "util/Encoding.h"
 #include "util/modFormat.h"
 
@@ -10,15 +11,15 @@ namespace tvn2x {
 std::string CellText(const ChannelResult& channel, int32_t parameter)
 {
     switch (parameter) {
-        case parameter::userField:
+        case MP_USERFIELD:
             return channel.label;
-        case parameter::frequency:
-            return ToUtf8(FormatNumber(channel.frequency, L"###.0000000", true, SystemLocale()));
-        case parameter::symbolRate:
-            return ToUtf8(FormatNumber(channel.symbolRate, L"#0.000", true, SystemLocale()));
-        case parameter::status:
+        case MP_FREQUENCY:
+            return ToUtf8(FormatNumber(channel.frequency, pattern::frequency, true, SystemLocale()));
+        case MP_SYMBOLRATE:
+            return ToUtf8(FormatNumber(channel.symbolRate, pattern::symbolRate, true, SystemLocale()));
+        case MP_STATUS:
             return channel.status;
-        case parameter::timeStamp:
+        case MP_TIMESTAMP:
             return channel.timeStamp;
         default:
             break;
@@ -33,8 +34,8 @@ TextGrid RunGrid(const FinishedRun& run, int32_t pass)
     for (const RunColumn& column : run.columns) {
         captions.push_back(FromUtf8(column.caption));
     }
-    const auto fixed = std::ranges::find_if(
-        run.columns, [](const RunColumn& column) { return column.parameter > parameter::symbolRate; });
+    const auto fixed =
+        std::ranges::find_if(run.columns, [](const RunColumn& column) { return column.parameter > MP_SYMBOLRATE; });
     TextGrid grid(captions, 1 + static_cast<size_t>(fixed - run.columns.begin()));
     for (const ChannelResult& channel : run.channels) {
         if (channel.pass == pass) {

@@ -31,7 +31,7 @@ Reading MakeReading(int32_t parameter, std::wstring_view cell, std::string_view 
     if (!kind || kind->isLock) {
         return reading;
     }
-    reading.unit = parameter == parameter::level ? levelUnit : kind->unit;
+    reading.unit = parameter == MP_RFLEV ? levelUnit : kind->unit;
     if (cell == L"UNDER" || cell.starts_with(L'<')) {
         reading.bound = Bound::below;
     } else if (cell == L"OVER" || cell.starts_with(L'>')) {

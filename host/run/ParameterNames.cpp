@@ -1,9 +1,9 @@
 #include "host/run/ParameterNames.h"
 
 #include <algorithm>
-#include <array>
 #include <string>
 
+#include "setup/catalogue/Parameters.h"
 #include "text/InputError.h"
 #include "text/TextInput.h"
 #include "util/Encoding.h"
@@ -12,21 +12,16 @@ namespace tvn2x {
 
 namespace {
 
-constexpr std::array<const char*, lastParameter - firstFixedParameter + 1> names{
-    "userfield", "frequency", "symbolrate", "status",  "timestamp", "rflev", "ber", "freqoff", "ref", "sync", "data",
-    "iqimbal",   "iqphase",   "cs",         "phasjit", "ci",        "sn",    "mer", "merpct",  "sy",  "de"};
-
 int32_t ParameterOf(const std::string& name)
 {
-    const auto found = std::ranges::find_if(names, [&](const char* known) { return EqualIgnoringCase(known, name); });
-    if (found == names.end()) {
-        std::string all;
-        for (const char* known : names) {
-            all += (all.empty() ? "" : ", ") + std::string(known);
+    std::string all;
+    for (const Parameter& known : Parameters().subspan(MP_FIRSTFIXED - MP_FIRST)) {
+        if (EqualIgnoringCase(known.name, name)) {
+            return known.number;
         }
-        RaiseInput(L"--parameters: " + Excerpt(name) + L" is no parameter. Choose from " + FromUtf8(all) + L".");
+        all += (all.empty() ? "" : ", ") + std::string(known.name);
     }
-    return firstFixedParameter + static_cast<int32_t>(found - names.begin());
+    RaiseInput(L"--parameters: " + Excerpt(name) + L" is no parameter. Choose from " + FromUtf8(all) + L".");
 }
 
 }  // namespace

@@ -2,8 +2,8 @@
 
 #include <optional>
 
-#include "host/plan/ChannelPlan.h"
 #include "host/setup/SetupText.h"
+#include "setup/catalogue/Patterns.h"
 #include "text/InputError.h"
 #include "text/TextInput.h"
 #include "util/modFormat.h"

@@ -6,7 +6,9 @@
 
 #include "host/plan/ChannelPlan.h"
 #include "host/setup/SetupText.h"
-#include "host/setup/SetupVocabulary.h"
+#include "setup/catalogue/LevelUnits.h"
+#include "setup/catalogue/MP_TYPES.h"
+#include "setup/catalogue/Settings.h"
 #include "text/TextInput.h"
 #include "util/RaisedError.h"
 #include "util/modFormat.h"
@@ -91,8 +93,6 @@ public:
     }
 
 private:
-    static constexpr int32_t lastParameter = 30;
-
     void Doubt(int32_t line, std::wstring text) { Add({line, std::move(text), false}); }
     void Refuse(int32_t line, std::wstring text) { Add({line, std::move(text), true}); }
     void Add(SetupRemark remark)
@@ -111,11 +111,11 @@ private:
     void InspectPlaces();
     void InspectKeys(const SetupSection& section);
     bool IsRowKey(std::string_view section, const SetupEntry& entry);
-    void InspectValue(const SetupKey& key, const SetupEntry& entry);
-    void InspectRows(const SetupRows& rows, int32_t count);
-    void InspectRowValue(const SetupRows& rows, const SetupEntry& entry);
+    void InspectValue(const Setting& key, const SetupEntry& entry);
+    void InspectRows(const SettingRows& rows, int32_t count);
+    void InspectRowValue(const SettingRows& rows, const SetupEntry& entry);
     void InspectPositions();
-    bool InspectNumber(SetupKind kind, const SetupEntry& entry, const wchar_t* otherwise, double& number);
+    bool InspectNumber(SettingKind kind, const SetupEntry& entry, const wchar_t* otherwise, double& number);
     int32_t CountOf(const char* section, int32_t otherwise, double most);
     double MostChannels() const;
 
@@ -195,11 +195,11 @@ void Inspector::InspectContent()
         InspectKeys(section);
     }
     const int32_t channels = CountOf("Frequency List", 1, MostChannels());
-    const int32_t parameters = std::max(CountOf("Parameters", lastParameter, 32757), 0);
+    const int32_t parameters = std::max(CountOf("Parameters", int32_t{MP_LAST}, 32757), 0);
     result_.channels = std::max(channels, 0);
     result_.isBackup = text_.Find("Backup") != nullptr;
-    for (const SetupRows& rows : SetupRowKeys()) {
-        InspectRows(rows, rows.isOfChannel ? channels : isOld_ ? parameters : std::max(parameters, lastParameter));
+    for (const SettingRows& rows : RowSettings()) {
+        InspectRows(rows, rows.isOfChannel ? channels : isOld_ ? parameters : std::max(parameters, int32_t{MP_LAST}));
     }
     InspectPositions();
 }
@@ -232,23 +232,24 @@ void Inspector::InspectPlaces()
 
 void Inspector::InspectKeys(const SetupSection& section)
 {
-    const auto isKnown = [&](const auto& known) { return EqualIgnoringCase(known.section, section.name); };
-    if (std::ranges::none_of(SetupKeys(), isKnown) && std::ranges::none_of(SetupRowKeys(), isKnown)) {
+    const auto isKnown = [&](const Setting* known) { return EqualIgnoringCase(known->section, section.name); };
+    const auto isOfRows = [&](const SettingRows& known) { return EqualIgnoringCase(known.section, section.name); };
+    if (std::ranges::none_of(Settings(), isKnown) && std::ranges::none_of(RowSettings(), isOfRows)) {
         Doubt(section.line, L"no setup has a section " + text_.Quoted(section.name) + L"; it is not read");
         return;
     }
     for (const SetupEntry& entry : section.entries) {
         const SetupEntry first = section.Find(entry.key);
-        const auto key = std::ranges::find_if(SetupKeys(), [&](const SetupKey& known) {
-            return isKnown(known) && EqualIgnoringCase(known.key, entry.key);
+        const auto key = std::ranges::find_if(Settings(), [&](const Setting* known) {
+            return isKnown(known) && EqualIgnoringCase(known->key, entry.key);
         });
         if (!entry.hasValue) {
             Doubt(entry.line, text_.Quoted(entry.key) + L" has no \"=\" and is not read");
         } else if (first.line != entry.line) {
             Doubt(entry.line, text_.Quoted(entry.key) + L" is there a second time: line " +
                                   std::to_wstring(first.line) + L" counts");
-        } else if (key != SetupKeys().end()) {
-            InspectValue(*key, entry);
+        } else if (key != Settings().end()) {
+            InspectValue(**key, entry);
         } else if (!IsRowKey(section.name, entry)) {
             Doubt(entry.line,
                   L"[" + text_.Wide(section.name) + L"] has no key " + text_.Quoted(entry.key) + L"; it is not read");
@@ -259,7 +260,7 @@ void Inspector::InspectKeys(const SetupSection& section)
 /// Whether a key names a row; InspectRows sees to those.
 bool Inspector::IsRowKey(std::string_view section, const SetupEntry& entry)
 {
-    const bool isRow = std::ranges::any_of(SetupRowKeys(), [&](const SetupRows& rows) {
+    const bool isRow = std::ranges::any_of(RowSettings(), [&](const SettingRows& rows) {
         return EqualIgnoringCase(rows.section, section) && RowOf(rows.prefix, entry.key);
     });
     const auto digits = entry.key.find_last_not_of("0123456789") + 1;
@@ -274,10 +275,10 @@ bool Inspector::IsRowKey(std::string_view section, const SetupEntry& entry)
 }
 
 /// False where the text is no number, which has been remarked on then.
-bool Inspector::InspectNumber(SetupKind kind, const SetupEntry& entry, const wchar_t* otherwise, double& number)
+bool Inspector::InspectNumber(SettingKind kind, const SetupEntry& entry, const wchar_t* otherwise, double& number)
 {
     const std::wstring says = text_.Quoted(entry.key) + L" is " + text_.Quoted(entry.value);
-    if (kind == SetupKind::integer) {
+    if (kind == SettingKind::integer) {
         const std::optional<double> whole = WholeNumber(entry.value);
         if (!whole) {
             Doubt(entry.line, says + L", which is no whole number: " +
@@ -292,7 +293,7 @@ bool Inspector::InspectNumber(SetupKind kind, const SetupEntry& entry, const wch
         number = ParseNumber(text_.Wide(entry.value), SystemLocale());
         return true;
     } catch (const RaisedError&) {
-        if (kind == SetupKind::number) {
+        if (kind == SettingKind::number) {
             Refuse(entry.line, says + L", which is no number");
         } else {
             Doubt(entry.line, says + L", which is no number: " + otherwise + L" is taken");
@@ -301,22 +302,21 @@ bool Inspector::InspectNumber(SetupKind kind, const SetupEntry& entry, const wch
     }
 }
 
-void Inspector::InspectValue(const SetupKey& key, const SetupEntry& entry)
+void Inspector::InspectValue(const Setting& key, const SetupEntry& entry)
 {
-    constexpr std::wstring_view units[] = {L"dBmV", L"dBpW", L"dBµW", L"dBm", L"dBµV", L"mV"};
     const std::wstring says = text_.Quoted(entry.key) + L" is " + text_.Quoted(entry.value);
     const std::wstring unit = text_.Wide(entry.value);
-    if (key.key == std::string_view("Level Unit") && std::ranges::find(units, unit) == std::end(units)) {
+    if (&key == &setting::levelUnit && LevelUnitCode(unit) < 0) {
         const std::wstring before = UnitBefore(unit);
-        Doubt(entry.line,
-              says + (before.empty()
-                          ? L", which is none of dBmV, dBpW, dBµW, dBm, dBµV, mV: the receiver keeps its own unit"
-                          : L", which is what another code page has made of " + before +
-                                L": the receiver keeps its own unit. Choose " + before +
-                                L" in the setup's editor and save it; texts with other characters than A to Z "
-                                L"may have changed too"));
+        Doubt(
+            entry.line,
+            says + (before.empty() ? L", which is none of " + LevelUnitList() + L": the receiver keeps its own unit"
+                                   : L", which is what another code page has made of " + before +
+                                         L": the receiver keeps its own unit. Choose " + before +
+                                         L" in the setup's editor and save it; texts with other characters than A to Z "
+                                         L"may have changed too"));
     }
-    if (key.kind == SetupKind::word) {
+    if (key.kind == SettingKind::word) {
         constexpr std::string_view words[] = {"yes", "y", "true",  "t", "on",  "1", "-1",
                                               "no",  "n", "false", "f", "off", "0"};
         if (std::ranges::none_of(words, [&](std::string_view word) { return EqualIgnoringCase(word, entry.value); })) {
@@ -324,14 +324,14 @@ void Inspector::InspectValue(const SetupKey& key, const SetupEntry& entry)
         }
     }
     double number = 0;
-    const bool isNumber = key.kind != SetupKind::text && key.kind != SetupKind::word;
+    const bool isNumber = key.kind != SettingKind::text && key.kind != SettingKind::word;
     if (!isNumber || !InspectNumber(key.kind, entry, key.otherwise, number)) {
         return;
     }
-    if (!key.choices.empty()) {
-        if (std::ranges::find(key.choices, number, &SetupChoice::value) == key.choices.end()) {
+    if (key.lowest == key.highest) {
+        if (std::ranges::find(key.choices, number, &ListItem::value) == key.choices.end()) {
             std::wstring all;
-            for (const SetupChoice& choice : key.choices) {
+            for (const ListItem& choice : key.choices) {
                 all += (all.empty() ? L"" : L", ") + std::to_wstring(choice.value);
             }
             Doubt(entry.line, says + L"; the list has " + all);
@@ -369,10 +369,10 @@ int32_t Inspector::CountOf(const char* section, int32_t otherwise, double most)
     return static_cast<int32_t>(std::max(*count, -1.0));
 }
 
-void Inspector::InspectRowValue(const SetupRows& rows, const SetupEntry& entry)
+void Inspector::InspectRowValue(const SettingRows& rows, const SetupEntry& entry)
 {
     double number = 0;
-    if (rows.kind == SetupKind::text || !InspectNumber(rows.kind, entry, L"0", number)) {
+    if (rows.kind == SettingKind::text || !InspectNumber(rows.kind, entry, L"0", number)) {
         return;
     }
     if (!(number >= rows.lowest && number <= rows.highest)) {
@@ -382,7 +382,7 @@ void Inspector::InspectRowValue(const SetupRows& rows, const SetupEntry& entry)
 }
 
 /// Rows 1..count: what is missing (neighbours in one remark), what is doubtful, and what stands beyond.
-void Inspector::InspectRows(const SetupRows& rows, int32_t count)
+void Inspector::InspectRows(const SettingRows& rows, int32_t count)
 {
     const SetupSection* const section = text_.Find(rows.section);
     const auto keyOf = [&](int32_t row) { return RowKey(rows.prefix, row); };

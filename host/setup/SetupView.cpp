@@ -4,8 +4,9 @@
 #include <numeric>
 
 #include "host/setup/RichText.h"
-#include "host/setup/SetupVocabulary.h"
 #include "host/terminal/TextGrid.h"
+#include "setup/catalogue/Patterns.h"
+#include "setup/catalogue/Settings.h"
 #include "util/modFormat.h"
 #include "util/modLocaleInfo.h"
 
@@ -24,14 +25,14 @@ std::wstring Line(const std::wstring& what, const std::wstring& value)
     return L"  " + what + std::wstring(what.size() < width ? width - what.size() : 1, L' ') + value + L"\n";
 }
 
-std::wstring Choice(const wchar_t* what, const char* key, int32_t value)
+std::wstring Choice(const wchar_t* what, const Setting& setting, int32_t value)
 {
-    return Line(what, SetupChoiceName(key, value));
+    return Line(what, ChoiceWords(setting, value));
 }
 
 std::wstring Head(const SetupContent& setup)
 {
-    const std::wstring mode = SetupChoiceName("Mode", setup.mode);
+    const std::wstring mode = ChoiceWords(setting::mode, setup.mode);
     std::wstring text =
         setup.path + L"\n" + Line(L"Made by", setup.product + L", version " + setup.version) +
         Line(L"For receiver model", L"2x, mode " + std::to_wstring(setup.mode) +
@@ -45,17 +46,17 @@ std::wstring Head(const SetupContent& setup)
 std::wstring Settings(const SetupContent& setup)
 {
     return L"\nSettings\n" + Line(L"Level unit", setup.levelUnit) +
-           Choice(L"Rolloff factor", "RollOff Factor", setup.rollOffFactor) +
-           Choice(L"10 MHz reference", "10MHz Reference Source", setup.referenceSource) +
-           Choice(L"Input route", "Input Impedance (ohm)", setup.zin) +
-           Choice(L"SAW filter bandwidth", "SAW Filter Bandwidth (MHz)", setup.sawBw) +
-           Choice(L"Order of QAM", "Order Of QAM", setup.orderOfQam) +
+           Choice(L"Rolloff factor", setting::rollOffFactor, setup.rollOffFactor) +
+           Choice(L"10 MHz reference", setting::referenceSource, setup.referenceSource) +
+           Choice(L"Input route", setting::inputRoute, setup.zin) +
+           Choice(L"SAW filter bandwidth", setting::sawBandwidth, setup.sawBw) +
+           Choice(L"Order of QAM", setting::orderOfQam, setup.orderOfQam) +
            Line(L"BER integration", std::to_wstring(setup.berSamples) + L" samples of 10^7 bits") +
-           Line(L"Default symbol rate", Fixed(setup.defaultSymbolRate, L"#0.000") + L" MSymb/s") +
+           Line(L"Default symbol rate", Fixed(setup.defaultSymbolRate, pattern::symbolRate) + L" MSymb/s") +
            Line(L"Maximum settling time", std::to_wstring(setup.maxSettlingTime) + L" s") +
            Line(L"Display and save coupled", setup.isCoupled ? L"yes" : L"no") +
-           Choice(L"X axis, display grid", "Display Grid", setup.xAxis[0]) +
-           Choice(L"X axis, result file", "Result File", setup.xAxis[1]);
+           Choice(L"X axis, display grid", setting::displayGrid, setup.xAxis[0]) +
+           Choice(L"X axis, result file", setting::resultFile, setup.xAxis[1]);
 }
 
 std::wstring Channels(const SetupContent& setup, int32_t maxWidth)
@@ -69,8 +70,8 @@ std::wstring Channels(const SetupContent& setup, int32_t maxWidth)
     TextGrid grid({L"No.", L"User Field", L"Center Frequency (MHz)", L"Symbol Rate (MSymb/s)"}, 1);
     for (size_t i = 0; i < count; ++i) {
         const SetupContent::Channel& channel = setup.channels[i];
-        grid.AddRow({std::to_wstring(i + 1), channel.userField, Fixed(channel.frequency, L"###0.0000000"),
-                     Fixed(channel.symbolRate, L"#0.000")});
+        grid.AddRow({std::to_wstring(i + 1), channel.userField, Fixed(channel.frequency, pattern::frequencyInFiles),
+                     Fixed(channel.symbolRate, pattern::symbolRate)});
     }
     return text + grid.Render(maxWidth);
 }

@@ -3,20 +3,10 @@
 #include <cstdint>
 
 #include "dvbc/LevelUnit.h"
+#include "setup/catalogue/Options.h"
 
 namespace tvn2x {
 
-namespace input_route {
-
-constexpr int32_t receiver = 2;
-constexpr int32_t demodulator = 4;  ///< straight to the demodulator, without input attenuator
-constexpr int32_t receiver50 = 50;
-constexpr int32_t receiver75 = 75;
-constexpr int32_t intermediate = 128;  ///< the IF input, which the network is not connected to
-
-}  // namespace input_route
-
-constexpr int32_t demodulatorMode = 4;
 constexpr int32_t automaticAttenuation = 255;
 
 /// Everything that the receiver can be set to. The initial values are its basic state.
@@ -29,7 +19,7 @@ struct ReceiverSettings
     int32_t berSamples = 10;    ///< blocks of 10^7 bits
     int32_t sawBandwidth = 8;   ///< MHz, 0 is off
     int32_t route = input_route::receiver75;
-    int32_t mode = demodulatorMode;
+    int32_t mode = dvbCDemodulator;
     int32_t attenuation = automaticAttenuation;  ///< dB
     bool automaticGain = true;                   ///< of the demodulator route
     bool adaptiveEqualiser = true;

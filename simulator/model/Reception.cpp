@@ -250,7 +250,7 @@ bool SignalPresent(const FrontEnd& front, const ReceiverSettings& settings)
 int StagesReached(const Reception& reception, const ChannelModel& channel, const ReceiverSettings& settings)
 {
     const std::array passed{
-        settings.mode == demodulatorMode && std::abs(reception.symbolRateOffset) <= symbolRateCapture,
+        settings.mode == dvbCDemodulator && std::abs(reception.symbolRateOffset) <= symbolRateCapture,
         reception.ber <= highestCarrierBer,
         channel.order == settings.order && std::abs(reception.frequencyOffset) <= captureRange,
         reception.ber <= highestFrameBer, reception.packets.failed <= highestPacketFailures};

@@ -3,40 +3,27 @@
 #include <algorithm>
 #include <array>
 
+#include "setup/catalogue/Settings.h"
+
 namespace tvn2x {
 namespace {
-
-constexpr ListItem levelUnits[] = {{L"dBpW", 0},      {L"dB\u00B5W", 0}, {L"dBm", 0},
-                                   {L"dB\u00B5V", 0}, {L"dBmV", 0},      {L"mV", 0}};
-constexpr ListItem rolloffFactors[] = {{L"0.12", 12}, {L"0.13", 13}, {L"0.15", 15}, {L"0.18", 18},
-                                       {L"0.20", 20}, {L"0.25", 25}, {L"0.30", 30}};
-constexpr ListItem references[] = {{L"Internal", 0}, {L"External", 1}};
-constexpr ListItem inputRoutes[] = {
-    {L"Receiver", 2}, {L"Receiver (50 ohm)", 50}, {L"Receiver (75 ohm)", 75}, {L"Demod", 4}, {L"IF", 128}};
-constexpr ListItem sawFilters[] = {{L"Off", 0}, {L"2 MHz", 2}, {L"6 MHz", 6}, {L"7 MHz", 7}, {L"8 MHz", 8}};
-constexpr ListItem qamOrders[] = {{L"4", 4}, {L"16", 16}, {L"32", 32}, {L"64", 64}, {L"128", 128}, {L"256", 256}};
-constexpr ListItem berSamples[] = {{L"1", 1}, {L"10", 10}, {L"100", 100}, {L"1000", 1000}};
-constexpr ListItem displayGrids[] = {
-    {L"Frequency list always", 0}, {L"Parameter list always", 1}, {L"Select from view menu", 2}};
-constexpr ListItem resultFiles[] = {
-    {L"Frequency list always", 0}, {L"Parameter list always", 1}, {L"Same as display grid", 2}};
 
 struct ChoiceTable
 {
     std::wstring_view label;
-    std::span<const ListItem> items;
+    const Setting& setting;
 };
 
 const std::array<ChoiceTable, choiceCount> choices{{
-    {L"Level &Unit:", levelUnits},
-    {L"&Rolloff Factor:", rolloffFactors},
-    {L"10 MHz &Reference:", references},
-    {L"&Input Route:", inputRoutes},
-    {L"SA&W Filter Bandwidth:", sawFilters},
-    {L"&Order of QAM:", qamOrders},
-    {L"&BER Integration (Samples):", berSamples},
-    {L"&Display Grid:", displayGrids},
-    {L"&Result File:", resultFiles},
+    {L"Level &Unit:", setting::levelUnit},
+    {L"&Rolloff Factor:", setting::rollOffFactor},
+    {L"10 MHz &Reference:", setting::referenceSource},
+    {L"&Input Route:", setting::inputRoute},
+    {L"SA&W Filter Bandwidth:", setting::sawBandwidth},
+    {L"&Order of QAM:", setting::orderOfQam},
+    {L"&BER Integration (Samples):", setting::berSamples},
+    {L"&Display Grid:", setting::displayGrid},
+    {L"&Result File:", setting::resultFile},
 }};
 
 constexpr std::array<std::wstring_view, pageCount> pages{L"&Settings",   L"&Application", L"&Frequencies",
@@ -79,12 +66,12 @@ int32_t ValueOf(const SetupDocument& document, Choice choice)
 
 std::span<const ListItem> ItemsOf(Choice choice)
 {
-    return choices[static_cast<size_t>(choice)].items;
+    return choices[static_cast<size_t>(choice)].setting.choices;
 }
 
 int32_t PositionIn(const SetupDocument& document, Choice choice)
 {
-    const int32_t position = choice == Choice::levelUnit ? FindListText(levelUnits, document.LevelUnit())
+    const int32_t position = choice == Choice::levelUnit ? FindListText(ItemsOf(choice), document.LevelUnit())
                                                          : FindListData(ItemsOf(choice), ValueOf(document, choice));
     return std::max(position, 0);
 }

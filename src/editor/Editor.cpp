@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "editor/EditorKeys.h"
+#include "setup/catalogue/Patterns.h"
 #include "util/modFormat.h"
 
 namespace tvn2x {
@@ -27,7 +28,8 @@ void Editor::Activate()
     for (int32_t choice = 0; choice < choiceCount; ++choice)
         choices_[static_cast<size_t>(choice)] = PositionIn(document_, static_cast<Choice>(choice));
     levelUnit_ = ItemsOf(Choice::levelUnit)[static_cast<size_t>(SelectedItem(Choice::levelUnit))].text;
-    FieldText(Field::defaultSymbolRate) = FormatNumber(document_.DefaultSymbolRate(), L"#0.000", true, locale_);
+    FieldText(Field::defaultSymbolRate) =
+        FormatNumber(document_.DefaultSymbolRate(), pattern::symbolRate, true, locale_);
     FieldText(Field::maxSettlingTime) = FormatNumber(document_.MaxSettlingTime(), L"#0", true, locale_);
     SetCheck(Check::couple, document_.CoupleDisplayAndSave());
     FillChannels();
@@ -45,8 +47,8 @@ void Editor::FillChannels()
     for (int32_t channel = 1; channel <= count; ++channel) {
         std::array<std::wstring, 3>& text = channels_.rows.emplace_back().text;
         text[0] = document_.UserField(channel);
-        AppendNumber(text[1], document_.Frequency(channel), L"###.0000000", true, locale_);
-        AppendNumber(text[2], document_.SymbolRate(channel), L"#0.000", true, locale_);
+        AppendNumber(text[1], document_.Frequency(channel), pattern::frequency, true, locale_);
+        AppendNumber(text[2], document_.SymbolRate(channel), pattern::symbolRate, true, locale_);
     }
     channels_.rows.push_back(PlaceholderRow());
     channels_.Select(0);

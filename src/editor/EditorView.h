@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "setup/MP_TYPES.h"
+#include "setup/catalogue/MP_TYPES.h"
 #include "util/modMake3D.h"
 
 namespace tvn2x {

@@ -9,14 +9,13 @@
 #include "editor/EditorKeys.h"
 #include "editor/ValidateChannel.h"
 #include "setup/SetupFile.h"
+#include "setup/catalogue/Patterns.h"
 #include "util/RaisedError.h"
 #include "util/modFormat.h"
 
 namespace tvn2x {
 namespace {
 
-constexpr const wchar_t* frequencyPattern = L"###.0000000";
-constexpr const wchar_t* symbolRatePattern = L"#0.000";
 constexpr double longestSettlingTime = 300;
 
 /// Line ends as the setup file can keep them; in rich text they carry no meaning.
@@ -94,7 +93,7 @@ bool Editor::CheckDefaultSymbolRate()
         RefuseField(Field::defaultSymbolRate);
         return false;
     }
-    FieldText(Field::defaultSymbolRate) = FormatNumber(symbolRate, symbolRatePattern, true, locale_);
+    FieldText(Field::defaultSymbolRate) = FormatNumber(symbolRate, pattern::symbolRate, true, locale_);
     view_.FieldChanged(Field::defaultSymbolRate);
     return true;
 }
@@ -110,8 +109,8 @@ bool Editor::CheckChannels()
             Reopen(status == channel_status::badFrequency ? MP_FREQUENCY : MP_SYMBOLRATE, row);
             return false;
         }
-        SetCell(MP_FREQUENCY, row, FormatNumber(frequency, frequencyPattern, true, locale_));
-        SetCell(MP_SYMBOLRATE, row, FormatNumber(symbolRate, symbolRatePattern, true, locale_));
+        SetCell(MP_FREQUENCY, row, FormatNumber(frequency, pattern::frequency, true, locale_));
+        SetCell(MP_SYMBOLRATE, row, FormatNumber(symbolRate, pattern::symbolRate, true, locale_));
     }
     return true;
 }

@@ -3,16 +3,17 @@
 #include <cmath>
 #include <string>
 
+#include "setup/catalogue/Patterns.h"
 #include "util/modFormat.h"
 
 namespace tvn2x {
 namespace {
 
-constexpr double lowestFrequency = 3;              // MHz
 constexpr double highestFrequency = 1000.0000009;  // a margin of 0.9 Hz, so that 1000 MHz passes however it is reached
 constexpr double frequencyStep = 1e-7;
-constexpr double lowestSymbolRate = 0.1;  // MSymb/s
-constexpr double highestSymbolRate = 7;
+using channel_limit::highestSymbolRate;
+using channel_limit::lowestFrequency;
+using channel_limit::lowestSymbolRate;
 constexpr double symbolRateStep = 0.001;
 constexpr double sameValue = 1e-12;
 constexpr const wchar_t* title = L"Setup";
@@ -69,13 +70,13 @@ int16_t ValidateChannel(double* frequency, double* symbolRate, MessageBoxes& mes
 
     if (frequency != nullptr) {
         const double steps = std::floor((*frequency - lowestFrequency) / frequencyStep);
-        Snap(*frequency, lowestFrequency + frequencyStep * steps, L"Frequency", L"###0.0000000", L" MHz.", messages,
-             locale);
+        Snap(*frequency, lowestFrequency + frequencyStep * steps, L"Frequency", pattern::frequencyInFiles.data(),
+             L" MHz.", messages, locale);
     }
     if (symbolRate != nullptr) {
         const double steps = std::nearbyint((*symbolRate - lowestSymbolRate) / symbolRateStep);
-        Snap(*symbolRate, steps * symbolRateStep + lowestSymbolRate, L"Symbol Rate", L"#0.000", L" MSymb/s.", messages,
-             locale);
+        Snap(*symbolRate, steps * symbolRateStep + lowestSymbolRate, L"Symbol Rate", pattern::symbolRate.data(),
+             L" MSymb/s.", messages, locale);
     }
     return status;
 }

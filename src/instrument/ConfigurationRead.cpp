@@ -3,7 +3,8 @@
 #include <cmath>
 
 #include "instrument/HardwareCheck.h"
-#include "setup/MP_TYPES.h"
+#include "setup/catalogue/LevelUnits.h"
+#include "setup/catalogue/Options.h"
 #include "util/RaisedError.h"
 
 namespace tvn2x {

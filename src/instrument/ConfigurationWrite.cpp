@@ -4,7 +4,8 @@
 #include <string_view>
 
 #include "instrument/HardwareCheck.h"
-#include "setup/MP_TYPES.h"
+#include "setup/catalogue/LevelUnits.h"
+#include "setup/catalogue/Options.h"
 #include "util/RaisedError.h"
 
 namespace tvn2x {

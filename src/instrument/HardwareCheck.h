@@ -2,15 +2,11 @@
 
 #include <cstdint>
 #include <functional>
-#include <string_view>
 
 #include "instrument/Receiver.h"
 #include "setup/SetupDocument.h"
 
 namespace tvn2x {
-
-/// Whether the installed options hold the input for an external 10 MHz reference.
-bool HasReferenceInput(std::wstring_view installedOptions);
 
 /// Whether the connected receiver can do what a setup asks.
 ///

@@ -5,8 +5,6 @@
 
 namespace tvn2x {
 
-constexpr int32_t dvbCDemodulator = 4;  ///< the operating mode in which DVB-C channels are measured
-
 /// The three error counters of the transport stream: errored time since their last reset, in seconds.
 struct ErrorCounters
 {

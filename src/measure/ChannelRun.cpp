@@ -4,7 +4,9 @@
 #include <cmath>
 
 #include "instrument/HardwareCheck.h"
-#include "setup/MP_TYPES.h"
+#include "setup/catalogue/LevelUnits.h"
+#include "setup/catalogue/Options.h"
+#include "setup/catalogue/Parameters.h"
 #include "util/RaisedError.h"
 #include "util/modFormat.h"
 

@@ -8,6 +8,7 @@
 
 #include "measure/RichText.h"
 #include "measure/SpreadsheetText.h"
+#include "setup/catalogue/Patterns.h"
 #include "util/modFormat.h"
 
 namespace tvn2x {
@@ -131,7 +132,7 @@ private:
         for (const int32_t parameter : Saved(document_, MP_FIRST, MP_LASTSTATIC))
             Setting(document_.Caption(parameter), SettingInWords(document_, parameter, locale_));
         Setting(L"Default Symbol Rate (MSymb/s)",
-                FormatNumber(document_.DefaultSymbolRate(), L"#0.000", true, locale_));
+                FormatNumber(document_.DefaultSymbolRate(), pattern::symbolRate, true, locale_));
         Setting(L"Couple Display and Save", InWords(document_.CoupleDisplayAndSave()));
     }
 

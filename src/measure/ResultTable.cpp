@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "setup/catalogue/Patterns.h"
 #include "util/RaisedError.h"
 #include "util/modFormat.h"
 
@@ -33,8 +34,9 @@ ResultTable::Channel ResultTable::Unmeasured(const SetupDocument& document, cons
 {
     Channel row;
     row.Cell(CellIndex(1, MP_USERFIELD), document.UserField(channel));
-    row.Cell(CellIndex(1, MP_FREQUENCY), FormatNumber(document.Frequency(channel), L"###.0000000", true, locale));
-    row.Cell(CellIndex(1, MP_SYMBOLRATE), FormatNumber(document.SymbolRate(channel), L"#0.000", true, locale));
+    row.Cell(CellIndex(1, MP_FREQUENCY), FormatNumber(document.Frequency(channel), pattern::frequency, true, locale));
+    row.Cell(CellIndex(1, MP_SYMBOLRATE),
+             FormatNumber(document.SymbolRate(channel), pattern::symbolRate, true, locale));
     row.Cell(CellIndex(1, MP_STATUS), L"Un-measured");
     return row;
 }

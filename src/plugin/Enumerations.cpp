@@ -3,7 +3,7 @@
 #include <windows.h>
 
 #include "TVN2x.h"
-#include "setup/MP_TYPES.h"
+#include "setup/catalogue/MP_TYPES.h"
 #include "util/clsTimeout.h"
 
 #define SAME(name) static_assert(static_cast<int>(::name) == static_cast<int>(tvn2x::name))

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "setup/PathParts.h"
+#include "setup/catalogue/Parameters.h"
 #include "util/RaisedError.h"
 
 namespace tvn2x {

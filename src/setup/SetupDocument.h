@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "setup/MP_TYPES.h"
+#include "setup/catalogue/MP_TYPES.h"
 
 namespace tvn2x {
 

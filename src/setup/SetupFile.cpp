@@ -7,6 +7,7 @@
 
 #include "setup/SetupKeys.h"
 #include "setup/SetupRows.h"
+#include "setup/catalogue/Options.h"
 #include "setup/clsIniFile.h"
 #include "util/RaisedError.h"
 
@@ -83,11 +84,11 @@ bool Reader::ReadHardware(std::wstring& model, int32_t& mode)
     if (version >= firstVersionWithHardware) {
         ini_.SectionName(section::hardware);
         model = ini_.GetString(L"Model", L"");
-        mode = ini_.GetLong(L"Mode", dvbCMode);
+        mode = ini_.GetLong(L"Mode", dvbCDemodulator);
         document_.mode = mode;
     } else if (old_) {
         model = modelName;
-        mode = dvbCMode;
+        mode = dvbCDemodulator;
         document_.mode = mode;
     }
     return model == modelName;

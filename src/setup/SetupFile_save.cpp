@@ -7,6 +7,7 @@
 #include "setup/SetupFile.h"
 #include "setup/SetupKeys.h"
 #include "setup/SetupRows.h"
+#include "setup/catalogue/Patterns.h"
 #include "setup/clsIniFile.h"
 #include "util/FileText.h"
 #include "util/modFormat.h"
@@ -127,9 +128,9 @@ void Writer::WriteChannels()
     RowKey userField(userFieldKey);
     RowKey symbolRate(symbolRateKey);
     for (int32_t row = 1; row <= count && ok_; ++row) {
-        Number(frequency(row), document_.Frequency(row), L"###0.0000000");
+        Number(frequency(row), document_.Frequency(row), pattern::frequencyInFiles);
         Text(userField(row), document_.UserField(row));
-        Number(symbolRate(row), document_.SymbolRate(row), L"#0.000");
+        Number(symbolRate(row), document_.SymbolRate(row), pattern::symbolRate);
     }
 
     // Surplus rows stay in the file, beyond its count and out of every reader's way; these are keys of another spelling
@@ -152,7 +153,7 @@ void Writer::WriteStaticSettings()
     Long("BER Integration (Samples)", document_.BerSamples());
     Long("SAW Filter Bandwidth (MHz)", document_.SawBw());
     Long("Input Impedance (ohm)", document_.Zin());
-    Number("Default Symbol Rate (MSymb/s)", document_.DefaultSymbolRate(), L"#0.000");
+    Number("Default Symbol Rate (MSymb/s)", document_.DefaultSymbolRate(), pattern::symbolRate);
     Long("Maximum Settling Time (sec)", document_.MaxSettlingTime());
     Word("Couple Display and Save", document_.CoupleDisplayAndSave());
 }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
-#include "setup/MP_TYPES.h"
+#include "setup/catalogue/MP_TYPES.h"
 
 namespace tvn2x::setup_file {
 namespace {

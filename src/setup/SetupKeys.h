@@ -24,7 +24,6 @@ constexpr const wchar_t* backup = L"Backup";
 }  // namespace section
 
 constexpr const wchar_t* modelName = L"2x";
-constexpr int32_t dvbCMode = 4;
 
 /// A key that ends in a row number: the text before it, and the number with at least two digits.
 class RowKey

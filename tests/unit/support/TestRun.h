@@ -45,8 +45,7 @@ inline FinishedRun TestRun(std::vector<ChannelResult> channels)
                  .maxSettlingTime = 10,
                  .levelUnit = "dBµV"};
     run.receiver = {"KTR", "2x", "100001", "2.40", "EXTREF,RB"};
-    run.columns = {
-        {parameter::userField, "User Field"}, {parameter::level, "RF Level (dBµV)"}, {parameter::mer, "MER"}};
+    run.columns = {{MP_USERFIELD, "User Field"}, {MP_RFLEV, "RF Level (dBµV)"}, {MP_MER, "MER"}};
     run.began = "2026-11-21T12:59:00.000Z";
     run.ended = "2026-11-21T13:00:00.000Z";
     for (const ChannelResult& channel : channels) {

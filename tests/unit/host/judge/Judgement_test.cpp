@@ -25,16 +25,16 @@ ChannelJudgement JudgeCell(int32_t parameter, const wchar_t* cell, const std::st
 TEST(Limits, TheMoreSpecialSectionCounts)
 {
     const Limits limits = ReadLimits(merLimits + "[MER 64-qam]\nfail below = 26\n; a comment\n[drift]\nmer=2.5\n", L"");
-    EXPECT_EQ(limits.Find(parameter::mer, 64)->failBelow, 26);
-    EXPECT_EQ(limits.Find(parameter::mer, 64)->warnBelow, std::nullopt);
-    EXPECT_EQ(*limits.Find(parameter::mer, 256), (Limit{31, 33, {}, {}}));
-    EXPECT_EQ(limits.Find(parameter::ber, 256), nullptr);
-    EXPECT_EQ(limits.drift.at(parameter::mer), 2.5);
+    EXPECT_EQ(limits.Find(MP_MER, 64)->failBelow, 26);
+    EXPECT_EQ(limits.Find(MP_MER, 64)->warnBelow, std::nullopt);
+    EXPECT_EQ(*limits.Find(MP_MER, 256), (Limit{31, 33, {}, {}}));
+    EXPECT_EQ(limits.Find(MP_BER, 256), nullptr);
+    EXPECT_EQ(limits.drift.at(MP_MER), 2.5);
     const Limits outlet = OutletLimits();
-    EXPECT_EQ(*outlet.Find(parameter::level, 64), (Limit{47, 50, 64, 67}));
-    EXPECT_EQ(*outlet.Find(parameter::level, 256), (Limit{54, 57, 71, 74}));
-    EXPECT_EQ(*outlet.Find(parameter::ber, 16), (Limit{{}, {}, 1e-4, 2e-4}));
-    EXPECT_EQ(outlet.drift.at(parameter::level), 2);
+    EXPECT_EQ(*outlet.Find(MP_RFLEV, 64), (Limit{47, 50, 64, 67}));
+    EXPECT_EQ(*outlet.Find(MP_RFLEV, 256), (Limit{54, 57, 71, 74}));
+    EXPECT_EQ(*outlet.Find(MP_BER, 16), (Limit{{}, {}, 1e-4, 2e-4}));
+    EXPECT_EQ(outlet.drift.at(MP_RFLEV), 2);
 }
 
 TEST(Limits, ABadFileIsNamedWithLineAndRemedy)
@@ -71,7 +71,7 @@ TEST(Judge, ABoundItselfIsStillGoodOnEitherSide)
         {L"-5", Verdict::pass, 4},   {L"5", Verdict::pass, 4},     {L"5.1", Verdict::warning, 3.9},
         {L"9", Verdict::warning, 0}, {L"9.5", Verdict::fail, -0.5}};
     for (const auto& [cell, verdict, margin] : cases) {
-        const ChannelJudgement judgement = JudgeCell(parameter::frequencyOffset, cell, sides);
+        const ChannelJudgement judgement = JudgeCell(MP_FREQOFF, cell, sides);
         EXPECT_EQ(judgement.verdict, verdict) << cell;
         EXPECT_NEAR(*judgement.Worst()->margin, margin, 1e-9) << cell;
     }
@@ -79,39 +79,37 @@ TEST(Judge, ABoundItselfIsStillGoodOnEitherSide)
 
 TEST(Judge, CountsRatiosInDecadesAndLevelsInDecibelMicrovolt)
 {
-    const ChannelJudgement ber = JudgeCell(parameter::ber, L"2.0E-3", "[ber]\nWarn Above=1e-4\nFail Above=2e-4\n");
+    const ChannelJudgement ber = JudgeCell(MP_BER, L"2.0E-3", "[ber]\nWarn Above=1e-4\nFail Above=2e-4\n");
     EXPECT_NEAR(*ber.Worst()->margin, -1, 1e-9);
     EXPECT_EQ(ber.reason, "BER before RS 2.0E-3 is 1.00 decades above the limit of 2E-4");
 
     ChannelResult channel = TestChannel(1, 474, {});
-    channel.readings = {MakeReading(parameter::level, L"-14.0", "dBmV", SystemLocale())};
+    channel.readings = {MakeReading(MP_RFLEV, L"-14.0", "dBmV", SystemLocale())};
     const ChannelJudgement level = JudgeOne(channel, "[rflev]\nFail Below=54\n").channels.front();
     EXPECT_EQ(level.reason, "RF level -14.0 dBmV is 8 dB below the limit of 54 dBµV");
-    EXPECT_EQ(LevelInDecibelMicrovolt(1, "mV"), 60);
-    EXPECT_EQ(LevelInDecibelMicrovolt(-48.75, "dBm"), 60);
-    EXPECT_EQ(LevelInDecibelMicrovolt(0, "mV"), std::nullopt);
-    EXPECT_EQ(LevelInDecibelMicrovolt(1, "V"), std::nullopt);
+    EXPECT_EQ(LevelInDecibelMicrovolt(1, L"mV"), 60);
+    EXPECT_EQ(LevelInDecibelMicrovolt(-48.75, L"dBm"), 60);
+    EXPECT_EQ(LevelInDecibelMicrovolt(0, L"mV"), std::nullopt);
+    EXPECT_EQ(LevelInDecibelMicrovolt(1, L"V"), std::nullopt);
 }
 
 TEST(Judge, AReadingThatIsOnlyABoundIsJudgedWhereItIsCertain)
 {
     const std::string above = "[ber]\nFail Above=2e-4\n";
-    EXPECT_EQ(JudgeCell(parameter::ber, L"<1.7E-8", above).verdict, Verdict::pass);
-    EXPECT_EQ(JudgeCell(parameter::ber, L"<1.7E-3", above).verdict, Verdict::notMeasured);
-    EXPECT_EQ(JudgeCell(parameter::ber, L">1.7E-3", above).verdict, Verdict::fail);
-    EXPECT_EQ(JudgeCell(parameter::mer, L"UNDER", merLimits).verdict, Verdict::fail);
-    EXPECT_EQ(JudgeCell(parameter::mer, L"OVER", merLimits).verdict, Verdict::pass);
-    EXPECT_EQ(JudgeCell(parameter::mer, L"---", merLimits).verdict, Verdict::notMeasured);
+    EXPECT_EQ(JudgeCell(MP_BER, L"<1.7E-8", above).verdict, Verdict::pass);
+    EXPECT_EQ(JudgeCell(MP_BER, L"<1.7E-3", above).verdict, Verdict::notMeasured);
+    EXPECT_EQ(JudgeCell(MP_BER, L">1.7E-3", above).verdict, Verdict::fail);
+    EXPECT_EQ(JudgeCell(MP_MER, L"UNDER", merLimits).verdict, Verdict::fail);
+    EXPECT_EQ(JudgeCell(MP_MER, L"OVER", merLimits).verdict, Verdict::pass);
+    EXPECT_EQ(JudgeCell(MP_MER, L"---", merLimits).verdict, Verdict::notMeasured);
 }
 
 TEST(Judge, AChannelsVerdictIsItsWorstAndTheRunsTheWorstOfAll)
 {
-    FinishedRun run = TestRun({TestChannel(1, 474, {{parameter::mer, L"39.0"}, {parameter::ber, L"3E-4"}}),
-                               TestChannel(2, 482, {{parameter::mer, L"32.0"}}),
-                               TestChannel(3, 490, {{parameter::sync, L"UNSYNC"}, {parameter::mer, L"---"}}, 1,
-                                           ChannelOutcome::notSynchronised),
-                               TestChannel(4, 498, {}, 1, ChannelOutcome::error),
-                               TestChannel(5, 506, {}, 1, ChannelOutcome::unmeasured)});
+    FinishedRun run = TestRun(
+        {TestChannel(1, 474, {{MP_MER, L"39.0"}, {MP_BER, L"3E-4"}}), TestChannel(2, 482, {{MP_MER, L"32.0"}}),
+         TestChannel(3, 490, {{MP_SYNC, L"UNSYNC"}, {MP_MER, L"---"}}, 1, ChannelOutcome::notSynchronised),
+         TestChannel(4, 498, {}, 1, ChannelOutcome::error), TestChannel(5, 506, {}, 1, ChannelOutcome::unmeasured)});
     const Limits limits = ReadLimits(merLimits, L"my.ini");
     const RunJudgement judgement = Judge(run, &limits);
     const Verdict expected[] = {Verdict::pass, Verdict::warning, Verdict::fail, Verdict::error, Verdict::notMeasured};
@@ -131,17 +129,17 @@ TEST(Judge, AChannelsVerdictIsItsWorstAndTheRunsTheWorstOfAll)
     EXPECT_EQ(Judge(TestRun({}), &limits).ExitCode(), 1) << "nothing measured is no pass";
 
     // Across parameters: half a warning band is less than two thirds of one.
-    const RunJudgement mixed = JudgeOne(TestChannel(1, 474, {{parameter::mer, L"32.0"}, {parameter::ber, L"1.26E-4"}}),
+    const RunJudgement mixed = JudgeOne(TestChannel(1, 474, {{MP_MER, L"32.0"}, {MP_BER, L"1.26E-4"}}),
                                         merLimits + "[ber]\nWarn Above=1e-4\nFail Above=2e-4\n");
-    EXPECT_EQ(mixed.channels.front().Worst()->parameter, parameter::mer);
+    EXPECT_EQ(mixed.channels.front().Worst()->parameter, MP_MER);
 }
 
 TEST(LevelSteps, AreBetweenNeighboursOfOnePassOnly)
 {
     const FinishedRun run =
-        TestRun({TestChannel(1, 490, {{parameter::level, L"60"}}), TestChannel(2, 482, {{parameter::level, L"63"}}),
-                 TestChannel(3, 506, {{parameter::level, L"50"}}), TestChannel(4, 514, {{parameter::level, L"---"}}),
-                 TestChannel(1, 490, {{parameter::level, L"61"}}, 2)});
+        TestRun({TestChannel(1, 490, {{MP_RFLEV, L"60"}}), TestChannel(2, 482, {{MP_RFLEV, L"63"}}),
+                 TestChannel(3, 506, {{MP_RFLEV, L"50"}}), TestChannel(4, 514, {{MP_RFLEV, L"---"}}),
+                 TestChannel(1, 490, {{MP_RFLEV, L"61"}}, 2)});
     const auto steps = LevelSteps(run);
     EXPECT_EQ(steps[0], -3);
     for (const size_t without : {1, 2, 3, 4}) {

@@ -13,14 +13,14 @@ using testing::ElementsAre;
 TEST(CompareRuns, ShowsWhatDriftedAndWhatCameAndWent)
 {
     const auto channel = [](int32_t number, double frequency, const wchar_t* level, const wchar_t* ber) {
-        return TestChannel(number, frequency, {{parameter::level, level}, {parameter::ber, ber}});
+        return TestChannel(number, frequency, {{MP_RFLEV, level}, {MP_BER, ber}});
     };
     const FinishedRun before = TestRun({channel(1, 474, L"60.0", L"<1.7E-8"), channel(2, 482, L"60.0", L"1E-8"),
                                         channel(3, 490, L"60.0", L"---"), channel(4, 498, L"60.0", L"1E-8")});
     FinishedRun after = TestRun({channel(7, 474, L"58.0", L"<1.0E-8"), channel(8, 482, L"57.9", L"1E-6"),
                                  channel(9, 490, L"60.0", L"1E-8"), channel(10, 506, L"60.0", L"1E-8")});
     after.channels[2].outcome = ChannelOutcome::notSynchronised;
-    const RunComparison comparison = CompareRuns(before, after, {{parameter::level, 2}, {parameter::ber, 1}});
+    const RunComparison comparison = CompareRuns(before, after, {{MP_RFLEV, 2}, {MP_BER, 1}});
     std::vector<std::string> texts;
     for (const RunChange& change : comparison.changes) {
         texts.push_back(change.channel + "|" + change.parameter + "|" + change.before + "|" + change.after + "|" +
@@ -33,7 +33,7 @@ TEST(CompareRuns, ShowsWhatDriftedAndWhatCameAndWent)
                                    "C10 506 MHz|channel|not in the run|synchronised|"));
     EXPECT_EQ(comparison.channels, 3);
     EXPECT_EQ(comparison.changed, 4);
-    EXPECT_TRUE(CompareRuns(before, before, {{parameter::level, 0}}).changes.empty());
+    EXPECT_TRUE(CompareRuns(before, before, {{MP_RFLEV, 0}}).changes.empty());
 }
 
 }  // namespace

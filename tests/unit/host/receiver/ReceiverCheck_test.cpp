@@ -14,7 +14,7 @@ using testing::Not;
 
 TEST(ReceiverCheck, MissingOptionIsNamedWithTheRemedyIfAny)
 {
-    using enum ReceiverNeed;
+    using enum Capability;
     EXPECT_EQ(AnswerText({.need = filter, .asked = 8, .possible = {0, 6}}, L"KTR-H2"),
               L"SAW filter: 8 MHz: option KTR-H4 (SAW filter of 8 MHz) is not installed. Order KTR-H4, or set the "
               L"setup's SAW filter bandwidth to Off or 6 MHz");
@@ -38,14 +38,13 @@ TEST(ReceiverCheck, MissingOptionIsNamedWithTheRemedyIfAny)
 
 TEST(ReceiverCheck, MetNeedsAreListedWithTheOthersAndAnInactiveModeIsNoObstacle)
 {
-    const std::vector<ReceiverAnswer> answers{
-        {.need = ReceiverNeed::mode, .asked = 4, .isMet = true, .isActive = false},
-        {.need = ReceiverNeed::filter, .asked = 0, .isMet = true}};
+    const std::vector<ReceiverAnswer> answers{{.need = Capability::mode, .asked = 4, .isMet = true, .isActive = false},
+                                              {.need = Capability::filter, .asked = 0, .isMet = true}};
     EXPECT_TRUE(CanDo(answers));
     EXPECT_EQ(AnswerList(answers, L"KTR-H2"),
               L"  yes  operating mode: 4 (DVB-C demodulator), but the receiver is in another one; a scan changes that\n"
               L"  yes  SAW filter: Off\n");
-    EXPECT_FALSE(CanDo({{.need = ReceiverNeed::reference, .asked = 1}, answers[0]}));
+    EXPECT_FALSE(CanDo({{.need = Capability::reference, .asked = 1}, answers[0]}));
 }
 
 TEST(ReceiverOptions, EntriesAreExplainedAndFiltersThatShareAPlaceCountAsOne)

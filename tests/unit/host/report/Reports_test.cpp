@@ -14,20 +14,19 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-using namespace parameter;
 /// A channel of a modulator out of adjustment.
 ChannelResult Misadjusted(int32_t number, double frequency)
 {
     return TestChannel(number, frequency,
-                       {{level, L"62.9"},
-                        {ber, L"9.5E-5"},
-                        {iqImbalance, L"3.2"},
-                        {iqPhase, L"-1.58"},
-                        {carrierSuppression, L"36.6"},
-                        {phaseJitter, L"0.28"},
-                        {carrierToInterference, L"53.6"},
-                        {signalToNoise, L"42.1"},
-                        {mer, L"31.3"}});
+                       {{MP_RFLEV, L"62.9"},
+                        {MP_BER, L"9.5E-5"},
+                        {MP_IQIMBAL, L"3.2"},
+                        {MP_IQPHASE, L"-1.58"},
+                        {MP_CS, L"36.6"},
+                        {MP_PHASJIT, L"0.28"},
+                        {MP_CI, L"53.6"},
+                        {MP_SN, L"42.1"},
+                        {MP_MER, L"31.3"}});
 }
 
 TEST(ErrorBudget, AddsUpToTheMerAndNamesItsLargestPart)
@@ -41,17 +40,17 @@ TEST(ErrorBudget, AddsUpToTheMerAndNamesItsLargestPart)
     }
     EXPECT_NEAR(-10 * std::log10(power), 31.3, 0.2);
     EXPECT_NEAR(share, 1, 1e-9);
-    EXPECT_EQ(BudgetOf(TestChannel(1, 354, {{mer, L"---"}})), std::nullopt);
-    EXPECT_EQ(BudgetOf(TestChannel(1, 354, {{mer, L"31"}}))->Largest(), Impairment::other);
+    EXPECT_EQ(BudgetOf(TestChannel(1, 354, {{MP_MER, L"---"}})), std::nullopt);
+    EXPECT_EQ(BudgetOf(TestChannel(1, 354, {{MP_MER, L"31"}}))->Largest(), Impairment::other);
 
     // A single impairment gives the MER that it allows.
     const std::tuple<int32_t, const wchar_t*, Impairment, double> cases[] = {
-        {phaseJitter, L"0.5", Impairment::phaseJitter, 41.2},
-        {iqImbalance, L"2", Impairment::iqImbalance, 40.0},
-        {iqPhase, L"1", Impairment::quadratureError, 41.2},
-        {carrierSuppression, L"35", Impairment::carrierSuppression, 35.0}};
+        {MP_PHASJIT, L"0.5", Impairment::phaseJitter, 41.2},
+        {MP_IQIMBAL, L"2", Impairment::iqImbalance, 40.0},
+        {MP_IQPHASE, L"1", Impairment::quadratureError, 41.2},
+        {MP_CS, L"35", Impairment::carrierSuppression, 35.0}};
     for (const auto& [reading, cell, impairment, expected] : cases) {
-        const auto single = BudgetOf(TestChannel(1, 474, {{reading, cell}, {mer, L"30"}}));
+        const auto single = BudgetOf(TestChannel(1, 474, {{reading, cell}, {MP_MER, L"30"}}));
         EXPECT_NEAR(-10 * std::log10(single->power[static_cast<size_t>(impairment)]), expected, 0.05) << cell;
     }
 }
@@ -93,8 +92,8 @@ TEST(HtmlReport, StandsAloneWhateverTheTextsAre)
 
 TEST(HtmlReport, ShowsTheWorstOfSeveralPasses)
 {
-    FinishedRun run = TestRun({TestChannel(1, 474, {{mer, L"39.1"}}), TestChannel(1, 474, {{mer, L"28.2"}}, 2),
-                               TestChannel(1, 474, {{mer, L"39.3"}}, 3)});
+    FinishedRun run = TestRun({TestChannel(1, 474, {{MP_MER, L"39.1"}}), TestChannel(1, 474, {{MP_MER, L"28.2"}}, 2),
+                               TestChannel(1, 474, {{MP_MER, L"39.3"}}, 3)});
     run.passes = 3;
     const Limits limits = OutletLimits();
     const std::string html = HtmlReport(run, Judge(run, &limits), &limits);

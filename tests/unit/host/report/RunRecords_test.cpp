@@ -15,10 +15,10 @@ void Read(const std::string& content)
 
 FinishedRun MixedRun()
 {
-    FinishedRun run = TestRun({TestChannel(1, 474, {{parameter::level, L"61.1"}, {parameter::ber, L"<1.7E-8"}}),
-                               TestChannel(2, 482, {{parameter::data, L"INTERMITTENT"}, {parameter::mer, L"---"}}, 1,
-                                           ChannelOutcome::notSynchronised),
-                               TestChannel(3, 490, {}, 1, ChannelOutcome::unmeasured)});
+    FinishedRun run = TestRun(
+        {TestChannel(1, 474, {{MP_RFLEV, L"61.1"}, {MP_BER, L"<1.7E-8"}}),
+         TestChannel(2, 482, {{MP_DATA, L"INTERMITTENT"}, {MP_MER, L"---"}}, 1, ChannelOutcome::notSynchronised),
+         TestChannel(3, 490, {}, 1, ChannelOutcome::unmeasured)});
     run.channels[2].label = "a \"quoted\" \x01 name";
     return run;
 }
@@ -34,11 +34,11 @@ TEST(Sha256, AgreesWithThePublishedVectors)
 TEST(MakeReading, TakesNumberAndBoundFromTheTextOfTheCell)
 {
     const std::tuple<int32_t, const wchar_t*, Reading> cases[] = {
-        {parameter::level, L"61.1", {.parameter = 15, .text = "61.1", .value = 61.1, .unit = "dBmV"}},
-        {parameter::ber, L"<1.7E-8", {.parameter = 16, .text = "<1.7E-8", .value = 1.7e-8, .bound = Bound::below}},
-        {parameter::mer, L"OVER", {.parameter = 27, .text = "OVER", .bound = Bound::above, .unit = "dB"}},
-        {parameter::mer, L"---", {.parameter = 27, .text = "---", .unit = "dB"}},
-        {parameter::sync, L"UNSYNC", {.parameter = 19, .text = "UNSYNC"}},
+        {MP_RFLEV, L"61.1", {.parameter = 15, .text = "61.1", .value = 61.1, .unit = "dBmV"}},
+        {MP_BER, L"<1.7E-8", {.parameter = 16, .text = "<1.7E-8", .value = 1.7e-8, .bound = Bound::below}},
+        {MP_MER, L"OVER", {.parameter = 27, .text = "OVER", .bound = Bound::above, .unit = "dB"}},
+        {MP_MER, L"---", {.parameter = 27, .text = "---", .unit = "dB"}},
+        {MP_SYNC, L"UNSYNC", {.parameter = 19, .text = "UNSYNC"}},
     };
     for (const auto& [parameter, cell, reading] : cases) {
         EXPECT_EQ(MakeReading(parameter, cell, "dBmV", SystemLocale()), reading) << reading.text;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <string_view>
 
 namespace tvn2x {
 
@@ -45,18 +44,5 @@ enum MP_TYPES : int32_t
     MP_DE = 30,
     MP_LAST = 30
 };
-
-/// The caption that a parameter 1..30 has in a new document, "" outside. The RF level's is without its unit.
-std::wstring_view DefaultCaption(int32_t parameter);
-
-/// The pattern that a measured value 15..30 is displayed with, "" for the general format. The RF level's is that of a
-/// unit in decibels.
-std::wstring_view DisplayFormat(int32_t parameter);
-
-/// Level units: the receiver knows a unit by its code 0..5, the document by its name.
-std::wstring_view LevelUnitName(int32_t code);  ///< "" for a code outside 0..5
-int32_t LevelUnitCode(std::wstring_view name);  ///< -1 for a name that is none; exact, case-sensitive
-/// The significant digits that a level in this unit is displayed with; 0 for DisplayFormat, also for an unknown name.
-int32_t SignificantLevelDigits(std::wstring_view name);
 
 }  // namespace tvn2x

@@ -1,0 +1,75 @@
+#include "setup/catalogue/Options.h"
+
+#include <algorithm>
+#include <string>
+
+namespace tvn2x {
+namespace {
+
+using enum Capability;
+
+constexpr std::wstring_view bothFilters = L"KTR-H8 (or KTR-H9)";
+
+constexpr OptionFact options[] = {
+    {L"KTR-H2", L"DVB-C demodulator (operating mode 4)"},
+    {L"KTR-H4", L"SAW filter of 8 MHz"},
+    {L"KTR-H5", L"receiver input of 50 or 75 ohm"},
+    {L"KTR-H6", L"SAW filter of 2 MHz"},
+    {bothFilters, L"SAW filters of 6 and 7 MHz, which share one place"},
+    {L"KTR-H8", L"SAW filter of 6 MHz", bothFilters},
+    {L"KTR-H9", L"SAW filter of 7 MHz", bothFilters},
+    {L"KTR-H7", L"operating mode 13"},
+    {L"KTR-S31", L"operating modes 6 and 8"},
+    {L"KTR-S32", L"operating mode 14"},
+    {L"KTR-S33", L"operating mode 7"},
+    {L"EXTREF", L"input for an external 10 MHz reference"},
+    {L"EAMOD", L"receiver input"},
+    {L"RB", L"demodulator input"},
+};
+
+// The receivers list their filters of 6 and 7 MHz as one entry.
+constexpr OptionNeed needs[] = {
+    {mode, 4, L"KTR-H2", L",KTR-H2,", true},
+    {mode, 6, L"KTR-S31", L",KTR-S31,", true},
+    {mode, 7, L"KTR-S33", L",KTR-S33,", true},
+    {mode, 8, L"KTR-S31", L",KTR-S31,", true},
+    {mode, 13, L"KTR-H7", L",KTR-H7,", true},
+    {mode, 14, L"KTR-S32", L",KTR-S32,", true},
+    {filter, 2, L"KTR-H6", L",KTR-H6,", true},
+    {filter, 6, bothFilters, L",KTR-H8 ", true},
+    {filter, 7, bothFilters, L"(or KTR-H9),", true},
+    {filter, 8, L"KTR-H4", L",KTR-H4,", true},
+    {reference, 1, L"EXTREF", L"EXTREF", false},
+    {route, 2, L"EAMOD", L"EAMOD", false},
+    {route, 4, L"RB", L"RB", false},
+    {route, 50, L"KTR-H5", L"KTR-H5", false},
+    {route, 75, L"KTR-H5", L"KTR-H5", false},
+};
+
+}  // namespace
+
+std::span<const OptionFact> Options()
+{
+    return options;
+}
+
+const OptionNeed* FindNeed(Capability capability, int32_t value)
+{
+    const auto* found = std::ranges::find_if(
+        needs, [&](const OptionNeed& need) { return need.capability == capability && need.value == value; });
+    return found == std::end(needs) ? nullptr : found;
+}
+
+bool IsMet(const OptionNeed& need, std::wstring_view installedOptions)
+{
+    const std::wstring list =
+        need.isWholeEntry ? L"," + std::wstring(installedOptions) + L"," : std::wstring(installedOptions);
+    return list.find(need.listedAs) != std::wstring::npos;
+}
+
+bool HasReferenceInput(std::wstring_view installedOptions)
+{
+    return IsMet(*FindNeed(reference, 1), installedOptions);
+}
+
+}  // namespace tvn2x
