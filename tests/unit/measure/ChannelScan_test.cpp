@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "TestScan.h"
+#include "setup/catalogue/Parameters.h"
 #include "support/RaisedBy.h"
 #include "util/modFormat.h"
 

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "setup/catalogue/Parameters.h"
 #include "support/DocumentParts.h"
 #include "support/RaisedBy.h"
 
@@ -15,32 +16,6 @@ using namespace std::string_literals;
 
 namespace tvn2x {
 namespace {
-
-TEST(Parameters, LevelUnitsMapToTheReceiversCodesAndBack)
-{
-    const std::vector<std::wstring> names{L"dBmV", L"dBpW", L"dB\u00B5W", L"dBm", L"dB\u00B5V", L"mV"};
-    for (int32_t code = 0; code < 6; ++code) {
-        EXPECT_EQ(names[static_cast<size_t>(code)], LevelUnitName(code));
-        EXPECT_EQ(code, LevelUnitCode(names[static_cast<size_t>(code)]));
-    }
-    EXPECT_EQ(L"", LevelUnitName(6));
-    EXPECT_EQ(L"", LevelUnitName(-1));
-    for (const wchar_t* const none : {L"", L"dbmv", L"DBM", L"dB\u03BCV", L"dBmV "})
-        EXPECT_EQ(-1, LevelUnitCode(none)) << none;
-    EXPECT_EQ(0, SignificantLevelDigits(L"dBm"));
-    EXPECT_EQ(0, SignificantLevelDigits(L"mv"));
-    EXPECT_EQ(4, SignificantLevelDigits(L"mV"));
-}
-
-TEST(Parameters, EveryParameterHasACaptionAndOnlyReadingsAFormat)
-{
-    for (int32_t parameter = MP_FIRST; parameter <= MP_LAST; ++parameter)
-        EXPECT_TRUE(!DefaultCaption(parameter).empty() && (parameter >= MP_RFLEV || DisplayFormat(parameter).empty()));
-    EXPECT_EQ(L"", DefaultCaption(0));
-    EXPECT_EQ(L"", DefaultCaption(31));
-    EXPECT_EQ(L"#0", DisplayFormat(MP_FREQOFF));
-    EXPECT_EQ(L"0.0", DisplayFormat(MP_DE));
-}
 
 TEST(SetupDocument, StartsUntitledWithOneChannelAndEverythingMeasuredShown)
 {

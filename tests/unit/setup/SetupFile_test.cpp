@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "setup/catalogue/Parameters.h"
 #include "setup/clsIniFile.h"
 #include "support/DocumentParts.h"
 #include "support/FaultyFiles.h"

@@ -1,5 +1,6 @@
 #include "host/judge/Judgement.h"
 
+#include "setup/catalogue/LevelUnits.h"
 #include "support/TestFiles.h"
 #include "support/TestRun.h"
 

@@ -1,0 +1,81 @@
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "setup/catalogue/LevelUnits.h"
+#include "setup/catalogue/Options.h"
+#include "setup/catalogue/Parameters.h"
+#include "setup/catalogue/Settings.h"
+
+namespace tvn2x {
+namespace {
+
+TEST(LevelUnits, MapToTheReceiversCodesAndBack)
+{
+    const std::vector<std::wstring> names{L"dBmV", L"dBpW", L"dB\u00B5W", L"dBm", L"dB\u00B5V", L"mV"};
+    for (int32_t code = 0; code < 6; ++code) {
+        EXPECT_EQ(names[static_cast<size_t>(code)], LevelUnitName(code));
+        EXPECT_EQ(code, LevelUnitCode(names[static_cast<size_t>(code)]));
+    }
+    EXPECT_EQ(L"", LevelUnitName(6));
+    EXPECT_EQ(L"", LevelUnitName(-1));
+    for (const wchar_t* const none : {L"", L"dbmv", L"DBM", L"dB\u03BCV", L"dBmV "})
+        EXPECT_EQ(-1, LevelUnitCode(none)) << none;
+    EXPECT_EQ(0, SignificantLevelDigits(L"dBm"));
+    EXPECT_EQ(0, SignificantLevelDigits(L"mv"));
+    EXPECT_EQ(4, SignificantLevelDigits(L"mV"));
+}
+
+TEST(Parameters, HaveACaptionAndOnlyReadingsAFormat)
+{
+    for (int32_t parameter = MP_FIRST; parameter <= MP_LAST; ++parameter)
+        EXPECT_TRUE(!DefaultCaption(parameter).empty() && (parameter >= MP_RFLEV || DisplayFormat(parameter).empty()));
+    EXPECT_EQ(L"", DefaultCaption(0));
+    EXPECT_EQ(L"", DefaultCaption(31));
+    EXPECT_EQ(L"#0", DisplayFormat(MP_FREQOFF));
+    EXPECT_EQ(L"0.0", DisplayFormat(MP_DE));
+}
+
+TEST(Parameters, ThatAFileMayNameHaveANameOfTheirOwn)
+{
+    std::set<std::string> names;
+    for (const Parameter& parameter : Parameters().subspan(MP_FIRSTFIXED - MP_FIRST))
+        EXPECT_TRUE(names.insert(parameter.name).second) << parameter.number;
+    EXPECT_FALSE(names.contains(""));
+}
+
+TEST(LevelUnits, AreTheChoicesOfTheirSetting)
+{
+    EXPECT_EQ(LevelUnits().size(), setting::levelUnit.choices.size());
+    for (const ListItem& choice : setting::levelUnit.choices)
+        EXPECT_EQ(LevelUnitName(choice.value), choice.text);
+}
+
+TEST(Settings, ThatHaveAClosedListOfNumbersTakeOneOfThemWhereTheyAreMissing)
+{
+    for (const Setting* setting : Settings()) {
+        const bool isClosed = setting->lowest == setting->highest && !setting->choices.empty();
+        if (isClosed && setting->kind != SettingKind::text) {
+            EXPECT_GE(FindListData(setting->choices, std::stoi(setting->otherwise)), 0) << setting->key;
+        }
+    }
+}
+
+TEST(Options, ThatAreNeededAreKnownAndFoundInAListOfAll)
+{
+    std::wstring all;
+    for (const OptionFact& option : Options())
+        all += (all.empty() ? L"" : L",") + std::wstring(option.code);
+    for (const ListItem& filter : setting::sawBandwidth.choices) {
+        const OptionNeed* const need = FindNeed(Capability::filter, filter.value);
+        EXPECT_EQ(filter.value != 0, need != nullptr) << filter.value;
+        EXPECT_TRUE(!need || IsMet(*need, all)) << filter.value;
+    }
+    EXPECT_TRUE(HasReferenceInput(all));
+    EXPECT_FALSE(HasReferenceInput(L"extref"));
+}
+
+}  // namespace
+}  // namespace tvn2x
