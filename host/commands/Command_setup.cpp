@@ -59,7 +59,7 @@ void ReadTables(const Plugin& plugin, SetupContent& content)
     }
     const long parameters = Get<long>(document, &_clsSetup::get_Count);
     for (long number = 1; number <= parameters; ++number) {
-        const auto parameter = static_cast<MP_TYPES>(number);
+        const auto parameter = static_cast<::MP_TYPES>(number);
         content.parameters.push_back({Get<std::wstring>(document, &_clsSetup::get_Caption, parameter),
                                       Get<VARIANT_BOOL>(document, &_clsSetup::get_Parameter, 1L, parameter) != 0,
                                       Get<VARIANT_BOOL>(document, &_clsSetup::get_Parameter, 2L, parameter) != 0,
