@@ -4,6 +4,8 @@
 
 #include <oaidl.h>
 
+#include <optional>
+
 #include "com/Errors.h"
 #include "com/Text.h"
 
@@ -53,6 +55,13 @@ inline void Hand(VARIANT* out, std::wstring_view value)
 {
     out->bstrVal = NewBstr(value);
     out->vt = VT_BSTR;
+}
+/// Empty without a number.
+inline void Hand(VARIANT* out, std::optional<double> value)
+{
+    if (value)
+        out->dblVal = *value;
+    out->vt = value ? VT_R8 : VT_EMPTY;
 }
 inline void Hand(IDispatch** out, IDispatch* counted)
 {

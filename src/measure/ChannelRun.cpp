@@ -53,6 +53,12 @@ bool IsReading(double value)
     return std::fabs(value) <= largestReading;
 }
 
+/// Whether the receiver says so in place of a value; it may cut or pad its markers.
+bool IsRangeMarker(std::wstring_view text)
+{
+    return !text.empty() && rangeMarkers.find(text) != std::wstring_view::npos;
+}
+
 /// A driver's own words as a cell holds them: control characters as blanks, "---" where it is no text for people.
 std::wstring CellText(std::wstring text)
 {
@@ -252,17 +258,18 @@ void ChannelRun::StoreReading(MP_TYPES parameter, Reading reading)
 {
     const double value = (receiver_.*reading)();
     const std::wstring marker = receiver_.ValueStatus();
-    if (!marker.empty() && rangeMarkers.find(marker) != std::wstring_view::npos) {
+    if (IsRangeMarker(marker)) {
         Store(0, parameter, marker);
     } else if (IsReading(value)) {
-        Store(0, parameter, FormatReading(parameter, value));
+        StoreNumber(parameter, value);
     } else {
         return;
     }
     ReportCell(static_cast<int16_t>(parameter));
 }
 
-/// The cell follows the count while it runs, so that the user sees it converge.
+/// The cell follows the count while it runs, so that the user sees it converge. A count that has found no error yet has
+/// no ratio: its text is a bound, and the receiver marks it.
 void ChannelRun::IntegrateBer()
 {
     clsTimeout integration = StartTimer(document_.BerSamples() * bitTime_);
@@ -273,7 +280,13 @@ void ChannelRun::IntegrateBer()
         if (countState == notMeasured)
             return;
         const std::wstring result = CleanBerResult(receiver_.BerResult());
-        Store(0, MP_BER, IsReading(ratio) ? result : notMeasured);
+        if (!IsReading(ratio)) {
+            Store(0, MP_BER, notMeasured);
+        } else if (IsRangeMarker(valueStatus) || IsRangeMarker(result)) {
+            Store(0, MP_BER, result);
+        } else {
+            table_.Reading(MP_BER, channel_, result, ratio);
+        }
         Store(1, MP_BER, CellText(countState));
         Store(2, MP_BER, CellText(valueStatus));
         ReportCell(MP_BER);
@@ -302,7 +315,7 @@ void ChannelRun::StoreErrorRate(MP_TYPES parameter, double ErrorCounters::*count
     }
     if (!IsReading(percent))
         return;
-    Store(0, parameter, FormatReading(parameter, percent));
+    StoreNumber(parameter, percent);
     ReportCell(static_cast<int16_t>(parameter));
 }
 
@@ -415,6 +428,11 @@ void ChannelRun::EndStep()
 void ChannelRun::Store(int32_t field, MP_TYPES parameter, std::wstring_view text)
 {
     table_.Result(field, parameter, channel_, text);
+}
+
+void ChannelRun::StoreNumber(MP_TYPES parameter, double value)
+{
+    table_.Reading(parameter, channel_, FormatReading(parameter, value), value);
 }
 
 /// Runs a statement of the scan and goes on behind it, whatever it raises.

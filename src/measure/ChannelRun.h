@@ -89,6 +89,7 @@ private:
     void ReportProgress();
     void EndStep();
     void Store(int32_t field, MP_TYPES parameter, std::wstring_view text);
+    void StoreNumber(MP_TYPES parameter, double value);
 
     template <class Statement>
     void Guarded(Statement statement);

@@ -1,6 +1,7 @@
 #include "measure/ResultTable.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "setup/catalogue/Patterns.h"
@@ -53,7 +54,25 @@ std::wstring_view ResultTable::Result(int32_t field, int32_t parameter, int32_t 
 
 void ResultTable::Result(int32_t field, int32_t parameter, int32_t channel, std::wstring_view text)
 {
-    Row(channel, L"clsSetup.Result").Cell(CellIndex(field, parameter), text);
+    Channel& row = Row(channel, L"clsSetup.Result");
+    row.Cell(CellIndex(field, parameter), text);
+    if (field == 0 && parameter >= MP_RFLEV)
+        row.values[static_cast<std::size_t>(parameter - MP_RFLEV)] = none;
+}
+
+std::optional<double> ResultTable::Value(int32_t parameter, int32_t channel) const
+{
+    const wchar_t* const source = L"clsSetup.Value";
+    const Channel& row = Row(channel, source);
+    CellIndex(0, parameter, source);
+    const double value = parameter < MP_RFLEV ? none : row.values[static_cast<std::size_t>(parameter - MP_RFLEV)];
+    return std::isnan(value) ? std::nullopt : std::optional(value);
+}
+
+void ResultTable::Reading(int32_t parameter, int32_t channel, std::wstring_view text, double value)
+{
+    Result(0, parameter, channel, text);
+    Row(channel, L"clsSetup.Result").values.at(static_cast<std::size_t>(parameter - MP_RFLEV)) = value;
 }
 
 void ResultTable::ClearColumn(int32_t parameter, int32_t channel)
@@ -63,10 +82,10 @@ void ResultTable::ClearColumn(int32_t parameter, int32_t channel)
     }
 }
 
-std::size_t ResultTable::CellIndex(int32_t field, int32_t parameter)
+std::size_t ResultTable::CellIndex(int32_t field, int32_t parameter, const wchar_t* source)
 {
     if (field < 0 || field >= fieldCount || parameter < MP_FIRSTFIXED || parameter > MP_LAST)
-        RaiseSubscript(L"clsSetup.Result");
+        RaiseSubscript(source);
     return static_cast<std::size_t>(parameter - MP_FIRSTFIXED) * fieldCount + static_cast<std::size_t>(field);
 }
 

@@ -3,6 +3,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,7 +14,8 @@
 
 namespace tvn2x {
 
-/// What a measurement found: per channel 1..n a measured flag, and a text for each parameter 10..30 and field 0..2.
+/// What a measurement found: per channel 1..n a measured flag, and a text for each parameter 10..30 and field 0..2;
+/// beside the text of a reading the number that it was made of.
 ///
 /// Field 0 holds a measured value, field 1 the fixed columns, the status and the time stamp; the bit error rate uses
 /// all three (result, state of the count, value status). Before the first Reset there is no table at all; for a list
@@ -33,17 +36,26 @@ public:
 
     /// The text is valid until the next change of the table.
     std::wstring_view Result(int32_t field, int32_t parameter, int32_t channel) const;
+    /// A text alone: the parameter has no number afterwards where field 0 is written.
     void Result(int32_t field, int32_t parameter, int32_t channel, std::wstring_view text);
+    /// The number behind field 0 as it was measured, unrounded and in the unit of the text; nothing where the text is
+    /// none of a number.
+    std::optional<double> Value(int32_t parameter, int32_t channel) const;
+    /// Field 0 of a parameter 15..30 with its number, which has to be finite.
+    void Reading(int32_t parameter, int32_t channel, std::wstring_view text, double value);
     void ClearColumn(int32_t parameter, int32_t channel);
 
 private:
     static constexpr int32_t parameterCount = MP_LAST - MP_FIRSTFIXED + 1;
     static constexpr std::size_t cellCount = std::size_t{fieldCount} * parameterCount;
+    static constexpr std::size_t readingCount = MP_LAST - MP_RFLEV + 1;
+    static constexpr double none = std::numeric_limits<double>::quiet_NaN();
 
     /// The cells of a channel as one run of text: most are empty or a few characters long, so a string each would take
     /// several times the room.
     struct Channel
     {
+        Channel() { values.fill(none); }
         std::wstring_view Cell(std::size_t cell) const;
         void Cell(std::size_t cell, std::wstring_view text);
         std::size_t Begin(std::size_t cell) const { return cell == 0 ? 0 : ends[cell - 1]; }
@@ -51,9 +63,10 @@ private:
         std::wstring texts;
         std::array<uint32_t, cellCount> ends{};  ///< where in `texts` each cell ends
         bool measured = false;
+        std::array<double, readingCount> values;  ///< from MP_RFLEV
     };
 
-    static std::size_t CellIndex(int32_t field, int32_t parameter);
+    static std::size_t CellIndex(int32_t field, int32_t parameter, const wchar_t* source = L"clsSetup.Result");
     static Channel Unmeasured(const SetupDocument& document, const Locale& locale, int32_t channel);
     const Channel& Row(int32_t channel, const wchar_t* source) const;
     Channel& Row(int32_t channel, const wchar_t* source);

@@ -14,4 +14,9 @@ HRESULT clsSetup_IResults::put_Result(LONG udtField, SHORT intType, LONG lngInde
     return Do([&] { owner_.core.results.Result(udtField, intType, lngIndex, com::ViewOf(value)); });
 }
 
+HRESULT clsSetup_IResults::get_Value(SHORT intType, LONG lngIndex, VARIANT* value) noexcept
+{
+    return Get(value, [&] { return owner_.core.results.Value(intType, lngIndex); });
+}
+
 }  // namespace tvn2x

@@ -160,9 +160,31 @@ TEST_F(Measure, ResultsOfAnEarlierRunArePutBackIntoTheTable)
     VARIANT_BOOL measured = VARIANT_FALSE;
     EXPECT_EQ(measure->get_Measured(2, &measured), S_OK);
     EXPECT_EQ(measured, VARIANT_TRUE);
+    VARIANT value{};
     for (const HRESULT call : {results->put_Result(3, mer, 2, nullptr), results->put_Result(0, 31, 2, nullptr),
-                               results->put_Result(0, mer, 4, nullptr), results->put_Measured(0, VARIANT_TRUE)})
+                               results->put_Result(0, mer, 4, nullptr), results->put_Measured(0, VARIANT_TRUE),
+                               results->get_Value(mer, 4, &value), results->get_Value(31, 2, &value)})
         EXPECT_EQ(call, RuntimeError(9));
+}
+
+TEST_F(Measure, ResultHasTheNumberThatItsTextShows)
+{
+    const auto results = setup.As<IResults>();
+    const auto valueOf = [&](short parameter, long channel) {
+        VARIANT value{};
+        value.vt = VT_BSTR;
+        EXPECT_EQ(results->get_Value(parameter, channel, &value), S_OK);
+        EXPECT_THAT(value.vt, testing::AnyOf(VT_R8, VT_EMPTY));
+        return value.vt == VT_R8 ? std::optional(value.dblVal) : std::nullopt;
+    };
+    EXPECT_EQ(valueOf(mer, 1), std::nullopt);
+    EXPECT_TRUE(Measured(1));
+    ASSERT_TRUE(valueOf(mer, 1).has_value());
+    EXPECT_NEAR(*valueOf(mer, 1), std::stod(Cell(0, mer, 1)), 0.05 + 1e-9);
+    EXPECT_EQ(valueOf(status, 1), std::nullopt);
+    EXPECT_EQ(results->put_Result(0, mer, 1, Bstr(Cell(0, mer, 1)).Get()), S_OK);
+    EXPECT_EQ(valueOf(mer, 1), std::nullopt) << "a text that was put back";
+    EXPECT_EQ(results->get_Value(mer, 1, nullptr), E_POINTER);
 }
 
 /// Saved as a script does it: nobody is there to close a message box, so none may appear.

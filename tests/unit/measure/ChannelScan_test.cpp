@@ -73,10 +73,13 @@ TEST(ChannelScan, FillsTheRowInTheUsersLocale)
         {MP_IQPHASE, "ReadIqPhase"},     {MP_CS, "ReadCarrierSuppression"},    {MP_MER, "ReadMer"},
         {MP_PHASJIT, "ReadPhaseJitter"}, {MP_CI, "ReadCarrierToInterference"}, {MP_SN, "ReadSignalToNoise"},
         {MP_MERPCT, "ReadMerPercent"}};
-    for (const auto& [column, name] : readings)
+    for (const auto& [column, name] : readings) {
         EXPECT_EQ(test.Cell(column),
                   FormatNumber(test.receiver.readings[name], DisplayFormat(column), true, test.locale));
+        EXPECT_EQ(test.Value(column), test.receiver.readings[name]) << "as it was read, unrounded";
+    }
     EXPECT_EQ(test.Cell(MP_BER), L"1,25E-8");
+    EXPECT_EQ(test.Value(MP_BER), 1e-8) << "the receiver's ratio, whatever its text";
     EXPECT_EQ(test.Cell(MP_TIMESTAMP, 1).substr(0, 14), L"2024-03-15 10:");
 }
 
@@ -226,6 +229,7 @@ TEST(ChannelScan, RangeMarkersStandInPlaceOfTheValue)
         test.receiver.markers["ReadMer"] = marker;
         EXPECT_TRUE(test.Measure());
         EXPECT_EQ(test.Cell(MP_MER) == marker, shown) << marker;
+        EXPECT_EQ(test.Value(MP_MER).has_value(), !shown) << marker;
         EXPECT_NE(test.Cell(MP_MERPCT), marker);
     }
 }
@@ -245,6 +249,7 @@ TEST(ChannelScan, ReadingThatNobodyCanHaveTakenReadsDashesInItsOwnCellOnly)
             for (const MP_TYPES column : valueColumns) {
                 const bool own = test.Cell(column) == L"---";
                 dashes += own ? 1 : 0;
+                EXPECT_EQ(test.Value(column).has_value(), !own) << name << column;
                 EXPECT_TRUE(own || test.Cell(column) == sound.Cell(column)) << name << column;
             }
             EXPECT_EQ(dashes, 1) << name << value;
@@ -296,6 +301,7 @@ TEST(ChannelScan, BerIsIntegratedForItsSamplesOrReadsDashes)
     EXPECT_EQ(test.Cell(MP_BER, 0), L"25.0E-8");
     EXPECT_EQ(test.Cell(MP_BER, 1), L"RUN");
     EXPECT_EQ(test.Cell(MP_BER, 2), L"UNDER");
+    EXPECT_EQ(test.Value(MP_BER), std::nullopt) << "no error yet: the text is a bound";
 
     test.receiver.berState = L"---";
     EXPECT_TRUE(test.Measure());
@@ -322,6 +328,7 @@ TEST(ChannelScan, BerTextsAreCleanedAndNeverLongerThanADisplay)
         test.receiver.berResult = text;
         EXPECT_TRUE(test.Measure());
         EXPECT_EQ(test.Cell(MP_BER), cell);
+        EXPECT_EQ(test.Value(MP_BER).has_value(), cell != L"---");
     }
     TestScan test;
     test.receiver.berState = std::wstring(L"7\0of\t10", 7);
@@ -384,6 +391,7 @@ TEST(ChannelScan, ErrorRatesArePartsOfTheTimeSinceTheFirstReading)
         CountedScan test(seconds, errors);
         EXPECT_TRUE(test.Measure());
         EXPECT_EQ(test.Cell(MP_SY), sync) << seconds;
+        EXPECT_EQ(test.Value(MP_SY).has_value(), test.Cell(MP_SY) != L"---") << seconds;
         EXPECT_EQ(test.Cell(MP_DE), data) << seconds;
         EXPECT_EQ(test.Cell(MP_TIMESTAMP, 1).substr(0, 13), seconds < 80000 ? L"2024-03-15 09" : L"2024-03-16 09");
     }

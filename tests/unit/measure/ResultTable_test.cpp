@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "support/FixedLocale.h"
 #include "support/RaisedBy.h"
 
@@ -92,6 +94,38 @@ TEST_F(ResultTableTest, IndexOutsideNamesTheMember)
     EXPECT_EQ(RaisedBy([&] { table.Measured(3, true); }), outsideMeasured);
     for (const int32_t item : {3, -1})
         EXPECT_EQ(RaisedBy([&] { Reset(item); }), outsideReset);
+}
+
+TEST_F(ResultTableTest, NumberGoesWithTheTextThatShowsIt)
+{
+    Reset();
+    const auto store = [&] {
+        table.Reading(MP_RFLEV, 1, L"61,1", 61.0625);
+        table.Reading(MP_LAST, 1, L"0,0", 0);
+        EXPECT_EQ(table.Result(0, MP_RFLEV, 1), L"61,1");
+        EXPECT_EQ(table.Value(MP_RFLEV, 1), 61.0625);
+        EXPECT_EQ(table.Value(MP_LAST, 1), 0) << "a number like any other";
+    };
+    const std::pair<const char*, std::function<void()>> ends[] = {
+        {"another text", [&] { table.Result(0, MP_RFLEV, 1, L"---"); }},
+        {"the column's end", [&] { table.ClearColumn(MP_RFLEV, 1); }},
+        {"the row's end", [&] { Reset(1); }},
+        {"the table's end", [&] { Reset(); }},
+    };
+    for (const auto& [what, end] : ends) {
+        store();
+        end();
+        EXPECT_EQ(table.Value(MP_RFLEV, 1), std::nullopt) << what;
+    }
+    store();
+    table.Result(1, MP_RFLEV, 1, L"beside it");
+    EXPECT_EQ(table.Value(MP_RFLEV, 1), 61.0625);
+    for (const auto& [parameter, channel] : {std::pair{MP_RFLEV, 2}, {MP_FREQUENCY, 1}, {MP_FIRSTFIXED, 1}})
+        EXPECT_EQ(table.Value(parameter, channel), std::nullopt);
+    for (const auto& [parameter, channel] :
+         {std::pair{MP_LASTSTATIC + 0, 1}, {MP_LAST + 1, 1}, {INT32_MAX, 1}, {MP_RFLEV + 0, 0}, {MP_RFLEV + 0, 3}})
+        EXPECT_EQ(RaisedBy([&] { static_cast<void>(table.Value(parameter, channel)); }),
+                  L"9 clsSetup.Value: Subscript out of range");
 }
 
 TEST_F(ResultTableTest, CellsKeepTheirTextsWhateverTheirNeighboursDo)

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <functional>
 #include <initializer_list>
+#include <optional>
 #include <string>
 
 #include "measure/ChannelScan.h"
@@ -51,6 +52,7 @@ struct TestScan
     {
         return std::wstring(table.Result(field, parameter, channel));
     }
+    std::optional<double> Value(int32_t parameter) const { return table.Value(parameter, 1); }
     std::wstring Status(int32_t channel = 1) const { return Cell(MP_STATUS, 1, channel); }
 
     SetupDocument document;
