@@ -72,8 +72,8 @@ void Collect(const SetupDocument& document, const ResultTable& table, FinishedRu
         result.began = run.began;
         result.seconds = 1.4;
         for (int32_t parameter = MP_RFLEV; parameter <= MP_LAST; ++parameter)
-            result.readings.push_back(
-                MakeReading(parameter, table.Result(0, parameter, channel), "dBµV", SystemLocale()));
+            result.readings.push_back(MakeReading(parameter, table.Result(0, parameter, channel),
+                                                  table.Value(parameter, channel), "dBµV", SystemLocale()));
     }
 }
 

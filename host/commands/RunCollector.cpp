@@ -26,6 +26,12 @@ std::wstring Cell(const Plugin& plugin, int32_t parameter, int32_t channel)
                              channel);
 }
 
+std::optional<double> ValueOf(const Plugin& plugin, int32_t parameter, int32_t channel)
+{
+    const auto value = Get<VARIANT>(plugin.results, &IResults::get_Value, static_cast<short>(parameter), channel);
+    return value.vt == VT_R8 ? std::optional(value.dblVal) : std::nullopt;
+}
+
 ChannelOutcome Outcome(const Plugin& plugin, int32_t channel)
 {
     const bool measured = Get<VARIANT_BOOL>(plugin.measure, &IMeasure::get_Measured, channel) != VARIANT_FALSE;
@@ -144,7 +150,8 @@ ChannelResult CollectChannel(const Plugin& plugin, int32_t pass, int32_t channel
     for (int32_t parameter = MP_RFLEV; parameter <= MP_LAST; ++parameter) {
         // An empty cell was not wanted.
         if (const std::wstring cell = Cell(plugin, parameter, channel); !cell.empty()) {
-            result.readings.push_back(MakeReading(parameter, cell, levelUnit, SystemLocale()));
+            result.readings.push_back(
+                MakeReading(parameter, cell, ValueOf(plugin, parameter, channel), levelUnit, SystemLocale()));
         }
     }
     return result;

@@ -1,6 +1,7 @@
 #include "host/run/FinishedRun.h"
 
 #include <algorithm>
+#include <charconv>
 #include <chrono>
 #include <map>
 #include <numeric>
@@ -13,18 +14,30 @@ namespace tvn2x {
 
 namespace {
 
-std::optional<double> Number(std::wstring_view text, const Locale& locale)
+/// The number of a bound such as "<1.7E-8": the receiver tells it in this text alone, so that nothing else has it.
+std::optional<double> BoundIn(std::wstring_view text, const Locale& locale)
 {
+    if (!text.starts_with(L'<') && !text.starts_with(L'>')) {
+        return std::nullopt;
+    }
     try {
-        return ParseNumber(text, locale);
+        return ParseNumber(text.substr(1), locale);
     } catch (const RaisedError&) {
         return std::nullopt;
     }
 }
 
+double SixDigits(double value)
+{
+    const std::string digits = fmt::format("{:.6g}", value);
+    std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    return value;
+}
+
 }  // namespace
 
-Reading MakeReading(int32_t parameter, std::wstring_view cell, std::string_view levelUnit, const Locale& locale)
+Reading MakeReading(int32_t parameter, std::wstring_view cell, std::optional<double> measured,
+                    std::string_view levelUnit, const Locale& locale)
 {
     Reading reading{.parameter = parameter, .text = ToUtf8(cell)};
     const ReadingKind* kind = FindReadingKind(parameter);
@@ -37,7 +50,11 @@ Reading MakeReading(int32_t parameter, std::wstring_view cell, std::string_view 
     } else if (cell == L"OVER" || cell.starts_with(L'>')) {
         reading.bound = Bound::above;
     }
-    reading.value = Number(cell.substr(cell.starts_with(L'<') || cell.starts_with(L'>') ? 1 : 0), locale);
+    if (reading.bound != Bound::exact) {
+        reading.value = BoundIn(cell, locale);
+    } else if (measured) {
+        reading.value = SixDigits(*measured);
+    }
     return reading;
 }
 

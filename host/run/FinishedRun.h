@@ -21,20 +21,25 @@ enum class Bound
     above
 };
 
-/// One measured value. The text is what the result grid shows; the number is taken from it, so that they agree.
+/// One measured value. The text is what the result grid shows; the number is what it was made of, so that nothing is
+/// judged by rounded digits.
 struct Reading
 {
     int32_t parameter = 0;
-    std::string text;               ///< "61.1", "<1.7E-8", "UNDER", "---"; of a lock "OK", "UNSYNC", "INTERMITTENT"
-    std::optional<double> value{};  ///< in `unit`; nothing for a lock and for what could not be measured
+    std::string text;  ///< "61.1", "<1.7E-8", "UNDER", "---"; of a lock "OK", "UNSYNC", "INTERMITTENT"
+    /// In `unit`, six significant digits, which is more than a receiver can tell: a file shows it as it is reckoned
+    /// with. Of a bound the number in its text. Nothing for a lock and for what could not be measured.
+    std::optional<double> value{};
     Bound bound = Bound::exact;
     std::string unit{};
 
     bool operator==(const Reading&) const = default;
 };
 
-/// A reading of a result cell. levelUnit is the setup's, the numbers are written in the locale.
-Reading MakeReading(int32_t parameter, std::wstring_view cell, std::string_view levelUnit, const Locale& locale);
+/// A reading of a result cell. `measured` is the number behind its text, levelUnit the setup's; the locale is the one
+/// that the text was written in.
+Reading MakeReading(int32_t parameter, std::wstring_view cell, std::optional<double> measured,
+                    std::string_view levelUnit, const Locale& locale);
 
 /// The result of one measurement of one channel.
 struct ChannelResult

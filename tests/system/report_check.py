@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """What report_test.sh cannot say in shell: result files against their schema, reports against each other."""
 import csv
+import decimal
 import json
 import sys
 import xml.etree.ElementTree as xml
@@ -29,6 +30,13 @@ def channels(path):
     return [record for record in records(path) if record["record"] == "channel"]
 
 
+def shows(text, value):
+    """A text shows a value where it differs by half of its last digit at most."""
+    number = decimal.Decimal(text)
+    half = decimal.Decimal((0, (5,), number.as_tuple().exponent - 1))
+    return abs(decimal.Decimal(repr(value)) - number) <= half
+
+
 def agree(result, html, junit):
     """The three reports of one run have the same channels, numbers and verdicts."""
     rows = channels(result)
@@ -45,7 +53,7 @@ def agree(result, html, junit):
             if not any(line.endswith(f" {reading['text']} {reading['unit']}".rstrip()) for line in lines):
                 sys.exit(f"{row['label']}: JUnit lacks {name} {reading['text']}")
             text = reading["text"].lstrip("<>")
-            if reading["value"] is not None and float(text) != reading["value"]:
+            if reading["value"] is not None and not shows(text, reading["value"]):
                 sys.exit(f"{row['label']}: {name} reads {text} and is {reading['value']}")
         verdict = row["verdict"]["result"]
         failed = case.find("failure") is not None

@@ -5,8 +5,21 @@
 #include <vector>
 
 #include "host/run/FinishedRun.h"
+#include "util/RaisedError.h"
 
 namespace tvn2x {
+
+/// A reading of a cell whose number is the one that it shows.
+inline Reading TestReading(int32_t parameter, const std::wstring& cell, const std::string& levelUnit = "dBµV")
+{
+    std::optional<double> value;
+    try {
+        value = ParseNumber(cell, L'.');
+    } catch (const RaisedError&) {
+        value.reset();
+    }
+    return MakeReading(parameter, cell, value, levelUnit, SystemLocale());
+}
 
 /// A measured channel; readings as cells by parameter.
 inline ChannelResult TestChannel(int32_t number, double frequency, std::vector<std::pair<int32_t, std::wstring>> cells,
@@ -24,7 +37,7 @@ inline ChannelResult TestChannel(int32_t number, double frequency, std::vector<s
                           .seconds = 1.25,
                           .readings = {}};
     for (const auto& [parameter, cell] : cells) {
-        channel.readings.push_back(MakeReading(parameter, cell, "dBµV", SystemLocale()));
+        channel.readings.push_back(TestReading(parameter, cell));
     }
     return channel;
 }

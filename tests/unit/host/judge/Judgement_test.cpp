@@ -85,7 +85,7 @@ TEST(Judge, CountsRatiosInDecadesAndLevelsInDecibelMicrovolt)
     EXPECT_EQ(ber.reason, "BER before RS 2.0E-3 is 1.00 decades above the limit of 2E-4");
 
     ChannelResult channel = TestChannel(1, 474, {});
-    channel.readings = {MakeReading(MP_RFLEV, L"-14.0", "dBmV", SystemLocale())};
+    channel.readings = {TestReading(MP_RFLEV, L"-14.0", "dBmV")};
     const ChannelJudgement level = JudgeOne(channel, "[rflev]\nFail Below=54\n").channels.front();
     EXPECT_EQ(level.reason, "RF level -14.0 dBmV is 8 dB below the limit of 54 dBµV");
     EXPECT_EQ(LevelInDecibelMicrovolt(1, L"mV"), 60);
@@ -103,6 +103,13 @@ TEST(Judge, AReadingThatIsOnlyABoundIsJudgedWhereItIsCertain)
     EXPECT_EQ(JudgeCell(MP_MER, L"UNDER", merLimits).verdict, Verdict::fail);
     EXPECT_EQ(JudgeCell(MP_MER, L"OVER", merLimits).verdict, Verdict::pass);
     EXPECT_EQ(JudgeCell(MP_MER, L"---", merLimits).verdict, Verdict::notMeasured);
+}
+
+TEST(Judge, GoesByWhatWasMeasuredAndNotByWhatIsShown)
+{
+    ChannelResult channel = TestChannel(1, 474, {});
+    channel.readings = {MakeReading(MP_MER, L"31.0", 30.96, "dBµV", SystemLocale())};
+    EXPECT_EQ(JudgeOne(channel, merLimits).channels.front().reason, "MER 31.0 dB is 0.04 dB below the limit of 31 dB");
 }
 
 TEST(Judge, AChannelsVerdictIsItsWorstAndTheRunsTheWorstOfAll)

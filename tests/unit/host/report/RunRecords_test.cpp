@@ -2,6 +2,7 @@
 #include "host/report/JsonReport.h"
 
 #include "host/run/Sha256.h"
+#include "support/FixedLocale.h"
 #include "support/TestFiles.h"
 #include "support/TestRun.h"
 
@@ -31,17 +32,21 @@ TEST(Sha256, AgreesWithThePublishedVectors)
     EXPECT_EQ(Sha256(std::string(1000000, 'a')), "cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0");
 }
 
-TEST(MakeReading, TakesNumberAndBoundFromTheTextOfTheCell)
+TEST(MakeReading, HasTheNumberThatWasMeasuredOrTheBoundInItsText)
 {
-    const std::tuple<int32_t, const wchar_t*, Reading> cases[] = {
-        {MP_RFLEV, L"61.1", {.parameter = 15, .text = "61.1", .value = 61.1, .unit = "dBmV"}},
-        {MP_BER, L"<1.7E-8", {.parameter = 16, .text = "<1.7E-8", .value = 1.7e-8, .bound = Bound::below}},
-        {MP_MER, L"OVER", {.parameter = 27, .text = "OVER", .bound = Bound::above, .unit = "dB"}},
-        {MP_MER, L"---", {.parameter = 27, .text = "---", .unit = "dB"}},
-        {MP_SYNC, L"UNSYNC", {.parameter = 19, .text = "UNSYNC"}},
+    constexpr std::optional<double> none;
+    const std::tuple<int32_t, const wchar_t*, std::optional<double>, Reading> cases[] = {
+        {MP_RFLEV, L"61,1", 61.0625149, {.parameter = 15, .text = "61,1", .value = 61.0625, .unit = "dBmV"}},
+        {MP_BER, L"9,5E-5", 9.4873412e-5, {.parameter = 16, .text = "9,5E-5", .value = 9.48734e-5}},
+        {MP_BER, L"<1,7E-8", none, {.parameter = 16, .text = "<1,7E-8", .value = 1.7e-8, .bound = Bound::below}},
+        {MP_BER, L"<1.7E-8", 0, {.parameter = 16, .text = "<1.7E-8", .value = 1.7e-8, .bound = Bound::below}},
+        {MP_BER, L">much", none, {.parameter = 16, .text = ">much", .bound = Bound::above}},
+        {MP_MER, L"OVER", none, {.parameter = 27, .text = "OVER", .bound = Bound::above, .unit = "dB"}},
+        {MP_MER, L"---", none, {.parameter = 27, .text = "---", .unit = "dB"}},
+        {MP_SYNC, L"UNSYNC", none, {.parameter = 19, .text = "UNSYNC"}},
     };
-    for (const auto& [parameter, cell, reading] : cases) {
-        EXPECT_EQ(MakeReading(parameter, cell, "dBmV", SystemLocale()), reading) << reading.text;
+    for (const auto& [parameter, cell, measured, reading] : cases) {
+        EXPECT_EQ(MakeReading(parameter, cell, measured, "dBmV", CommaLocale()), reading) << reading.text;
     }
 }
 
