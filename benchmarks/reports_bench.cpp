@@ -53,8 +53,8 @@ void Collect(const SetupDocument& document, const ResultTable& table, FinishedRu
     run.program = "bench";
     run.setup.path = "net.ini";
     run.setup.sha256 = std::string(64, '0');
-    run.setup.orderOfQam = 256;
-    run.setup.levelUnit = "dBµV";
+    run.setup.settings.orderOfQam = 256;
+    run.setup.settings.levelUnit = L"dBµV";
     run.began = "2026-11-21T12:59:00.000Z";
     run.ended = "2026-11-21T16:59:00.000Z";
     for (int32_t parameter = MP_FIRSTFIXED; parameter <= MP_LAST; ++parameter)

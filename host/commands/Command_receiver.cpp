@@ -5,6 +5,7 @@
 #include "host/commands/Plugin.h"
 #include "host/commands/Receiver.h"
 #include "host/commands/SetupFiles.h"
+#include "host/commands/SetupReader.h"
 #include "host/receiver/ReceiverOptions.h"
 #include "host/setup/Product.h"
 #include "host/setup/SetupCheck.h"
@@ -59,17 +60,15 @@ std::wstring Line(const wchar_t* name, const std::wstring& value)
 }
 
 /// What read and write carry over, in words.
-std::wstring Configuration(const Plugin& plugin)
+std::wstring Configuration(const SetupSettings& settings)
 {
-    const auto& document = plugin.document;
-    const auto value = [&](const Setting& of, auto member) { return ChoiceWords(of, Get<long>(document, member)); };
-    return Line(L"  Input route", value(setting::inputRoute, &_clsSetup::get_Zin)) +
-           Line(L"  Level unit", Get<std::wstring>(document, &_clsSetup::get_LevelUnit)) +
-           Line(L"  SAW filter", value(setting::sawBandwidth, &_clsSetup::get_SawBw)) +
-           Line(L"  Order of QAM", value(setting::orderOfQam, &_clsSetup::get_OrderOfQam)) +
-           Line(L"  Rolloff factor", value(setting::rollOffFactor, &_clsSetup::get_RollOffFactor)) +
-           Line(L"  BER samples", std::to_wstring(Get<long>(document, &_clsSetup::get_BerSamples))) +
-           Line(L"  Reference", value(setting::referenceSource, &_clsSetup::get_ReferenceSource));
+    return Line(L"  Input route", ChoiceWords(setting::inputRoute, settings.inputRoute)) +
+           Line(L"  Level unit", settings.levelUnit) +
+           Line(L"  SAW filter", ChoiceWords(setting::sawBandwidth, settings.sawBandwidth)) +
+           Line(L"  Order of QAM", ChoiceWords(setting::orderOfQam, settings.orderOfQam)) +
+           Line(L"  Rolloff factor", ChoiceWords(setting::rollOffFactor, settings.rollOffFactor)) +
+           Line(L"  BER samples", std::to_wstring(settings.berSamples)) +
+           Line(L"  Reference", ChoiceWords(setting::referenceSource, settings.referenceSource));
 }
 
 /// Loads a setup after a look at the file, so that what is wrong in it is named.
@@ -128,10 +127,10 @@ int ReadReceiver(const ConfigurationOptions& options, Console& console)
     }
     SaveInto(plugin, pending);
     pending.TakePlace();
-    console.Result(fmt::format(L"{}: {:g} MHz, {:g} MSymb/s\n", target,
-                               Get<double>(plugin.document, &_clsSetup::get_Frequency, 1L),
-                               Get<double>(plugin.document, &_clsSetup::get_SymbolRate, 1L)) +
-                   Configuration(plugin));
+    const Setup setup = ReadSetup(plugin, target);
+    const Setup::Channel& channel = setup.ChannelAt(1);
+    console.Result(fmt::format(L"{}: {:g} MHz, {:g} MSymb/s\n", target, channel.frequency, channel.symbolRate) +
+                   Configuration(setup.settings));
     return isReported ? exitFindings : exitDone;
 }
 
@@ -146,7 +145,7 @@ int WriteReceiver(const ConfigurationOptions& options, Console& console)
         console.Notice(L"Stopped: the receiver has the first settings of the setup only. Write it again");
         return exitStopped;
     }
-    console.Result(path + L": the receiver is set\n" + Configuration(plugin));
+    console.Result(path + L": the receiver is set\n" + Configuration(ReadSettings(plugin)));
     return exitDone;
 }
 

@@ -11,6 +11,7 @@
 #include "host/commands/Receiver.h"
 #include "host/commands/RunCollector.h"
 #include "host/commands/ScanParent.h"
+#include "host/commands/SetupReader.h"
 #include "host/commands/StopRequest.h"
 #include "host/report/RunGrid.h"
 #include "host/run/ChannelSelection.h"
@@ -28,7 +29,7 @@ namespace tvn2x {
 namespace {
 
 /// Brings the simulated receiver into the state that a person at a real one would set by hand.
-void SetSimulator(const Plugin& plugin, const ScanOptions& options)
+void SetSimulator(const Plugin& plugin, const SetupSettings& settings, const ScanOptions& options)
 {
     UseNetwork(plugin, options.network);
     const auto simulator = SimulatorSettings(plugin);
@@ -36,19 +37,17 @@ void SetSimulator(const Plugin& plugin, const ScanOptions& options)
     if (options.writes) {
         return;
     }
-    Call(simulator, &ISimulatorSettings::put_OrderOfQam, Get<long>(plugin.document, &_clsSetup::get_OrderOfQam));
-    const long unit = LevelUnitCode(Get<std::wstring>(plugin.document, &_clsSetup::get_LevelUnit));
+    Call(simulator, &ISimulatorSettings::put_OrderOfQam, settings.orderOfQam);
+    const long unit = LevelUnitCode(settings.levelUnit);
     if (unit >= 0) {
         Call(simulator, &ISimulatorSettings::put_LevelUnit, unit);
     }
 }
 
-std::wstring ChannelText(const Plugin& plugin, int32_t channel)
+std::wstring ChannelText(const Setup::Channel& channel)
 {
-    const auto label = Get<std::wstring>(plugin.document, &_clsSetup::get_UserField, channel);
-    const double frequency = Get<double>(plugin.document, &_clsSetup::get_Frequency, channel);
-    const std::wstring text = fmt::format(L"{:g} MHz", frequency);
-    return label.empty() || label == text ? text : label + L"  " + text;
+    const std::wstring text = fmt::format(L"{:g} MHz", channel.frequency);
+    return channel.userField.empty() || channel.userField == text ? text : channel.userField + L"  " + text;
 }
 
 /// The journal of a scan, or none.
@@ -95,6 +94,7 @@ private:
 struct ScanRun
 {
     const Plugin& plugin;
+    const Setup& setup;
     FinishedRun& run;
     ScanJournal& journal;
     StopRequest& stop;
@@ -109,7 +109,7 @@ ChannelResult MeasureChannel(const ScanRun& scan, const ChannelTurn& turn)
     const std::string began = NowUtc();
     const auto start = std::chrono::steady_clock::now();
     Get<VARIANT_BOOL>(scan.plugin.measure, &IMeasure::Measure, turn.channel, nothing);
-    ChannelResult result = CollectChannel(scan.plugin, turn.pass, turn.channel, scan.run.setup.levelUnit);
+    ChannelResult result = CollectChannel(scan.plugin, scan.setup, turn);
     result.began = began;
     result.seconds =
         std::chrono::round<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start).count() / 1e3;
@@ -124,9 +124,9 @@ double MeasurePass(const ScanRun& scan, const std::vector<ChannelTurn>& turns)
     const AttachedParent attached(scan.plugin, parent.Get());
     int32_t position = 0;
     for (const ChannelTurn& turn : turns) {
-        const std::wstring text = ChannelText(scan.plugin, turn.channel);
+        const std::wstring text = ChannelText(scan.setup.ChannelAt(turn.channel));
         if (scan.stop.Poll()) {
-            scan.run.channels.push_back(CollectChannel(scan.plugin, turn.pass, turn.channel, scan.run.setup.levelUnit));
+            scan.run.channels.push_back(CollectChannel(scan.plugin, scan.setup, turn));
             continue;
         }
         parent->Begin(text);
@@ -218,12 +218,12 @@ int MeasurePasses(const ScanRun& scan, const com::ComPtr<IRunControl>& runContro
 }
 
 /// What a scan goes on with, or a new run.
-StoredRun BeginRun(const Plugin& plugin, const ScanOptions& options, const std::wstring& path,
-                   const std::string& content, int32_t size, Console& console)
+StoredRun BeginRun(const Plugin& plugin, const Setup& setup, const std::string& sha256, const ScanOptions& options,
+                   Console& console)
 {
-    const std::string sha256 = Sha256(content);
+    const auto size = static_cast<int32_t>(setup.channels.size());
     if (options.resume.empty()) {
-        StoredRun begun{.run = DescribeRun(plugin, path, sha256, options.parameters)};
+        StoredRun begun{.run = DescribeRun(plugin, setup, sha256, options.parameters)};
         begun.run.selection = SelectChannels(options.channels, size);
         begun.run.passes = options.repeat;
         begun.run.interval = options.interval;
@@ -232,7 +232,7 @@ StoredRun BeginRun(const Plugin& plugin, const ScanOptions& options, const std::
     StoredRun stored = ReadRun(ReadInput(AbsolutePath(options.resume)), options.resume);
     RequireSameSetup(stored.run, options.resume, sha256, options.setup, size,
                      L". Give the setup as it was, or begin a new run with --journal and another file.");
-    const RunReceiver receiver = DescribeRun(plugin, path, sha256, {}).receiver;
+    const RunReceiver receiver = DescribeReceiver(plugin);
     if (receiver != stored.run.receiver) {
         console.Notice(L"tvnhost: " + options.resume + L" was begun with another receiver (serial number " +
                        FromUtf8(stored.run.receiver.serialNumber) + L")");
@@ -269,12 +269,13 @@ int Scan(const ScanOptions& options, Console& console)
     SelectChannels(options.channels, size);
     const Plugin plugin;
     plugin.Load(path);
+    const Setup setup = ReadSetup(plugin, path);
     const auto runControl = CreateRunControl();
     StopRequest stop(runControl);
     if (!options.network.empty() || options.hasTimeScale) {
-        SetSimulator(plugin, options);
+        SetSimulator(plugin, setup.settings, options);
     }
-    StoredRun stored = BeginRun(plugin, options, path, content, size, console);
+    StoredRun stored = BeginRun(plugin, setup, Sha256(content), options, console);
     FinishedRun& run = stored.run;
     const OnLine online(plugin);
     if (!TurnsLeft(run).empty() && !PrepareReceiver(plugin, {options.writes, options.forces}, stop, console)) {
@@ -290,7 +291,7 @@ int Scan(const ScanOptions& options, Console& console)
         run.stopped = false;
         journal.Add(ResumedLine(run.resumed.back()));
     }
-    const int exitCode = MeasurePasses({plugin, run, journal, stop, console}, runControl);
+    const int exitCode = MeasurePasses({plugin, setup, run, journal, stop, console}, runControl);
     if (!wasComplete) {
         run.ended = NowUtc();
         journal.Add(EndLine(run));

@@ -1,11 +1,10 @@
-#include <algorithm>
-
 #include "fmt/format.h"
 #include "fmt/xchar.h"
 #include "host/commands/Commands.h"
 #include "host/commands/Files.h"
 #include "host/commands/Plugin.h"
 #include "host/commands/SetupFiles.h"
+#include "host/commands/SetupReader.h"
 #include "host/setup/Product.h"
 #include "host/setup/SetupInspection.h"
 #include "host/setup/SetupView.h"
@@ -15,17 +14,6 @@
 namespace tvn2x {
 
 namespace {
-
-std::wstring TextOf(const VARIANT& value)
-{
-    std::wstring text;
-    if (value.vt == VT_BSTR) {
-        com::Bstr owner;
-        *owner.Put() = value.bstrVal;
-        text = owner.View();
-    }
-    return text;
-}
 
 std::wstring RemarkText(const std::wstring& path, const SetupRemark& remark)
 {
@@ -48,55 +36,6 @@ SetupInspection RequireUsable(const std::wstring& path)
     return inspection;
 }
 
-void ReadTables(const Plugin& plugin, SetupContent& content)
-{
-    const auto& document = plugin.document;
-    const long channels = Get<long>(document, &_clsSetup::get_ListSize);
-    for (long channel = 1; channel <= channels; ++channel) {
-        content.channels.push_back({Get<std::wstring>(document, &_clsSetup::get_UserField, channel),
-                                    Get<double>(document, &_clsSetup::get_Frequency, channel),
-                                    Get<double>(document, &_clsSetup::get_SymbolRate, channel)});
-    }
-    const long parameters = Get<long>(document, &_clsSetup::get_Count);
-    for (long number = 1; number <= parameters; ++number) {
-        const auto parameter = static_cast<::MP_TYPES>(number);
-        content.parameters.push_back({Get<std::wstring>(document, &_clsSetup::get_Caption, parameter),
-                                      Get<VARIANT_BOOL>(document, &_clsSetup::get_Parameter, 1L, parameter) != 0,
-                                      Get<VARIANT_BOOL>(document, &_clsSetup::get_Parameter, 2L, parameter) != 0,
-                                      Get<short>(document, &_clsSetup::get_Order, parameter)});
-    }
-}
-
-SetupContent ReadContent(const Plugin& plugin, const std::wstring& path)
-{
-    const auto& document = plugin.document;
-    const auto& setup = plugin.setup;
-    SetupContent content;
-    content.path = path;
-    content.product = TextOf(Get<VARIANT>(setup, &ISetup::get_ProductName));
-    content.version = TextOf(Get<VARIANT>(setup, &ISetup::get_AppVersion));
-    content.mode = Get<long>(setup, &ISetup::get_Mode);
-    content.isBackup = Get<VARIANT_BOOL>(setup, &ISetup::IsBackup) != 0;
-    content.isDirty = Get<VARIANT_BOOL>(setup, &ISetup::get_Dirty) != 0;
-    content.realPath = Get<std::wstring>(setup, &ISetup::get_FullPath);
-    content.levelUnit = Get<std::wstring>(document, &_clsSetup::get_LevelUnit);
-    content.orderOfQam = Get<long>(document, &_clsSetup::get_OrderOfQam);
-    content.rollOffFactor = Get<long>(document, &_clsSetup::get_RollOffFactor);
-    content.zin = Get<long>(document, &_clsSetup::get_Zin);
-    content.sawBw = Get<long>(document, &_clsSetup::get_SawBw);
-    content.referenceSource = Get<long>(document, &_clsSetup::get_ReferenceSource);
-    content.berSamples = Get<long>(document, &_clsSetup::get_BerSamples);
-    content.maxSettlingTime = Get<long>(document, &_clsSetup::get_MaxSettlingTime);
-    content.defaultSymbolRate = Get<double>(document, &_clsSetup::get_DefaultSymbolRate);
-    content.isCoupled = Get<VARIANT_BOOL>(document, &_clsSetup::get_CoupleDisplayAndSave) != 0;
-    content.xAxis = {Get<long>(document, &_clsSetup::get_XAxis, 0L), Get<long>(document, &_clsSetup::get_XAxis, 1L)};
-    content.notes = Get<std::wstring>(document, &_clsSetup::get_Notes);
-    content.showsNotesBefore = Get<VARIANT_BOOL>(document, &_clsSetup::get_ShowNotesBefore) != 0;
-    content.showsNotesAfter = Get<VARIANT_BOOL>(document, &_clsSetup::get_ShowNotesAfter) != 0;
-    ReadTables(plugin, content);
-    return content;
-}
-
 std::wstring Doubts(size_t count, const std::wstring& path)
 {
     return fmt::format(L"{} doubtful {} in it. To see {}: tvnhost check {}", count, count == 1 ? L"thing" : L"things",
@@ -116,7 +55,7 @@ int Show(const std::wstring& setup, Console& console)
     const SetupInspection inspection = RequireUsable(path);
     const Plugin plugin;
     plugin.Load(path);
-    console.Result(DescribeSetup(ReadContent(plugin, path), console.ResultWidth()));
+    console.Result(DescribeSetup(ReadSetup(plugin, path), console.ResultWidth()));
     if (const size_t count = inspection.remarks.size() + inspection.leftOut; count != 0) {
         console.Notice(path + L": " + Doubts(count, setup));
     }
@@ -131,7 +70,7 @@ int Convert(const std::wstring& oldSetup, const std::wstring& newSetup, Console&
     const SetupInspection inspection = RequireUsable(source);
     const Plugin plugin;
     plugin.Load(source);
-    const SetupContent content = ReadContent(plugin, source);
+    const Setup content = ReadSetup(plugin, source);
     PendingFile pending(target);
     SaveInto(plugin, pending);
     pending.TakePlace();

@@ -12,8 +12,6 @@ namespace tvn2x {
 
 namespace {
 
-constexpr long displayed = 1;
-
 /// Field 1 holds what is no reading: the fixed columns, the status and the time stamp.
 long FieldOf(int32_t parameter)
 {
@@ -43,22 +41,21 @@ ChannelOutcome Outcome(const Plugin& plugin, int32_t channel)
 }
 
 /// The columns of the grid: the fixed ones and what the setup displays, or the chosen ones, by display position.
-std::vector<RunColumn> Columns(const Plugin& plugin, const std::wstring& chosen)
+std::vector<RunColumn> Columns(const Setup& setup, const std::wstring& chosen)
 {
     const std::vector<int32_t> wanted = chosen.empty() ? std::vector<int32_t>() : SelectParameters(chosen);
-    std::vector<std::pair<short, int32_t>> positions;
+    std::vector<int32_t> parameters;
     for (int32_t parameter = MP_FIRSTFIXED; parameter <= MP_LAST; ++parameter) {
-        const bool isWanted = wanted.empty() ? Get<VARIANT_BOOL>(plugin.setup, &ISetup::get_Parameter, displayed,
-                                                                 parameter) != VARIANT_FALSE
+        const bool isWanted = wanted.empty() ? setup.ParameterAt(parameter).isDisplayed
                                              : std::ranges::find(wanted, parameter) != wanted.end();
         if (isWanted || parameter <= MP_LASTFIXED) {
-            positions.emplace_back(Get<short>(plugin.setup, &ISetup::get_Order, parameter), parameter);
+            parameters.push_back(parameter);
         }
     }
-    std::ranges::stable_sort(positions);
+    std::ranges::stable_sort(parameters, {}, [&](int32_t parameter) { return setup.ParameterAt(parameter).position; });
     std::vector<RunColumn> columns;
-    for (const auto& [position, parameter] : positions) {
-        columns.push_back({parameter, ToUtf8(Get<std::wstring>(plugin.setup, &ISetup::get_Caption, parameter))});
+    for (const int32_t parameter : parameters) {
+        columns.push_back({parameter, ToUtf8(setup.ParameterAt(parameter).caption)});
     }
     return columns;
 }
@@ -74,7 +71,15 @@ std::string Told(const Plugin& plugin, Member member)
     }
 }
 
-RunReceiver Receiver(const Plugin& plugin)
+}  // namespace
+
+std::string NowUtc()
+{
+    using namespace std::chrono;
+    return UtcText(duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count());
+}
+
+RunReceiver DescribeReceiver(const Plugin& plugin)
 {
     RunReceiver receiver{.identity = {},
                          .hardware = {},
@@ -94,54 +99,32 @@ RunReceiver Receiver(const Plugin& plugin)
     return receiver;
 }
 
-RunSetup Setup(const Plugin& plugin, const std::wstring& path, const std::string& sha256)
-{
-    const auto& document = plugin.document;
-    return {.path = ToUtf8(path),
-            .sha256 = sha256,
-            .notes = ToUtf8(Get<std::wstring>(document, &_clsSetup::get_Notes)),
-            .orderOfQam = Get<long>(document, &_clsSetup::get_OrderOfQam),
-            .rollOffFactor = Get<long>(document, &_clsSetup::get_RollOffFactor),
-            .sawBandwidth = Get<long>(document, &_clsSetup::get_SawBw),
-            .inputRoute = Get<long>(document, &_clsSetup::get_Zin),
-            .referenceSource = Get<long>(document, &_clsSetup::get_ReferenceSource),
-            .berSamples = Get<long>(document, &_clsSetup::get_BerSamples),
-            .maxSettlingTime = Get<long>(document, &_clsSetup::get_MaxSettlingTime),
-            .levelUnit = ToUtf8(Get<std::wstring>(document, &_clsSetup::get_LevelUnit))};
-}
-
-}  // namespace
-
-std::string NowUtc()
-{
-    using namespace std::chrono;
-    return UtcText(duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count());
-}
-
-FinishedRun DescribeRun(const Plugin& plugin, const std::wstring& path, const std::string& setupSha256,
+FinishedRun DescribeRun(const Plugin& plugin, const Setup& setup, const std::string& setupSha256,
                         const std::wstring& chosen)
 {
     FinishedRun run;
     run.program = "tvnhost " TVN_VERSION;
-    run.setup = Setup(plugin, path, setupSha256);
-    run.columns = Columns(plugin, chosen);
+    run.setup = {
+        .path = ToUtf8(setup.path), .sha256 = setupSha256, .notes = ToUtf8(setup.notes), .settings = setup.settings};
+    run.columns = Columns(setup, chosen);
     if (std::ranges::all_of(run.columns, [](const RunColumn& column) { return column.parameter <= MP_LASTFIXED; })) {
-        RaiseInput(path +
+        RaiseInput(setup.path +
                    L": the setup displays no measured parameter. Choose some on the setup's parameters page, or "
                    L"with --parameters.");
     }
-    run.receiver = Receiver(plugin);
+    run.receiver = DescribeReceiver(plugin);
     run.began = NowUtc();
     return run;
 }
 
-ChannelResult CollectChannel(const Plugin& plugin, int32_t pass, int32_t channel, const std::string& levelUnit)
+ChannelResult CollectChannel(const Plugin& plugin, const Setup& setup, const ChannelTurn& turn)
 {
-    ChannelResult result{.pass = pass,
+    const int32_t channel = turn.channel;
+    ChannelResult result{.pass = turn.pass,
                          .number = channel,
-                         .label = ToUtf8(Cell(plugin, MP_USERFIELD, channel)),
-                         .frequency = Get<double>(plugin.document, &_clsSetup::get_Frequency, channel),
-                         .symbolRate = Get<double>(plugin.document, &_clsSetup::get_SymbolRate, channel),
+                         .label = ToUtf8(setup.ChannelAt(channel).userField),
+                         .frequency = setup.ChannelAt(channel).frequency,
+                         .symbolRate = setup.ChannelAt(channel).symbolRate,
                          .outcome = Outcome(plugin, channel),
                          .status = ToUtf8(Cell(plugin, MP_STATUS, channel)),
                          .timeStamp = ToUtf8(Cell(plugin, MP_TIMESTAMP, channel)),
@@ -150,8 +133,8 @@ ChannelResult CollectChannel(const Plugin& plugin, int32_t pass, int32_t channel
     for (int32_t parameter = MP_RFLEV; parameter <= MP_LAST; ++parameter) {
         // An empty cell was not wanted.
         if (const std::wstring cell = Cell(plugin, parameter, channel); !cell.empty()) {
-            result.readings.push_back(
-                MakeReading(parameter, cell, ValueOf(plugin, parameter, channel), levelUnit, SystemLocale()));
+            result.readings.push_back(MakeReading(parameter, cell, ValueOf(plugin, parameter, channel),
+                                                  ToUtf8(setup.settings.levelUnit), SystemLocale()));
         }
     }
     return result;

@@ -2,6 +2,7 @@
 
 #include "fmt/format.h"
 #include "fmt/xchar.h"
+#include "host/commands/SetupReader.h"
 #include "host/setup/Product.h"
 #include "host/setup/UnsavableText.h"
 #include "text/InputError.h"
@@ -18,20 +19,15 @@ void RequireSavable(const std::wstring& text, const std::wstring& what, bool may
 }
 
 /// Finds the text that cannot stand in a setup file, and says so; returns where there is none.
-void RequireSavableTexts(const Plugin& plugin)
+void RequireSavableTexts(const Setup& setup)
 {
-    const auto& document = plugin.document;
-    RequireSavable(Get<std::wstring>(document, &_clsSetup::get_LevelUnit), L"the level unit");
-    RequireSavable(Get<std::wstring>(document, &_clsSetup::get_Notes), L"the notes", true);
-    const long channels = Get<long>(document, &_clsSetup::get_ListSize);
-    for (long channel = 1; channel <= channels; ++channel) {
-        RequireSavable(Get<std::wstring>(document, &_clsSetup::get_UserField, channel),
-                       fmt::format(L"the user field of channel {}", channel));
+    RequireSavable(setup.settings.levelUnit, L"the level unit");
+    RequireSavable(setup.notes, L"the notes", true);
+    for (size_t i = 0; i < setup.channels.size(); ++i) {
+        RequireSavable(setup.channels[i].userField, fmt::format(L"the user field of channel {}", i + 1));
     }
-    const long parameters = Get<long>(document, &_clsSetup::get_Count);
-    for (long parameter = 1; parameter <= parameters; ++parameter) {
-        RequireSavable(Get<std::wstring>(document, &_clsSetup::get_Caption, static_cast<MP_TYPES>(parameter)),
-                       fmt::format(L"the caption of parameter {}", parameter));
+    for (size_t i = 0; i < setup.parameters.size(); ++i) {
+        RequireSavable(setup.parameters[i].caption, fmt::format(L"the caption of parameter {}", i + 1));
     }
 }
 
@@ -48,7 +44,7 @@ void SaveInto(const Plugin& plugin, const PendingFile& pending)
     if (Get<VARIANT_BOOL>(plugin.setup, &ISetup::Save, product.Get(), version.Get(), target)) {
         return;
     }
-    RequireSavableTexts(plugin);
+    RequireSavableTexts(ReadSetup(plugin, pending.Target()));
     RequireWritten(FileFault::other, pending.Target());
 }
 

@@ -272,7 +272,7 @@ RunJudgement Judge(const FinishedRun& run, const Limits* limits)
     }
     const auto steps = LevelSteps(run);
     for (size_t i = 0; i < run.channels.size(); ++i) {
-        judgement.channels.push_back(JudgeChannel(run.channels[i], run.setup.orderOfQam, limits, steps[i]));
+        judgement.channels.push_back(JudgeChannel(run.channels[i], run.setup.settings.orderOfQam, limits, steps[i]));
         const ChannelJudgement& channel = judgement.channels.back();
         judgement.verdict = std::max(judgement.verdict, channel.verdict);
         ++judgement.counts[static_cast<size_t>(channel.verdict)];

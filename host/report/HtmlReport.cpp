@@ -78,6 +78,7 @@ std::string PassesText(const FinishedRun& run)
 std::string Facts(const FinishedRun& run, const RunJudgement& judgement)
 {
     const RunSetup& setup = run.setup;
+    const SetupSettings& settings = setup.settings;
     const std::string minutes = ToUtf8(DurationText(run.Seconds()));
     std::string resumed;
     for (const std::string& time : run.resumed) {
@@ -90,12 +91,13 @@ std::string Facts(const FinishedRun& run, const RunJudgement& judgement)
     text += Fact("Resumed", resumed);
     text += Fact("Setup", FileName(setup.path) + ", SHA-256 " + setup.sha256);
     text += Fact("Notes", setup.notes);
-    text += Fact("Settings", fmt::format("{}-QAM, roll-off {} %, SAW filter {}, reference {}, BER over {} · 10^7 bits, "
-                                         "settling up to {} s",
-                                         setup.orderOfQam, setup.rollOffFactor,
-                                         setup.sawBandwidth == 0 ? "off" : fmt::format("{} MHz", setup.sawBandwidth),
-                                         setup.referenceSource == 1 ? "external" : "internal", setup.berSamples,
-                                         setup.maxSettlingTime));
+    text +=
+        Fact("Settings", fmt::format("{}-QAM, roll-off {} %, SAW filter {}, reference {}, BER over {} · 10^7 bits, "
+                                     "settling up to {} s",
+                                     settings.orderOfQam, settings.rollOffFactor,
+                                     settings.sawBandwidth == 0 ? "off" : fmt::format("{} MHz", settings.sawBandwidth),
+                                     settings.referenceSource == 1 ? "external" : "internal", settings.berSamples,
+                                     settings.maxSettlingTime));
     text +=
         Fact("Receiver", run.receiver.identity + (run.receiver.hardware.empty() ? "" : ", ") + run.receiver.hardware);
     text += Fact("Serial number", run.receiver.serialNumber);
@@ -192,7 +194,7 @@ std::string Legend()
 std::string Plots(const FinishedRun& run, const std::vector<ReportRow>& rows, const Limits* limits)
 {
     const auto limit = [&](int32_t parameter) {
-        return limits ? limits->Find(parameter, run.setup.orderOfQam) : nullptr;
+        return limits ? limits->Find(parameter, run.setup.settings.orderOfQam) : nullptr;
     };
     std::vector<const ReportRow*> order;
     order.reserve(rows.size());

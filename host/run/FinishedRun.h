@@ -8,6 +8,7 @@
 
 #include "host/run/ReadingKind.h"
 #include "host/run/ScanSummary.h"
+#include "host/setup/Setup.h"
 #include "util/modLocaleInfo.h"
 
 namespace tvn2x {
@@ -73,20 +74,13 @@ struct RunColumn
     bool operator==(const RunColumn&) const = default;
 };
 
-/// The setup that a run followed.
+/// What a run keeps of the setup that it followed.
 struct RunSetup
 {
     std::string path;
     std::string sha256;  ///< of the file
     std::string notes;
-    int32_t orderOfQam = 0;
-    int32_t rollOffFactor = 0;    ///< hundredths
-    int32_t sawBandwidth = 0;     ///< MHz, 0 is off
-    int32_t inputRoute = 0;       ///< 2, 4, 50, 75, 128
-    int32_t referenceSource = 0;  ///< 0 internal, 1 external
-    int32_t berSamples = 0;       ///< blocks of 10^7 bits
-    int32_t maxSettlingTime = 0;  ///< seconds
-    std::string levelUnit;
+    SetupSettings settings;
 
     bool operator==(const RunSetup&) const = default;
 };

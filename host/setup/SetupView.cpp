@@ -30,7 +30,7 @@ std::wstring Choice(const wchar_t* what, const Setting& setting, int32_t value)
     return Line(what, ChoiceWords(setting, value));
 }
 
-std::wstring Head(const SetupContent& setup)
+std::wstring Head(const Setup& setup)
 {
     const std::wstring mode = ChoiceWords(setting::mode, setup.mode);
     std::wstring text =
@@ -43,23 +43,23 @@ std::wstring Head(const SetupContent& setup)
     return text;
 }
 
-std::wstring Settings(const SetupContent& setup)
+std::wstring Settings(const Setup& setup)
 {
-    return L"\nSettings\n" + Line(L"Level unit", setup.levelUnit) +
-           Choice(L"Rolloff factor", setting::rollOffFactor, setup.rollOffFactor) +
-           Choice(L"10 MHz reference", setting::referenceSource, setup.referenceSource) +
-           Choice(L"Input route", setting::inputRoute, setup.zin) +
-           Choice(L"SAW filter bandwidth", setting::sawBandwidth, setup.sawBw) +
-           Choice(L"Order of QAM", setting::orderOfQam, setup.orderOfQam) +
-           Line(L"BER integration", std::to_wstring(setup.berSamples) + L" samples of 10^7 bits") +
+    return L"\nSettings\n" + Line(L"Level unit", setup.settings.levelUnit) +
+           Choice(L"Rolloff factor", setting::rollOffFactor, setup.settings.rollOffFactor) +
+           Choice(L"10 MHz reference", setting::referenceSource, setup.settings.referenceSource) +
+           Choice(L"Input route", setting::inputRoute, setup.settings.inputRoute) +
+           Choice(L"SAW filter bandwidth", setting::sawBandwidth, setup.settings.sawBandwidth) +
+           Choice(L"Order of QAM", setting::orderOfQam, setup.settings.orderOfQam) +
+           Line(L"BER integration", std::to_wstring(setup.settings.berSamples) + L" samples of 10^7 bits") +
            Line(L"Default symbol rate", Fixed(setup.defaultSymbolRate, pattern::symbolRate) + L" MSymb/s") +
-           Line(L"Maximum settling time", std::to_wstring(setup.maxSettlingTime) + L" s") +
+           Line(L"Maximum settling time", std::to_wstring(setup.settings.maxSettlingTime) + L" s") +
            Line(L"Display and save coupled", setup.isCoupled ? L"yes" : L"no") +
            Choice(L"X axis, display grid", setting::displayGrid, setup.xAxis[0]) +
            Choice(L"X axis, result file", setting::resultFile, setup.xAxis[1]);
 }
 
-std::wstring Channels(const SetupContent& setup, int32_t maxWidth)
+std::wstring Channels(const Setup& setup, int32_t maxWidth)
 {
     const size_t count = setup.channels.size();
     std::wstring text =
@@ -69,28 +69,28 @@ std::wstring Channels(const SetupContent& setup, int32_t maxWidth)
     }
     TextGrid grid({L"No.", L"User Field", L"Center Frequency (MHz)", L"Symbol Rate (MSymb/s)"}, 1);
     for (size_t i = 0; i < count; ++i) {
-        const SetupContent::Channel& channel = setup.channels[i];
+        const Setup::Channel& channel = setup.channels[i];
         grid.AddRow({std::to_wstring(i + 1), channel.userField, Fixed(channel.frequency, pattern::frequencyInFiles),
                      Fixed(channel.symbolRate, pattern::symbolRate)});
     }
     return text + grid.Render(maxWidth);
 }
 
-std::wstring Parameters(const SetupContent& setup, int32_t maxWidth)
+std::wstring Parameters(const Setup& setup, int32_t maxWidth)
 {
     std::vector<size_t> order(setup.parameters.size());
     std::iota(order.begin(), order.end(), size_t{0});
     std::ranges::stable_sort(order, {}, [&](size_t i) { return setup.parameters[i].position; });
     TextGrid grid({L"Position", L"No.", L"Caption", L"Display", L"Save"});
     for (const size_t i : order) {
-        const SetupContent::Parameter& parameter = setup.parameters[i];
+        const Setup::Parameter& parameter = setup.parameters[i];
         grid.AddRow({std::to_wstring(parameter.position), std::to_wstring(i + 1), parameter.caption,
                      parameter.isDisplayed ? L"yes" : L"-", parameter.isSaved ? L"yes" : L"-"});
     }
     return L"\nParameters\n" + grid.Render(maxWidth);
 }
 
-std::wstring Notes(const SetupContent& setup)
+std::wstring Notes(const Setup& setup)
 {
     const wchar_t* const when = setup.showsNotesBefore  ? setup.showsNotesAfter ? L"before and after" : L"before"
                                 : setup.showsNotesAfter ? L"after"
@@ -113,7 +113,7 @@ std::wstring Notes(const SetupContent& setup)
 
 }  // namespace
 
-std::wstring DescribeSetup(const SetupContent& setup, int32_t maxWidth)
+std::wstring DescribeSetup(const Setup& setup, int32_t maxWidth)
 {
     return Head(setup) + Settings(setup) + Channels(setup, maxWidth) + Parameters(setup, maxWidth) + Notes(setup);
 }

@@ -50,13 +50,13 @@ inline FinishedRun TestRun(std::vector<ChannelResult> channels)
     run.setup = {.path = "C:\\data\\net.ini",
                  .sha256 = std::string(64, 'a'),
                  .notes = "line 1\r\n\"<&>\" µ",
-                 .orderOfQam = 256,
-                 .rollOffFactor = 15,
-                 .sawBandwidth = 8,
-                 .inputRoute = 75,
-                 .berSamples = 10,
-                 .maxSettlingTime = 10,
-                 .levelUnit = "dBµV"};
+                 .settings = {.orderOfQam = 256,
+                              .rollOffFactor = 15,
+                              .sawBandwidth = 8,
+                              .inputRoute = 75,
+                              .berSamples = 10,
+                              .maxSettlingTime = 10,
+                              .levelUnit = L"dBµV"}};
     run.receiver = {"KTR", "2x", "100001", "2.40", "EXTREF,RB"};
     run.columns = {{MP_USERFIELD, "User Field"}, {MP_RFLEV, "RF Level (dBµV)"}, {MP_MER, "MER"}};
     run.began = "2026-11-21T12:59:00.000Z";

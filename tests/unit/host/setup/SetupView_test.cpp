@@ -11,17 +11,17 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-SetupContent Sample()
+Setup Sample()
 {
-    SetupContent setup;
+    Setup setup;
     setup.path = L"C:\\net.ini";
     setup.product = L"TVN Host";
     setup.version = L"2.0";
     setup.mode = 4;
-    setup.rollOffFactor = 15;
-    setup.zin = 128;
-    setup.sawBw = 0;
-    setup.referenceSource = 1;
+    setup.settings.rollOffFactor = 15;
+    setup.settings.inputRoute = 128;
+    setup.settings.sawBandwidth = 0;
+    setup.settings.referenceSource = 1;
     setup.defaultSymbolRate = 6.9;
     setup.xAxis = {2, 2};
     setup.channels = {{L"K21", 474, 6.9}, {L"K22", 482.25, 6.875}};
@@ -33,7 +33,7 @@ SetupContent Sample()
 
 TEST(SetupView, SaysSettingsInWordsAndWhatIsOutsideTheListsAsItIs)
 {
-    SetupContent setup = Sample();
+    auto setup = Sample();
     std::wstring text = DescribeSetup(setup);
     for (const wchar_t* const line :
          {L"  Made by                   TVN Host, version 2.0\n", L"2x, mode 4 (DVB-C)\n",
@@ -47,7 +47,7 @@ TEST(SetupView, SaysSettingsInWordsAndWhatIsOutsideTheListsAsItIs)
     EXPECT_LT(text.find(L"First"), text.find(L"Second")) << "in the order of the grid";
     EXPECT_THAT(text, Not(HasSubstr(L"Backup")));
 
-    setup.zin = 60;
+    setup.settings.inputRoute = 60;
     setup.mode = 9;
     setup.channels.clear();
     setup.notes.clear();
