@@ -12,7 +12,6 @@
 #include "host/run/ParameterNames.h"
 #include "measure/ChannelScan.h"
 #include "measure/ResultFile.h"
-#include "util/Encoding.h"
 
 namespace {
 
@@ -50,30 +49,30 @@ void Measure(const SetupDocument& document, ResultTable& table)
 
 void Collect(const SetupDocument& document, const ResultTable& table, FinishedRun& run)
 {
-    run.program = "bench";
-    run.setup.path = "net.ini";
-    run.setup.sha256 = std::string(64, '0');
+    run.program = L"bench";
+    run.setup.path = L"net.ini";
+    run.setup.sha256 = std::wstring(64, L'0');
     run.setup.settings.orderOfQam = 256;
     run.setup.settings.levelUnit = L"dBµV";
-    run.began = "2026-11-21T12:59:00.000Z";
-    run.ended = "2026-11-21T16:59:00.000Z";
+    run.began = L"2026-11-21T12:59:00.000Z";
+    run.ended = L"2026-11-21T16:59:00.000Z";
     for (int32_t parameter = MP_FIRSTFIXED; parameter <= MP_LAST; ++parameter)
-        run.columns.push_back({parameter, ToUtf8(document.Caption(parameter))});
+        run.columns.push_back({parameter, document.Caption(parameter)});
     for (int32_t channel = 1; channel <= channels; ++channel) {
         run.selection.push_back(channel);
         ChannelResult& result = run.channels.emplace_back();
         result.number = channel;
-        result.label = ToUtf8(document.UserField(channel));
+        result.label = document.UserField(channel);
         result.frequency = document.Frequency(channel);
         result.symbolRate = document.SymbolRate(channel);
         result.outcome = ChannelOutcome::synchronised;
-        result.status = ToUtf8(table.Result(1, MP_STATUS, channel));
-        result.timeStamp = ToUtf8(table.Result(1, MP_TIMESTAMP, channel));
+        result.status = table.Result(1, MP_STATUS, channel);
+        result.timeStamp = table.Result(1, MP_TIMESTAMP, channel);
         result.began = run.began;
         result.seconds = 1.4;
         for (int32_t parameter = MP_RFLEV; parameter <= MP_LAST; ++parameter)
             result.readings.push_back(MakeReading(parameter, table.Result(0, parameter, channel),
-                                                  table.Value(parameter, channel), "dBµV", SystemLocale()));
+                                                  table.Value(parameter, channel), L"dBµV", SystemLocale()));
     }
 }
 

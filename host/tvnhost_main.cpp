@@ -16,6 +16,7 @@
 #include "host/commands/Commands.h"
 #include "host/commands/Plugin.h"
 #include "host/commands/RunArguments.h"
+#include "host/commands/TextOption.h"
 #include "setup/catalogue/LevelUnits.h"
 #include "util/Encoding.h"
 
@@ -23,10 +24,10 @@ namespace tvn2x {
 
 namespace {
 
-/// The command line as the parser takes it, in UTF-8. What was read is handed on as wide text.
+/// The command line as it was parsed.
 struct Arguments
 {
-    std::string plan, output, title, levelUnit = "dBuV", setup, network, channels, parameters;
+    std::wstring setup, output, network, levelUnit = L"dBuV";
     ImportOptions import;
     NetworkOptions model;
     ScanOptions scan;
@@ -55,8 +56,10 @@ private:
 CLI::App* AddImport(CLI::App& app, Arguments& arguments)
 {
     CLI::App* command = app.add_subcommand("import", "Make a setup from a network's channel plan");
-    command->add_option("plan", arguments.plan, "Channel plan (DVBv5 channel file)")->type_name("FILE")->required();
-    command->add_option("-o,--output", arguments.output, "Setup file to write")->type_name("FILE")->required();
+    AddText(*command, "plan", arguments.import.plan, "Channel plan (DVBv5 channel file)")
+        ->type_name("FILE")
+        ->required();
+    AddText(*command, "-o,--output", arguments.import.setup, "Setup file to write")->type_name("FILE")->required();
     command->add_option("--ber-samples", arguments.import.berSamples, "Bit error count, in blocks of 10^7 bits")
         ->type_name("N")
         ->check(CLI::Range(1, 100000).description("1..100000"))
@@ -65,13 +68,13 @@ CLI::App* AddImport(CLI::App& app, Arguments& arguments)
         ->type_name("S")
         ->check(CLI::Range(1, 300).description("1..300"))
         ->capture_default_str();
-    command->add_option("--level-unit", arguments.levelUnit, "dBmV, dBpW, dBuW, dBm, dBuV or mV")
+    AddText(*command, "--level-unit", arguments.levelUnit, "dBmV, dBpW, dBuW, dBm, dBuV or mV")
         ->type_name("UNIT")
-        ->capture_default_str();
+        ->default_str("dBuV");
     command->add_option("--order", arguments.import.orderForAuto, "Order of QAM where the plan says QAM/AUTO")
         ->type_name("ORDER")
         ->check(CLI::IsMember(std::vector<int32_t>(dvbc::ordersOfQam.begin(), dvbc::ordersOfQam.end())));
-    command->add_option("--title", arguments.title, "First line of the setup's notes")->type_name("TEXT");
+    AddText(*command, "--title", arguments.import.title, "First line of the setup's notes")->type_name("TEXT");
     command->footer("A setup has one order of QAM. A plan that mixes orders gives one setup each: SETUP-64qam, ...");
     return command;
 }
@@ -79,8 +82,10 @@ CLI::App* AddImport(CLI::App& app, Arguments& arguments)
 CLI::App* AddNetwork(CLI::App& app, Arguments& arguments)
 {
     CLI::App* command = app.add_subcommand("network", "Make a network model for the simulated receiver from a plan");
-    command->add_option("plan", arguments.plan, "Channel plan (DVBv5 channel file)")->type_name("FILE")->required();
-    command->add_option("-o,--output", arguments.output, "Network model file to write")->type_name("FILE")->required();
+    AddText(*command, "plan", arguments.model.plan, "Channel plan (DVBv5 channel file)")->type_name("FILE")->required();
+    AddText(*command, "-o,--output", arguments.model.model, "Network model file to write")
+        ->type_name("FILE")
+        ->required();
     command->add_option("--seed", arguments.model.seed, "The same seed gives the same network")
         ->type_name("N")
         ->capture_default_str();
@@ -94,11 +99,12 @@ CLI::App* AddNetwork(CLI::App& app, Arguments& arguments)
 CLI::App* AddScan(CLI::App& app, Arguments& arguments)
 {
     CLI::App* command = app.add_subcommand("scan", "Measure the channels of a setup and print the results");
-    command->add_option("setup", arguments.setup, "Setup file")->type_name("FILE")->required();
-    command->add_option("--network", arguments.network, "Network model for the simulated receiver")->type_name("FILE");
-    command->add_option("--channels", arguments.channels, "Channels to measure, like 3-7,12,30- (all)")
+    AddText(*command, "setup", arguments.scan.setup, "Setup file")->type_name("FILE")->required();
+    AddText(*command, "--network", arguments.scan.network, "Network model for the simulated receiver")
+        ->type_name("FILE");
+    AddText(*command, "--channels", arguments.scan.channels, "Channels to measure, like 3-7,12,30- (all)")
         ->type_name("LIST");
-    command->add_option("--parameters", arguments.parameters, "Columns to show, like status,rflev,mer,ber")
+    AddText(*command, "--parameters", arguments.scan.parameters, "Columns to show, like status,rflev,mer,ber")
         ->type_name("LIST");
     command
         ->add_option("--time-scale", arguments.scan.timeScale,
@@ -118,13 +124,13 @@ void AddSetupCommands(CLI::App& app, Arguments& arguments)
     CLI::App* const convert = app.add_subcommand("convert", "Bring a setup of any generation into the present format");
     CLI::App* const check = app.add_subcommand("check", "Name every doubtful thing in a setup by its line");
     for (CLI::App* const command : {show, convert, check}) {
-        command->add_option("setup", arguments.setup, "Setup file")->type_name("FILE")->required();
+        AddText(*command, "setup", arguments.setup, "Setup file")->type_name("FILE")->required();
     }
     check->add_flag("--receiver", arguments.checksReceiver, "Ask whether the connected receiver can do it, too");
-    check->add_option("--network", arguments.network, "Network model for the simulated receiver")
+    AddText(*check, "--network", arguments.network, "Network model for the simulated receiver")
         ->type_name("FILE")
         ->needs("--receiver");
-    convert->add_option("-o,--output", arguments.output, "Setup file to write")->type_name("FILE")->required();
+    AddText(*convert, "-o,--output", arguments.output, "Setup file to write")->type_name("FILE")->required();
     check->footer(
         "Exit codes: 0 nothing doubtful, 1 something doubtful or beyond the receiver, 2 the setup cannot be loaded.");
 }
@@ -134,10 +140,10 @@ void AddReceiverCommands(CLI::App& app, Arguments& arguments)
     CLI::App* const info = app.add_subcommand("info", "Say which receiver is connected and what it is fitted with");
     CLI::App* const read = app.add_subcommand("read", "Make a setup of the receiver's present settings");
     CLI::App* const write = app.add_subcommand("write", "Bring the receiver into a setup's state");
-    read->add_option("-o,--output", arguments.output, "Setup file to write")->type_name("FILE")->required();
-    write->add_option("setup", arguments.setup, "Setup file")->type_name("FILE")->required();
+    AddText(*read, "-o,--output", arguments.output, "Setup file to write")->type_name("FILE")->required();
+    AddText(*write, "setup", arguments.setup, "Setup file")->type_name("FILE")->required();
     for (CLI::App* const command : {info, read, write}) {
-        command->add_option("--network", arguments.network, "Network model for the simulated receiver")
+        AddText(*command, "--network", arguments.network, "Network model for the simulated receiver")
             ->type_name("FILE");
     }
 }
@@ -145,8 +151,8 @@ void AddReceiverCommands(CLI::App& app, Arguments& arguments)
 void AddEdit(CLI::App& app, Arguments& arguments)
 {
     CLI::App* const command = app.add_subcommand("edit", "Edit a setup, or make a new one, in a dialog");
-    command->add_option("setup", arguments.setup, "Setup file (none: a new setup)")->type_name("FILE");
-    command->add_option("-o,--output", arguments.output, "Setup file to write (the one that is edited)")
+    AddText(*command, "setup", arguments.setup, "Setup file (none: a new setup)")->type_name("FILE");
+    AddText(*command, "-o,--output", arguments.output, "Setup file to write (the one that is edited)")
         ->type_name("FILE");
 }
 
@@ -158,47 +164,36 @@ std::wstring PlainLetters(std::wstring_view name)
     return plain;
 }
 
-std::wstring LevelUnit(const std::string& text)
+std::wstring LevelUnit(const std::wstring& name)
 {
-    std::wstring name = FromUtf8(text);
     for (const LevelUnitFact& known : LevelUnits()) {
         if (name == known.name || name == PlainLetters(known.name)) {
             return std::wstring(known.name);
         }
     }
-    throw CLI::ValidationError("--level-unit", ToUtf8(PlainLetters(LevelUnitList())) + ", not " + text);
+    throw CLI::ValidationError("--level-unit", ToUtf8(PlainLetters(LevelUnitList()) + L", not " + name));
 }
 
 /// The file, and then the receiver where it was asked for.
 int CheckAll(const Arguments& arguments, Console& console)
 {
-    const std::wstring setup = FromUtf8(arguments.setup);
-    const int ofFile = Check(setup, console);
+    const int ofFile = Check(arguments.setup, console);
     if (!arguments.checksReceiver || ofFile == exitUnusable) {
         return ofFile;
     }
-    return std::max(ofFile, CheckReceiver({setup, FromUtf8(arguments.network)}, console));
+    return std::max(ofFile, CheckReceiver({arguments.setup, arguments.network}, console));
 }
 
 int Run(CLI::App& app, Arguments& arguments, Console& console)
 {
     if (app.got_subcommand("import")) {
-        arguments.import.plan = FromUtf8(arguments.plan);
-        arguments.import.setup = FromUtf8(arguments.output);
-        arguments.import.title = FromUtf8(arguments.title);
         arguments.import.levelUnit = LevelUnit(arguments.levelUnit);
         return Import(arguments.import, console);
     }
     if (app.got_subcommand("network")) {
-        arguments.model.plan = FromUtf8(arguments.plan);
-        arguments.model.model = FromUtf8(arguments.output);
         return Network(arguments.model, console);
     }
     if (app.got_subcommand("scan")) {
-        arguments.scan.setup = FromUtf8(arguments.setup);
-        arguments.scan.network = FromUtf8(arguments.network);
-        arguments.scan.channels = FromUtf8(arguments.channels);
-        arguments.scan.parameters = FromUtf8(arguments.parameters);
         arguments.scan.hasTimeScale = app.get_subcommand("scan")->count("--time-scale") != 0;
         arguments.run.FillScan(*app.get_subcommand("scan"), arguments.scan);
         return Scan(arguments.scan, console);
@@ -207,25 +202,25 @@ int Run(CLI::App& app, Arguments& arguments, Console& console)
         return *exitCode;
     }
     if (app.got_subcommand("show")) {
-        return Show(FromUtf8(arguments.setup), console);
+        return Show(arguments.setup, console);
     }
     if (app.got_subcommand("convert")) {
-        return Convert(FromUtf8(arguments.setup), FromUtf8(arguments.output), console);
+        return Convert(arguments.setup, arguments.output, console);
     }
     if (app.got_subcommand("check")) {
         return CheckAll(arguments, console);
     }
     if (app.got_subcommand("info")) {
-        return Info({L"", FromUtf8(arguments.network)}, console);
+        return Info({L"", arguments.network}, console);
     }
     if (app.got_subcommand("read")) {
-        return ReadReceiver({FromUtf8(arguments.output), FromUtf8(arguments.network)}, console);
+        return ReadReceiver({arguments.output, arguments.network}, console);
     }
     if (app.got_subcommand("write")) {
-        return WriteReceiver({FromUtf8(arguments.setup), FromUtf8(arguments.network)}, console);
+        return WriteReceiver({arguments.setup, arguments.network}, console);
     }
     if (app.got_subcommand("edit")) {
-        return Edit({FromUtf8(arguments.setup), FromUtf8(arguments.output)}, console);
+        return Edit({arguments.setup, arguments.output}, console);
     }
     return app.got_subcommand("register") ? Register(console) : Unregister(console);
 }

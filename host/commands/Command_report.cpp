@@ -23,9 +23,8 @@ TextGrid Findings(const FinishedRun& run, const RunJudgement& judgement)
     for (size_t i = 0; i < run.channels.size(); ++i) {
         const ChannelJudgement& channel = judgement.channels[i];
         if (channel.verdict != Verdict::pass) {
-            const std::string pass = run.passes == 1 ? "" : fmt::format(" pass {}", run.channels[i].pass);
-            grid.AddRow({FromUtf8(run.channels[i].Name() + pass), FromUtf8(VerdictName(channel.verdict)),
-                         FromUtf8(channel.reason)});
+            const std::wstring pass = run.passes == 1 ? L"" : fmt::format(L" pass {}", run.channels[i].pass);
+            grid.AddRow({run.channels[i].Name() + pass, VerdictName(channel.verdict), channel.reason});
         }
     }
     return grid;
@@ -34,7 +33,7 @@ TextGrid Findings(const FinishedRun& run, const RunJudgement& judgement)
 /// Where the setup is that a stored run followed.
 std::wstring SetupOf(const FinishedRun& run, const JudgeOptions& options)
 {
-    return AbsolutePath(options.setup.empty() ? FromUtf8(run.setup.path) : options.setup);
+    return AbsolutePath(options.setup.empty() ? run.setup.path : options.setup);
 }
 
 /// Loads that setup, which has to be as it was then.
@@ -55,7 +54,7 @@ void ShowVerdict(const FinishedRun& run, const RunJudgement& judgement, Console&
     if (judgement.Count(Verdict::pass) != static_cast<int32_t>(run.channels.size())) {
         console.Result(Findings(run, judgement).Render(console.ResultWidth()));
     }
-    console.Result(FromUtf8(VerdictSentence(run, judgement)) + L"\n");
+    console.Result(VerdictSentence(run, judgement) + L"\n");
 }
 
 int JudgeRun(const JudgeOptions& options, Console& console)

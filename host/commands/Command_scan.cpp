@@ -22,7 +22,6 @@
 #include "setup/catalogue/LevelUnits.h"
 #include "text/Duration.h"
 #include "text/InputError.h"
-#include "util/Encoding.h"
 
 namespace tvn2x {
 
@@ -106,7 +105,7 @@ ChannelResult MeasureChannel(const ScanRun& scan, const ChannelTurn& turn)
     VARIANT nothing;
     nothing.vt = VT_ERROR;
     nothing.scode = DISP_E_PARAMNOTFOUND;
-    const std::string began = NowUtc();
+    const std::wstring began = NowUtc();
     const auto start = std::chrono::steady_clock::now();
     Get<VARIANT_BOOL>(scan.plugin.measure, &IMeasure::Measure, turn.channel, nothing);
     ChannelResult result = CollectChannel(scan.plugin, scan.setup, turn);
@@ -218,7 +217,7 @@ int MeasurePasses(const ScanRun& scan, const com::ComPtr<IRunControl>& runContro
 }
 
 /// What a scan goes on with, or a new run.
-StoredRun BeginRun(const Plugin& plugin, const Setup& setup, const std::string& sha256, const ScanOptions& options,
+StoredRun BeginRun(const Plugin& plugin, const Setup& setup, const std::wstring& sha256, const ScanOptions& options,
                    Console& console)
 {
     const auto size = static_cast<int32_t>(setup.channels.size());
@@ -235,7 +234,7 @@ StoredRun BeginRun(const Plugin& plugin, const Setup& setup, const std::string& 
     const RunReceiver receiver = DescribeReceiver(plugin);
     if (receiver != stored.run.receiver) {
         console.Notice(L"tvnhost: " + options.resume + L" was begun with another receiver (serial number " +
-                       FromUtf8(stored.run.receiver.serialNumber) + L")");
+                       stored.run.receiver.serialNumber + L")");
     }
     if (stored.isTorn) {
         console.Notice(options.resume + L": the last line is torn; its channel is measured again");

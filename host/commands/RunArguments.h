@@ -23,17 +23,11 @@ public:
     std::optional<int> Run(const CLI::App& app, Console& console) const;
 
 private:
-    /// As the parser takes them: UTF-8.
-    struct Files
-    {
-        std::string limits, json, junit, html, result;
-        ReportOptions Wide() const;
-    };
-    static void AddReports(CLI::App& command, Files& files);
-    void AddStored(CLI::App& command, Files& files);
+    static void AddReports(CLI::App& command, ReportOptions& files);
+    void AddStored(CLI::App& command, ReportOptions& files);
 
-    Files scanFiles_, judgeFiles_, reportFiles_;
-    std::string result_, setup_, journal_, resume_, every_, before_, after_, compareLimits_;
+    ReportOptions scanFiles_, judgeFiles_, reportFiles_;
+    std::wstring result_, setup_, journal_, resume_, every_, before_, after_, compareLimits_;
     double driftLevel_ = 0, driftMer_ = 0;
     int32_t repeat_ = 1;
 };

@@ -6,7 +6,6 @@
 #include "host/run/ParameterNames.h"
 #include "host/run/ReadingKind.h"
 #include "text/InputError.h"
-#include "util/Encoding.h"
 
 namespace tvn2x {
 
@@ -55,17 +54,17 @@ std::vector<RunColumn> Columns(const Setup& setup, const std::wstring& chosen)
     std::ranges::stable_sort(parameters, {}, [&](int32_t parameter) { return setup.ParameterAt(parameter).position; });
     std::vector<RunColumn> columns;
     for (const int32_t parameter : parameters) {
-        columns.push_back({parameter, ToUtf8(setup.ParameterAt(parameter).caption)});
+        columns.push_back({parameter, setup.ParameterAt(parameter).caption});
     }
     return columns;
 }
 
 /// A text of the receiver, "" where it does not answer: a run without it is still a run.
 template <class Member>
-std::string Told(const Plugin& plugin, Member member)
+std::wstring Told(const Plugin& plugin, Member member)
 {
     try {
-        return ToUtf8(Get<std::wstring>(plugin.driver, member));
+        return Get<std::wstring>(plugin.driver, member);
     } catch (const RaisedError&) {
         return {};
     }
@@ -73,7 +72,7 @@ std::string Told(const Plugin& plugin, Member member)
 
 }  // namespace
 
-std::string NowUtc()
+std::wstring NowUtc()
 {
     using namespace std::chrono;
     return UtcText(duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count());
@@ -91,21 +90,20 @@ RunReceiver DescribeReceiver(const Plugin& plugin)
     long mode = 0;
     VARIANT_BOOL isKnown = VARIANT_FALSE;
     if (SUCCEEDED(plugin.driver->Test(&identity, &hardware, &mode, &isKnown)) && isKnown) {
-        receiver.identity = ToUtf8(com::ViewOf(identity));
-        receiver.hardware = ToUtf8(com::ViewOf(hardware));
+        receiver.identity = com::ViewOf(identity);
+        receiver.hardware = com::ViewOf(hardware);
     }
     SysFreeString(identity);
     SysFreeString(hardware);
     return receiver;
 }
 
-FinishedRun DescribeRun(const Plugin& plugin, const Setup& setup, const std::string& setupSha256,
+FinishedRun DescribeRun(const Plugin& plugin, const Setup& setup, const std::wstring& setupSha256,
                         const std::wstring& chosen)
 {
     FinishedRun run;
-    run.program = "tvnhost " TVN_VERSION;
-    run.setup = {
-        .path = ToUtf8(setup.path), .sha256 = setupSha256, .notes = ToUtf8(setup.notes), .settings = setup.settings};
+    run.program = L"tvnhost " TVN_VERSION;
+    run.setup = {.path = setup.path, .sha256 = setupSha256, .notes = setup.notes, .settings = setup.settings};
     run.columns = Columns(setup, chosen);
     if (std::ranges::all_of(run.columns, [](const RunColumn& column) { return column.parameter <= MP_LASTFIXED; })) {
         RaiseInput(setup.path +
@@ -122,19 +120,19 @@ ChannelResult CollectChannel(const Plugin& plugin, const Setup& setup, const Cha
     const int32_t channel = turn.channel;
     ChannelResult result{.pass = turn.pass,
                          .number = channel,
-                         .label = ToUtf8(setup.ChannelAt(channel).userField),
+                         .label = setup.ChannelAt(channel).userField,
                          .frequency = setup.ChannelAt(channel).frequency,
                          .symbolRate = setup.ChannelAt(channel).symbolRate,
                          .outcome = Outcome(plugin, channel),
-                         .status = ToUtf8(Cell(plugin, MP_STATUS, channel)),
-                         .timeStamp = ToUtf8(Cell(plugin, MP_TIMESTAMP, channel)),
+                         .status = Cell(plugin, MP_STATUS, channel),
+                         .timeStamp = Cell(plugin, MP_TIMESTAMP, channel),
                          .began = {},
                          .readings = {}};
     for (int32_t parameter = MP_RFLEV; parameter <= MP_LAST; ++parameter) {
         // An empty cell was not wanted.
         if (const std::wstring cell = Cell(plugin, parameter, channel); !cell.empty()) {
             result.readings.push_back(MakeReading(parameter, cell, ValueOf(plugin, parameter, channel),
-                                                  ToUtf8(setup.settings.levelUnit), SystemLocale()));
+                                                  setup.settings.levelUnit, SystemLocale()));
         }
     }
     return result;
@@ -145,9 +143,9 @@ void RestoreResults(const Plugin& plugin, const FinishedRun& run)
     Call(plugin.measure, &IMeasure::ResetMeasurement, 0);
     for (const size_t position : run.Latest()) {
         const ChannelResult& channel = run.channels[position];
-        const auto restore = [&](int32_t parameter, const std::string& text) {
+        const auto restore = [&](int32_t parameter, const std::wstring& text) {
             Call(plugin.results, &IResults::put_Result, FieldOf(parameter), static_cast<short>(parameter),
-                 channel.number, com::Bstr(FromUtf8(text)).Get());
+                 channel.number, com::Bstr(text).Get());
         };
         restore(MP_STATUS, channel.status);
         restore(MP_TIMESTAMP, channel.timeStamp);

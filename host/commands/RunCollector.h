@@ -10,14 +10,14 @@
 namespace tvn2x {
 
 /// Now, as a run keeps it.
-std::string NowUtc();
+std::wstring NowUtc();
 
 /// What the receiver says of itself; what it does not tell stays empty.
 RunReceiver DescribeReceiver(const Plugin& plugin);
 
 /// What is known of a run before its first channel: setup, receiver and columns (`chosen` parameters, or "" for those
 /// that the setup displays). Raises unusableInput where no measured parameter is among the columns.
-FinishedRun DescribeRun(const Plugin& plugin, const Setup& setup, const std::string& setupSha256,
+FinishedRun DescribeRun(const Plugin& plugin, const Setup& setup, const std::wstring& setupSha256,
                         const std::wstring& chosen);
 
 /// A row of the plug-in's result table. `began` and `seconds` are left to the caller.

@@ -5,8 +5,8 @@
 #include <map>
 
 #include "fmt/format.h"
+#include "fmt/xchar.h"
 #include "setup/catalogue/LevelUnits.h"
-#include "util/Encoding.h"
 
 namespace tvn2x {
 
@@ -25,7 +25,7 @@ struct Side
 struct Judged
 {
     const ReadingKind& kind;
-    std::string shown;  ///< value and unit as they were read
+    std::wstring shown;  ///< value and unit as they were read
     std::optional<double> value;
     Bound bound = Bound::exact;
 };
@@ -44,15 +44,15 @@ double Margin(const ReadingKind& kind, const Side& side, double bound, double va
     return side.isUpper ? -above : above;
 }
 
-std::string WithUnit(const std::string& text, std::string_view unit)
+std::wstring WithUnit(const std::wstring& text, std::wstring_view unit)
 {
-    return unit.empty() ? text : text + (unit == "°" ? "" : " ") + std::string(unit);
+    return unit.empty() ? text : text + (unit == L"°" ? L"" : L" ") + std::wstring(unit);
 }
 
 /// A difference of two values: of levels in dB.
-std::string MarginUnit(const ReadingKind& kind)
+std::wstring MarginUnit(const ReadingKind& kind)
 {
-    return kind.isRatio ? "decades" : kind.parameter == MP_RFLEV ? "dB" : kind.unit;
+    return kind.isRatio ? L"decades" : kind.parameter == MP_RFLEV ? L"dB" : kind.unit;
 }
 
 /// What a margin is counted in so that parameters compare: the width of the warning band, but at most a tenth of the
@@ -85,9 +85,9 @@ Finding JudgeNumber(const Judged& judged, const Side& side)
     const bool usesWarning = !side.fail || finding.verdict == Verdict::warning;
     const double distance = usesWarning ? warnMargin : failMargin;
     finding.text =
-        fmt::format("{} {} is {} {} the {} of {}", kind.title, judged.shown,
+        fmt::format(L"{} {} is {} {} the {} of {}", kind.title, judged.shown,
                     MarginText({.parameter = kind.parameter, .margin = std::abs(distance)}),
-                    side.isUpper == (distance < 0) ? "above" : "below", usesWarning ? "warning limit" : "limit",
+                    side.isUpper == (distance < 0) ? L"above" : L"below", usesWarning ? L"warning limit" : L"limit",
                     WithUnit(NumberText(usesWarning ? *side.warn : *side.fail), kind.unit));
     return finding;
 }
@@ -105,17 +105,17 @@ Finding JudgeBound(const Judged& judged, const Side& side)
     } else if (isGoodDirection) {
         return {.parameter = judged.kind.parameter,
                 .rank = 1e9,
-                .text = fmt::format("{} is {}, beyond the receiver's range", judged.kind.title, judged.shown)};
+                .text = fmt::format(L"{} is {}, beyond the receiver's range", judged.kind.title, judged.shown)};
     } else if (side.fail) {
         return {.parameter = judged.kind.parameter,
                 .verdict = Verdict::fail,
                 .rank = -1e9,
-                .text = fmt::format("{} is {}: beyond the receiver's range and the limit of {}", judged.kind.title,
+                .text = fmt::format(L"{} is {}: beyond the receiver's range and the limit of {}", judged.kind.title,
                                     judged.shown, WithUnit(NumberText(*side.fail), judged.kind.unit))};
     }
     return {.parameter = judged.kind.parameter,
             .verdict = Verdict::notMeasured,
-            .text = fmt::format("{} is {}, which the limits cannot judge", judged.kind.title, judged.shown)};
+            .text = fmt::format(L"{} is {}, which the limits cannot judge", judged.kind.title, judged.shown)};
 }
 
 bool IsWorse(const Finding& left, const Finding& right)
@@ -154,9 +154,9 @@ std::optional<Finding> FindingOf(const ChannelResult& channel, const ReadingKind
     if (!reading) {
         return std::nullopt;
     }
-    Judged judged{kind, WithUnit(reading->text, reading->value ? reading->unit : ""), reading->value, reading->bound};
+    Judged judged{kind, WithUnit(reading->text, reading->value ? reading->unit : L""), reading->value, reading->bound};
     if (kind.parameter == MP_RFLEV && reading->value) {
-        judged.value = LevelInDecibelMicrovolt(*reading->value, FromUtf8(reading->unit));
+        judged.value = LevelInDecibelMicrovolt(*reading->value, reading->unit);
     }
     if (judged.value || judged.bound != Bound::exact) {
         return JudgeReading(judged, limit);
@@ -166,18 +166,18 @@ std::optional<Finding> FindingOf(const ChannelResult& channel, const ReadingKind
     }
     return Finding{.parameter = kind.parameter,
                    .verdict = Verdict::notMeasured,
-                   .text = fmt::format("{} was not measured", kind.title)};
+                   .text = fmt::format(L"{} was not measured", kind.title)};
 }
 
-std::string LockReason(const ChannelResult& channel)
+std::wstring LockReason(const ChannelResult& channel)
 {
-    std::string reason = "not synchronised";
-    const char* joint = ": ";
+    std::wstring reason = L"not synchronised";
+    const wchar_t* joint = L": ";
     for (const ReadingKind& kind : ReadingKinds()) {
         const Reading* lock = kind.isLock ? channel.Find(kind.parameter) : nullptr;
-        if (lock && lock->text != "OK") {
-            reason += joint + (kind.title + (" " + lock->text));
-            joint = ", ";
+        if (lock && lock->text != L"OK") {
+            reason += joint + (kind.title + (L" " + lock->text));
+            joint = L", ";
         }
     }
     return reason;
@@ -186,7 +186,7 @@ std::string LockReason(const ChannelResult& channel)
 /// The worst findings first; those of the channel's own verdict are its reason.
 void Conclude(const ChannelResult& channel, ChannelJudgement& judgement)
 {
-    std::vector<std::string> reasons;
+    std::vector<std::wstring> reasons;
     if (channel.outcome == ChannelOutcome::notSynchronised) {
         judgement.verdict = Verdict::fail;
         reasons.push_back(LockReason(channel));
@@ -199,7 +199,7 @@ void Conclude(const ChannelResult& channel, ChannelJudgement& judgement)
             reasons.push_back(finding.text);
         }
     }
-    judgement.reason = fmt::format("{}", fmt::join(reasons, "; "));
+    judgement.reason = fmt::format(L"{}", fmt::join(reasons, L"; "));
 }
 
 ChannelJudgement JudgeChannel(const ChannelResult& channel, int32_t orderOfQam, const Limits* limits,
@@ -208,12 +208,12 @@ ChannelJudgement JudgeChannel(const ChannelResult& channel, int32_t orderOfQam, 
     ChannelJudgement judgement;
     if (channel.outcome == ChannelOutcome::unmeasured) {
         judgement.verdict = Verdict::notMeasured;
-        judgement.reason = "the channel was not measured";
+        judgement.reason = L"the channel was not measured";
         return judgement;
     }
     if (channel.outcome == ChannelOutcome::error) {
         judgement.verdict = Verdict::error;
-        judgement.reason = "the instrument ended the channel with \"" + channel.status + "\"";
+        judgement.reason = L"the instrument ended the channel with \"" + channel.status + L"\"";
         return judgement;
     }
     for (const ReadingKind& kind : ReadingKinds()) {
@@ -223,7 +223,7 @@ ChannelJudgement JudgeChannel(const ChannelResult& channel, int32_t orderOfQam, 
         }
         if (kind.parameter == levelStep && step) {
             const double size = std::abs(*step);
-            judgement.findings.push_back(JudgeReading({kind, NumberText(size) + " dB", size}, *limit));
+            judgement.findings.push_back(JudgeReading({kind, NumberText(size) + L" dB", size}, *limit));
         } else if (auto finding = FindingOf(channel, kind, *limit)) {
             judgement.findings.push_back(std::move(*finding));
         }
@@ -232,16 +232,16 @@ ChannelJudgement JudgeChannel(const ChannelResult& channel, int32_t orderOfQam, 
     return judgement;
 }
 
-std::string Counted(int32_t count, const char* what, const char* several)
+std::wstring Counted(int32_t count, const wchar_t* what, const wchar_t* several)
 {
-    return fmt::format("{} {}", count, count == 1 ? what : several);
+    return fmt::format(L"{} {}", count, count == 1 ? what : several);
 }
 
 }  // namespace
 
-const char* VerdictName(Verdict verdict)
+const wchar_t* VerdictName(Verdict verdict)
 {
-    constexpr const char* names[verdicts] = {"pass", "warning", "not measured", "error", "fail"};
+    constexpr const wchar_t* names[verdicts] = {L"pass", L"warning", L"not measured", L"error", L"fail"};
     return names[static_cast<size_t>(verdict)];
 }
 
@@ -267,7 +267,7 @@ RunJudgement Judge(const FinishedRun& run, const Limits* limits)
     RunJudgement judgement;
     judgement.hasLimits = limits != nullptr;
     if (limits) {
-        judgement.limits = ToUtf8(limits->path);
+        judgement.limits = limits->path;
         judgement.limitsSha256 = limits->sha256;
     }
     const auto steps = LevelSteps(run);
@@ -288,29 +288,29 @@ RunJudgement Judge(const FinishedRun& run, const Limits* limits)
     return judgement;
 }
 
-std::string VerdictSentence(const FinishedRun& run, const RunJudgement& judgement)
+std::wstring VerdictSentence(const FinishedRun& run, const RunJudgement& judgement)
 {
-    const char* what = run.passes == 1 ? "channel" : "measurement";
-    constexpr const char* heads[verdicts] = {"PASS", "PASS WITH WARNINGS", "NOT MEASURED", "ERROR", "FAIL"};
+    const wchar_t* what = run.passes == 1 ? L"channel" : L"measurement";
+    constexpr const wchar_t* heads[verdicts] = {L"PASS", L"PASS WITH WARNINGS", L"NOT MEASURED", L"ERROR", L"FAIL"};
     const auto total = static_cast<int32_t>(run.channels.size());
-    std::string text =
-        fmt::format("{}: {} of {} pass", heads[static_cast<size_t>(judgement.verdict)], judgement.Count(Verdict::pass),
-                    Counted(total, what, (std::string(what) + "s").c_str()));
-    const auto add = [&](Verdict verdict, const char* one, const char* several) {
+    std::wstring text =
+        fmt::format(L"{}: {} of {} pass", heads[static_cast<size_t>(judgement.verdict)], judgement.Count(Verdict::pass),
+                    Counted(total, what, (std::wstring(what) + L"s").c_str()));
+    const auto add = [&](Verdict verdict, const wchar_t* one, const wchar_t* several) {
         if (const int32_t count = judgement.Count(verdict)) {
-            text += ", " + Counted(count, one, several);
+            text += L", " + Counted(count, one, several);
         }
     };
-    add(Verdict::warning, "with a warning", "with warnings");
-    add(Verdict::fail, "fails", "fail");
-    add(Verdict::error, "error of the instrument", "errors of the instrument");
-    add(Verdict::notMeasured, "not measured", "not measured");
-    text += ".";
+    add(Verdict::warning, L"with a warning", L"with warnings");
+    add(Verdict::fail, L"fails", L"fail");
+    add(Verdict::error, L"error of the instrument", L"errors of the instrument");
+    add(Verdict::notMeasured, L"not measured", L"not measured");
+    text += L".";
     if (judgement.worst) {
         const ChannelResult& channel = run.channels[*judgement.worst];
         const Finding& finding = *judgement.channels[*judgement.worst].Worst();
-        text += fmt::format(" Worst margin: {}, {}", channel.Name(), finding.text);
-        text += run.passes == 1 ? "." : fmt::format(" (pass {}).", channel.pass);
+        text += fmt::format(L" Worst margin: {}, {}", channel.Name(), finding.text);
+        text += run.passes == 1 ? L"." : fmt::format(L" (pass {}).", channel.pass);
     }
     return text;
 }
@@ -341,24 +341,24 @@ std::vector<std::optional<double>> LevelSteps(const FinishedRun& run)
 std::optional<double> LevelOf(const ChannelResult& channel)
 {
     const std::optional<double> level = channel.Value(MP_RFLEV);
-    return level ? LevelInDecibelMicrovolt(*level, FromUtf8(channel.Find(MP_RFLEV)->unit)) : std::nullopt;
+    return level ? LevelInDecibelMicrovolt(*level, channel.Find(MP_RFLEV)->unit) : std::nullopt;
 }
 
-std::string MarginText(const Finding& finding)
+std::wstring MarginText(const Finding& finding)
 {
     const ReadingKind& kind = *FindReadingKind(finding.parameter);
-    return WithUnit(kind.isRatio ? fmt::format("{:.2f}", *finding.margin) : NumberText(*finding.margin),
+    return WithUnit(kind.isRatio ? fmt::format(L"{:.2f}", *finding.margin) : NumberText(*finding.margin),
                     MarginUnit(kind));
 }
 
-std::string NumberText(double number)
+std::wstring NumberText(double number)
 {
     const double size = std::abs(number);
     if (size == 0 || size >= 1e-3) {
-        return size >= 100 ? fmt::format("{:.0f}", number) : fmt::format("{:.3g}", number);
+        return size >= 100 ? fmt::format(L"{:.0f}", number) : fmt::format(L"{:.3g}", number);
     }
     const int exponent = static_cast<int>(std::floor(std::log10(size)));
-    return fmt::format("{:.3g}E{}", number / std::pow(10, exponent), exponent);
+    return fmt::format(L"{:.3g}E{}", number / std::pow(10, exponent), exponent);
 }
 
 }  // namespace tvn2x

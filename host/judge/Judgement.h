@@ -23,7 +23,7 @@ enum class Verdict
 
 constexpr size_t verdicts = 5;
 
-const char* VerdictName(Verdict verdict);  ///< in files: "pass", "warning", "not measured", "error", "fail"
+const wchar_t* VerdictName(Verdict verdict);  ///< in files: "pass", "warning", "not measured", "error", "fail"
 
 /// One reading held against its limit.
 struct Finding
@@ -36,14 +36,14 @@ struct Finding
     std::optional<double> margin{};
     /// The margin in steps that make parameters comparable: about the width of the band between warning and failure.
     double rank = 0;
-    std::string text{};  ///< "MER 30.7 dB is 0.3 dB below the limit of 31 dB"
+    std::wstring text{};  ///< "MER 30.7 dB is 0.3 dB below the limit of 31 dB"
 };
 
 struct ChannelJudgement
 {
     Verdict verdict = Verdict::pass;
     std::vector<Finding> findings;  ///< by ReadingKinds
-    std::string reason;             ///< of any verdict but pass: what is wrong, in words
+    std::wstring reason;            ///< of any verdict but pass: what is wrong, in words
 
     const Finding* Worst() const;  ///< by verdict, then by rank; null without findings
     const Finding* Find(int32_t parameter) const;
@@ -52,8 +52,8 @@ struct ChannelJudgement
 struct RunJudgement
 {
     bool hasLimits = false;
-    std::string limits;  ///< name and hash of the limits file
-    std::string limitsSha256;
+    std::wstring limits;  ///< name and hash of the limits file
+    std::wstring limitsSha256;
     Verdict verdict = Verdict::pass;
     std::array<int32_t, verdicts> counts{};  ///< channel results, by Verdict
     std::vector<ChannelJudgement> channels;  ///< as FinishedRun::channels
@@ -67,7 +67,7 @@ struct RunJudgement
 RunJudgement Judge(const FinishedRun& run, const Limits* limits);
 
 /// What the run comes to: "FAIL: 3 of 36 channels fail, 1 warning. Worst margin: ..."
-std::string VerdictSentence(const FinishedRun& run, const RunJudgement& judgement);
+std::wstring VerdictSentence(const FinishedRun& run, const RunJudgement& judgement);
 
 /// The level of a channel above that of its neighbour below, in dB; nothing where it has none. As
 /// FinishedRun::channels. Neighbours belong to the same pass and are not further apart than one channel is wide.
@@ -77,10 +77,10 @@ std::vector<std::optional<double>> LevelSteps(const FinishedRun& run);
 std::optional<double> LevelOf(const ChannelResult& channel);
 
 /// The margin of a finding that has one, with its unit: "0.3 dB", "0.50 decades".
-std::string MarginText(const Finding& finding);
+std::wstring MarginText(const Finding& finding);
 
 /// A number as sentences have it: three significant digits, an exponent for the small ones only ("0.3", "105940",
 /// "2E-4").
-std::string NumberText(double number);
+std::wstring NumberText(double number);
 
 }  // namespace tvn2x

@@ -26,7 +26,7 @@ struct Limit
 struct Limits
 {
     std::wstring path;                                    ///< as it was named
-    std::string sha256;                                   ///< of the file
+    std::wstring sha256;                                  ///< of the file
     std::map<std::pair<int32_t, int32_t>, Limit> limits;  ///< by parameter and order of QAM, 0 for every order
     std::map<int32_t, double> drift;                      ///< by parameter; of ratios in decades
 

@@ -3,8 +3,8 @@
 #include <cmath>
 
 #include "fmt/format.h"
+#include "fmt/xchar.h"
 #include "host/judge/Judgement.h"
-#include "util/Encoding.h"
 
 namespace tvn2x {
 
@@ -23,13 +23,13 @@ ChannelMap ByFrequency(const FinishedRun& run)
     return channels;
 }
 
-std::string OutcomeOf(const ChannelResult& channel)
+std::wstring OutcomeOf(const ChannelResult& channel)
 {
-    std::string text = ToUtf8(OutcomeText(channel.outcome));
+    std::wstring text = OutcomeText(channel.outcome);
     for (const ReadingKind& kind : ReadingKinds()) {
         const Reading* lock = kind.isLock ? channel.Find(kind.parameter) : nullptr;
-        if (lock && channel.outcome == ChannelOutcome::notSynchronised && lock->text != "OK") {
-            text += fmt::format(", {} {}", kind.title, lock->text);
+        if (lock && channel.outcome == ChannelOutcome::notSynchronised && lock->text != L"OK") {
+            text += fmt::format(L", {} {}", kind.title, lock->text);
         }
     }
     return text;
@@ -49,13 +49,13 @@ std::optional<double> Comparable(const ChannelResult& channel, const ReadingKind
     return kind.isRatio ? std::log10(*reading->value) : *reading->value;
 }
 
-std::string Shown(const ChannelResult& channel, int32_t parameter)
+std::wstring Shown(const ChannelResult& channel, int32_t parameter)
 {
     const Reading* reading = channel.Find(parameter);
     if (!reading) {
         return {};
     }
-    return reading->value && !reading->unit.empty() ? reading->text + " " + reading->unit : reading->text;
+    return reading->value && !reading->unit.empty() ? reading->text + L" " + reading->unit : reading->text;
 }
 
 /// Two bounds of one direction ("<1.7E-8", "<1.2E-7") tell nothing of a change.
@@ -77,10 +77,10 @@ void CompareReading(const ChannelResult& before, const ChannelResult& after, con
     constexpr double rounding = 1e-9;
     const double change = *now - *old;
     if (std::abs(change) > drift + rounding) {
-        const std::string unit = kind.isRatio ? "decades" : kind.parameter == MP_RFLEV ? "dB" : kind.unit;
+        const std::wstring unit = kind.isRatio ? L"decades" : kind.parameter == MP_RFLEV ? L"dB" : kind.unit;
         comparison.changes.push_back({after.Name(), kind.title, Shown(before, kind.parameter),
                                       Shown(after, kind.parameter),
-                                      fmt::format("{}{} {}", change > 0 ? "+" : "", NumberText(change), unit)});
+                                      fmt::format(L"{}{} {}", change > 0 ? L"+" : L"", NumberText(change), unit)});
     }
 }
 
@@ -88,7 +88,7 @@ void CompareChannel(const ChannelResult& before, const ChannelResult& after, con
                     RunComparison& comparison)
 {
     if (OutcomeOf(before) != OutcomeOf(after)) {
-        comparison.changes.push_back({after.Name(), "outcome", OutcomeOf(before), OutcomeOf(after), ""});
+        comparison.changes.push_back({after.Name(), L"outcome", OutcomeOf(before), OutcomeOf(after), L""});
     }
     for (const auto& [parameter, limit] : drift) {
         CompareReading(before, after, *FindReadingKind(parameter), limit, comparison);
@@ -109,9 +109,9 @@ RunComparison CompareRuns(const FinishedRun& before, const FinishedRun& after, c
         const auto was = old.find(frequency);
         const auto is = now.find(frequency);
         if (was == old.end()) {
-            comparison.changes.push_back({channel->Name(), "channel", "not in the run", OutcomeOf(*channel), ""});
+            comparison.changes.push_back({channel->Name(), L"channel", L"not in the run", OutcomeOf(*channel), L""});
         } else if (is == now.end()) {
-            comparison.changes.push_back({channel->Name(), "channel", OutcomeOf(*channel), "not in the run", ""});
+            comparison.changes.push_back({channel->Name(), L"channel", OutcomeOf(*channel), L"not in the run", L""});
         } else {
             ++comparison.channels;
             CompareChannel(*was->second, *is->second, drift, comparison);

@@ -11,11 +11,11 @@ namespace tvn2x {
 /// One thing that differs between two runs.
 struct RunChange
 {
-    std::string channel;    ///< "K45 666 MHz"
-    std::string parameter;  ///< "RF level", "lock", "channel"
-    std::string before;
-    std::string after;
-    std::string change;  ///< "-15.1 dB", "" where it is no number
+    std::wstring channel;    ///< "K45 666 MHz"
+    std::wstring parameter;  ///< "RF level", "lock", "channel"
+    std::wstring before;
+    std::wstring after;
+    std::wstring change;  ///< "-15.1 dB", "" where it is no number
 };
 
 struct RunComparison

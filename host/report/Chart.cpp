@@ -90,7 +90,7 @@ double ChartAxis::Position(double value) const
     return std::clamp(position, 0.0, 1.0);
 }
 
-Chart::Chart(std::string title, std::string description, ChartAxis x, ChartAxis y)
+Chart::Chart(std::wstring title, std::wstring description, ChartAxis x, ChartAxis y)
     : title_(std::move(title)), description_(std::move(description)), x_(std::move(x)), y_(std::move(y))
 {
 }
@@ -127,7 +127,7 @@ void Chart::Curve(const std::vector<std::pair<double, double>>& points)
              "\" fill=\"none\" stroke=\"#009E73\" stroke-width=\"2\" stroke-dasharray=\"2 3\"/>\n";
 }
 
-void Chart::Bar(double x, double barWidth, double y, Verdict verdict, std::string_view hint)
+void Chart::Bar(double x, double barWidth, double y, Verdict verdict, std::wstring_view hint)
 {
     const double from = Left(x - barWidth / 2);
     const double zero = Top(0);
@@ -138,7 +138,7 @@ void Chart::Bar(double x, double barWidth, double y, Verdict verdict, std::strin
         std::max(0.8, std::abs(zero - Top(y))), StyleOf(verdict).colour, Escape(hint));
 }
 
-std::string Mark(double x, double y, Verdict verdict, std::string_view hint)
+std::string Mark(double x, double y, Verdict verdict, std::wstring_view hint)
 {
     const auto& [name, colour] = StyleOf(verdict);
     const std::string title = hint.empty() ? "" : "<title>" + Escape(hint) + "</title>";
@@ -162,7 +162,7 @@ std::string Mark(double x, double y, Verdict verdict, std::string_view hint)
         y - 4, colour, title);
 }
 
-void Chart::Point(double x, double y, Verdict verdict, Bound bound, std::string_view hint, std::string_view label)
+void Chart::Point(double x, double y, Verdict verdict, Bound bound, std::wstring_view hint, std::wstring_view label)
 {
     const double across = Left(x), down = Top(y);
     if (bound == Bound::exact) {
@@ -181,15 +181,15 @@ void Chart::Point(double x, double y, Verdict verdict, Bound bound, std::string_
     }
 }
 
-void Chart::Missing(double x, std::string_view label)
+void Chart::Missing(double x, std::wstring_view label)
 {
     const double across = Left(x), down = height - bottom;
-    body_ += Mark(across, down, Verdict::notMeasured, std::string(label) + ": no value") + "\n";
+    body_ += Mark(across, down, Verdict::notMeasured, std::wstring(label) + L": no value") + "\n";
     Label(across, down, label);
 }
 
 /// Above its mark, or below where there is no room; above the labels that are there already where it would cover one.
-void Chart::Label(double x, double y, std::string_view text)
+void Chart::Label(double x, double y, std::wstring_view text)
 {
     constexpr double lineHeight = 12, reach = 34;
     constexpr double above = 7, below = 15;

@@ -13,7 +13,7 @@ namespace tvn2x {
 /// One axis of a chart.
 struct ChartAxis
 {
-    std::string caption;
+    std::wstring caption;
     double low = 0;
     double high = 1;
     bool isLogarithmic = false;
@@ -31,14 +31,14 @@ class Chart
 {
 public:
     /// The title is shown, the description is for those who cannot see the picture.
-    Chart(std::string title, std::string description, ChartAxis x, ChartAxis y);
+    Chart(std::wstring title, std::wstring description, ChartAxis x, ChartAxis y);
 
     void LimitLine(double y, bool isFailure);
     void Curve(const std::vector<std::pair<double, double>>& points);
-    void Bar(double x, double width, double y, Verdict verdict, std::string_view hint);  ///< from 0, width in x
+    void Bar(double x, double width, double y, Verdict verdict, std::wstring_view hint);  ///< from 0, width in x
     /// A mark; with a label where it should be named in the picture. An arrow where the value is a bound.
-    void Point(double x, double y, Verdict verdict, Bound bound, std::string_view hint, std::string_view label = {});
-    void Missing(double x, std::string_view label);  ///< a cross on the axis: there is no value
+    void Point(double x, double y, Verdict verdict, Bound bound, std::wstring_view hint, std::wstring_view label = {});
+    void Missing(double x, std::wstring_view label);  ///< a cross on the axis: there is no value
 
     std::string Svg() const;
 
@@ -46,10 +46,10 @@ private:
     double Left(double x) const;
     double Top(double y) const;
     std::string Axes() const;
-    void Label(double x, double y, std::string_view text);
+    void Label(double x, double y, std::wstring_view text);
 
-    std::string title_;
-    std::string description_;
+    std::wstring title_;
+    std::wstring description_;
     ChartAxis x_;
     ChartAxis y_;
     std::string body_;
@@ -57,6 +57,6 @@ private:
 };
 
 /// The mark of a verdict at a place of a picture, in its colour and shape, with a hint for the pointer.
-std::string Mark(double left, double top, Verdict verdict, std::string_view hint = {});
+std::string Mark(double left, double top, Verdict verdict, std::wstring_view hint = {});
 
 }  // namespace tvn2x

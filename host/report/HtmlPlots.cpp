@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "fmt/format.h"
+#include "fmt/xchar.h"
 #include "host/judge/SignalAnalysis.h"
 #include "host/report/Chart.h"
 #include "host/report/Markup.h"
@@ -16,7 +17,7 @@ constexpr double halfChannel = 4;  // MHz
 
 ChartAxis FrequencyAxis(const std::vector<ReportRow>& rows)
 {
-    return {.caption = "Centre frequency (MHz)",
+    return {.caption = L"Centre frequency (MHz)",
             .low = rows.front().channel.frequency - 2 * halfChannel,
             .high = rows.back().channel.frequency + 2 * halfChannel};
 }
@@ -49,9 +50,9 @@ void DrawLimits(Chart& chart, const Limit* limit)
     }
 }
 
-std::string LabelOf(const ChannelResult& channel)
+std::wstring LabelOf(const ChannelResult& channel)
 {
-    return channel.label.empty() ? fmt::format("{:g}", channel.frequency) : channel.label;
+    return channel.label.empty() ? fmt::format(L"{:g}", channel.frequency) : channel.label;
 }
 
 Verdict VerdictOf(const ReportRow& row, int32_t parameter)
@@ -60,10 +61,10 @@ Verdict VerdictOf(const ReportRow& row, int32_t parameter)
     return finding ? finding->verdict : Verdict::pass;
 }
 
-std::string Hint(const ReportRow& row, int32_t parameter)
+std::wstring Hint(const ReportRow& row, int32_t parameter)
 {
     const Reading* reading = row.channel.Find(parameter);
-    return row.channel.Name() + ": " + reading->text + (reading->unit.empty() ? "" : " " + reading->unit);
+    return row.channel.Name() + L": " + reading->text + (reading->unit.empty() ? L"" : L" " + reading->unit);
 }
 
 /// The value in the unit of the limits.
@@ -82,7 +83,7 @@ bool IsMeasured(const std::vector<ReportRow>& rows, int32_t parameter)
 }
 
 /// An axis that holds all values and bounds.
-ChartAxis ValueAxis(const std::vector<ReportRow>& rows, int32_t parameter, const Limit* limit, std::string caption,
+ChartAxis ValueAxis(const std::vector<ReportRow>& rows, int32_t parameter, const Limit* limit, std::wstring caption,
                     bool isLogarithmic)
 {
     constexpr double roomForArrow = 3;
@@ -113,29 +114,29 @@ void DrawPoints(Chart& chart, const std::vector<ReportRow>& rows, int32_t parame
         }
         const Verdict verdict = VerdictOf(row, parameter);
         chart.Point(channel.frequency, *value, verdict, channel.Find(parameter)->bound, Hint(row, parameter),
-                    verdict == Verdict::pass ? "" : LabelOf(channel));
+                    verdict == Verdict::pass ? L"" : LabelOf(channel));
     }
 }
 
-std::string LimitsText(const Limit* limit, const char* unit)
+std::string LimitsText(const Limit* limit, const wchar_t* unit)
 {
     if (!limit) {
         return "";
     }
     const auto range = [&](const std::optional<double>& low, const std::optional<double>& high) {
         if (low && high) {
-            return NumberText(*low) + " to " + NumberText(*high) + unit;
+            return NumberText(*low) + L" to " + NumberText(*high) + unit;
         }
-        return low ? "at least " + NumberText(*low) + unit : "at most " + NumberText(high ? *high : 0) + unit;
+        return low ? L"at least " + NumberText(*low) + unit : L"at most " + NumberText(high ? *high : 0) + unit;
     };
-    std::string text;
+    std::wstring text;
     if (limit->failBelow || limit->failAbove) {
-        text += " Limit (solid line): " + range(limit->failBelow, limit->failAbove) + ".";
+        text += L" Limit (solid line): " + range(limit->failBelow, limit->failAbove) + L".";
     }
     if (limit->warnBelow || limit->warnAbove) {
-        text += " Warning (dashed line): " + range(limit->warnBelow, limit->warnAbove) + ".";
+        text += L" Warning (dashed line): " + range(limit->warnBelow, limit->warnAbove) + L".";
     }
-    return text;
+    return Escape(text);
 }
 
 /// The colours of the impairments, as the style sheet has them by name.
@@ -205,8 +206,8 @@ ReportPlot LevelPlot(const std::vector<ReportRow>& rows, const Limit* limit)
     }
     const auto tilt = FitTilt(channels);
     std::string caption = "RF level in dBµV.";
-    Chart chart("RF level", "RF level of each channel over its centre frequency", FrequencyAxis(rows),
-                ValueAxis(rows, MP_RFLEV, limit, "RF level (dBµV)", false));
+    Chart chart(L"RF level", L"RF level of each channel over its centre frequency", FrequencyAxis(rows),
+                ValueAxis(rows, MP_RFLEV, limit, L"RF level (dBµV)", false));
     DrawLimits(chart, limit);
     if (tilt) {
         constexpr int pieces = 40;
@@ -223,7 +224,7 @@ ReportPlot LevelPlot(const std::vector<ReportRow>& rows, const Limit* limit)
             tilt->Tilt(), tilt->lowestFrequency, tilt->highestFrequency, tilt->spread);
     }
     DrawPoints(chart, rows, MP_RFLEV);
-    return {chart.Svg(), caption + LimitsText(limit, " dBµV")};
+    return {chart.Svg(), caption + LimitsText(limit, L" dBµV")};
 }
 
 ReportPlot StepPlot(const std::vector<ReportRow>& rows, const Limit* limit)
@@ -241,10 +242,10 @@ ReportPlot StepPlot(const std::vector<ReportRow>& rows, const Limit* limit)
     for (const double bound : Bounds(limit)) {
         reach = std::max(reach, bound);
     }
-    ChartAxis axis{"Step (dB)", -reach, reach};
+    ChartAxis axis{L"Step (dB)", -reach, reach};
     constexpr int ticks = 5;
     axis.Round(ticks);
-    Chart chart("Level steps between adjacent channels", "Level of each channel above that of its lower neighbour",
+    Chart chart(L"Level steps between adjacent channels", L"Level of each channel above that of its lower neighbour",
                 FrequencyAxis(rows), axis);
     for (const double sign : {1.0, -1.0}) {
         for (const double bound : Bounds(limit)) {
@@ -254,13 +255,13 @@ ReportPlot StepPlot(const std::vector<ReportRow>& rows, const Limit* limit)
     for (const ReportRow& row : rows) {
         if (row.step) {
             chart.Bar(row.channel.frequency, halfChannel, *row.step, VerdictOf(row, levelStep),
-                      fmt::format("{}: {:+.1f} dB", row.channel.Name(), *row.step));
+                      fmt::format(L"{}: {:+.1f} dB", row.channel.Name(), *row.step));
         }
     }
     return {chart.Svg(),
             fmt::format("Level of each channel above its lower neighbour; the largest step is {:+.1f} dB at {}.",
                         *largest->step, Escape(largest->channel.Name())) +
-                LimitsText(limit, " dB")};
+                LimitsText(limit, L" dB")};
 }
 
 ReportPlot MerPlot(const std::vector<ReportRow>& rows, const Limit* limit)
@@ -268,11 +269,11 @@ ReportPlot MerPlot(const std::vector<ReportRow>& rows, const Limit* limit)
     if (!IsMeasured(rows, MP_MER)) {
         return {};
     }
-    Chart chart("Modulation error ratio", "MER of each channel over its centre frequency", FrequencyAxis(rows),
-                ValueAxis(rows, MP_MER, limit, "MER (dB)", false));
+    Chart chart(L"Modulation error ratio", L"MER of each channel over its centre frequency", FrequencyAxis(rows),
+                ValueAxis(rows, MP_MER, limit, L"MER (dB)", false));
     DrawLimits(chart, limit);
     DrawPoints(chart, rows, MP_MER);
-    return {chart.Svg(), "MER in dB; a cross on the axis is a channel without a value." + LimitsText(limit, " dB")};
+    return {chart.Svg(), "MER in dB; a cross on the axis is a channel without a value." + LimitsText(limit, L" dB")};
 }
 
 ReportPlot BerPlot(const std::vector<ReportRow>& rows, const Limit* limit)
@@ -280,12 +281,12 @@ ReportPlot BerPlot(const std::vector<ReportRow>& rows, const Limit* limit)
     if (!IsMeasured(rows, MP_BER)) {
         return {};
     }
-    Chart chart("Bit error ratio before Reed-Solomon", "Bit error ratio of each channel, on a logarithmic axis",
-                FrequencyAxis(rows), ValueAxis(rows, MP_BER, limit, "BER before RS", true));
+    Chart chart(L"Bit error ratio before Reed-Solomon", L"Bit error ratio of each channel, on a logarithmic axis",
+                FrequencyAxis(rows), ValueAxis(rows, MP_BER, limit, L"BER before RS", true));
     DrawLimits(chart, limit);
     DrawPoints(chart, rows, MP_BER);
     return {chart.Svg(), "BER before Reed-Solomon; an arrow down is a count without errors: the ratio is below." +
-                             LimitsText(limit, "")};
+                             LimitsText(limit, L"")};
 }
 
 ReportPlot BudgetPlot(const std::vector<ReportRow>& rows)

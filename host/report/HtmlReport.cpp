@@ -4,34 +4,34 @@
 #include <map>
 
 #include "fmt/format.h"
+#include "fmt/xchar.h"
 #include "host/report/Chart.h"
 #include "host/report/HtmlPlots.h"
 #include "host/report/HtmlStyle.h"
 #include "host/report/Markup.h"
 #include "host/report/RunGrid.h"
 #include "text/Duration.h"
-#include "util/Encoding.h"
 
 namespace tvn2x {
 
 namespace {
 
-const char* ClassOf(Verdict verdict)
+std::string ClassOf(Verdict verdict)
 {
-    return verdict == Verdict::notMeasured ? "unmeasured" : VerdictName(verdict);
+    return verdict == Verdict::notMeasured ? "unmeasured" : Escape(VerdictName(verdict));
 }
 
 /// "2026-11-21 12:59:05 UTC"
-std::string ShownTime(const std::string& utc)
+std::wstring ShownTime(const std::wstring& utc)
 {
-    std::string text = utc.substr(0, 19);
-    std::ranges::replace(text, 'T', ' ');
-    return text.empty() ? "" : text + " UTC";
+    std::wstring text = utc.substr(0, 19);
+    std::ranges::replace(text, L'T', L' ');
+    return text.empty() ? L"" : text + L" UTC";
 }
 
-std::string FileName(const std::string& path)
+std::wstring FileName(const std::wstring& path)
 {
-    return path.substr(path.find_last_of("\\/") + 1);
+    return path.substr(path.find_last_of(L"\\/") + 1);
 }
 
 /// The worst measurement of each channel.
@@ -60,51 +60,51 @@ std::vector<size_t> Worst(const FinishedRun& run, const RunJudgement& judgement)
     return positions;
 }
 
-std::string Fact(const char* name, const std::string& value)
+std::string Fact(const char* name, const std::wstring& value)
 {
     return value.empty() ? "" : fmt::format("<tr><th scope=\"row\">{}</th><td>{}</td></tr>\n", name, Escape(value));
 }
 
-std::string PassesText(const FinishedRun& run)
+std::wstring PassesText(const FinishedRun& run)
 {
     if (run.passes == 1) {
-        return "";
+        return L"";
     }
     const int32_t last = run.channels.empty() ? 0 : run.channels.back().pass;
-    return fmt::format("{}{}; of each channel the worst measurement is shown", last,
-                       run.passes == 0 ? "" : fmt::format(" of {}", run.passes));
+    return fmt::format(L"{}{}; of each channel the worst measurement is shown", last,
+                       run.passes == 0 ? L"" : fmt::format(L" of {}", run.passes));
 }
 
 std::string Facts(const FinishedRun& run, const RunJudgement& judgement)
 {
     const RunSetup& setup = run.setup;
     const SetupSettings& settings = setup.settings;
-    const std::string minutes = ToUtf8(DurationText(run.Seconds()));
-    std::string resumed;
-    for (const std::string& time : run.resumed) {
-        resumed += (resumed.empty() ? "" : ", ") + ShownTime(time);
+    std::wstring resumed;
+    for (const std::wstring& time : run.resumed) {
+        resumed += (resumed.empty() ? L"" : L", ") + ShownTime(time);
     }
     std::string text = "<table class=\"facts\"><tbody>\n";
-    text += Fact("Measured", ShownTime(run.began) + (run.ended.empty() ? "" : " to " + ShownTime(run.ended)) + ", " +
-                                 minutes + " min of measuring" + (run.stopped ? ", stopped" : ""));
+    text +=
+        Fact("Measured", ShownTime(run.began) + (run.ended.empty() ? L"" : L" to " + ShownTime(run.ended)) + L", " +
+                             DurationText(run.Seconds()) + L" min of measuring" + (run.stopped ? L", stopped" : L""));
     text += Fact("Passes", PassesText(run));
     text += Fact("Resumed", resumed);
-    text += Fact("Setup", FileName(setup.path) + ", SHA-256 " + setup.sha256);
+    text += Fact("Setup", FileName(setup.path) + L", SHA-256 " + setup.sha256);
     text += Fact("Notes", setup.notes);
+    text += Fact("Settings",
+                 fmt::format(L"{}-QAM, roll-off {} %, SAW filter {}, reference {}, BER over {} · 10^7 bits, "
+                             L"settling up to {} s",
+                             settings.orderOfQam, settings.rollOffFactor,
+                             settings.sawBandwidth == 0 ? L"off" : fmt::format(L"{} MHz", settings.sawBandwidth),
+                             settings.referenceSource == 1 ? L"external" : L"internal", settings.berSamples,
+                             settings.maxSettlingTime));
     text +=
-        Fact("Settings", fmt::format("{}-QAM, roll-off {} %, SAW filter {}, reference {}, BER over {} · 10^7 bits, "
-                                     "settling up to {} s",
-                                     settings.orderOfQam, settings.rollOffFactor,
-                                     settings.sawBandwidth == 0 ? "off" : fmt::format("{} MHz", settings.sawBandwidth),
-                                     settings.referenceSource == 1 ? "external" : "internal", settings.berSamples,
-                                     settings.maxSettlingTime));
-    text +=
-        Fact("Receiver", run.receiver.identity + (run.receiver.hardware.empty() ? "" : ", ") + run.receiver.hardware);
+        Fact("Receiver", run.receiver.identity + (run.receiver.hardware.empty() ? L"" : L", ") + run.receiver.hardware);
     text += Fact("Serial number", run.receiver.serialNumber);
     text += Fact("Firmware", run.receiver.firmware);
     text += Fact("Options", run.receiver.options);
-    text += Fact("Limits", judgement.hasLimits ? FileName(judgement.limits) + ", SHA-256 " + judgement.limitsSha256
-                                               : "none: a channel passes when all locks hold");
+    text += Fact("Limits", judgement.hasLimits ? FileName(judgement.limits) + L", SHA-256 " + judgement.limitsSha256
+                                               : L"none: a channel passes when all locks hold");
     text += Fact("Program", run.program);
     return text + "</tbody></table>\n";
 }
@@ -116,7 +116,7 @@ std::string FindingsTable(const std::vector<ReportRow>& rows)
         if (row.judgement.verdict != Verdict::pass) {
             body += fmt::format("<tr><td class=\"name\">{}</td><td class=\"{}\">{}</td><td>{}</td></tr>\n",
                                 Escape(row.channel.Name()), ClassOf(row.judgement.verdict),
-                                VerdictName(row.judgement.verdict), Escape(row.judgement.reason));
+                                Escape(VerdictName(row.judgement.verdict)), Escape(row.judgement.reason));
         }
     }
     if (body.empty()) {
@@ -133,13 +133,13 @@ std::string MarginCell(const ChannelJudgement& judgement)
     if (!worst || !worst->margin) {
         return "<td></td>";
     }
-    return fmt::format("<td>{} {}</td>", FindReadingKind(worst->parameter)->title, MarginText(*worst));
+    return fmt::format("<td>{} {}</td>", Escape(FindReadingKind(worst->parameter)->title), Escape(MarginText(*worst)));
 }
 
 std::string GridRow(const FinishedRun& run, const RunJudgement& judgement, const ReportRow& row)
 {
     std::string text = fmt::format("<tr><td class=\"number\">{}</td><td class=\"{}\">{}</td>", row.channel.number,
-                                   ClassOf(row.judgement.verdict), VerdictName(row.judgement.verdict));
+                                   ClassOf(row.judgement.verdict), Escape(VerdictName(row.judgement.verdict)));
     if (run.passes != 1) {
         text += fmt::format("<td class=\"number\">{}</td>", row.channel.pass);
     }
@@ -150,8 +150,8 @@ std::string GridRow(const FinishedRun& run, const RunJudgement& judgement, const
         const ReadingKind* kind = FindReadingKind(column.parameter);
         std::string classes = isText || (kind && kind->isLock) ? "" : "number";
         if (finding) {
-            classes += std::string(" ") + ClassOf(finding->verdict);
-        } else if (kind && kind->isLock && CellText(row.channel, column.parameter) != "OK") {
+            classes += " " + ClassOf(finding->verdict);
+        } else if (kind && kind->isLock && CellText(row.channel, column.parameter) != L"OK") {
             classes = "fail";
         }
         text += fmt::format("<td{}>{}</td>", classes.empty() ? "" : " class=\"" + classes + "\"",
@@ -186,7 +186,7 @@ std::string Legend()
         text += R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 14 14" width="14" height="14" )"
                 R"(style="display:inline;width:1em;height:1em" aria-hidden="true">)" +
                 Mark(7, 7, verdict) + "</svg> " +
-                (verdict == Verdict::notMeasured ? "no value" : VerdictName(verdict)) + " &#160; ";
+                (verdict == Verdict::notMeasured ? "no value" : Escape(VerdictName(verdict))) + " &#160; ";
     }
     return text + "</p>\n";
 }
@@ -229,7 +229,7 @@ std::string HtmlReport(const FinishedRun& run, const RunJudgement& judgement, co
     for (const size_t position : Worst(run, judgement)) {
         rows.push_back({run.channels[position], judgement.channels[position], steps[position]});
     }
-    const std::string title = "Cable network scan: " + FileName(run.setup.path);
+    const std::wstring title = L"Cable network scan: " + FileName(run.setup.path);
     std::string text = fmt::format(
         "<!DOCTYPE html>\n<html xmlns=\"http://www.w3.org/1999/xhtml\" lang=\"en\">\n<head>\n<meta "
         "charset=\"utf-8\"/>\n"

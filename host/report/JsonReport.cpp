@@ -2,6 +2,7 @@
 
 #include "host/run/RunRecords.h"
 #include "nlohmann/json.hpp"
+#include "util/Encoding.h"
 
 namespace tvn2x {
 
@@ -10,15 +11,20 @@ namespace {
 /// Keys stay in the order in which they are written.
 using Json = nlohmann::ordered_json;
 
+Json Text(std::wstring_view text)
+{
+    return ToUtf8(text);
+}
+
 Json JudgementJson(const ChannelJudgement& judgement)
 {
-    Json json{{"result", VerdictName(judgement.verdict)}};
+    Json json{{"result", Text(VerdictName(judgement.verdict))}};
     if (!judgement.reason.empty()) {
-        json["reason"] = judgement.reason;
+        json["reason"] = Text(judgement.reason);
     }
     json["margins"] = Json::object();
     for (const Finding& finding : judgement.findings) {
-        Json margin{{"result", VerdictName(finding.verdict)}};
+        Json margin{{"result", Text(VerdictName(finding.verdict))}};
         margin["margin"] = finding.margin ? Json(*finding.margin) : Json();
         json["margins"][FindReadingKind(finding.parameter)->name] = std::move(margin);
     }
@@ -44,8 +50,8 @@ std::string Members(const Json& json)
 
 std::string VerdictMembers(const FinishedRun& run, const RunJudgement& judgement)
 {
-    Json json{{"verdict", VerdictName(judgement.verdict)},
-              {"limits", {{"name", judgement.limits}, {"sha256", judgement.limitsSha256}}}};
+    Json json{{"verdict", Text(VerdictName(judgement.verdict))},
+              {"limits", {{"name", Text(judgement.limits)}, {"sha256", Text(judgement.limitsSha256)}}}};
     if (judgement.worst) {
         json["worst"] = WorstJson(run, judgement);
     }
@@ -58,7 +64,7 @@ std::string ResultText(const FinishedRun& run, const RunJudgement* judgement)
 {
     const RunJudgement* verdict = judgement && judgement->hasLimits ? judgement : nullptr;
     std::string text = RunLine(run);
-    for (const std::string& time : run.resumed) {
+    for (const std::wstring& time : run.resumed) {
         text += ResumedLine(time);
     }
     for (size_t i = 0; i < run.channels.size(); ++i) {

@@ -3,6 +3,7 @@
 #include <map>
 
 #include "fmt/format.h"
+#include "fmt/xchar.h"
 #include "host/report/Markup.h"
 
 namespace tvn2x {
@@ -15,16 +16,16 @@ struct Suite
     int32_t errors = 0;
     int32_t skipped = 0;
     double seconds = 0;
-    std::string began;
+    std::wstring began;
     std::vector<size_t> cases;
 };
 
 /// Name of the setup's file without folder and extension.
-std::string Title(const FinishedRun& run)
+std::wstring Title(const FinishedRun& run)
 {
-    const std::string& path = run.setup.path;
-    const size_t begin = path.find_last_of("\\/") + 1;
-    return path.substr(begin, path.find_last_of('.') > begin ? path.find_last_of('.') - begin : std::string::npos);
+    const std::wstring& path = run.setup.path;
+    const size_t begin = path.find_last_of(L"\\/") + 1;
+    return path.substr(begin, path.find_last_of(L'.') > begin ? path.find_last_of(L'.') - begin : std::wstring::npos);
 }
 
 std::map<int32_t, Suite> Suites(const FinishedRun& run, const RunJudgement& judgement)
@@ -47,12 +48,12 @@ std::map<int32_t, Suite> Suites(const FinishedRun& run, const RunJudgement& judg
 }
 
 /// "2026-11-21T12:59:05": without zone and fractions, as the format's readers expect it.
-std::string PlainTime(const std::string& utc)
+std::string PlainTime(const std::wstring& utc)
 {
-    return utc.substr(0, 19);
+    return Escape(utc.substr(0, 19));
 }
 
-std::string Case(const ChannelResult& channel, const ChannelJudgement& judgement, const std::string& className)
+std::string Case(const ChannelResult& channel, const ChannelJudgement& judgement, const std::wstring& className)
 {
     std::string text = fmt::format(R"(    <testcase name="{}" classname="{}" time="{:.3f}")", Escape(channel.Name()),
                                    Escape(className), channel.seconds);
@@ -76,7 +77,7 @@ std::string Case(const ChannelResult& channel, const ChannelJudgement& judgement
     for (const Reading& reading : channel.readings) {
         const ReadingKind* kind = FindReadingKind(reading.parameter);
         readings += Escape(
-            fmt::format("{}: {}{}{}\n", kind->title, reading.text, reading.unit.empty() ? "" : " ", reading.unit));
+            fmt::format(L"{}: {}{}{}\n", kind->title, reading.text, reading.unit.empty() ? L"" : L" ", reading.unit));
     }
     if (!readings.empty()) {
         body += "      <system-out>" + readings + "</system-out>\n";
@@ -88,13 +89,13 @@ std::string Case(const ChannelResult& channel, const ChannelJudgement& judgement
 
 std::string JunitReport(const FinishedRun& run, const RunJudgement& judgement)
 {
-    const std::string title = Title(run);
+    const std::wstring title = Title(run);
     std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
     text += fmt::format("<testsuites name=\"{}\" tests=\"{}\" failures=\"{}\" errors=\"{}\" time=\"{:.3f}\">\n",
                         Escape(title), run.channels.size(), judgement.Count(Verdict::fail),
                         judgement.Count(Verdict::error), run.Seconds());
     for (const auto& [pass, suite] : Suites(run, judgement)) {
-        const std::string name = run.passes == 1 ? title : fmt::format("{} pass {}", title, pass);
+        const std::wstring name = run.passes == 1 ? title : fmt::format(L"{} pass {}", title, pass);
         text += fmt::format(
             "  <testsuite name=\"{}\" tests=\"{}\" failures=\"{}\" errors=\"{}\" skipped=\"{}\" time=\"{:.3f}\" "
             "timestamp=\"{}\" hostname=\"localhost\">\n",

@@ -8,10 +8,9 @@ namespace tvn2x {
 
 namespace {
 
-/// Text that is UTF-8 for certain, without the control characters and noncharacters that XML excludes.
-std::string Allowed(std::string_view utf8)
+/// UTF-8 without the control characters and noncharacters that XML excludes.
+std::string Allowed(std::wstring text)
 {
-    std::wstring text = FromUtf8(utf8);
     std::ranges::replace_if(
         text,
         [](wchar_t c) {
@@ -24,10 +23,10 @@ std::string Allowed(std::string_view utf8)
 
 }  // namespace
 
-std::string Escape(std::string_view utf8)
+std::string Escape(std::wstring_view text)
 {
     std::string escaped;
-    for (const char c : Allowed(utf8)) {
+    for (const char c : Allowed(std::wstring(text))) {
         switch (c) {
             case '&':
                 escaped += "&amp;";

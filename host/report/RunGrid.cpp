@@ -3,20 +3,19 @@
 #include <algorithm>
 
 #include "setup/catalogue/Patterns.h"
-#include "util/Encoding.h"
 #include "util/modFormat.h"
 
 namespace tvn2x {
 
-std::string CellText(const ChannelResult& channel, int32_t parameter)
+std::wstring CellText(const ChannelResult& channel, int32_t parameter)
 {
     switch (parameter) {
         case MP_USERFIELD:
             return channel.label;
         case MP_FREQUENCY:
-            return ToUtf8(FormatNumber(channel.frequency, pattern::frequency, true, SystemLocale()));
+            return FormatNumber(channel.frequency, pattern::frequency, true, SystemLocale());
         case MP_SYMBOLRATE:
-            return ToUtf8(FormatNumber(channel.symbolRate, pattern::symbolRate, true, SystemLocale()));
+            return FormatNumber(channel.symbolRate, pattern::symbolRate, true, SystemLocale());
         case MP_STATUS:
             return channel.status;
         case MP_TIMESTAMP:
@@ -25,14 +24,14 @@ std::string CellText(const ChannelResult& channel, int32_t parameter)
             break;
     }
     const Reading* reading = channel.Find(parameter);
-    return reading ? reading->text : "";
+    return reading ? reading->text : L"";
 }
 
 TextGrid RunGrid(const FinishedRun& run, int32_t pass)
 {
     std::vector<std::wstring> captions{L"No."};
     for (const RunColumn& column : run.columns) {
-        captions.push_back(FromUtf8(column.caption));
+        captions.push_back(column.caption);
     }
     const auto fixed =
         std::ranges::find_if(run.columns, [](const RunColumn& column) { return column.parameter > MP_SYMBOLRATE; });
@@ -41,7 +40,7 @@ TextGrid RunGrid(const FinishedRun& run, int32_t pass)
         if (channel.pass == pass) {
             std::vector<std::wstring> row{std::to_wstring(channel.number)};
             for (const RunColumn& column : run.columns) {
-                row.push_back(FromUtf8(CellText(channel, column.parameter)));
+                row.push_back(CellText(channel, column.parameter));
             }
             grid.AddRow(std::move(row));
         }
@@ -53,8 +52,7 @@ TextGrid ComparisonGrid(const RunComparison& comparison)
 {
     TextGrid grid({L"Channel", L"What", L"Before", L"After", L"Change"}, 1);
     for (const RunChange& change : comparison.changes) {
-        grid.AddRow({FromUtf8(change.channel), FromUtf8(change.parameter), FromUtf8(change.before),
-                     FromUtf8(change.after), FromUtf8(change.change)});
+        grid.AddRow({change.channel, change.parameter, change.before, change.after, change.change});
     }
     return grid;
 }

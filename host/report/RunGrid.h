@@ -10,7 +10,7 @@
 namespace tvn2x {
 
 /// The text of a result cell, "" where there is none.
-std::string CellText(const ChannelResult& channel, int32_t parameter);
+std::wstring CellText(const ChannelResult& channel, int32_t parameter);
 
 /// The result grid of one pass for a terminal, the columns up to the first measured one repeated where it is folded.
 TextGrid RunGrid(const FinishedRun& run, int32_t pass);

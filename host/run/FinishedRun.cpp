@@ -7,7 +7,7 @@
 #include <numeric>
 
 #include "fmt/format.h"
-#include "util/Encoding.h"
+#include "fmt/xchar.h"
 #include "util/RaisedError.h"
 
 namespace tvn2x {
@@ -37,14 +37,14 @@ double SixDigits(double value)
 }  // namespace
 
 Reading MakeReading(int32_t parameter, std::wstring_view cell, std::optional<double> measured,
-                    std::string_view levelUnit, const Locale& locale)
+                    std::wstring_view levelUnit, const Locale& locale)
 {
-    Reading reading{.parameter = parameter, .text = ToUtf8(cell)};
+    Reading reading{.parameter = parameter, .text = std::wstring(cell)};
     const ReadingKind* kind = FindReadingKind(parameter);
     if (!kind || kind->isLock) {
         return reading;
     }
-    reading.unit = parameter == MP_RFLEV ? levelUnit : kind->unit;
+    reading.unit = parameter == MP_RFLEV ? levelUnit : std::wstring_view(kind->unit);
     if (cell == L"UNDER" || cell.starts_with(L'<')) {
         reading.bound = Bound::below;
     } else if (cell == L"OVER" || cell.starts_with(L'>')) {
@@ -70,10 +70,10 @@ std::optional<double> ChannelResult::Value(int32_t parameter) const
     return reading && reading->bound == Bound::exact ? reading->value : std::nullopt;
 }
 
-std::string ChannelResult::Name() const
+std::wstring ChannelResult::Name() const
 {
-    const std::string megahertz = fmt::format("{:g} MHz", frequency);
-    return label.empty() || label == megahertz ? megahertz : label + " " + megahertz;
+    const std::wstring megahertz = fmt::format(L"{:g} MHz", frequency);
+    return label.empty() || label == megahertz ? megahertz : label + L" " + megahertz;
 }
 
 double FinishedRun::Seconds() const
@@ -96,14 +96,14 @@ std::vector<size_t> FinishedRun::Latest() const
     return positions;
 }
 
-std::string UtcText(int64_t millisecondsSince1970)
+std::wstring UtcText(int64_t millisecondsSince1970)
 {
     using namespace std::chrono;
     const sys_time<milliseconds> time{milliseconds(millisecondsSince1970)};
     const auto day = floor<days>(time);
     const year_month_day date(day);
     const hh_mm_ss clock(time - day);
-    return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}.{:03}Z", static_cast<int>(date.year()),
+    return fmt::format(L"{:04}-{:02}-{:02}T{:02}:{:02}:{:02}.{:03}Z", static_cast<int>(date.year()),
                        static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()), clock.hours().count(),
                        clock.minutes().count(), clock.seconds().count(), clock.subseconds().count());
 }

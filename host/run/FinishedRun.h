@@ -27,12 +27,12 @@ enum class Bound
 struct Reading
 {
     int32_t parameter = 0;
-    std::string text;  ///< "61.1", "<1.7E-8", "UNDER", "---"; of a lock "OK", "UNSYNC", "INTERMITTENT"
+    std::wstring text;  ///< "61.1", "<1.7E-8", "UNDER", "---"; of a lock "OK", "UNSYNC", "INTERMITTENT"
     /// In `unit`, six significant digits, which is more than a receiver can tell: a file shows it as it is reckoned
     /// with. Of a bound the number in its text. Nothing for a lock and for what could not be measured.
     std::optional<double> value{};
     Bound bound = Bound::exact;
-    std::string unit{};
+    std::wstring unit{};
 
     bool operator==(const Reading&) const = default;
 };
@@ -40,21 +40,21 @@ struct Reading
 /// A reading of a result cell. `measured` is the number behind its text, levelUnit the setup's; the locale is the one
 /// that the text was written in.
 Reading MakeReading(int32_t parameter, std::wstring_view cell, std::optional<double> measured,
-                    std::string_view levelUnit, const Locale& locale);
+                    std::wstring_view levelUnit, const Locale& locale);
 
 /// The result of one measurement of one channel.
 struct ChannelResult
 {
     int32_t pass = 1;    ///< which of the repeated scans, from 1
     int32_t number = 0;  ///< in the setup, from 1
-    std::string label;
+    std::wstring label;
     double frequency = 0;   ///< MHz
     double symbolRate = 0;  ///< MSymb/s
     ChannelOutcome outcome = ChannelOutcome::unmeasured;
-    std::string status;     ///< "Done", "Control Error", ...
-    std::string timeStamp;  ///< as the plug-in wrote it, in the user's own format
-    std::string began;      ///< UTC, "2026-11-21T12:59:05.123Z"; "" where the channel was not measured
-    double seconds = 0;     ///< that the measurement took
+    std::wstring status;     ///< "Done", "Control Error", ...
+    std::wstring timeStamp;  ///< as the plug-in wrote it, in the user's own format
+    std::wstring began;      ///< UTC, "2026-11-21T12:59:05.123Z"; "" where the channel was not measured
+    double seconds = 0;      ///< that the measurement took
     std::vector<Reading> readings;
 
     bool operator==(const ChannelResult&) const = default;
@@ -62,14 +62,14 @@ struct ChannelResult
     const Reading* Find(int32_t parameter) const;  ///< null where the setup does not measure it
     /// The number of a reading, nothing where there is none or where it is a bound.
     std::optional<double> Value(int32_t parameter) const;
-    std::string Name() const;  ///< "K45 666 MHz"
+    std::wstring Name() const;  ///< "K45 666 MHz"
 };
 
 /// One column of the result grid.
 struct RunColumn
 {
     int32_t parameter = 0;
-    std::string caption;
+    std::wstring caption;
 
     bool operator==(const RunColumn&) const = default;
 };
@@ -77,9 +77,9 @@ struct RunColumn
 /// What a run keeps of the setup that it followed.
 struct RunSetup
 {
-    std::string path;
-    std::string sha256;  ///< of the file
-    std::string notes;
+    std::wstring path;
+    std::wstring sha256;  ///< of the file
+    std::wstring notes;
     SetupSettings settings;
 
     bool operator==(const RunSetup&) const = default;
@@ -88,29 +88,28 @@ struct RunSetup
 /// What the receiver says of itself; "" where it does not tell.
 struct RunReceiver
 {
-    std::string identity;
-    std::string hardware;
-    std::string serialNumber;
-    std::string firmware;
-    std::string options;
+    std::wstring identity;
+    std::wstring hardware;
+    std::wstring serialNumber;
+    std::wstring firmware;
+    std::wstring options;
 
     bool operator==(const RunReceiver&) const = default;
 };
 
-/// Everything known of a scan that has ended or was stopped. Every report is made from this. Texts are UTF-8, because
-/// every report is written in it.
+/// Everything known of a scan that has ended or was stopped. Every report is made from this.
 struct FinishedRun
 {
-    std::string program;  ///< name and version of the program that measured
+    std::wstring program;  ///< name and version of the program that measured
     RunSetup setup;
     RunReceiver receiver;
-    std::vector<RunColumn> columns;    ///< of the result grid, from left to right
-    std::vector<int32_t> selection;    ///< the channels that were to be measured, ascending
-    int32_t passes = 1;                ///< how often they were to be measured, 0 for no end
-    double interval = 0;               ///< seconds from the beginning of one pass to that of the next, 0 for none
-    std::string began;                 ///< UTC
-    std::string ended;                 ///< "" where the run never came to its end
-    std::vector<std::string> resumed;  ///< when it was gone on with
+    std::vector<RunColumn> columns;     ///< of the result grid, from left to right
+    std::vector<int32_t> selection;     ///< the channels that were to be measured, ascending
+    int32_t passes = 1;                 ///< how often they were to be measured, 0 for no end
+    double interval = 0;                ///< seconds from the beginning of one pass to that of the next, 0 for none
+    std::wstring began;                 ///< UTC
+    std::wstring ended;                 ///< "" where the run never came to its end
+    std::vector<std::wstring> resumed;  ///< when it was gone on with
     bool stopped = false;
     std::vector<ChannelResult> channels;  ///< by pass and number
 
@@ -122,6 +121,6 @@ struct FinishedRun
 };
 
 /// A point in time as a run keeps it.
-std::string UtcText(int64_t millisecondsSince1970);
+std::wstring UtcText(int64_t millisecondsSince1970);
 
 }  // namespace tvn2x

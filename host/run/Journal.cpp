@@ -5,7 +5,6 @@
 
 #include "text/InputError.h"
 #include "text/TextInput.h"
-#include "util/Encoding.h"
 #include "util/modLocaleInfo.h"
 
 namespace tvn2x {
@@ -23,12 +22,12 @@ void Journal::Add(std::string_view lines)
     }
 }
 
-void RequireSameSetup(const FinishedRun& run, const std::wstring& journal, const std::string& setupSha256,
+void RequireSameSetup(const FinishedRun& run, const std::wstring& journal, const std::wstring& setupSha256,
                       const std::wstring& setup, int32_t channels, const std::wstring& remedy)
 {
     if (run.setup.sha256 != setupSha256) {
-        RaiseInput(journal + L" belongs to the setup " + FromUtf8(run.setup.path) + L" as it was on " +
-                   FromUtf8(run.began.substr(0, 10)) + L", and " + setup + L" differs from that" + remedy);
+        RaiseInput(journal + L" belongs to the setup " + run.setup.path + L" as it was on " + run.began.substr(0, 10) +
+                   L", and " + setup + L" differs from that" + remedy);
     }
     if (run.selection.empty() || run.selection.back() > channels) {
         RaiseInput(journal + L" names channels that " + setup + L" does not have" + remedy);
@@ -64,16 +63,16 @@ std::vector<ChannelTurn> TurnsLeft(const FinishedRun& run)
     return turns;
 }
 
-double ReadInterval(std::string_view text)
+double ReadInterval(std::wstring_view text)
 {
     constexpr struct
     {
-        char unit;
+        wchar_t unit;
         double seconds;
-    } units[] = {{'s', 1}, {'m', 60}, {'h', 3600}};
+    } units[] = {{L's', 1}, {L'm', 60}, {L'h', 3600}};
     constexpr double longest = 7 * 24 * 3600;
     double factor = 1;
-    std::string_view number = text;
+    std::wstring_view number = text;
     for (const auto& known : units) {
         if (text.ends_with(known.unit)) {
             factor = known.seconds;
@@ -82,7 +81,7 @@ double ReadInterval(std::string_view text)
     }
     double seconds = 0;
     try {
-        seconds = factor * ParseNumber(FromUtf8(number), L'.');
+        seconds = factor * ParseNumber(number, L'.');
     } catch (const RaisedError&) {
         seconds = 0;
     }

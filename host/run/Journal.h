@@ -49,7 +49,7 @@ struct ChannelTurn
 
 /// Raises unusableInput, with what to do about it, where a stored run followed another setup than this one, or other
 /// channels (the setup has 1..channels).
-void RequireSameSetup(const FinishedRun& run, const std::wstring& journal, const std::string& setupSha256,
+void RequireSameSetup(const FinishedRun& run, const std::wstring& journal, const std::wstring& setupSha256,
                       const std::wstring& setup, int32_t channels, const std::wstring& remedy);
 
 /// What a run has left to do in its present pass, or in the next one where that is done. Empty when all passes are
@@ -58,6 +58,6 @@ std::vector<ChannelTurn> TurnsLeft(const FinishedRun& run);
 
 /// A time such as "90s", "15m", "2h" or "30" (seconds) in seconds. Raises unusableInput for anything else and outside
 /// 1 s to 7 days.
-double ReadInterval(std::string_view text);
+double ReadInterval(std::wstring_view text);
 
 }  // namespace tvn2x

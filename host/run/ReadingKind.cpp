@@ -19,7 +19,7 @@ std::vector<ReadingKind> Kinds()
             kinds.push_back({parameter.number, parameter.name, parameter.title, parameter.unit, isLock, isRatio});
         }
     }
-    kinds.push_back({.parameter = levelStep, .name = "step", .title = "level step", .unit = "dB"});
+    kinds.push_back({.parameter = levelStep, .name = "step", .title = L"level step", .unit = L"dB"});
     return kinds;
 }
 

@@ -14,10 +14,10 @@ constexpr int32_t levelStep = 1000;
 /// What can be judged of a channel, as files and sentences know it.
 struct ReadingKind
 {
-    int32_t parameter;  ///< of MP_TYPES, or levelStep
-    const char* name;   ///< on the command line and in files: "rflev"
-    const char* title;  ///< in a sentence: "RF level"
-    const char* unit;   ///< "" where it has none; of the level in limits, where a setup may use another
+    int32_t parameter;     ///< of MP_TYPES, or levelStep
+    const char* name;      ///< on the command line and in files: "rflev"
+    const wchar_t* title;  ///< in a sentence: "RF level"
+    const wchar_t* unit;   ///< "" where it has none; of the level in limits, where a setup may use another
     bool isLock = false;
     bool isRatio = false;  ///< spans decades, so that differences are counted in them
 };

@@ -43,16 +43,21 @@ constexpr struct
     const char* name;
 } bounds[] = {{Bound::below, "below"}, {Bound::above, "above"}};
 
+Json Text(std::wstring_view text)
+{
+    return ToUtf8(text);
+}
+
 Json ReadingJson(const Reading& reading)
 {
-    Json json{{"text", reading.text}};
+    Json json{{"text", Text(reading.text)}};
     json["value"] = reading.value ? Json(*reading.value) : Json();
     for (const auto& known : bounds) {
         if (reading.bound == known.bound) {
             json["bound"] = known.name;
         }
     }
-    json["unit"] = reading.unit;
+    json["unit"] = Text(reading.unit);
     return json;
 }
 
@@ -75,7 +80,8 @@ public:
     Record Object(const char* key) const { return Record(Typed(key, &Json::is_object, L"an object")); }
     const Json& Array(const char* key) const { return Typed(key, &Json::is_array, L"a list"); }
     bool Flag(const char* key) const { return Typed(key, &Json::is_boolean, L"true or false").get<bool>(); }
-    std::string Text(const char* key) const { return Typed(key, &Json::is_string, L"a text").get<std::string>(); }
+    std::string Bytes(const char* key) const { return Typed(key, &Json::is_string, L"a text").get<std::string>(); }
+    std::wstring Text(const char* key) const { return FromUtf8(Bytes(key)); }
     double Number(const char* key) const { return Typed(key, &Json::is_number, L"a number").get<double>(); }
 
     int32_t Whole(const char* key, int32_t lowest = std::numeric_limits<int32_t>::min()) const
@@ -134,25 +140,25 @@ Reading ReadReading(const std::string& name, const Record& json)
         reading.value = json.Number("value");
     }
     if (json.Has("bound")) {
-        reading.bound = Named(bounds, &std::remove_extent_t<decltype(bounds)>::bound, "bound", json.Text("bound"));
+        reading.bound = Named(bounds, &std::remove_extent_t<decltype(bounds)>::bound, "bound", json.Bytes("bound"));
     }
     return reading;
 }
 
 ChannelResult ReadChannel(const Record& json)
 {
-    ChannelResult channel{
-        .pass = json.Whole("pass", 1),
-        .number = json.Whole("number", 1),
-        .label = json.Text("label"),
-        .frequency = json.Number("frequencyMHz"),
-        .symbolRate = json.Number("symbolRateMSymbs"),
-        .outcome = Named(outcomes, &std::remove_extent_t<decltype(outcomes)>::outcome, "outcome", json.Text("outcome")),
-        .status = json.Text("status"),
-        .timeStamp = json.Text("timeStamp"),
-        .began = json.Text("began"),
-        .seconds = json.Number("seconds"),
-        .readings = {}};
+    ChannelResult channel{.pass = json.Whole("pass", 1),
+                          .number = json.Whole("number", 1),
+                          .label = json.Text("label"),
+                          .frequency = json.Number("frequencyMHz"),
+                          .symbolRate = json.Number("symbolRateMSymbs"),
+                          .outcome = Named(outcomes, &std::remove_extent_t<decltype(outcomes)>::outcome, "outcome",
+                                           json.Bytes("outcome")),
+                          .status = json.Text("status"),
+                          .timeStamp = json.Text("timeStamp"),
+                          .began = json.Text("began"),
+                          .seconds = json.Number("seconds"),
+                          .readings = {}};
     const Json& locks = json.Object("locks").Self();
     const Json& readings = json.Object("readings").Self();
     // The parameters' own order, which is that of the readings before they were written.
@@ -184,7 +190,7 @@ void ReadHead(const Record& json, FinishedRun& run)
                               .referenceSource = setup.Whole("referenceSource"),
                               .berSamples = setup.Whole("berSamples"),
                               .maxSettlingTime = setup.Whole("maxSettlingTimeSeconds"),
-                              .levelUnit = FromUtf8(setup.Text("levelUnit"))}};
+                              .levelUnit = setup.Text("levelUnit")}};
     const Record receiver = json.Object("receiver");
     run.receiver = {.identity = receiver.Text("identity"),
                     .hardware = receiver.Text("hardware"),
@@ -208,7 +214,7 @@ void ReadRecord(const Json& json, bool isFirst, FinishedRun& run)
         throw RaisedError(unusableInput, L"", L"that is no record of a result");
     }
     const Record record(json);
-    const std::string kind = record.Text("record");
+    const std::string kind = record.Bytes("record");
     if ((kind == "run") != isFirst) {
         throw RaisedError(unusableInput, L"", L"a result begins with its record \"run\", and has one");
     }
@@ -236,16 +242,16 @@ std::string RunLine(const FinishedRun& run)
 {
     Json columns = Json::array();
     for (const RunColumn& column : run.columns) {
-        columns.push_back({{"parameter", column.parameter}, {"caption", column.caption}});
+        columns.push_back({{"parameter", column.parameter}, {"caption", Text(column.caption)}});
     }
     return Line({{"record", "run"},
                  {"format", format},
-                 {"program", run.program},
-                 {"began", run.began},
+                 {"program", Text(run.program)},
+                 {"began", Text(run.began)},
                  {"setup",
-                  {{"path", run.setup.path},
-                   {"sha256", run.setup.sha256},
-                   {"notes", run.setup.notes},
+                  {{"path", Text(run.setup.path)},
+                   {"sha256", Text(run.setup.sha256)},
+                   {"notes", Text(run.setup.notes)},
                    {"orderOfQam", run.setup.settings.orderOfQam},
                    {"rollOffFactor", run.setup.settings.rollOffFactor},
                    {"sawBandwidthMHz", run.setup.settings.sawBandwidth},
@@ -253,13 +259,13 @@ std::string RunLine(const FinishedRun& run)
                    {"referenceSource", run.setup.settings.referenceSource},
                    {"berSamples", run.setup.settings.berSamples},
                    {"maxSettlingTimeSeconds", run.setup.settings.maxSettlingTime},
-                   {"levelUnit", ToUtf8(run.setup.settings.levelUnit)}}},
+                   {"levelUnit", Text(run.setup.settings.levelUnit)}}},
                  {"receiver",
-                  {{"identity", run.receiver.identity},
-                   {"hardware", run.receiver.hardware},
-                   {"serialNumber", run.receiver.serialNumber},
-                   {"firmware", run.receiver.firmware},
-                   {"options", run.receiver.options}}},
+                  {{"identity", Text(run.receiver.identity)},
+                   {"hardware", Text(run.receiver.hardware)},
+                   {"serialNumber", Text(run.receiver.serialNumber)},
+                   {"firmware", Text(run.receiver.firmware)},
+                   {"options", Text(run.receiver.options)}}},
                  {"columns", std::move(columns)},
                  {"selection", run.selection},
                  {"passes", run.passes},
@@ -272,13 +278,13 @@ std::string ChannelLine(const ChannelResult& channel, std::string_view further)
     Json readings = Json::object();
     for (const Reading& reading : channel.readings) {
         if (const ReadingKind* kind = FindReadingKind(reading.parameter)) {
-            (kind->isLock ? locks : readings)[kind->name] = kind->isLock ? Json(reading.text) : ReadingJson(reading);
+            (kind->isLock ? locks : readings)[kind->name] = kind->isLock ? Text(reading.text) : ReadingJson(reading);
         }
     }
     Json json{{"record", "channel"},
               {"pass", channel.pass},
               {"number", channel.number},
-              {"label", channel.label},
+              {"label", Text(channel.label)},
               {"frequencyMHz", channel.frequency},
               {"symbolRateMSymbs", channel.symbolRate}};
     for (const auto& known : outcomes) {
@@ -286,23 +292,24 @@ std::string ChannelLine(const ChannelResult& channel, std::string_view further)
             json["outcome"] = known.name;
         }
     }
-    json["status"] = channel.status;
-    json["timeStamp"] = channel.timeStamp;
-    json["began"] = channel.began;
+    json["status"] = Text(channel.status);
+    json["timeStamp"] = Text(channel.timeStamp);
+    json["began"] = Text(channel.began);
     json["seconds"] = channel.seconds;
     json["locks"] = std::move(locks);
     json["readings"] = std::move(readings);
     return Line(json, further);
 }
 
-std::string ResumedLine(const std::string& time)
+std::string ResumedLine(const std::wstring& time)
 {
-    return Line({{"record", "resumed"}, {"at", time}});
+    return Line({{"record", "resumed"}, {"at", Text(time)}});
 }
 
 std::string EndLine(const FinishedRun& run, std::string_view further)
 {
-    return Line({{"record", "end"}, {"at", run.ended}, {"stopped", run.stopped}, {"seconds", run.Seconds()}}, further);
+    return Line({{"record", "end"}, {"at", Text(run.ended)}, {"stopped", run.stopped}, {"seconds", run.Seconds()}},
+                further);
 }
 
 StoredRun ReadRun(std::string_view content, const std::wstring& path)

@@ -12,7 +12,7 @@ namespace tvn2x {
 /// `further` are members that a report adds to a record, as JSON ("\"verdict\":...").
 std::string RunLine(const FinishedRun& run);  ///< setup, receiver, columns and what was to be measured
 std::string ChannelLine(const ChannelResult& channel, std::string_view further = {});
-std::string ResumedLine(const std::string& time);
+std::string ResumedLine(const std::wstring& time);
 /// The end of a run, or of its first part where it was stopped.
 std::string EndLine(const FinishedRun& run, std::string_view further = {});
 

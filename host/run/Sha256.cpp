@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "fmt/format.h"
+#include "fmt/xchar.h"
 
 namespace tvn2x {
 
@@ -54,7 +55,7 @@ void AddBlock(State& state, const char* block)
 
 }  // namespace
 
-std::string Sha256(std::string_view bytes)
+std::wstring Sha256(std::string_view bytes)
 {
     State state{0x6a09e667, 0xbb67ae85, 0x3c6ef372, 0xa54ff53a, 0x510e527f, 0x9b05688c, 0x1f83d9ab, 0x5be0cd19};
     size_t at = 0;
@@ -71,9 +72,9 @@ std::string Sha256(std::string_view bytes)
     for (at = 0; at < tail.size(); at += blockSize) {
         AddBlock(state, tail.data() + at);
     }
-    std::string text;
+    std::wstring text;
     for (const uint32_t word : state) {
-        text += fmt::format("{:08x}", word);
+        text += fmt::format(L"{:08x}", word);
     }
     return text;
 }

@@ -6,6 +6,6 @@
 namespace tvn2x {
 
 /// The SHA-256 of some bytes, 64 small hexadecimal digits.
-std::string Sha256(std::string_view bytes);
+std::wstring Sha256(std::string_view bytes);
 
 }  // namespace tvn2x

@@ -63,7 +63,12 @@ bool EqualIgnoringCase(std::string_view left, std::string_view right)
 
 std::wstring Excerpt(std::string_view text)
 {
-    std::wstring wide = FromUtf8(text.substr(0, 4 * longestExcerpt));
+    return Excerpt(FromUtf8(text.substr(0, 4 * longestExcerpt)));
+}
+
+std::wstring Excerpt(std::wstring_view text)
+{
+    std::wstring wide(text.substr(0, longestExcerpt + 1));
     const bool cut = wide.size() > longestExcerpt;
     wide.resize(std::min(wide.size(), longestExcerpt));
     std::replace_if(

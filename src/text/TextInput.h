@@ -29,6 +29,7 @@ bool EqualIgnoringCase(std::string_view left, std::string_view right);
 
 /// A piece of a file as a message may quote it: in quotation marks, 40 characters at most, no control characters.
 std::wstring Excerpt(std::string_view text);
+std::wstring Excerpt(std::wstring_view text);
 
 /// "FILE, line 12: "
 std::wstring AtLine(const std::wstring& path, int32_t line);

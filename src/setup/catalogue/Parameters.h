@@ -22,10 +22,10 @@ struct Parameter
 {
     MP_TYPES number;
     ParameterKind kind;
-    std::wstring_view caption;  ///< that it has in a new document; the RF level's is without its unit
-    const char* name = "";      ///< on the command line and in files ("rflev"); "" for a static setting
-    const char* title = "";     ///< of a lock or reading in a sentence ("RF level"), UTF-8
-    const char* unit = "";      ///< UTF-8, "" where it has none; of the level in limits, where a setup may use another
+    std::wstring_view caption;       ///< that it has in a new document; the RF level's is without its unit
+    const char* name = "";           ///< on the command line and in files ("rflev"); "" for a static setting
+    const wchar_t* title = L"";      ///< of a lock or reading in a sentence ("RF level")
+    const wchar_t* unit = L"";       ///< "" where it has none; of the level in limits, where a setup may use another
     std::wstring_view format = L"";  ///< pattern of a reading, "" for the general format; the RF level's is that of a
                                      ///< unit in decibels
 };

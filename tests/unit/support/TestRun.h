@@ -10,7 +10,7 @@
 namespace tvn2x {
 
 /// A reading of a cell whose number is the one that it shows.
-inline Reading TestReading(int32_t parameter, const std::wstring& cell, const std::string& levelUnit = "dBµV")
+inline Reading TestReading(int32_t parameter, const std::wstring& cell, const std::wstring& levelUnit = L"dBµV")
 {
     std::optional<double> value;
     try {
@@ -27,13 +27,13 @@ inline ChannelResult TestChannel(int32_t number, double frequency, std::vector<s
 {
     ChannelResult channel{.pass = pass,
                           .number = number,
-                          .label = "C" + std::to_string(number),
+                          .label = L"C" + std::to_wstring(number),
                           .frequency = frequency,
                           .symbolRate = 6.9,
                           .outcome = outcome,
-                          .status = outcome == ChannelOutcome::error ? "Control Error" : "Done",
-                          .timeStamp = "11/21/2026 12:59:05 PM",
-                          .began = "2026-11-21T12:59:05.123Z",
+                          .status = outcome == ChannelOutcome::error ? L"Control Error" : L"Done",
+                          .timeStamp = L"11/21/2026 12:59:05 PM",
+                          .began = L"2026-11-21T12:59:05.123Z",
                           .seconds = 1.25,
                           .readings = {}};
     for (const auto& [parameter, cell] : cells) {
@@ -46,10 +46,10 @@ inline ChannelResult TestChannel(int32_t number, double frequency, std::vector<s
 inline FinishedRun TestRun(std::vector<ChannelResult> channels)
 {
     FinishedRun run;
-    run.program = "tvnhost 1.0.0";
-    run.setup = {.path = "C:\\data\\net.ini",
-                 .sha256 = std::string(64, 'a'),
-                 .notes = "line 1\r\n\"<&>\" µ",
+    run.program = L"tvnhost 1.0.0";
+    run.setup = {.path = L"C:\\data\\net.ini",
+                 .sha256 = std::wstring(64, L'a'),
+                 .notes = L"line 1\r\n\"<&>\" µ",
                  .settings = {.orderOfQam = 256,
                               .rollOffFactor = 15,
                               .sawBandwidth = 8,
@@ -57,10 +57,10 @@ inline FinishedRun TestRun(std::vector<ChannelResult> channels)
                               .berSamples = 10,
                               .maxSettlingTime = 10,
                               .levelUnit = L"dBµV"}};
-    run.receiver = {"KTR", "2x", "100001", "2.40", "EXTREF,RB"};
-    run.columns = {{MP_USERFIELD, "User Field"}, {MP_RFLEV, "RF Level (dBµV)"}, {MP_MER, "MER"}};
-    run.began = "2026-11-21T12:59:00.000Z";
-    run.ended = "2026-11-21T13:00:00.000Z";
+    run.receiver = {L"KTR", L"2x", L"100001", L"2.40", L"EXTREF,RB"};
+    run.columns = {{MP_USERFIELD, L"User Field"}, {MP_RFLEV, L"RF Level (dBµV)"}, {MP_MER, L"MER"}};
+    run.began = L"2026-11-21T12:59:00.000Z";
+    run.ended = L"2026-11-21T13:00:00.000Z";
     for (const ChannelResult& channel : channels) {
         if (channel.pass == 1) {
             run.selection.push_back(channel.number);

@@ -82,12 +82,12 @@ TEST(Judge, CountsRatiosInDecadesAndLevelsInDecibelMicrovolt)
 {
     const ChannelJudgement ber = JudgeCell(MP_BER, L"2.0E-3", "[ber]\nWarn Above=1e-4\nFail Above=2e-4\n");
     EXPECT_NEAR(*ber.Worst()->margin, -1, 1e-9);
-    EXPECT_EQ(ber.reason, "BER before RS 2.0E-3 is 1.00 decades above the limit of 2E-4");
+    EXPECT_EQ(ber.reason, L"BER before RS 2.0E-3 is 1.00 decades above the limit of 2E-4");
 
     ChannelResult channel = TestChannel(1, 474, {});
-    channel.readings = {TestReading(MP_RFLEV, L"-14.0", "dBmV")};
+    channel.readings = {TestReading(MP_RFLEV, L"-14.0", L"dBmV")};
     const ChannelJudgement level = JudgeOne(channel, "[rflev]\nFail Below=54\n").channels.front();
-    EXPECT_EQ(level.reason, "RF level -14.0 dBmV is 8 dB below the limit of 54 dBµV");
+    EXPECT_EQ(level.reason, L"RF level -14.0 dBmV is 8 dB below the limit of 54 dBµV");
     EXPECT_EQ(LevelInDecibelMicrovolt(1, L"mV"), 60);
     EXPECT_EQ(LevelInDecibelMicrovolt(-48.75, L"dBm"), 60);
     EXPECT_EQ(LevelInDecibelMicrovolt(0, L"mV"), std::nullopt);
@@ -108,8 +108,8 @@ TEST(Judge, AReadingThatIsOnlyABoundIsJudgedWhereItIsCertain)
 TEST(Judge, GoesByWhatWasMeasuredAndNotByWhatIsShown)
 {
     ChannelResult channel = TestChannel(1, 474, {});
-    channel.readings = {MakeReading(MP_MER, L"31.0", 30.96, "dBµV", SystemLocale())};
-    EXPECT_EQ(JudgeOne(channel, merLimits).channels.front().reason, "MER 31.0 dB is 0.04 dB below the limit of 31 dB");
+    channel.readings = {MakeReading(MP_MER, L"31.0", 30.96, L"dBµV", SystemLocale())};
+    EXPECT_EQ(JudgeOne(channel, merLimits).channels.front().reason, L"MER 31.0 dB is 0.04 dB below the limit of 31 dB");
 }
 
 TEST(Judge, AChannelsVerdictIsItsWorstAndTheRunsTheWorstOfAll)
@@ -125,11 +125,12 @@ TEST(Judge, AChannelsVerdictIsItsWorstAndTheRunsTheWorstOfAll)
         EXPECT_EQ(judgement.channels[i].verdict, expected[i]) << i;
         EXPECT_EQ(judgement.Count(expected[i]), 1);
     }
-    EXPECT_EQ(judgement.channels[2].reason, "not synchronised: symbol rate and carrier UNSYNC");
+    EXPECT_EQ(judgement.channels[2].reason, L"not synchronised: symbol rate and carrier UNSYNC");
     EXPECT_EQ(judgement.ExitCode(), 1);
-    EXPECT_EQ(VerdictSentence(run, judgement),
-              "FAIL: 1 of 5 channels pass, 1 with a warning, 1 fails, 1 error of the instrument, 1 not measured. Worst "
-              "margin: C2 482 MHz, MER 32.0 dB is 1 dB below the warning limit of 33 dB.");
+    EXPECT_EQ(
+        VerdictSentence(run, judgement),
+        L"FAIL: 1 of 5 channels pass, 1 with a warning, 1 fails, 1 error of the instrument, 1 not measured. Worst "
+        L"margin: C2 482 MHz, MER 32.0 dB is 1 dB below the warning limit of 33 dB.");
 
     run.channels.resize(2);
     EXPECT_EQ(Judge(run, &limits).ExitCode(), 0) << "warnings pass";
@@ -154,7 +155,7 @@ TEST(LevelSteps, AreBetweenNeighboursOfOnePassOnly)
         EXPECT_EQ(steps[without], std::nullopt) << without;
     }
     const Limits limits = ReadLimits("[step]\nFail Above=2\n", L"");
-    EXPECT_EQ(Judge(run, &limits).channels[0].reason, "level step 3 dB is 1 dB above the limit of 2 dB");
+    EXPECT_EQ(Judge(run, &limits).channels[0].reason, L"level step 3 dB is 1 dB above the limit of 2 dB");
 }
 
 }  // namespace

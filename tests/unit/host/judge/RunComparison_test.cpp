@@ -21,16 +21,16 @@ TEST(CompareRuns, ShowsWhatDriftedAndWhatCameAndWent)
                                  channel(9, 490, L"60.0", L"1E-8"), channel(10, 506, L"60.0", L"1E-8")});
     after.channels[2].outcome = ChannelOutcome::notSynchronised;
     const RunComparison comparison = CompareRuns(before, after, {{MP_RFLEV, 2}, {MP_BER, 1}});
-    std::vector<std::string> texts;
+    std::vector<std::wstring> texts;
     for (const RunChange& change : comparison.changes) {
-        texts.push_back(change.channel + "|" + change.parameter + "|" + change.before + "|" + change.after + "|" +
+        texts.push_back(change.channel + L"|" + change.parameter + L"|" + change.before + L"|" + change.after + L"|" +
                         change.change);
     }
-    EXPECT_THAT(texts, ElementsAre("C8 482 MHz|RF level|60.0 dBµV|57.9 dBµV|-2.1 dB",
-                                   "C8 482 MHz|BER before RS|1E-8|1E-6|+2 decades",
-                                   "C9 490 MHz|outcome|synchronised|not synchronised|",
-                                   "C4 498 MHz|channel|synchronised|not in the run|",
-                                   "C10 506 MHz|channel|not in the run|synchronised|"));
+    EXPECT_THAT(texts, ElementsAre(L"C8 482 MHz|RF level|60.0 dBµV|57.9 dBµV|-2.1 dB",
+                                   L"C8 482 MHz|BER before RS|1E-8|1E-6|+2 decades",
+                                   L"C9 490 MHz|outcome|synchronised|not synchronised|",
+                                   L"C4 498 MHz|channel|synchronised|not in the run|",
+                                   L"C10 506 MHz|channel|not in the run|synchronised|"));
     EXPECT_EQ(comparison.channels, 3);
     EXPECT_EQ(comparison.changed, 4);
     EXPECT_TRUE(CompareRuns(before, before, {{MP_RFLEV, 0}}).changes.empty());

@@ -58,7 +58,7 @@ TEST(ErrorBudget, AddsUpToTheMerAndNamesItsLargestPart)
 TEST(ChartAxis, EndsAtRoundStepsAndKeepsValuesInside)
 {
     const auto rounded = [](double low, double high, bool isLogarithmic) {
-        ChartAxis axis{"", low, high, isLogarithmic};
+        ChartAxis axis{L"", low, high, isLogarithmic};
         axis.Round(5);
         return axis;
     };
@@ -76,8 +76,8 @@ TEST(ChartAxis, EndsAtRoundStepsAndKeepsValuesInside)
 TEST(HtmlReport, StandsAloneWhateverTheTextsAre)
 {
     FinishedRun run = TestRun({Misadjusted(1, 354), Misadjusted(2, 362), Misadjusted(3, 370)});
-    run.channels[1].label = "</td><script>alert(1)</script>&\"'\x01";
-    run.columns[1].caption = "<b>";
+    run.channels[1].label = L"</td><script>alert(1)</script>&\"'\x01";
+    run.columns[1].caption = L"<b>";
     const Limits limits = OutletLimits();
     const std::string html = HtmlReport(run, Judge(run, &limits), &limits);
     for (const char* text : {"<script", "<b>", "\x01", "src="}) {

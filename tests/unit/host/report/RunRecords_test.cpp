@@ -20,33 +20,33 @@ FinishedRun MixedRun()
         {TestChannel(1, 474, {{MP_RFLEV, L"61.1"}, {MP_BER, L"<1.7E-8"}}),
          TestChannel(2, 482, {{MP_DATA, L"INTERMITTENT"}, {MP_MER, L"---"}}, 1, ChannelOutcome::notSynchronised),
          TestChannel(3, 490, {}, 1, ChannelOutcome::unmeasured)});
-    run.channels[2].label = "a \"quoted\" \x01 name";
+    run.channels[2].label = L"a \"quoted\" \x01 name";
     return run;
 }
 
 TEST(Sha256, AgreesWithThePublishedVectors)
 {
-    EXPECT_EQ(Sha256("abc"), "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
+    EXPECT_EQ(Sha256("abc"), L"ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
     EXPECT_EQ(Sha256("abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq"),
-              "248d6a61d20638b8e5c026930c3e6039a33ce45964ff2167f6ecedd419db06c1");
-    EXPECT_EQ(Sha256(std::string(1000000, 'a')), "cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0");
+              L"248d6a61d20638b8e5c026930c3e6039a33ce45964ff2167f6ecedd419db06c1");
+    EXPECT_EQ(Sha256(std::string(1000000, 'a')), L"cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0");
 }
 
 TEST(MakeReading, HasTheNumberThatWasMeasuredOrTheBoundInItsText)
 {
     constexpr std::optional<double> none;
     const std::tuple<int32_t, const wchar_t*, std::optional<double>, Reading> cases[] = {
-        {MP_RFLEV, L"61,1", 61.0625149, {.parameter = 15, .text = "61,1", .value = 61.0625, .unit = "dBmV"}},
-        {MP_BER, L"9,5E-5", 9.4873412e-5, {.parameter = 16, .text = "9,5E-5", .value = 9.48734e-5}},
-        {MP_BER, L"<1,7E-8", none, {.parameter = 16, .text = "<1,7E-8", .value = 1.7e-8, .bound = Bound::below}},
-        {MP_BER, L"<1.7E-8", 0, {.parameter = 16, .text = "<1.7E-8", .value = 1.7e-8, .bound = Bound::below}},
-        {MP_BER, L">much", none, {.parameter = 16, .text = ">much", .bound = Bound::above}},
-        {MP_MER, L"OVER", none, {.parameter = 27, .text = "OVER", .bound = Bound::above, .unit = "dB"}},
-        {MP_MER, L"---", none, {.parameter = 27, .text = "---", .unit = "dB"}},
-        {MP_SYNC, L"UNSYNC", none, {.parameter = 19, .text = "UNSYNC"}},
+        {MP_RFLEV, L"61,1", 61.0625149, {.parameter = 15, .text = L"61,1", .value = 61.0625, .unit = L"dBmV"}},
+        {MP_BER, L"9,5E-5", 9.4873412e-5, {.parameter = 16, .text = L"9,5E-5", .value = 9.48734e-5}},
+        {MP_BER, L"<1,7E-8", none, {.parameter = 16, .text = L"<1,7E-8", .value = 1.7e-8, .bound = Bound::below}},
+        {MP_BER, L"<1.7E-8", 0, {.parameter = 16, .text = L"<1.7E-8", .value = 1.7e-8, .bound = Bound::below}},
+        {MP_BER, L">much", none, {.parameter = 16, .text = L">much", .bound = Bound::above}},
+        {MP_MER, L"OVER", none, {.parameter = 27, .text = L"OVER", .bound = Bound::above, .unit = L"dB"}},
+        {MP_MER, L"---", none, {.parameter = 27, .text = L"---", .unit = L"dB"}},
+        {MP_SYNC, L"UNSYNC", none, {.parameter = 19, .text = L"UNSYNC"}},
     };
     for (const auto& [parameter, cell, measured, reading] : cases) {
-        EXPECT_EQ(MakeReading(parameter, cell, measured, "dBmV", CommaLocale()), reading) << reading.text;
+        EXPECT_EQ(MakeReading(parameter, cell, measured, L"dBmV", CommaLocale()), reading) << reading.text;
     }
 }
 
@@ -59,14 +59,15 @@ TEST(RunRecords, ARunReadsBackAsItWasWritten)
     const StoredRun stored = ReadRun(ResultText(run), L"run.jsonl");
     EXPECT_EQ(stored.run, run);
     EXPECT_FALSE(stored.isTorn);
-    run.resumed = {"2026-11-22T00:00:00.000Z"};
+    run.resumed = {L"2026-11-22T00:00:00.000Z"};
     const RunJudgement judgement = Judge(run, nullptr);
     EXPECT_EQ(ReadRun(ResultText(run, &judgement), L"").run, run) << "verdicts are passed over";
 
-    const FinishedRun resumed = ReadRun(RunLine(run) + EndLine(run) + ResumedLine("2026-11-22T00:00:00.000Z"), L"").run;
+    const FinishedRun resumed =
+        ReadRun(RunLine(run) + EndLine(run) + ResumedLine(L"2026-11-22T00:00:00.000Z"), L"").run;
     EXPECT_FALSE(resumed.stopped) << "going on takes the end back";
-    EXPECT_EQ(resumed.ended, "");
-    EXPECT_EQ(resumed.resumed.back(), "2026-11-22T00:00:00.000Z");
+    EXPECT_EQ(resumed.ended, L"");
+    EXPECT_EQ(resumed.resumed.back(), L"2026-11-22T00:00:00.000Z");
 }
 
 TEST(RunRecords, EveryCutThroughAJournalLeavesItsWholeLines)

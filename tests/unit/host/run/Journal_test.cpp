@@ -64,20 +64,20 @@ TEST(Journal, ARunGoesOnBehindTheChannelsThatItHasPassByPass)
 TEST(Journal, RefusesAnotherSetup)
 {
     const FinishedRun run = TestRun({TestChannel(1, 474, {}), TestChannel(2, 482, {})});
-    const auto refusal = [&](char hash, int32_t channels) {
-        return Refusal([&] { RequireSameSetup(run, L"j.jsonl", std::string(64, hash), L"net.ini", channels, L""); });
+    const auto refusal = [&](wchar_t hash, int32_t channels) {
+        return Refusal([&] { RequireSameSetup(run, L"j.jsonl", std::wstring(64, hash), L"net.ini", channels, L""); });
     };
-    EXPECT_EQ(refusal('a', 2), L"");
-    EXPECT_THAT(refusal('b', 2), HasSubstr(L"j.jsonl belongs to the setup C:\\data\\net.ini as it was on 2026-11-21"));
-    EXPECT_THAT(refusal('a', 1), HasSubstr(L"names channels that net.ini does not have"));
+    EXPECT_EQ(refusal(L'a', 2), L"");
+    EXPECT_THAT(refusal(L'b', 2), HasSubstr(L"j.jsonl belongs to the setup C:\\data\\net.ini as it was on 2026-11-21"));
+    EXPECT_THAT(refusal(L'a', 1), HasSubstr(L"names channels that net.ini does not have"));
 }
 
 TEST(Journal, ReadsIntervals)
 {
-    for (const auto& [text, seconds] : {std::pair{"90s", 90}, {"15m", 900}, {"1.5h", 5400}, {"30", 30}}) {
+    for (const auto& [text, seconds] : {std::pair{L"90s", 90}, {L"15m", 900}, {L"1.5h", 5400}, {L"30", 30}}) {
         EXPECT_EQ(ReadInterval(text), seconds);
     }
-    for (const char* bad : {"", "m", "15 min", "-1m", "0s", "8000h", "nan"}) {
+    for (const wchar_t* bad : {L"", L"m", L"15 min", L"-1m", L"0s", L"8000h", L"nan"}) {
         EXPECT_THAT(Refusal([&] { ReadInterval(bad); }), HasSubstr(L"is no time from 1 second to 7 days")) << bad;
     }
 }
