@@ -74,7 +74,8 @@ int JudgeRun(const JudgeOptions& options, Console& console)
     if (!options.reports.result.empty()) {
         LoadSetupOf(run, options, plugin.emplace());
     }
-    WriteReports(run, judgement, limits ? &*limits : nullptr, options.reports, plugin ? &*plugin : nullptr, console);
+    WriteReports(run, judgement, limits ? &*limits : nullptr, options.reports, {plugin ? &*plugin : nullptr, false},
+                 console);
     return options.shows ? judgement.ExitCode() : exitDone;
 }
 

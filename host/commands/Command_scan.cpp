@@ -299,7 +299,8 @@ int Scan(const ScanOptions& options, Console& console)
     if (limits) {
         ShowVerdict(run, judgement, console);
     }
-    WriteReports(run, judgement, limits ? &*limits : nullptr, options.reports, &plugin, console);
+    WriteReports(run, judgement, limits ? &*limits : nullptr, options.reports,
+                 {&plugin, options.resume.empty() && run.IsOnePass()}, console);
     if (!journal.IsWhole()) {
         RaiseInput(
             L"the journal lacks the last channels: it could not be written. The results above are whole; --json, "

@@ -43,15 +43,15 @@ void RequireReportTargets(const ReportOptions& options, const std::vector<std::w
 }
 
 void WriteReports(const FinishedRun& run, const RunJudgement& judgement, const Limits* limits,
-                  const ReportOptions& options, const Plugin* plugin, Console& console)
+                  const ReportOptions& options, const ResultWriter& writer, Console& console)
 {
     std::optional<RaisedError> failure;
-    const auto writeWith = [&](const std::wstring& target, auto writer) {
+    const auto writeWith = [&](const std::wstring& target, auto make) {
         if (target.empty()) {
             return;
         }
         try {
-            writer(AbsolutePath(target));
+            make(AbsolutePath(target));
         } catch (const RaisedError& error) {
             if (failure) {
                 console.Notice(L"tvnhost: " + ErrorText(error));
@@ -69,8 +69,10 @@ void WriteReports(const FinishedRun& run, const RunJudgement& judgement, const L
     write(options.junit, [&] { return JunitReport(run, judgement); });
     write(options.html, [&] { return HtmlReport(run, judgement, limits); });
     writeWith(options.result, [&](const std::wstring& path) {
-        RestoreResults(*plugin, run);
-        if (Get<VARIANT_BOOL>(plugin->measure, &IMeasure::Save, com::Bstr(path).Get()) == VARIANT_FALSE) {
+        if (!writer.hasMeasured) {
+            RestoreResults(*writer.plugin, run);
+        }
+        if (Get<VARIANT_BOOL>(writer.plugin->measure, &IMeasure::Save, com::Bstr(path).Get()) == VARIANT_FALSE) {
             RequireWritten(FileFault::other, path);
         }
     });

@@ -31,11 +31,19 @@ std::optional<Limits> LoadLimits(const std::wstring& name);
 /// replace one of `sources` or another report, or cannot be written where it is wanted.
 void RequireReportTargets(const ReportOptions& options, const std::vector<std::wstring>& sources);
 
+/// Who writes the result file.
+struct ResultWriter
+{
+    const Plugin* plugin = nullptr;  ///< has the run's setup loaded; null where no result file is wanted
+    /// It has measured all that the run has, in one pass, and its result table is as it left it. Otherwise the run is
+    /// put there first.
+    bool hasMeasured = false;
+};
+
 /// Writes the reports, each in one step. One that fails does not keep the others from being written; the first failure
-/// is raised at the end. `plugin` has the run's setup loaded; it is needed for a result file, and is null where none is
-/// wanted.
+/// is raised at the end.
 void WriteReports(const FinishedRun& run, const RunJudgement& judgement, const Limits* limits,
-                  const ReportOptions& options, const Plugin* plugin, Console& console);
+                  const ReportOptions& options, const ResultWriter& writer, Console& console);
 
 /// A stored run, with a notice where its last line is torn or where it never came to its end.
 FinishedRun LoadRun(const std::wstring& path, Console& console);

@@ -82,6 +82,12 @@ double FinishedRun::Seconds() const
                            [](double sum, const ChannelResult& channel) { return sum + channel.seconds; });
 }
 
+bool FinishedRun::IsOnePass() const
+{
+    return std::ranges::all_of(Latest(),
+                               [this](size_t position) { return channels[position].pass == channels.back().pass; });
+}
+
 std::vector<size_t> FinishedRun::Latest() const
 {
     std::map<int32_t, size_t> latest;

@@ -116,6 +116,7 @@ struct FinishedRun
     bool operator==(const FinishedRun&) const = default;
 
     double Seconds() const;  ///< spent on measuring
+    bool IsOnePass() const;  ///< the latest result of each channel is of one and the same pass
     /// Positions of the latest result of each channel, by number.
     std::vector<size_t> Latest() const;
 };

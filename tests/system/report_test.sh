@@ -59,8 +59,10 @@ expect_text 'K45 666 MHz'
 
 # Again and again, into one journal.
 expect_exit 0 scan net.ini --network clean.ini "${fast[@]}" --channels 3-4 --repeat 3 --every 1s --journal thrice.jsonl \
-    --junit thrice.xml
+    --junit thrice.xml --result thrice.csv
 check count thrice.jsonl 6
+expect_exit 0 report thrice.jsonl --result later.csv
+cmp thrice.csv later.csv
 check schema "$root/docs/result.schema.json" thrice.jsonl
 xmllint --noout --schema "$root/tests/data/junit.xsd" thrice.xml 2>xsd || { cat xsd; exit 1; }
 

@@ -61,6 +61,19 @@ TEST(Journal, ARunGoesOnBehindTheChannelsThatItHasPassByPass)
     EXPECT_THAT(TurnsLeft(run), ElementsAre(ChannelTurn{1, 2}, ChannelTurn{1, 5}, ChannelTurn{1, 7}));
 }
 
+TEST(FinishedRun, IsOnePassWhereNoChannelHasItsLatestResultInAnother)
+{
+    FinishedRun run = TestRun({TestChannel(1, 474, {}), TestChannel(2, 482, {}, 1, ChannelOutcome::unmeasured)});
+    EXPECT_TRUE(run.IsOnePass()) << "stopped in the first pass";
+    run.channels.push_back(TestChannel(1, 474, {}, 2));
+    run.channels.push_back(TestChannel(2, 482, {}, 2));
+    EXPECT_TRUE(run.IsOnePass());
+    run.channels[1].outcome = ChannelOutcome::synchronised;
+    run.channels[3].outcome = ChannelOutcome::unmeasured;
+    EXPECT_FALSE(run.IsOnePass()) << "stopped in the second: the first has what it left out";
+    EXPECT_TRUE(TestRun({}).IsOnePass());
+}
+
 TEST(Journal, RefusesAnotherSetup)
 {
     const FinishedRun run = TestRun({TestChannel(1, 474, {}), TestChannel(2, 482, {})});
