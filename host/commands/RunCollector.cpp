@@ -6,6 +6,7 @@
 #include "host/run/ParameterNames.h"
 #include "host/run/ReadingKind.h"
 #include "text/InputError.h"
+#include "text/RichText.h"
 
 namespace tvn2x {
 
@@ -103,7 +104,8 @@ FinishedRun DescribeRun(const Plugin& plugin, const Setup& setup, const std::wst
 {
     FinishedRun run;
     run.program = L"tvnhost " TVN_VERSION;
-    run.setup = {.path = setup.path, .sha256 = setupSha256, .notes = setup.notes, .settings = setup.settings};
+    run.setup = {
+        .path = setup.path, .sha256 = setupSha256, .notes = PlainText(setup.notes), .settings = setup.settings};
     run.columns = Columns(setup, chosen);
     if (std::ranges::all_of(run.columns, [](const RunColumn& column) { return column.parameter <= MP_LASTFIXED; })) {
         RaiseInput(setup.path +

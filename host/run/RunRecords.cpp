@@ -5,6 +5,7 @@
 
 #include "nlohmann/json.hpp"
 #include "text/InputError.h"
+#include "text/RichText.h"
 #include "text/TextInput.h"
 #include "util/Encoding.h"
 
@@ -182,7 +183,7 @@ void ReadHead(const Record& json, FinishedRun& run)
     const Record setup = json.Object("setup");
     run.setup = {.path = setup.Text("path"),
                  .sha256 = setup.Text("sha256"),
-                 .notes = setup.Text("notes"),
+                 .notes = PlainText(setup.Text("notes")),  // rich text in early files
                  .settings = {.orderOfQam = setup.Whole("orderOfQam"),
                               .rollOffFactor = setup.Whole("rollOffFactor"),
                               .sawBandwidth = setup.Whole("sawBandwidthMHz"),

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <numeric>
 
-#include "host/setup/RichText.h"
 #include "host/terminal/TextGrid.h"
 #include "setup/catalogue/Patterns.h"
 #include "setup/catalogue/Settings.h"
+#include "text/RichText.h"
 #include "util/modFormat.h"
 #include "util/modLocaleInfo.h"
 

@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
-#include "measure/RichText.h"
 #include "measure/SpreadsheetText.h"
 #include "setup/catalogue/Patterns.h"
+#include "text/RichText.h"
 #include "util/modFormat.h"
 
 namespace tvn2x {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -29,5 +30,9 @@ const CodePage& SystemCodePage();
 
 /// UTF-8, which a system may have for its code page. Half a surrogate pair is a character that it lacks.
 const CodePage& Utf8CodePage();
+
+/// The text of bytes in the code page of a number (1251, 932); bytes that are no character become whatever the system
+/// takes them for. Nothing where the system does not know the number.
+std::optional<std::wstring> DecodeNumbered(uint32_t number, std::string_view bytes);
 
 }  // namespace tvn2x

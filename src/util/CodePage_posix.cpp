@@ -1,7 +1,10 @@
+#include <iconv.h>
+
 #include <algorithm>
 #include <array>
 
 #include "util/CodePage.h"
+#include "util/Encoding.h"
 
 namespace tvn2x {
 namespace {
@@ -46,12 +49,61 @@ public:
     size_t Length(char) const override { return 1; }
 };
 
+/// What the C library converts.
+class Converter
+{
+public:
+    explicit Converter(const std::string& name) : handle_(iconv_open("WCHAR_T", name.c_str())) {}
+    Converter(const Converter&) = delete;
+    Converter& operator=(const Converter&) = delete;
+    ~Converter()
+    {
+        if (IsKnown())
+            iconv_close(handle_);
+    }
+
+    bool IsKnown() const { return handle_ != reinterpret_cast<iconv_t>(-1); }
+    std::wstring Decode(std::string_view bytes) const
+    {
+        std::string left(bytes);
+        char* from = left.data();
+        size_t rest = left.size();
+        constexpr size_t longestCharacter = 2;
+        std::wstring text((bytes.size() + 1) * longestCharacter, L'\0');
+        char* to = reinterpret_cast<char*>(text.data());
+        size_t room = text.size() * sizeof(wchar_t);
+        while (rest != 0 && iconv(handle_, &from, &rest, &to, &room) == static_cast<size_t>(-1)) {
+            const wchar_t unknown = L'\uFFFD';
+            to = std::copy_n(reinterpret_cast<const char*>(&unknown), sizeof unknown, to);
+            room -= sizeof unknown;
+            ++from;
+            --rest;
+        }
+        iconv(handle_, nullptr, nullptr, &to, &room);  // a letter that was waiting for its accent
+        text.resize(text.size() - room / sizeof(wchar_t));
+        return text;
+    }
+
+private:
+    iconv_t handle_;
+};
+
 }  // namespace
 
 const CodePage& SystemCodePage()
 {
     static const WesternEurope page;
     return page;
+}
+
+std::optional<std::wstring> DecodeNumbered(uint32_t number, std::string_view bytes)
+{
+    constexpr uint32_t macintosh = 10000;
+    constexpr uint32_t utf8 = 65001;
+    if (number == utf8)
+        return FromUtf8(bytes);
+    const Converter converter(number == macintosh ? "MACINTOSH" : "CP" + std::to_string(number));
+    return converter.IsKnown() ? std::optional(converter.Decode(bytes)) : std::nullopt;
 }
 
 }  // namespace tvn2x

@@ -66,4 +66,20 @@ const CodePage& SystemCodePage()
     return GetACP() == CP_UTF8 ? Utf8CodePage() : page;
 }
 
+std::optional<std::wstring> DecodeNumbered(uint32_t number, std::string_view bytes)
+{
+    // Lower numbers stand for pages that the system chooses.
+    constexpr UINT firstPage = 37;
+    if (number < firstPage || number == CP_SYMBOL || IsValidCodePage(number) == FALSE)
+        return std::nullopt;
+    if (bytes.empty())
+        return std::wstring();
+    const auto convert = [&](wchar_t* text, int size) {
+        return MultiByteToWideChar(number, 0, bytes.data(), Length32(bytes.size()), text, size);
+    };
+    std::wstring text(static_cast<size_t>(convert(nullptr, 0)), L'\0');
+    convert(text.data(), Length32(text.size()));
+    return text.empty() ? std::nullopt : std::optional(std::move(text));
+}
+
 }  // namespace tvn2x

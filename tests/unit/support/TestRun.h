@@ -49,7 +49,7 @@ inline FinishedRun TestRun(std::vector<ChannelResult> channels)
     run.program = L"tvnhost 1.0.0";
     run.setup = {.path = L"C:\\data\\net.ini",
                  .sha256 = std::wstring(64, L'a'),
-                 .notes = L"line 1\r\n\"<&>\" µ",
+                 .notes = L"line 1\n\"<&>\" µ",
                  .settings = {.orderOfQam = 256,
                               .rollOffFactor = 15,
                               .sawBandwidth = 8,

@@ -63,6 +63,9 @@ TEST(RunRecords, ARunReadsBackAsItWasWritten)
     const RunJudgement judgement = Judge(run, nullptr);
     EXPECT_EQ(ReadRun(ResultText(run, &judgement), L"").run, run) << "verdicts are passed over";
 
+    FinishedRun early = run;
+    early.setup.notes = L"{\\rtf1 {\\b Site:} north\\par}";
+    EXPECT_EQ(ReadRun(RunLine(early), L"").run.setup.notes, L"Site: north");
     const FinishedRun resumed =
         ReadRun(RunLine(run) + EndLine(run) + ResumedLine(L"2026-11-22T00:00:00.000Z"), L"").run;
     EXPECT_FALSE(resumed.stopped) << "going on takes the end back";

@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include "host/setup/RichText.h"
 #include "host/setup/UnsavableText.h"
 
 namespace tvn2x {
@@ -59,22 +58,6 @@ TEST(SetupView, SaysSettingsInWordsAndWhatIsOutsideTheListsAsItIs)
                                       L"Notes, shown neither before nor after a measurement\n  (none)\n",
                                       L"D:\\real.ini (which had unsaved changes)\n"}) {
         EXPECT_THAT(text, HasSubstr(line));
-    }
-}
-
-TEST(RichText, GivesTheCharactersAPersonReads)
-{
-    const std::pair<const wchar_t*, const wchar_t*> cases[] = {
-        {L"plain {text}\r\nwith \\par lines\r\n", L"plain {text}\nwith \\par lines"},
-        {LR"({\rtf1\ansi{\fonttbl{\f0 Lucida Console;}}{\colortbl ;\red0\green0\blue128;}\f0 Site:\par Level\tab 60 dB\par})",
-         L"Site:\nLevel\t60 dB"},
-        {LR"({\rtf1 {\*\generator Editor 1.0;}\cf1\protect fixed\protect0\cf0  open})", L"fixed open"},
-        {LR"({\rtf1\uc1 \'b5V \u937?hm \\ \{x\}\line end})", L"µV Ωhm \\ {x}\nend"},
-        {L"{\\rtf1 a\r\nb\\", L"ab"},
-        {L"{\\rtf1}}}} left over", L" left over"},
-    };
-    for (const auto& [text, plain] : cases) {
-        EXPECT_EQ(PlainText(text), plain);
     }
 }
 
