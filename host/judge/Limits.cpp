@@ -7,6 +7,8 @@
 #include "fmt/format.h"
 #include "host/run/ReadingKind.h"
 #include "host/run/Sha256.h"
+#include "text/Blanks.h"
+#include "text/Folding.h"
 #include "text/InputError.h"
 #include "text/TextInput.h"
 #include "util/Encoding.h"

@@ -7,6 +7,7 @@
 
 #include "dvbc/Qam.h"
 #include "setup/catalogue/Patterns.h"
+#include "text/Blanks.h"
 #include "text/InputError.h"
 #include "text/TextInput.h"
 #include "util/Encoding.h"

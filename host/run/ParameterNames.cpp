@@ -4,6 +4,8 @@
 #include <string>
 
 #include "setup/catalogue/Parameters.h"
+#include "text/Blanks.h"
+#include "text/Folding.h"
 #include "text/InputError.h"
 #include "text/TextInput.h"
 #include "util/Encoding.h"
@@ -31,7 +33,7 @@ std::vector<int32_t> SelectParameters(std::wstring_view list)
     std::vector<int32_t> parameters;
     for (size_t begin = 0; begin <= list.size();) {
         const size_t end = std::min(list.find(L',', begin), list.size());
-        const int32_t parameter = ParameterOf(ToUtf8(TrimBlanks(std::wstring(list.substr(begin, end - begin)))));
+        const int32_t parameter = ParameterOf(ToUtf8(TrimBlanks(list.substr(begin, end - begin))));
         if (std::ranges::find(parameters, parameter) == parameters.end()) {
             parameters.push_back(parameter);
         }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "text/Folding.h"
 #include "text/TextInput.h"
 
 namespace tvn2x {

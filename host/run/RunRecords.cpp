@@ -324,7 +324,7 @@ StoredRun ReadRun(std::string_view content, const std::wstring& path)
             break;
         }
         ++line;
-        const std::string_view text = TrimBlanks(content.substr(stored.wholeBytes, end - stored.wholeBytes));
+        const std::string_view text = TrimLine(content.substr(stored.wholeBytes, end - stored.wholeBytes));
         try {
             if (!text.empty()) {
                 ReadRecord(Json::parse(text), stored.run.began.empty(), stored.run);

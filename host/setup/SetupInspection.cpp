@@ -9,7 +9,7 @@
 #include "setup/catalogue/LevelUnits.h"
 #include "setup/catalogue/MP_TYPES.h"
 #include "setup/catalogue/Settings.h"
-#include "text/TextInput.h"
+#include "text/Folding.h"
 #include "util/RaisedError.h"
 #include "util/modFormat.h"
 #include "util/modLocaleInfo.h"

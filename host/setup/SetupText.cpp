@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "text/Blanks.h"
 #include "text/TextInput.h"
 #include "util/Encoding.h"
 #include "util/FileText.h"
@@ -21,12 +22,6 @@ std::string_view WithoutQuotes(std::string_view value)
 }
 
 }  // namespace
-
-bool IgnoreCase::operator()(std::string_view left, std::string_view right) const
-{
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c + 0; };
-    return std::ranges::lexicographical_compare(left, right, {}, lower, lower);
-}
 
 SetupEntry SetupSection::Find(std::string_view key) const
 {

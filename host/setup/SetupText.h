@@ -7,15 +7,10 @@
 #include <string_view>
 #include <vector>
 
+#include "text/Folding.h"
 #include "util/CodePage.h"
 
 namespace tvn2x {
-
-/// Names of sections and keys: ASCII letters alone count as equal in both cases.
-struct IgnoreCase
-{
-    bool operator()(std::string_view left, std::string_view right) const;
-};
 
 /// A line "key=value" of a setup file, without blanks and quotes round the value. Texts are as file_text has them.
 struct SetupEntry

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "dvbc/Qam.h"
+#include "text/Blanks.h"
 
 namespace tvn2x {
 
@@ -68,13 +69,6 @@ struct LockName
 
 constexpr std::array lockNames{LockName{LockKind::rf, L"RF"}, LockName{LockKind::reference, L"reference"},
                                LockName{LockKind::carrier, L"carrier"}, LockName{LockKind::ts, L"TS"}};
-
-std::wstring_view Trim(std::wstring_view text)
-{
-    constexpr std::wstring_view blanks = L" \t";
-    const size_t first = text.find_first_not_of(blanks);
-    return first == text.npos ? std::wstring_view{} : text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
 
 /// The part before the separator, which is taken off the text.
 std::wstring_view Next(std::wstring_view& text, wchar_t separator)
@@ -147,14 +141,14 @@ std::optional<Outage> ReadOutage(std::wstring_view text)
 {
     std::array<std::wstring_view, 3> words;
     for (std::wstring_view& word : words) {
-        text = Trim(text);
+        text = TrimBlanks(text);
         word = Next(text, L' ');
     }
     const std::wstring name = FoldName(words[0]);
     const auto lock = std::ranges::find_if(lockNames, [&](const LockName& l) { return FoldName(l.name) == name; });
     const std::optional<double> from = Number(words[1]);
     const std::optional<double> duration = Number(words[2]);
-    if (!Trim(text).empty() || lock == lockNames.end() || !from || !duration)
+    if (!TrimBlanks(text).empty() || lock == lockNames.end() || !from || !duration)
         return std::nullopt;
     if (*from < 0 || *from > maxOutageSeconds || *duration <= 0 || *duration > maxOutageSeconds)
         return std::nullopt;
@@ -164,8 +158,8 @@ std::optional<Outage> ReadOutage(std::wstring_view text)
 Complaint StoreOutages(std::wstring_view text, std::vector<Outage>& value)
 {
     std::vector<Outage> outages;
-    for (std::wstring_view rest = text; !Trim(rest).empty();) {
-        const std::wstring_view part = Trim(Next(rest, L','));
+    for (std::wstring_view rest = text; !TrimBlanks(rest).empty();) {
+        const std::wstring_view part = TrimBlanks(Next(rest, L','));
         const std::optional<Outage> outage = ReadOutage(part);
         if (!outage)
             return Quoted(part) +
@@ -248,7 +242,7 @@ Complaint Store(const ModelKey<Section>& key, Section& section, std::wstring_vie
         }
         Complaint operator()(std::vector<Outage> Section::*member) const { return StoreOutages(text, section.*member); }
     };
-    return std::visit(Visitor{key, section, Trim(text)}, key.member);
+    return std::visit(Visitor{key, section, TrimBlanks(text)}, key.member);
 }
 
 template <class Section>

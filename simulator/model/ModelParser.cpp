@@ -1,21 +1,15 @@
 #include "simulator/model/ModelParser.h"
 
+#include "text/Blanks.h"
+#include "text/TextInput.h"
 #include "util/Encoding.h"
 
 namespace tvn2x {
 
 namespace {
 
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 constexpr size_t maxBytes = 16 << 20;
 constexpr std::wstring_view needed = L"a network model has a section [Network] and one section [Channel n] per channel";
-
-std::wstring_view Trim(std::wstring_view text)
-{
-    constexpr std::wstring_view blanks = L" \t\r";
-    const size_t first = text.find_first_not_of(blanks);
-    return first == text.npos ? std::wstring_view{} : text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
 
 }  // namespace
 
@@ -23,10 +17,10 @@ int32_t ChannelNumber(std::wstring_view section)
 {
     constexpr std::wstring_view prefix = L"channel ";
     constexpr size_t maxDigits = 4;
-    const std::wstring folded = FoldName(Trim(section));
+    const std::wstring folded = FoldName(TrimBlanks(section));
     if (!folded.starts_with(prefix))
         return 0;
-    const std::wstring_view digits = Trim(std::wstring_view(folded).substr(prefix.size()));
+    const std::wstring_view digits = TrimBlanks(std::wstring_view(folded).substr(prefix.size()));
     if (digits.empty() || digits.size() > maxDigits || digits.find_first_not_of(L"0123456789") != digits.npos)
         return 0;
     int32_t number = 0;
@@ -48,13 +42,10 @@ std::wstring AboutValue(std::wstring_view section, std::wstring_view key, const 
 NetworkModel ModelParser::Parse(std::string_view text)
 {
     CheckText(text);
-    if (text.starts_with(byteOrderMark))
-        text.remove_prefix(byteOrderMark.size());
-    while (!text.empty()) {
-        ++line_;
-        const size_t end = text.find('\n');
-        TakeLine(text.substr(0, end));
-        text = end == text.npos ? std::string_view{} : text.substr(end + 1);
+    LineReader lines(text);
+    for (std::string_view line; lines.Next(line);) {
+        line_ = lines.Number();
+        TakeLine(line);
     }
     CloseChannel();
     if (model_.channels_.empty())
@@ -81,7 +72,7 @@ void ModelParser::TakeLine(std::string_view bytes)
     const std::wstring decoded = FromUtf8(bytes);
     if (ToUtf8(decoded) != bytes)
         Fail(line_, L"this line is not UTF-8; save the file as UTF-8");
-    const std::wstring_view line = Trim(decoded);
+    const std::wstring_view line = decoded;
     if (line.empty() || line.front() == L';' || line.front() == L'#')
         return;
     if (line.front() == L'[')
@@ -95,7 +86,7 @@ void ModelParser::OpenSection(std::wstring_view line)
     CloseChannel();
     if (line.back() != L']')
         Fail(line_, L"the section name " + Quoted(line) + L" does not end; close it with \"]\"");
-    section_ = Trim(line.substr(1, line.size() - 2));
+    section_ = TrimBlanks(line.substr(1, line.size() - 2));
     sectionLine_ = line_;
     keysSeen_.clear();
     if (FoldName(section_) == L"network") {
@@ -120,7 +111,7 @@ void ModelParser::TakeKey(std::wstring_view line)
     const size_t equals = line.find(L'=');
     if (equals == line.npos)
         Fail(line_, Quoted(line) + L" is neither a section nor a key; write key=value, or begin a comment with \";\"");
-    const std::wstring_view key = Trim(line.substr(0, equals));
+    const std::wstring_view key = TrimBlanks(line.substr(0, equals));
     if (section_.empty())
         Fail(line_, L"the key " + Quoted(key) + L" stands before any section; " + std::wstring(needed));
     if (!keysSeen_.insert(FoldName(key)).second)

@@ -4,17 +4,18 @@
 #include <new>
 #include <utility>
 
+#include "text/Blanks.h"
+#include "text/Folding.h"
 #include "util/FileText.h"
 
 namespace tvn2x {
 
-using profile::Line;
-using profile::LineScanner;
+using ini::Line;
+using ini::LineScanner;
 using profile::NameIndex;
 
 namespace {
 
-constexpr std::string_view utf16Mark = "\xFF\xFE";
 constexpr size_t largestContent = 0x7FFFFFFF;
 
 bool IsLineEnd(char c)
@@ -50,16 +51,10 @@ size_t MostNames(size_t lines, std::string_view text, size_t shortestLine)
 
 ProfileFile::ProfileFile(std::string content, const CodePage& codePage) : codePage_(&codePage)
 {
-    utf16_ = content.starts_with(utf16Mark);
-    if (!utf16_) {
-        Reset(file_text::FromBytes(std::move(content), codePage));
-        return;
-    }
-    if (content.size() % 2 != 0) {
-        oddByte_ = content.back();
-        content.pop_back();
-    }
-    Reset(file_text::FromUtf16(std::string_view(content).substr(utf16Mark.size())));
+    ini::FileContent read = ini::ReadContent(std::move(content), codePage);
+    utf16_ = read.isUtf16;
+    oddByte_ = std::move(read.oddByte);
+    Reset(std::move(read.text));
 }
 
 std::wstring ProfileFile::Decode(std::string_view text) const
@@ -87,7 +82,7 @@ uint32_t ProfileFile::NextHeader(size_t from) const
     size_t at = from;
     while ((at = content_.find('[', at)) != std::string::npos) {
         size_t start = at;
-        while (start > from && profile::IsBlank(content_[start - 1]))
+        while (start > from && IsBlank(content_[start - 1]))
             --start;
         if (start == from || IsLineEnd(content_[start - 1]))
             return static_cast<uint32_t>(start);
@@ -105,8 +100,8 @@ void ProfileFile::IndexSections()
     sectionIndex_.Reserve(MostNames(headers, content_, shortestLine));
     for (uint32_t head = NextHeader(0); head < content_.size(); head = NextHeader(LineAround(head).next)) {
         const std::string_view name = SectionName(head);
-        const uint32_t hash = profile::HashName(name);
-        const auto same = [&](uint32_t other) { return profile::EqualNames(SectionName(other), name); };
+        const uint32_t hash = HashIgnoringCase(name);
+        const auto same = [&](uint32_t other) { return EqualIgnoringCase(SectionName(other), name); };
         if (sectionIndex_.Find(hash, same) == nullptr)
             sectionIndex_.Add(hash, head);
     }
@@ -137,7 +132,7 @@ void ProfileFile::IndexKeys(uint32_t section) const
     Line line;
     while (scanner.Next(line)) {
         size_t first = line.start;
-        while (first < line.stop && profile::IsBlank(content_[first]))
+        while (first < line.stop && IsBlank(content_[first]))
             ++first;
         if (first == line.stop)
             continue;
@@ -145,8 +140,8 @@ void ProfileFile::IndexKeys(uint32_t section) const
             continue;
         opened.insert = static_cast<uint32_t>(line.next);
         const std::string_view text = lines.substr(first, line.stop - first);
-        const std::string_view key = profile::Trim(text.substr(0, text.find('=')));
-        const uint32_t hash = profile::HashName(key);
+        const std::string_view key = TrimBlanks(text.substr(0, text.find('=')));
+        const uint32_t hash = HashIgnoringCase(key);
         if (opened.keys.Find(hash, [&](uint32_t other) { return IsAt(other, section, key); }) == nullptr)
             opened.keys.Add(hash, static_cast<uint32_t>(first));
         else
@@ -175,8 +170,8 @@ void ProfileFile::Settle()
 /// The number of the first section of a name, nowhere if there is none.
 uint32_t ProfileFile::FindSection(std::string_view name) const
 {
-    const auto same = [&](uint32_t place) { return profile::EqualNames(SectionName(place), name); };
-    NameIndex::Slot* const slot = sectionIndex_.Find(profile::HashName(name), same);
+    const auto same = [&](uint32_t place) { return EqualIgnoringCase(SectionName(place), name); };
+    NameIndex::Slot* const slot = sectionIndex_.Find(HashIgnoringCase(name), same);
     if (slot == nullptr)
         return nowhere;
     if ((slot->place & openMark) == 0)
@@ -192,14 +187,14 @@ std::string_view ProfileFile::SectionName(uint32_t place) const
             return std::string_view(pool_).substr(section.nameAt, section.nameLength);
         place = section.head;
     }
-    return profile::ParseHeader(LineAt(place));
+    return ini::ParseHeader(LineAt(place));
 }
 
 NameIndex::Slot* ProfileFile::FindKey(uint32_t section, std::string_view key) const
 {
     if (!profile::IsPlainKey(key))
         return nullptr;
-    return sections_[section].keys.Find(profile::HashName(key),
+    return sections_[section].keys.Find(HashIgnoringCase(key),
                                         [&](uint32_t place) { return IsAt(place, section, key); });
 }
 
@@ -217,10 +212,10 @@ bool ProfileFile::IsAt(uint32_t place, uint32_t section, std::string_view key) c
             return false;
         text.remove_prefix(place);
     }
-    if (text.size() < key.size() || !profile::EqualNames(text.substr(0, key.size()), key))
+    if (text.size() < key.size() || !EqualIgnoringCase(text.substr(0, key.size()), key))
         return false;
     text.remove_prefix(key.size());
-    while (!text.empty() && profile::IsBlank(text.front()))
+    while (!text.empty() && IsBlank(text.front()))
         text.remove_prefix(1);
     return text.empty() || text.front() == '=' || IsLineEnd(text.front());
 }
@@ -243,7 +238,7 @@ Line ProfileFile::LineAround(uint32_t base) const
 {
     Line line;
     line.start = base;
-    while (line.start > 0 && profile::IsBlank(content_[line.start - 1]))
+    while (line.start > 0 && IsBlank(content_[line.start - 1]))
         --line.start;
     line.stop = base + LineAt(base).size();
     const bool pair = content_.compare(line.stop, 2, "\r\n") == 0;
@@ -296,8 +291,8 @@ std::optional<std::string_view> ProfileFile::Find(std::string_view section, std:
     const std::optional<std::string_view> line = FindLine(found, profile::TrimSpaces(key));
     if (!line)
         return std::nullopt;
-    const profile::Entry entry = profile::ParseEntry(*line);
-    return entry.hasValue ? std::optional(profile::ReadableValue(entry.value)) : std::nullopt;
+    const ini::Entry entry = ini::ParseEntry(*line);
+    return entry.hasValue ? std::optional(ini::ReadableValue(entry.value)) : std::nullopt;
 }
 
 std::string_view ProfileFile::GetString(std::string_view section, std::string_view key,
@@ -310,7 +305,7 @@ std::string_view ProfileFile::GetString(std::string_view section, std::string_vi
 uint32_t ProfileFile::GetInt(std::string_view section, std::string_view key, uint32_t defaultValue) const
 {
     const std::optional<std::string_view> value = Find(section, key);
-    return value && !value->empty() ? profile::ReadInteger(*value) : defaultValue;
+    return value && !value->empty() ? ini::ReadInteger(*value) : defaultValue;
 }
 
 std::vector<std::string> ProfileFile::GetSection(std::string_view section) const
@@ -325,8 +320,8 @@ std::vector<std::string> ProfileFile::GetSection(std::string_view section) const
     LineScanner scanner(std::string_view(content_).substr(0, found.end), found.body);
     Line line;
     while (scanner.Next(line)) {
-        const profile::Entry entry = profile::ParseEntry(line.Text(content_));
-        if (profile::Trim(line.Text(content_)).empty() || entry.key.starts_with(';'))
+        const ini::Entry entry = ini::ParseEntry(line.Text(content_));
+        if (TrimBlanks(line.Text(content_)).empty() || entry.key.starts_with(';'))
             continue;
         lines.emplace_back(entry.key);
         if (entry.hasValue)
@@ -343,9 +338,9 @@ std::vector<std::string> ProfileFile::GetSectionNames() const
     LineScanner scanner(content_);
     Line line;
     while (scanner.Next(line)) {
-        const std::string_view text = profile::Trim(line.Text(content_));
+        const std::string_view text = TrimBlanks(line.Text(content_));
         if (text.starts_with('['))
-            names.emplace_back(profile::ParseHeader(text));
+            names.emplace_back(ini::ParseHeader(text));
     }
     return names;
 }
@@ -358,9 +353,8 @@ std::vector<std::string> ProfileFile::GetBracketedLines() const
     LineScanner scanner(content_);
     Line line;
     while (scanner.Next(line)) {
-        const std::string_view text = line.Text(content_);
-        if (text.size() >= 2 && text.front() == '[' && text.back() == ']')
-            names.emplace_back(text.substr(1, text.size() - 2));
+        if (const auto name = ini::BracketedName(line.Text(content_)))
+            names.emplace_back(*name);
     }
     return names;
 }

@@ -9,6 +9,7 @@
 
 #include "setup/NameIndex.h"
 #include "setup/ProfileText.h"
+#include "text/IniLines.h"
 #include "util/CodePage.h"
 
 namespace tvn2x {
@@ -128,8 +129,8 @@ private:
         return (slot.place & writtenMark) != 0 && written_[slot.place & ~writtenMark].removed;
     }
     std::string_view LineAt(uint32_t place) const;
-    profile::Line LineAround(uint32_t base) const;
-    profile::Line LineBefore(uint32_t next) const;
+    ini::Line LineAround(uint32_t base) const;
+    ini::Line LineBefore(uint32_t next) const;
     std::string_view LineEnd() const;
 
     uint32_t AppendSection(std::string_view name, bool indexed);

@@ -2,12 +2,14 @@
 #include <utility>
 
 #include "setup/ProfileFile.h"
+#include "text/Blanks.h"
+#include "text/Folding.h"
 #include "util/FileText.h"
 
 namespace tvn2x {
 
-using profile::Line;
-using profile::LineScanner;
+using ini::Line;
+using ini::LineScanner;
 using profile::NameIndex;
 
 namespace {
@@ -31,7 +33,7 @@ uint32_t ProfileFile::AppendSection(std::string_view name, bool indexed)
     added.nameLength = static_cast<uint32_t>(name.size());
     pool_.append(name);
     if (indexed)
-        sectionIndex_.Add(profile::HashName(name), section | openMark);
+        sectionIndex_.Add(HashIgnoringCase(name), section | openMark);
     return section;
 }
 
@@ -68,7 +70,7 @@ void ProfileFile::LeaveRemovedKeys(uint32_t section)
     Section& found = sections_[section];
     while (found.insert > found.body) {
         const Line line = LineBefore(found.insert);
-        const std::string_view text = profile::Trim(line.Text(content_));
+        const std::string_view text = TrimBlanks(line.Text(content_));
         if (!text.empty() && text.front() != ';' && !IsRemovedLine(section, text))
             return;
         found.insert = static_cast<uint32_t>(line.start);
@@ -79,7 +81,7 @@ void ProfileFile::LeaveRemovedKeys(uint32_t section)
 bool ProfileFile::IsRemovedLine(uint32_t section, std::string_view line) const
 {
     const auto at = static_cast<uint32_t>(line.data() - content_.data());
-    const NameIndex::Slot* const slot = FindKey(section, profile::ParseEntry(line).key);
+    const NameIndex::Slot* const slot = FindKey(section, ini::ParseEntry(line).key);
     const bool isWritten = (slot->place & writtenMark) != 0;
     const uint32_t first = isWritten ? written_[slot->place & ~writtenMark].base : slot->place;
     return at < first || (at == first && IsRemoved(*slot));
@@ -88,7 +90,7 @@ bool ProfileFile::IsRemovedLine(uint32_t section, std::string_view line) const
 /// Replaces the line of a slot; the key keeps the spelling that the file has.
 void ProfileFile::SetValue(NameIndex::Slot& slot, uint32_t section, std::string_view newKey, std::string_view value)
 {
-    const profile::Entry entry = profile::ParseEntry(LineAt(slot.place));
+    const ini::Entry entry = ini::ParseEntry(LineAt(slot.place));
     const bool isWritten = (slot.place & writtenMark) != 0;
     const bool removed = IsRemoved(slot);
     if (!removed && entry.hasValue && entry.value == value)
@@ -115,7 +117,7 @@ void ProfileFile::Remove(NameIndex::Slot& slot, uint32_t section)
     if (sections_[section].repeated != 0 && sections_[section].links.empty())
         LinkRepeatedKeys(section);
     if ((slot.place & writtenMark) == 0) {
-        const std::string key(profile::ParseEntry(LineAt(slot.place)).key);
+        const std::string key(ini::ParseEntry(LineAt(slot.place)).key);
         slot.place = AddWritten(section, key, {}, slot.place);
     }
     Written& written = written_[slot.place & ~writtenMark];
@@ -138,13 +140,13 @@ void ProfileFile::LinkRepeatedKeys(uint32_t section)
     LineScanner scanner(std::string_view(content_).substr(0, found.end), found.body);
     Line line;
     while (scanner.Next(line)) {
-        const std::string_view text = profile::Trim(line.Text(content_));
+        const std::string_view text = TrimBlanks(line.Text(content_));
         if (text.empty() || text.front() == ';')
             continue;
         const auto place = static_cast<uint32_t>(text.data() - content_.data());
-        const std::string_view key = profile::ParseEntry(text).key;
+        const std::string_view key = ini::ParseEntry(text).key;
         const NameIndex::Slot* const slot =
-            found.keys.Find(profile::HashName(key), [&](uint32_t other) { return IsAt(other, section, key); });
+            found.keys.Find(HashIgnoringCase(key), [&](uint32_t other) { return IsAt(other, section, key); });
         const bool isWritten = (slot->place & writtenMark) != 0;
         const uint32_t first = isWritten ? written_[slot->place & ~writtenMark].base : slot->place;
         if (first != place)
@@ -189,7 +191,7 @@ bool ProfileFile::Write(std::string_view section, std::string_view key, std::opt
         return false;
     if (value && !Admit({section, key, *value}))
         return false;
-    if (pool_.size() > largestPool - 4 * profile::longestText)
+    if (pool_.size() > largestPool - 4 * ini::longestText)
         Settle();
 
     const uint32_t found = FindSection(section);
@@ -201,7 +203,7 @@ bool ProfileFile::Write(std::string_view section, std::string_view key, std::opt
         const uint32_t added = AppendSection(section, plainSection);
         const uint32_t place = AddNew(added, key, *value);
         if (plainSection && plainKey)
-            sections_[added].keys.Add(profile::HashName(key), place);
+            sections_[added].keys.Add(HashIgnoringCase(key), place);
     } else {
         NameIndex::Slot* const slot = FindKey(found, key);
         if (slot != nullptr && value)
@@ -211,7 +213,7 @@ bool ProfileFile::Write(std::string_view section, std::string_view key, std::opt
         else if (value) {
             const uint32_t place = AddNew(found, key, *value);
             if (plainKey)
-                sections_[found].keys.Add(profile::HashName(key), place);
+                sections_[found].keys.Add(HashIgnoringCase(key), place);
         }
     }
     // What is not read back as it was written (a comment, a "]" in a name) means what the written file says it means.

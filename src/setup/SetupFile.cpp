@@ -17,8 +17,6 @@ using namespace setup_file;
 
 namespace {
 
-constexpr double oldVersion = 1.4;
-constexpr double firstVersionWithHardware = 2.0;
 constexpr const wchar_t* loadSource = L"clsSetup.ISetup_Load";
 
 std::wstring Replaced(std::wstring_view text, std::wstring_view part, std::wstring_view replacement)
@@ -119,18 +117,16 @@ int32_t Reader::ReadCount(int32_t defaultValue, int32_t most)
     return count;
 }
 
-/// A row that is missing takes its defaults, but only so many rows may be: a list costs memory whether or not its rows
-/// are in the file.
 void Reader::RequireRows(int32_t count)
 {
-    constexpr int32_t mostMissing = std::numeric_limits<int16_t>::max();
     RowKey key(frequencyKey);
     int32_t missing = 0;
-    for (int32_t row = 1; row <= count && count > mostMissing; ++row) {
-        if (!ini_.Has(key(row)) && ++missing > mostMissing)
+    for (int32_t row = 1; row <= count && count > mostMissingRows; ++row) {
+        if (!ini_.Has(key(row)) && ++missing > mostMissingRows)
             throw RaisedError(error::invalidPropertyValue, loadSource,
                               L"The file \"" + ini_.FullPath() + L"\" says [" + ini_.SectionName() + L"] Count=" +
-                                  std::to_wstring(count) + L", but lacks more than " + std::to_wstring(mostMissing) +
+                                  std::to_wstring(count) + L", but lacks more than " +
+                                  std::to_wstring(mostMissingRows) +
                                   L" of these rows. Correct the number, or load a backup of the file.");
     }
 }
@@ -169,7 +165,7 @@ int32_t Reader::ReadLong(const char* key, int32_t defaultValue)
 void Reader::ReadChannels()
 {
     ini_.SectionName(section::frequencyList);
-    const int32_t count = ReadCount(1, MostRows(ini_));
+    const int32_t count = ReadCount(1, MostRows(ini_.TextSize()));
     RequireRows(count);
     document_.ListSize(count);
     RowKey frequency(frequencyKey);

@@ -90,7 +90,10 @@ private:
         Text(key, std::wstring_view(FormatNumber(value, pattern, false, locale_)));
     }
     void Delete(std::string_view key) { ok_ = ok_ && ini_.Delete(key); }
-    int32_t OldCount(int32_t defaultValue) { return std::min(ini_.GetLong(L"Count", defaultValue), MostRows(ini_)); }
+    int32_t OldCount(int32_t defaultValue)
+    {
+        return std::min(ini_.GetLong(L"Count", defaultValue), MostRows(ini_.TextSize()));
+    }
 
     clsIniFile& ini_;
     const SetupDocument& document_;

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "setup/catalogue/FileRules.h"
+
 namespace tvn2x::setup_file {
 
 namespace section {
@@ -22,8 +24,6 @@ constexpr const wchar_t* xAxis = L"X-Axis";
 constexpr const wchar_t* backup = L"Backup";
 
 }  // namespace section
-
-constexpr const wchar_t* modelName = L"2x";
 
 /// A key that ends in a row number: the text before it, and the number with at least two digits.
 class RowKey
@@ -48,8 +48,6 @@ constexpr std::string_view positionKey = "Position ";
 
 /// Version 1.4 had ten parameters fewer, numbered otherwise. `count` is the file's own count of them, normally 20 and
 /// 0..32767.
-
-constexpr int32_t addedParameters = 10;
 
 /// The number of the key that holds a parameter's flags and caption.
 int32_t OldKeyNumber(int32_t parameter, int32_t count);

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "setup/ProfileText.h"
+#include "text/IniLines.h"
 
 namespace tvn2x {
 
@@ -20,14 +21,14 @@ std::wstring RunningModule()
     HMODULE module = nullptr;
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
                        reinterpret_cast<LPCWSTR>(&RunningModule), &module);
-    std::vector<wchar_t> path(profile::longestText + 1);
+    std::vector<wchar_t> path(ini::longestText + 1);
     return std::wstring(path.data(), GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size())));
 }
 
 std::string WinIniString(FileSystem&, const std::string& section, const std::string& key,
                          const std::string& defaultValue)
 {
-    std::vector<char> text(profile::longestText + 1);
+    std::vector<char> text(ini::longestText + 1);
     const DWORD length = GetProfileStringA(section.c_str(), key.c_str(), defaultValue.c_str(), text.data(),
                                            static_cast<DWORD>(text.size()));
     return std::string(text.data(), length);
@@ -40,7 +41,7 @@ uint32_t WinIniInt(FileSystem&, const std::string& section, const std::string& k
 
 std::string WinIniSection(FileSystem&, const std::string& section)
 {
-    std::vector<char> lines(profile::longestText + 1);
+    std::vector<char> lines(ini::longestText + 1);
     const DWORD length = GetProfileSectionA(section.c_str(), lines.data(), static_cast<DWORD>(lines.size()));
     return std::string(lines.data(), length);
 }

@@ -174,7 +174,7 @@ std::wstring clsIniFile::GetString(const std::wstring& key, const std::wstring& 
     }
     const ProfileFile& profile = store_.Profile();
     const std::string fallback = profile::FromCaller(defaultValue);
-    return profile.Decode(profile::FirstCharacters(profile.GetString(section_, profile::FromCaller(key), fallback)));
+    return profile.Decode(ini::FirstCharacters(profile.GetString(section_, profile::FromCaller(key), fallback)));
 }
 
 int32_t clsIniFile::GetLong(const std::wstring& key, int32_t defaultValue)
@@ -271,7 +271,7 @@ std::optional<std::wstring> clsIniFile::Find(std::string_view key)
         return std::nullopt;
     const ProfileFile& profile = store_.Profile();
     const auto value = profile.Find(section_, key);
-    return value ? std::optional<std::wstring>(profile.Decode(profile::FirstCharacters(*value))) : std::nullopt;
+    return value ? std::optional<std::wstring>(profile.Decode(ini::FirstCharacters(*value))) : std::nullopt;
 }
 
 bool clsIniFile::Has(std::string_view key)

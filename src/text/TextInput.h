@@ -21,11 +21,8 @@ private:
     int32_t number_ = 0;
 };
 
-std::string_view TrimBlanks(std::string_view text);
-std::wstring TrimBlanks(const std::wstring& text);
-
-/// ASCII letters alone count as equal in both cases.
-bool EqualIgnoringCase(std::string_view left, std::string_view right);
+/// A line that was cut at its LF, without its CR and without blanks around it.
+std::string_view TrimLine(std::string_view line);
 
 /// A piece of a file as a message may quote it: in quotation marks, 40 characters at most, no control characters.
 std::wstring Excerpt(std::string_view text);

@@ -15,6 +15,8 @@
 #include "Require.h"
 #include "setup/ProfileFile.h"
 #include "support/ShiftedCodePage.h"
+#include "text/Blanks.h"
+#include "text/IniLines.h"
 #include "util/Encoding.h"
 #include "util/FileText.h"
 
@@ -38,9 +40,9 @@ Lines LinesOf(const std::string& rendered, bool withBlank, const CodePage& page)
         isUnicode ? file_text::FromUtf16(std::string_view(rendered).substr(2, (rendered.size() - 2) & ~size_t{1}))
                   : file_text::FromBytes(rendered, page);
     Lines lines;
-    profile::LineScanner scanner(text);
-    for (profile::Line line; scanner.Next(line);) {
-        if (withBlank || !profile::Trim(line.Text(text)).empty())
+    ini::LineScanner scanner(text);
+    for (ini::Line line; scanner.Next(line);) {
+        if (withBlank || !TrimBlanks(line.Text(text)).empty())
             lines.push_back(file_text::ToWide(line.Text(text), page));
     }
     return lines;
@@ -122,7 +124,7 @@ void RequireReadBack(const ProfileFile& profile, const Step& step)
     const std::string_view section = profile::TrimSpaces(step.text[0]);
     const std::string_view key = profile::TrimSpaces(step.text[1]);
     if (step.kind == 'w' && profile::IsPlainSection(section) && profile::IsPlainKey(key))
-        Require(profile.Find(section, key) == profile::ReadableValue(profile::Trim(step.text[2])), "it reads back");
+        Require(profile.Find(section, key) == ini::ReadableValue(TrimBlanks(step.text[2])), "it reads back");
 }
 
 /// How many lines a step on a file as it was read may take away and bring.

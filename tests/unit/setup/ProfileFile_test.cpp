@@ -9,6 +9,8 @@
 
 #include "setup/ProfileRules.h"
 #include "support/ShiftedCodePage.h"
+#include "text/Blanks.h"
+#include "text/IniLines.h"
 
 using namespace std::string_literals;
 
@@ -27,9 +29,9 @@ std::string Written(const std::string& content, const std::string& section, cons
 std::vector<std::string> Lines(const std::string& content)
 {
     std::vector<std::string> lines;
-    profile::LineScanner scanner(content);
-    for (profile::Line line; scanner.Next(line);) {
-        if (!profile::Trim(line.Text(content)).empty())
+    ini::LineScanner scanner(content);
+    for (ini::Line line; scanner.Next(line);) {
+        if (!TrimBlanks(line.Text(content)).empty())
             lines.emplace_back(line.Text(content));
     }
     return lines;
