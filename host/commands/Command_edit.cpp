@@ -5,7 +5,6 @@
 #include "host/commands/Plugin.h"
 #include "host/commands/SetupFiles.h"
 #include "host/setup/Product.h"
-#include "host/setup/SetupCheck.h"
 #include "text/InputError.h"
 
 namespace tvn2x {
@@ -39,7 +38,7 @@ int Edit(const EditOptions& options, Console& console)
     const std::wstring source = options.setup.empty() ? L"" : AbsolutePath(options.setup);
     const std::wstring target = options.output.empty() ? source : AbsolutePath(options.output);
     if (!source.empty()) {
-        CheckSetupFile(ReadInput(source), source, productName);
+        RequireUsable(ReadInput(source), source);
         plugin.Load(source);
     }
     if (!Get<VARIANT_BOOL>(plugin.setup, &ISetup::Edit)) {

@@ -8,7 +8,6 @@
 #include "host/commands/SetupReader.h"
 #include "host/receiver/ReceiverOptions.h"
 #include "host/setup/Product.h"
-#include "host/setup/SetupCheck.h"
 #include "setup/catalogue/Settings.h"
 #include "text/InputError.h"
 
@@ -75,7 +74,7 @@ std::wstring Configuration(const SetupSettings& settings)
 std::wstring LoadChecked(const Plugin& plugin, const std::wstring& setup)
 {
     const std::wstring path = AbsolutePath(setup);
-    CheckSetupFile(ReadInput(path), path, productName);
+    RequireUsable(ReadInput(path), path);
     plugin.Load(path);
     return path;
 }

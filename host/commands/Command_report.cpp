@@ -3,12 +3,12 @@
 #include "host/commands/Commands.h"
 #include "host/commands/Files.h"
 #include "host/commands/Plugin.h"
+#include "host/commands/SetupFiles.h"
 #include "host/judge/RunComparison.h"
 #include "host/report/RunGrid.h"
 #include "host/run/Journal.h"
 #include "host/run/Sha256.h"
 #include "host/setup/Product.h"
-#include "host/setup/SetupCheck.h"
 #include "text/InputError.h"
 #include "util/Encoding.h"
 
@@ -41,7 +41,7 @@ void LoadSetupOf(const FinishedRun& run, const JudgeOptions& options, const Plug
 {
     const std::wstring path = SetupOf(run, options);
     const std::string content = ReadInput(path);
-    const int32_t channels = CheckSetupFile(content, path, productName);
+    const int32_t channels = RequireUsable(content, path).channels;
     RequireSameSetup(run, options.result, Sha256(content), path, channels,
                      L". Name the setup as it was with --setup, or leave out --result.");
     plugin.Load(path);

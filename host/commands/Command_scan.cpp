@@ -11,6 +11,7 @@
 #include "host/commands/Receiver.h"
 #include "host/commands/RunCollector.h"
 #include "host/commands/ScanParent.h"
+#include "host/commands/SetupFiles.h"
 #include "host/commands/SetupReader.h"
 #include "host/commands/StopRequest.h"
 #include "host/report/RunGrid.h"
@@ -18,7 +19,6 @@
 #include "host/run/RunRecords.h"
 #include "host/run/Sha256.h"
 #include "host/setup/Product.h"
-#include "host/setup/SetupCheck.h"
 #include "setup/catalogue/LevelUnits.h"
 #include "text/Duration.h"
 #include "text/InputError.h"
@@ -256,13 +256,28 @@ void RequireTargets(const ScanOptions& options, const std::wstring& path)
     RequireReportTargets(options.reports, sources);
 }
 
+/// What is doubtful about the channels that are to be measured.
+void TellDoubts(const SetupInspection& inspection, const std::vector<int32_t>& channels, const std::wstring& path,
+                Console& console)
+{
+    for (const SetupRemark& remark : inspection.remarks) {
+        if (std::ranges::any_of(channels, [&](int32_t channel) { return remark.IsAbout(channel); })) {
+            console.Notice(RemarkText(path, remark));
+        }
+    }
+}
+
 }  // namespace
 
 int Scan(const ScanOptions& options, Console& console)
 {
     const std::wstring path = AbsolutePath(options.setup);
     const std::string content = ReadInput(path);
-    const int32_t size = CheckSetupFile(content, path, productName);
+    const SetupInspection inspection = RequireUsable(content, path);
+    const int32_t size = inspection.channels;
+    if (size == 0) {
+        RaiseInput(path + L": there is no channel to measure. Add some in the setup's editor: tvnhost edit SETUP");
+    }
     const std::optional<Limits> limits = LoadLimits(options.reports.limits);
     RequireTargets(options, path);
     SelectChannels(options.channels, size);
@@ -276,6 +291,7 @@ int Scan(const ScanOptions& options, Console& console)
     }
     StoredRun stored = BeginRun(plugin, setup, Sha256(content), options, console);
     FinishedRun& run = stored.run;
+    TellDoubts(inspection, run.selection, path, console);
     const OnLine online(plugin);
     if (!TurnsLeft(run).empty() && !PrepareReceiver(plugin, {options.writes, options.forces}, stop, console)) {
         console.Notice(L"Stopped before the first channel");

@@ -6,35 +6,12 @@
 #include "host/commands/SetupFiles.h"
 #include "host/commands/SetupReader.h"
 #include "host/setup/Product.h"
-#include "host/setup/SetupInspection.h"
 #include "host/setup/SetupView.h"
 #include "text/InputError.h"
-#include "text/TextInput.h"
 
 namespace tvn2x {
 
 namespace {
-
-std::wstring RemarkText(const std::wstring& path, const SetupRemark& remark)
-{
-    return (remark.line == 0 ? path + L": " : AtLine(path, remark.line)) + remark.text;
-}
-
-/// The inspection of a setup that can be loaded. Raises with every reason where it cannot.
-SetupInspection RequireUsable(const std::wstring& path)
-{
-    SetupInspection inspection = InspectSetup(ReadInput(path), productName);
-    std::wstring reasons;
-    for (const SetupRemark& remark : inspection.remarks) {
-        if (remark.isFatal) {
-            reasons += (reasons.empty() ? L"" : L"\n") + RemarkText(path, remark);
-        }
-    }
-    if (!reasons.empty()) {
-        RaiseInput(reasons);
-    }
-    return inspection;
-}
 
 std::wstring Doubts(size_t count, const std::wstring& path)
 {
@@ -52,7 +29,7 @@ std::wstring Channels(size_t count)
 int Show(const std::wstring& setup, Console& console)
 {
     const std::wstring path = AbsolutePath(setup);
-    const SetupInspection inspection = RequireUsable(path);
+    const SetupInspection inspection = RequireUsable(ReadInput(path), path);
     const Plugin plugin;
     plugin.Load(path);
     console.Result(DescribeSetup(ReadSetup(plugin, path), console.ResultWidth()));
@@ -67,7 +44,7 @@ int Convert(const std::wstring& oldSetup, const std::wstring& newSetup, Console&
     const std::wstring source = AbsolutePath(oldSetup);
     const std::wstring target = AbsolutePath(newSetup);
     RequireDifferent(source, target);
-    const SetupInspection inspection = RequireUsable(source);
+    const SetupInspection inspection = RequireUsable(ReadInput(source), source);
     const Plugin plugin;
     plugin.Load(source);
     const Setup content = ReadSetup(plugin, source);

@@ -44,7 +44,7 @@ struct Plugin
     /// Raises 429 with a remedy where the plug-in is not registered.
     Plugin();
 
-    /// Loads a setup that CheckSetupFile has seen. Raises where the plug-in refuses it.
+    /// Loads a setup that InspectSetup calls usable. Raises where the plug-in refuses it all the same.
     void Load(const std::wstring& path) const;
 
     com::ComPtr<_clsSetup> document;

@@ -6,6 +6,7 @@
 #include "host/setup/Product.h"
 #include "host/setup/UnsavableText.h"
 #include "text/InputError.h"
+#include "text/TextInput.h"
 
 namespace tvn2x {
 
@@ -32,6 +33,26 @@ void RequireSavableTexts(const Setup& setup)
 }
 
 }  // namespace
+
+std::wstring RemarkText(const std::wstring& path, const SetupRemark& remark)
+{
+    return (remark.line == 0 ? path + L": " : AtLine(path, remark.line)) + remark.text;
+}
+
+SetupInspection RequireUsable(const std::string& content, const std::wstring& path)
+{
+    SetupInspection inspection = InspectSetup(content, productName);
+    std::wstring reasons;
+    for (const SetupRemark& remark : inspection.remarks) {
+        if (remark.isFatal) {
+            reasons += (reasons.empty() ? L"" : L"\n") + RemarkText(path, remark);
+        }
+    }
+    if (!reasons.empty()) {
+        RaiseInput(reasons);
+    }
+    return inspection;
+}
 
 void SaveInto(const Plugin& plugin, const PendingFile& pending)
 {

@@ -1,9 +1,19 @@
 #pragma once
 
+#include <string>
+
 #include "host/commands/Files.h"
 #include "host/commands/Plugin.h"
+#include "host/setup/SetupInspection.h"
 
 namespace tvn2x {
+
+/// "FILE, line 12: ...", as a message.
+std::wstring RemarkText(const std::wstring& path, const SetupRemark& remark);
+
+/// What there is to say of a setup file before the plug-in loads it. Raises unusableInput with every reason where the
+/// plug-in would refuse it.
+SetupInspection RequireUsable(const std::string& content, const std::wstring& path);
 
 /// Saves the plug-in's setup into a pending file. Where the plug-in does not, raises unusableInput with the reason as
 /// far as it can be told: the plug-in itself says yes or no.

@@ -4,12 +4,14 @@
 #include <cmath>
 #include <optional>
 
-#include "host/plan/ChannelPlan.h"
+#include "host/setup/ForeignText.h"
 #include "host/setup/SetupText.h"
+#include "setup/catalogue/FileRules.h"
 #include "setup/catalogue/LevelUnits.h"
 #include "setup/catalogue/MP_TYPES.h"
 #include "setup/catalogue/Settings.h"
 #include "text/Folding.h"
+#include "text/IniLines.h"
 #include "util/RaisedError.h"
 #include "util/modFormat.h"
 #include "util/modLocaleInfo.h"
@@ -18,10 +20,10 @@ namespace tvn2x {
 
 namespace {
 
+using namespace setup_file;
+
 constexpr size_t mostRemarks = 1000;
-constexpr int32_t mostMissing = 32767;
-constexpr double oldVersion = 1.4;
-constexpr double firstCurrentVersion = 2.0;
+constexpr ptrdiff_t mostSingly = 3;  ///< neighbouring lines with one fault that get a remark each
 
 std::wstring Number(double value)
 {
@@ -33,7 +35,7 @@ std::wstring Wide(std::string_view ascii)
     return std::wstring(ascii.begin(), ascii.end());
 }
 
-/// What the profile functions read as an integer: a sign and digits, nothing behind them.
+/// A sign and digits, nothing behind them.
 std::optional<double> WholeNumber(std::string_view text)
 {
     const bool isNegative = text.starts_with('-');
@@ -49,37 +51,30 @@ std::optional<double> WholeNumber(std::string_view text)
     return isNegative ? -number : number;
 }
 
-/// The line in which a place of a file stands, from 1.
-int32_t LineOf(std::string_view content, size_t at)
+/// Why nothing reads a line that stands where one of the section's lines does.
+enum class KeyFault
 {
-    int32_t line = 1;
-    for (size_t i = 0; i < at; ++i) {
-        const bool isPair = content[i] == '\r' && content.substr(i + 1).starts_with('\n');
-        line += content[i] == '\n' || (content[i] == '\r' && !isPair) ? 1 : 0;
-    }
-    return line;
-}
+    none,
+    noValue,
+    repeated,
+    early,
+    unknown
+};
 
-/// The level unit that a code page without a micro sign, or another than the reader's, has made such a text of; "" for
-/// any other text.
-std::wstring UnitBefore(std::wstring_view text)
+/// A row that counts, or not, under one of the row keys.
+struct Row
 {
-    constexpr size_t longest = 6;  // two bytes of the sign, each read as a character, and one to spare
-    const bool isFramed = text.size() > 3 && text.size() <= longest && text.starts_with(L"dB") &&
-                          (text.back() == L'V' || text.back() == L'W');
-    const auto isOther = [](wchar_t c) { return c == L'?' || c >= 0x80; };
-    return isFramed && std::ranges::all_of(text.substr(2, text.size() - 3), isOther)
-               ? std::wstring(L"dBµ") + text.back()
-               : L"";
-}
+    SetupEntry entry;
+    int32_t number = 0;
+};
 
 class Inspector
 {
 public:
-    Inspector(std::string_view content, std::wstring_view product, const CodePage& codePage)
-        : text_(content, codePage), codePage_(codePage)
+    Inspector(const std::string& content, std::wstring_view product, const CodePage& codePage)
+        : text_(content, codePage)
     {
-        if (InspectEncoding(content) && InspectIdentity(product)) {
+        if (InspectText(content, codePage) && InspectIdentity(product)) {
             InspectContent();
         }
     }
@@ -93,7 +88,7 @@ public:
     }
 
 private:
-    void Doubt(int32_t line, std::wstring text) { Add({line, std::move(text), false}); }
+    void Doubt(int32_t line, std::wstring text) { Add({line, std::move(text)}); }
     void Refuse(int32_t line, std::wstring text) { Add({line, std::move(text), true}); }
     void Add(SetupRemark remark)
     {
@@ -104,66 +99,61 @@ private:
         }
     }
 
-    bool InspectEncoding(std::string_view content);
+    bool InspectText(const std::string& content, const CodePage& codePage);
     bool InspectIdentity(std::wstring_view product);
     void InspectModel(double version, int32_t line);
     void InspectContent();
     void InspectPlaces();
     void InspectKeys(const SetupSection& section);
-    bool IsRowKey(std::string_view section, const SetupEntry& entry);
+    KeyFault FaultOf(const SetupSection& section, const SetupEntry& entry) const;
+    std::wstring FaultText(KeyFault fault, const SetupSection& section, const SetupEntry& entry) const;
     void InspectValue(const Setting& key, const SetupEntry& entry);
+    void InspectUnit(const SetupEntry& entry);
+    std::optional<int32_t> CountOf(const char* section, int32_t otherwise, int32_t most);
+    void RequireRows(int32_t count);
     void InspectRows(const SettingRows& rows, int32_t count);
-    void InspectRowValue(const SettingRows& rows, const SetupEntry& entry);
+    void InspectMissingRows(const SettingRows& rows, int32_t count);
+    void InspectSurplusRows(const SettingRows& rows, int32_t count);
+    void InspectRowValue(const SettingRows& rows, const Row& row);
     void InspectPositions();
-    bool InspectNumber(SettingKind kind, const SetupEntry& entry, const wchar_t* otherwise, double& number);
-    int32_t CountOf(const char* section, int32_t otherwise, double most);
-    double MostChannels() const;
+    std::optional<double> InspectNumber(SettingKind kind, const SetupEntry& entry, const wchar_t* otherwise);
+
+    std::wstring Says(const SetupEntry& entry) const
+    {
+        return text_.Quoted(entry.key) + L" is " + text_.Quoted(entry.value);
+    }
+    std::wstring Range(const SetupEntry& first, const SetupEntry& last) const
+    {
+        return text_.Quoted(first.key) + (first.line == last.line ? L"" : L" to " + text_.Quoted(last.key));
+    }
 
     SetupText text_;
-    const CodePage& codePage_;
     bool isOld_ = false;
     SetupInspection result_;
 };
 
-/// Texts that are read as others than were written. False where that keeps the file from being loaded.
-bool Inspector::InspectEncoding(std::string_view content)
+/// False where the file is no text of a setup.
+bool Inspector::InspectText(const std::string& content, const CodePage& codePage)
 {
-    constexpr std::wstring_view remedy = L"Save it in a text editor as UTF-16 LE (\"Unicode\")";
-    const auto other = std::ranges::find_if(content, [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
-    if (text_.IsUnicode() || other == content.end()) {
-        return true;
+    if (content.find_first_not_of(" \t\r\n") == std::string::npos) {
+        Refuse(0, L"the file is empty");
+        return false;
     }
-    if (content.starts_with("\xEF\xBB\xBF")) {
-        const bool isHidden = text_.Find("Application") == nullptr;
-        Add({1,
-             L"the file begins with the mark of UTF-8, which is read as the beginning of its first line. " +
-                 std::wstring(remedy),
-             isHidden});
-        return !isHidden;
+    const std::optional<SetupRemark> remark = ForeignTextRemark(content, text_, codePage);
+    if (remark) {
+        Add(*remark);
     }
-    const int32_t line = LineOf(content, static_cast<size_t>(other - content.begin()));
-    const bool isSystemUtf8 = codePage_.Encode(L"µ") == Utf8CodePage().Encode(L"µ");
-    if (!isSystemUtf8 && Utf8CodePage().DecodeStrictly(content)) {
-        Doubt(line, L"the file looks like UTF-8, but is read in the system's code page: \"µ\" is read as \"" +
-                        codePage_.Decode(Utf8CodePage().Encode(L"µ")) + L"\". " + std::wstring(remedy));
-    } else if (!codePage_.DecodeStrictly(content)) {
-        Doubt(line,
-              L"the file has bytes that are no characters of the system's code page: another one has written it, "
-              L"and no text beyond the code page can be saved into it. Open it in a text editor in the code page "
-              L"that it was written in. " +
-                  std::wstring(remedy));
-    }
-    return true;
+    return !remark || !remark->isFatal;
 }
 
 /// False for what is no setup at all.
 bool Inspector::InspectIdentity(std::wstring_view product)
 {
-    if (text_.Find("CHANNEL") != nullptr) {
+    const SetupEntry name = text_.Find("Application", "Name");
+    if (name.line == 0 && text_.Find("CHANNEL") != nullptr) {
         Refuse(0, L"this is a channel plan, not a setup. Make a setup of it with: tvnhost import PLAN -o SETUP");
         return false;
     }
-    const SetupEntry name = text_.Find("Application", "Name");
     if (name.line == 0) {
         Refuse(0, L"the product's name is missing: \"Name\" in [Application]. Without it nothing loads the file");
         return false;
@@ -176,7 +166,7 @@ bool Inspector::InspectIdentity(std::wstring_view product)
     result_.version = text_.Wide(version.value);
     const double number = LeadingNumber(result_.version);
     isOld_ = number == oldVersion;
-    if (number >= firstCurrentVersion) {
+    if (number >= firstVersionWithHardware) {
         InspectModel(number, version.line);
     } else if (!isOld_) {
         Doubt(version.line, (version.line == 0 ? L"the version is missing"
@@ -194,12 +184,15 @@ void Inspector::InspectContent()
     for (const SetupSection& section : text_.Sections()) {
         InspectKeys(section);
     }
-    const int32_t channels = CountOf("Frequency List", 1, MostChannels());
-    const int32_t parameters = std::max(CountOf("Parameters", int32_t{MP_LAST}, 32757), 0);
-    result_.channels = std::max(channels, 0);
-    result_.isBackup = text_.Find("Backup") != nullptr;
+    const std::optional<int32_t> channels = CountOf("Frequency List", 1, MostRows(text_.Text().size()));
+    const std::optional<int32_t> counted = CountOf("Parameters", int32_t{MP_LAST}, mostParameters);
+    const int32_t parameters = std::max(counted.value_or(0), isOld_ ? 0 : int32_t{MP_LAST});
+    result_.channels = std::max(channels.value_or(0), 0);
+    RequireRows(result_.channels);
     for (const SettingRows& rows : RowSettings()) {
-        InspectRows(rows, rows.isOfChannel ? channels : isOld_ ? parameters : std::max(parameters, int32_t{MP_LAST}));
+        if (rows.isOfChannel ? channels.has_value() : counted.has_value()) {
+            InspectRows(rows, rows.isOfChannel ? result_.channels : parameters);
+        }
     }
     InspectPositions();
 }
@@ -209,7 +202,7 @@ void Inspector::InspectModel(double version, int32_t line)
     const SetupEntry model = text_.Find("Hardware", "Model");
     if (model.line == 0) {
         Refuse(line, L"version " + Number(version) + L" needs \"Model\" in [Hardware], which is missing");
-    } else if (model.value != "2x") {
+    } else if (text_.Wide(model.value) != modelName) {
         Refuse(model.line, L"the setup is for receivers of model " + text_.Quoted(model.value) +
                                L", the plug-in measures with model \"2x\"");
     }
@@ -222,11 +215,79 @@ void Inspector::InspectPlaces()
         Doubt(section.line, L"a second section [" + text_.Wide(section.key) + L"]: the one in line " +
                                 std::to_wstring(text_.Find(section.key)->line) + L" counts, this one is not read");
     }
-    const int32_t firstSection = text_.Sections().empty() ? 0 : text_.Sections().front().line;
-    for (const SetupEntry& entry : text_.Unread()) {
-        if (firstSection == 0 || entry.line < firstSection) {
-            Doubt(entry.line, text_.Quoted(entry.key) + L" stands before the first section and is not read");
-        }
+    const SetupSection* const backup = text_.Find("Backup");
+    result_.isBackup = text_.Lists("Backup");
+    if (backup && !result_.isBackup) {
+        Doubt(backup->line,
+              L"the line of the section [Backup] says something else too, if only a blank: the file is "
+              L"no backup copy, and the section is not read");
+    }
+    const auto& unread = text_.Unread();
+    const auto firstSection = text_.Sections().front().line;
+    const auto end = std::ranges::find_if(unread, [&](const SetupEntry& entry) { return entry.line > firstSection; });
+    if (end - unread.begin() > mostSingly) {
+        Doubt(unread.front().line, std::to_wstring(end - unread.begin()) + L" lines from " +
+                                       text_.Quoted(unread.front().key) +
+                                       L" on stand before the first section and are not read");
+        return;
+    }
+    for (auto entry = unread.begin(); entry != end; ++entry) {
+        Doubt(entry->line, text_.Quoted(entry->key) + L" stands before the first section and is not read");
+    }
+}
+
+/// The setting of a key, null where it is none.
+const Setting* SettingOf(std::string_view section, std::string_view key)
+{
+    const auto found = std::ranges::find_if(Settings(), [&](const Setting* known) {
+        return EqualIgnoringCase(known->section, section) && EqualIgnoringCase(known->key, key);
+    });
+    return found == Settings().end() ? nullptr : *found;
+}
+
+/// Whether a key names a row; InspectRows sees to those.
+bool IsRowKey(std::string_view section, std::string_view key)
+{
+    return std::ranges::any_of(RowSettings(), [&](const SettingRows& rows) {
+        return EqualIgnoringCase(rows.section, section) && RowOf(rows.prefix, key);
+    });
+}
+
+bool IsEarlyRowKey(std::string_view section, std::string_view key)
+{
+    const auto digits = key.find_last_not_of("0123456789") + 1;
+    return EqualIgnoringCase(section, "Frequency List") && digits < key.size() &&
+           std::ranges::any_of(EarlyRowKeys(),
+                               [&](const char* prefix) { return EqualIgnoringCase(prefix, key.substr(0, digits)); });
+}
+
+KeyFault Inspector::FaultOf(const SetupSection& section, const SetupEntry& entry) const
+{
+    if (!entry.hasValue) {
+        return KeyFault::noValue;
+    }
+    if (section.First(entry.key).line != entry.line) {
+        return KeyFault::repeated;
+    }
+    if (SettingOf(section.name, entry.key) || IsRowKey(section.name, entry.key)) {
+        return KeyFault::none;
+    }
+    return IsEarlyRowKey(section.name, entry.key) ? KeyFault::early : KeyFault::unknown;
+}
+
+std::wstring Inspector::FaultText(KeyFault fault, const SetupSection& section, const SetupEntry& entry) const
+{
+    const std::wstring key = text_.Quoted(entry.key);
+    switch (fault) {
+        case KeyFault::noValue:
+            return key + L" has no \"=\" and is not read";
+        case KeyFault::repeated:
+            return key + L" is there a second time: line " + std::to_wstring(section.First(entry.key).line) +
+                   L" counts";
+        case KeyFault::early:
+            return key + L" was left behind by an early program and is not read";
+        default:
+            return L"[" + text_.Wide(section.name) + L"] has no key " + key + L"; it is not read";
     }
 }
 
@@ -238,118 +299,100 @@ void Inspector::InspectKeys(const SetupSection& section)
         Doubt(section.line, L"no setup has a section " + text_.Quoted(section.name) + L"; it is not read");
         return;
     }
-    for (const SetupEntry& entry : section.entries) {
-        const SetupEntry first = section.Find(entry.key);
-        const auto key = std::ranges::find_if(Settings(), [&](const Setting* known) {
-            return isKnown(known) && EqualIgnoringCase(known->key, entry.key);
-        });
-        if (!entry.hasValue) {
-            Doubt(entry.line, text_.Quoted(entry.key) + L" has no \"=\" and is not read");
-        } else if (first.line != entry.line) {
-            Doubt(entry.line, text_.Quoted(entry.key) + L" is there a second time: line " +
-                                  std::to_wstring(first.line) + L" counts");
-        } else if (key != Settings().end()) {
-            InspectValue(**key, entry);
-        } else if (!IsRowKey(section.name, entry)) {
-            Doubt(entry.line,
-                  L"[" + text_.Wide(section.name) + L"] has no key " + text_.Quoted(entry.key) + L"; it is not read");
+    for (auto begin = section.entries.begin(); begin != section.entries.end();) {
+        const KeyFault fault = FaultOf(section, *begin);
+        const auto end = std::find_if(begin + 1, section.entries.end(),
+                                      [&](const SetupEntry& entry) { return FaultOf(section, entry) != fault; });
+        const ptrdiff_t others = end - begin - 1;
+        if (fault != KeyFault::none && others >= mostSingly) {
+            Doubt(begin->line, FaultText(fault, section, *begin) + L" (likewise the " + std::to_wstring(others) +
+                                   L" lines behind it)");
+            begin = end;
+        }
+        for (; begin != end; ++begin) {
+            const Setting* const key = SettingOf(section.name, begin->key);
+            if (fault != KeyFault::none) {
+                Doubt(begin->line, FaultText(fault, section, *begin));
+            } else if (key) {
+                InspectValue(*key, *begin);
+            }
         }
     }
 }
 
-/// Whether a key names a row; InspectRows sees to those.
-bool Inspector::IsRowKey(std::string_view section, const SetupEntry& entry)
+/// The number that is read; nothing where the text is none, which has been remarked on then.
+std::optional<double> Inspector::InspectNumber(SettingKind kind, const SetupEntry& entry, const wchar_t* otherwise)
 {
-    const bool isRow = std::ranges::any_of(RowSettings(), [&](const SettingRows& rows) {
-        return EqualIgnoringCase(rows.section, section) && RowOf(rows.prefix, entry.key);
-    });
-    const auto digits = entry.key.find_last_not_of("0123456789") + 1;
-    const bool isEarly = EqualIgnoringCase(section, "Frequency List") && digits < entry.key.size() &&
-                         std::ranges::any_of(EarlyRowKeys(), [&](const char* prefix) {
-                             return EqualIgnoringCase(prefix, entry.key.substr(0, digits));
-                         });
-    if (isEarly && !isRow) {
-        Doubt(entry.line, text_.Quoted(entry.key) + L" was left behind by an early program and is not read");
-    }
-    return isRow || isEarly;
-}
-
-/// False where the text is no number, which has been remarked on then.
-bool Inspector::InspectNumber(SettingKind kind, const SetupEntry& entry, const wchar_t* otherwise, double& number)
-{
-    const std::wstring says = text_.Quoted(entry.key) + L" is " + text_.Quoted(entry.value);
     if (kind == SettingKind::integer) {
+        const auto taken = static_cast<int32_t>(ini::ReadInteger(entry.value));
         const std::optional<double> whole = WholeNumber(entry.value);
-        if (!whole) {
-            Doubt(entry.line, says + L", which is no whole number: " +
-                                  (entry.value.empty() ? std::wstring(otherwise) + L" is taken"
-                                                       : L"the digits at its beginning are taken, or 0"));
-            return false;
+        if (whole == taken) {
+            return taken;
         }
-        number = *whole;
-        return true;
+        Doubt(entry.line, Says(entry) + (whole ? L", which is too large: " : L", which is no whole number: ") +
+                              (entry.value.empty() ? otherwise : std::to_wstring(taken)) + L" is taken");
+        return std::nullopt;
     }
     try {
-        number = ParseNumber(text_.Wide(entry.value), SystemLocale());
-        return true;
+        return ParseNumber(text_.Wide(entry.value), SystemLocale());
     } catch (const RaisedError&) {
         if (kind == SettingKind::number) {
-            Refuse(entry.line, says + L", which is no number");
+            Refuse(entry.line, Says(entry) + L", which is no number");
         } else {
-            Doubt(entry.line, says + L", which is no number: " + otherwise + L" is taken");
+            Doubt(entry.line, Says(entry) + L", which is no number: " + otherwise + L" is taken");
         }
-        return false;
+        return std::nullopt;
     }
+}
+
+void Inspector::InspectUnit(const SetupEntry& entry)
+{
+    const std::wstring unit = text_.Wide(entry.value);
+    if (LevelUnitCode(unit) >= 0) {
+        return;
+    }
+    const std::wstring before = UnitBefore(unit);
+    Doubt(entry.line,
+          Says(entry) + (before.empty()
+                             ? L", which is none of " + LevelUnitList() + L": the receiver keeps its own unit"
+                             : L", which is what another code page has made of " + before +
+                                   L": the receiver keeps its own unit. Choose " + before +
+                                   L" in the setup's editor and save it; texts with other characters than A to Z "
+                                   L"may have changed too"));
 }
 
 void Inspector::InspectValue(const Setting& key, const SetupEntry& entry)
 {
-    const std::wstring says = text_.Quoted(entry.key) + L" is " + text_.Quoted(entry.value);
-    const std::wstring unit = text_.Wide(entry.value);
-    if (&key == &setting::levelUnit && LevelUnitCode(unit) < 0) {
-        const std::wstring before = UnitBefore(unit);
-        Doubt(
-            entry.line,
-            says + (before.empty() ? L", which is none of " + LevelUnitList() + L": the receiver keeps its own unit"
-                                   : L", which is what another code page has made of " + before +
-                                         L": the receiver keeps its own unit. Choose " + before +
-                                         L" in the setup's editor and save it; texts with other characters than A to Z "
-                                         L"may have changed too"));
+    if (&key == &setting::levelUnit) {
+        InspectUnit(entry);
     }
     if (key.kind == SettingKind::word) {
         constexpr std::string_view words[] = {"yes", "y", "true",  "t", "on",  "1", "-1",
                                               "no",  "n", "false", "f", "off", "0"};
         if (std::ranges::none_of(words, [&](std::string_view word) { return EqualIgnoringCase(word, entry.value); })) {
-            Doubt(entry.line, says + L", which is neither True nor False: it counts as False");
+            Doubt(entry.line, Says(entry) + L", which is neither True nor False: it counts as False");
         }
     }
-    double number = 0;
     const bool isNumber = key.kind != SettingKind::text && key.kind != SettingKind::word;
-    if (!isNumber || !InspectNumber(key.kind, entry, key.otherwise, number)) {
+    const std::optional<double> number = isNumber ? InspectNumber(key.kind, entry, key.otherwise) : std::nullopt;
+    if (!number) {
         return;
     }
     if (key.lowest == key.highest) {
-        if (std::ranges::find(key.choices, number, &ListItem::value) == key.choices.end()) {
+        if (std::ranges::find(key.choices, *number, &ListItem::value) == key.choices.end()) {
             std::wstring all;
             for (const ListItem& choice : key.choices) {
                 all += (all.empty() ? L"" : L", ") + std::to_wstring(choice.value);
             }
-            Doubt(entry.line, says + L"; the list has " + all);
+            Doubt(entry.line, Says(entry) + L"; the list has " + all);
         }
-    } else if (!(number >= key.lowest && number <= key.highest)) {
-        Doubt(entry.line, says + L"; it has to be from " + Number(key.lowest) + L" to " + Number(key.highest));
+    } else if (!(*number >= key.lowest && *number <= key.highest)) {
+        Doubt(entry.line, Says(entry) + L"; it has to be from " + Number(key.lowest) + L" to " + Number(key.highest));
     }
 }
 
-/// As many as the file has room for, or any that 16 bits can name.
-double Inspector::MostChannels() const
-{
-    constexpr double always = 32767;
-    constexpr double bytesPerRow = 20;
-    return std::max(always, std::floor(static_cast<double>(text_.Size()) / bytesPerRow));
-}
-
-int32_t Inspector::CountOf(const char* section, int32_t otherwise, double most)
+/// The "Count" that is read in a section; nothing where it keeps the file from being loaded.
+std::optional<int32_t> Inspector::CountOf(const char* section, int32_t otherwise, int32_t most)
 {
     const SetupEntry entry = text_.Find(section, "Count");
     if (entry.line == 0) {
@@ -357,69 +400,106 @@ int32_t Inspector::CountOf(const char* section, int32_t otherwise, double most)
               L"\"Count\" is missing in [" + Wide(section) + L"]: " + std::to_wstring(otherwise) + L" is taken");
         return otherwise;
     }
-    const std::optional<double> count = WholeNumber(entry.value);
-    if (!count) {
-        return entry.value.empty() ? otherwise : 0;
+    const int32_t count = entry.value.empty() ? otherwise : static_cast<int32_t>(ini::ReadInteger(entry.value));
+    if (count <= most) {
+        return count;
     }
-    if (*count > most) {
-        Refuse(entry.line, L"[" + Wide(section) + L"] says \"Count\" is " + text_.Quoted(entry.value) +
-                               L", but the file can hold at most " + Number(most));
-        return 0;
-    }
-    return static_cast<int32_t>(std::max(*count, -1.0));
+    Refuse(entry.line, L"[" + Wide(section) + L"] says \"Count\" is " + text_.Quoted(entry.value) +
+                           L", but the file can hold at most " + std::to_wstring(most));
+    return std::nullopt;
 }
 
-void Inspector::InspectRowValue(const SettingRows& rows, const SetupEntry& entry)
+void Inspector::RequireRows(int32_t count)
 {
-    double number = 0;
-    if (rows.kind == SettingKind::text || !InspectNumber(rows.kind, entry, L"0", number)) {
-        return;
+    const SettingRows& frequencies = RowSettings().front();
+    const SetupSection* const section = text_.Find(frequencies.section);
+    int32_t missing = 0;
+    for (int32_t row = 1; row <= count && missing <= mostMissingRows; ++row) {
+        missing += !section || section->Find(RowKey(frequencies.prefix, row)).line == 0 ? 1 : 0;
     }
-    if (!(number >= rows.lowest && number <= rows.highest)) {
-        Doubt(entry.line, text_.Quoted(entry.key) + L" is " + text_.Quoted(entry.value) + L"; it has to be from " +
-                              Number(rows.lowest) + L" to " + Number(rows.highest));
+    if (missing > mostMissingRows) {
+        Refuse(section ? section->line : 0, L"[" + Wide(frequencies.section) + L"] lacks more than " +
+                                                std::to_wstring(mostMissingRows) +
+                                                L" of the rows that its \"Count\" promises");
     }
 }
 
-/// Rows 1..count: what is missing (neighbours in one remark), what is doubtful, and what stands beyond.
+/// Rows 1..count: what is missing, what is doubtful, and what stands beyond.
 void Inspector::InspectRows(const SettingRows& rows, int32_t count)
 {
+    if (rows.isNeeded) {
+        InspectMissingRows(rows, count);
+    }
+    if (text_.Find(rows.section)) {
+        InspectSurplusRows(rows, count);
+    }
+}
+
+/// Neighbours are named together.
+void Inspector::InspectMissingRows(const SettingRows& rows, int32_t count)
+{
     const SetupSection* const section = text_.Find(rows.section);
-    const auto keyOf = [&](int32_t row) { return RowKey(rows.prefix, row); };
-    const int32_t line = section ? section->line : 0;
-    int32_t firstMissing = 0;
-    int32_t missing = 0;
+    const auto keyOf = [&](int32_t row) { return L"\"" + Wide(RowKey(rows.prefix, row)) + L"\""; };
+    int32_t first = 0;
     for (int32_t row = 1; row <= count + 1; ++row) {
-        const SetupEntry entry = row <= count && section ? section->Find(keyOf(row)) : SetupEntry{};
-        const bool isMissing = row <= count && rows.isNeeded && entry.line == 0;
-        if (entry.line != 0) {
-            InspectRowValue(rows, entry);
-        }
-        missing += isMissing ? 1 : 0;
-        if (isMissing && firstMissing == 0) {
-            firstMissing = row;
-        } else if (!isMissing && firstMissing != 0) {
-            const bool isOne = row - 1 == firstMissing;
-            Doubt(line, L"[" + Wide(rows.section) + L"] lacks \"" + Wide(keyOf(firstMissing)) + L"\"" +
-                            (isOne ? L"" : L" to \"" + Wide(keyOf(row - 1)) + L"\"") +
-                            (isOne ? L": its default is taken" : L": their defaults are taken"));
-            firstMissing = 0;
+        const bool isMissing = row <= count && (!section || section->Find(RowKey(rows.prefix, row)).line == 0);
+        if (isMissing && first == 0) {
+            first = row;
+        } else if (!isMissing && first != 0) {
+            const int32_t last = row - 1;
+            SetupRemark remark{section ? section->line : 0,
+                               L"[" + Wide(rows.section) + L"] lacks " + keyOf(first) +
+                                   (first == last ? L": its default is taken"
+                                                  : L" to " + keyOf(last) + L": their defaults are taken")};
+            if (rows.isOfChannel) {
+                remark.firstChannel = first;
+                remark.lastChannel = last;
+            }
+            Add(std::move(remark));
+            first = 0;
         }
     }
-    if (missing > mostMissing && rows.isOfChannel) {
-        Refuse(line, L"[" + Wide(rows.section) + L"] lacks more than " + std::to_wstring(mostMissing) +
-                         L" of the rows that its \"Count\" promises");
+}
+
+void Inspector::InspectSurplusRows(const SettingRows& rows, int32_t count)
+{
+    const SetupSection& section = *text_.Find(rows.section);
+    std::vector<Row> surplus;
+    for (const SetupEntry& entry : section.entries) {
+        const std::optional<int32_t> row = RowOf(rows.prefix, entry.key);
+        if (!row || section.Find(entry.key).line != entry.line) {
+            continue;
+        }
+        if (*row <= count) {
+            InspectRowValue(rows, {entry, *row});
+        } else {
+            surplus.push_back({entry, *row});
+        }
     }
-    if (!section) {
+    if (!surplus.empty()) {
+        const bool isOne = surplus.size() == 1;
+        Doubt(surplus.front().entry.line, Range(surplus.front().entry, surplus.back().entry) +
+                                              (isOne ? L" stands" : L" stand") + L" beyond \"Count\" (" +
+                                              std::to_wstring(count) +
+                                              (isOne ? L") and is not read" : L") and are not read"));
+    }
+}
+
+void Inspector::InspectRowValue(const SettingRows& rows, const Row& row)
+{
+    if (rows.kind == SettingKind::text) {
         return;
     }
-    for (const SetupEntry& entry : section->entries) {
-        const std::optional<int32_t> row = RowOf(rows.prefix, entry.key);
-        if (row && *row > std::max(count, 0)) {
-            Doubt(entry.line, text_.Quoted(entry.key) + L" stands beyond \"Count\" (" + std::to_wstring(count) +
-                                  L") and is not read");
-        }
+    const std::optional<double> number = InspectNumber(rows.kind, row.entry, L"the default");
+    if (!number || (*number >= rows.lowest && *number <= rows.highest)) {
+        return;
     }
+    SetupRemark remark{row.entry.line, Says(row.entry) + L"; it has to be from " + Number(rows.lowest) + L" to " +
+                                           Number(rows.highest)};
+    if (rows.isOfChannel) {
+        remark.firstChannel = remark.lastChannel = row.number;
+    }
+    Add(std::move(remark));
 }
 
 /// Two parameters at one place of the grid.
@@ -431,8 +511,7 @@ void Inspector::InspectPositions()
     }
     std::map<std::string_view, SetupEntry> seen;
     for (const SetupEntry& entry : section->entries) {
-        const bool counts =
-            entry.hasValue && RowOf("Position ", entry.key) && section->Find(entry.key).line == entry.line;
+        const bool counts = RowOf("Position ", entry.key) && section->Find(entry.key).line == entry.line;
         if (!counts || entry.value.starts_with('-')) {
             continue;
         }
@@ -451,13 +530,8 @@ bool SetupInspection::IsUsable() const
     return std::ranges::none_of(remarks, &SetupRemark::isFatal);
 }
 
-SetupInspection InspectSetup(std::string_view content, std::wstring_view product, const CodePage& codePage)
+SetupInspection InspectSetup(const std::string& content, std::wstring_view product, const CodePage& codePage)
 {
-    if (const auto refused = WhyNoSetupText(content)) {
-        SetupInspection nothing;
-        nothing.remarks.push_back({refused->line, refused->reason, true});
-        return nothing;
-    }
     return Inspector(content, product, codePage).Result();
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <utility>
 
 #include "text/Blanks.h"
 #include "text/TextInput.h"
@@ -10,50 +11,28 @@
 
 namespace tvn2x {
 
-namespace {
-
-constexpr std::string_view utf16Mark = "\xFF\xFE";
-
-std::string_view WithoutQuotes(std::string_view value)
-{
-    const bool isQuoted =
-        value.size() >= 2 && (value.front() == '"' || value.front() == '\'') && value.front() == value.back();
-    return isQuoted ? value.substr(1, value.size() - 2) : value;
-}
-
-}  // namespace
-
-SetupEntry SetupSection::Find(std::string_view key) const
+SetupEntry SetupSection::First(std::string_view key) const
 {
     const auto found = first.find(key);
     return found == first.end() ? SetupEntry{} : entries[found->second];
 }
 
-std::optional<NoSetupText> WhyNoSetupText(std::string_view content)
+SetupEntry SetupSection::Find(std::string_view key) const
 {
-    if (content.find_first_not_of(" \t\r\n") == std::string_view::npos) {
-        return NoSetupText{0, L"the file is empty"};
-    }
-    const size_t nul = content.find('\0');
-    if (nul == std::string_view::npos || content.starts_with(utf16Mark)) {
-        return std::nullopt;
-    }
-    const auto lineEnds = std::count(content.begin(), content.begin() + static_cast<ptrdiff_t>(nul), '\n');
-    return NoSetupText{static_cast<int32_t>(lineEnds) + 1, L"binary data: this is no setup"};
+    const SetupEntry entry = First(key);
+    return entry.hasValue ? entry : SetupEntry{};
 }
 
-SetupText::SetupText(std::string_view content, const CodePage& codePage)
-    : codePage_(codePage), isUnicode_(content.starts_with(utf16Mark))
+SetupText::SetupText(std::string content, const CodePage& codePage)
+    : codePage_(codePage), content_(ini::ReadContent(std::move(content), codePage))
 {
-    // Half a unit at the end is no text.
-    content_ = isUnicode_ ? file_text::FromUtf16(content.substr(utf16Mark.size(), (content.size() - 2) / 2 * 2))
-                          : file_text::FromBytes(std::string(content), codePage);
-    const std::string_view text = content_;
+    ini::LineScanner scanner(content_.text);
     int32_t number = 0;
-    for (size_t at = 0; at < text.size();) {
-        const size_t stop = std::min(text.find_first_of("\r\n", at), text.size());
-        Take(TrimBlanks(text.substr(at, stop - at)), ++number);
-        at = stop + (text.substr(stop, 2) == "\r\n" ? 2 : 1);
+    for (ini::Line line; scanner.Next(line);) {
+        if (const auto name = ini::BracketedName(line.Text(content_.text))) {
+            listed_.push_back(*name);
+        }
+        Take(TrimBlanks(line.Text(content_.text)), ++number);
     }
 }
 
@@ -63,7 +42,7 @@ void SetupText::Take(std::string_view line, int32_t number)
         return;
     }
     if (line.starts_with('[')) {
-        const std::string_view name = TrimBlanks(line.substr(1, line.find(']') - 1));
+        const std::string_view name = ini::ParseHeader(line);
         const bool isNew = byName_.emplace(name, sections_.size()).second;
         if (isNew) {
             open_ = sections_.size();
@@ -74,11 +53,8 @@ void SetupText::Take(std::string_view line, int32_t number)
         }
         return;
     }
-    const size_t equals = line.find('=');
-    const bool hasValue = equals != std::string_view::npos;
-    const SetupEntry entry{TrimBlanks(line.substr(0, equals)),
-                           hasValue ? WithoutQuotes(TrimBlanks(line.substr(equals + 1))) : std::string_view(), number,
-                           hasValue};
+    const ini::Entry parsed = ini::ParseEntry(line);
+    const SetupEntry entry{parsed.key, ini::ReadableValue(parsed.value), number, parsed.hasValue};
     if (!open_) {
         unread_.push_back(entry);
         return;
@@ -100,9 +76,14 @@ SetupEntry SetupText::Find(std::string_view section, std::string_view key) const
     return found ? found->Find(key) : SetupEntry{};
 }
 
+bool SetupText::Lists(std::string_view section) const
+{
+    return std::ranges::any_of(listed_, [&](std::string_view name) { return EqualIgnoringCase(name, section); });
+}
+
 std::wstring SetupText::Wide(std::string_view text) const
 {
-    return file_text::ToWide(text, codePage_);
+    return file_text::ToWide(ini::FirstCharacters(text), codePage_);
 }
 
 std::wstring SetupText::Quoted(std::string_view text) const

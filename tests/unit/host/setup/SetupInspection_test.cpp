@@ -80,11 +80,13 @@ TEST(SetupInspection, NamesEveryDoubtfulEntryByItsLine)
         {"Frequency   01=314.0000000", "Frequency   01=", 9, L"is no number", true},
         {"Symbol Rate 01=6.900", "Symbol Rate 01=7.1", 11, L"from 0.1 to 7", false},
         {"Symbol Rate 01=6.900", "Symbol Rate 01=fast", 11, L"is \"fast\", which is no number", true},
+        {"Count=6", "Count=6.0", 8, L"\"6.0\", which is no whole number: 6 is taken", false},
+        {"Count=6", "Count=4294967302", 8, L"which is too large: 6 is taken", false},
         {"Mode=4", "Mode=6", 6, L"the list has 4", false},
         {"Level Unit=dB\xB5V", "Level Unit=dBuV", 28, L"none of dBmV, dBpW", false},
         {"10MHz Reference Source=0", "10MHz Reference Source=2", 29, L"the list has 0, 1", false},
         {"Order Of QAM=256", "Order Of QAM=many", 30, L"is no number: 64 is taken", false},
-        {"Rolloff Factor=15", "ROLLOFF FACTOR=0.15", 31, L"no whole number: the digits at its beginning", false},
+        {"Rolloff Factor=15", "ROLLOFF FACTOR=0.15", 31, L"no whole number: 0 is taken", false},
         {"Input Impedance (ohm)=75", "Input Impedance (ohm)=60", 34, L"2, 50, 75, 4, 128", false},
         {"Couple Display and Save=True", "Couple Display and Save=maybe", 37, L"neither True nor False", false},
         {"Show Before=-1", "Show Before=", 166, L"no whole number: -1 is taken", false},
@@ -110,7 +112,17 @@ TEST(SetupInspection, NamesWhatIsNotReadAndWhatIsMissing)
     EXPECT_THAT(Changed("Count=6", "Count=8"),
                 ElementsAre(Remark(7, L"lacks \"Frequency   07\" to \"Frequency   08\": their defaults are taken"),
                             Remark(7, L"lacks \"Symbol Rate 07\" to \"Symbol Rate 08\"")));
-    EXPECT_THAT(Changed("Count=6", ";"), Contains(Remark(7, L"\"Count\" is missing in [Frequency List]: 1 is taken")));
+    EXPECT_THAT(Changed("Count=6", ";"),
+                ElementsAre(Remark(7, L"\"Count\" is missing in [Frequency List]: 1 is taken"),
+                            Remark(12, L"\"Frequency   02\" to \"Frequency   06\" stand beyond \"Count\" (1)"),
+                            Remark(13, L"stand beyond"), Remark(14, L"stand beyond")));
+    EXPECT_THAT(Changed("Frequency   02=", "Frequency   02"),
+                ElementsAre(Remark(7, L"lacks \"Frequency   02\": its default is taken"), Remark(12, L"has no \"=\"")));
+    EXPECT_THAT(Changed("[Parameters to Save]\r\n", ""),
+                ElementsAre(Remark(0, L"[Parameters to Save] lacks \"Parameter 01\" to \"Parameter 30\""),
+                            Remark(71,
+                                   L"\"Parameter 01\" is there a second time: line 41 counts (likewise the 29 "
+                                   L"lines behind it)")));
     EXPECT_THAT(Changed("Count=6", "Count=40000"), Contains(Remark(8, L"the file can hold at most 32767", true)));
 }
 
