@@ -79,6 +79,10 @@ setup scan.ini 'Order Of QAM=256' "${quick[@]}"
 expect_exit 0 scan scan.ini --network "$receivers/full.ini" "${fast[@]}" --write
 expect_notice 'Receiver 200117: can do everything that the setup asks for' 'Configuring KTR'
 expect_text '1 channel, 1 synchronised'
+# What cannot be measured is told and left to the receiver; what the plug-in takes otherwise loads.
+setup odd.ini 'Order Of QAM=256' "${quick[@]}" 'Symbol Rate 01=0' 'Count=1.0'
+expect_exit 1 scan odd.ini --network "$receivers/full.ini" "${fast[@]}" --write
+expect_notice 'odd.ini, line' '"Symbol Rate 01" is "0"; it has to be from 0.1 to 7'
 setup external.ini 'Order Of QAM=256' "${quick[@]}" '10MHz Reference Source=1' 'SAW Filter Bandwidth (MHz)=2'
 expect_exit 2 scan external.ini --network half.ini "${fast[@]}" --write --journal never.jsonl
 expect_notice 'Order EXTREF' 'Order KTR-H6' 'To scan all the same: --force'

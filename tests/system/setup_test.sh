@@ -36,11 +36,17 @@ sed 's/^Order Of QAM=.*/Order Of QAM=65\r/; s/^Count=6/Count=5/' "$setups/versio
 expect_exit 1 check odd.ini
 expect_text 'odd.ini, line 30: "Order Of QAM" is "65"; the list has 4, 16, 32, 64, 128, 256' '4 doubtful things'
 sed 's/^Frequency   02=.*/Frequency   02=fast\r/' "$setups/version-2.0.ini" >bad.ini
-for command in check show 'convert -o never.ini'; do
+for command in check show 'convert -o never.ini' scan edit; do
     expect_exit 2 $command bad.ini
     cat "$work/out" "$work/err" | grep -qF 'bad.ini, line 12: "Frequency   02" is "fast", which is no number' || fail 'does not say why'
 done
 [ ! -e never.ini ] || fail 'wrote a setup all the same'
+sed '/^Model=/d' "$setups/version-2.0.ini" >nameless.ini
+expect_exit 2 scan nameless.ini
+expect_notice 'nameless.ini, line 3: version 2 needs "Model" in [Hardware], which is missing'
+sed 's/^Count=6/Count=0/' "$setups/version-2.0.ini" >none.ini
+expect_exit 2 scan none.ini
+expect_notice 'none.ini: there is no channel to measure'
 expect_exit 2 convert new.ini -o new.ini
 expect_notice 'would replace the file that it is made from'
 
