@@ -49,6 +49,19 @@ add_library(tvn_contracts INTERFACE)
 target_include_directories(tvn_contracts INTERFACE ${contracts})
 add_dependencies(tvn_contracts contracts_made)
 
+# What every program states about itself comes from the version of the project.
+string(REPLACE "." "," version_commas "${PROJECT_VERSION},0")
+configure_file(${CMAKE_SOURCE_DIR}/cmake/Version.h.in ${CMAKE_BINARY_DIR}/version/Version.h @ONLY)
+add_library(tvn_version INTERFACE)
+target_include_directories(tvn_version INTERFACE ${CMAKE_BINARY_DIR}/version)
+
+# tvn_resources(SCRIPT FILE...): a resource script that states the version and embeds these files.
+function(tvn_resources script)
+  set_property(SOURCE ${script} APPEND PROPERTY INCLUDE_DIRECTORIES ${CMAKE_BINARY_DIR}/version ${contracts}
+    ${CMAKE_CURRENT_SOURCE_DIR})
+  set_property(SOURCE ${script} APPEND PROPERTY OBJECT_DEPENDS ${CMAKE_BINARY_DIR}/version/Version.h ${ARGN})
+endfunction()
+
 # tvn_component_server(NAME ROOMS room...): the folder's sources as a DLL with the exports of NAME.def and the resources
 # of NAME.rc, which embeds the type libraries.
 function(tvn_component_server name)
@@ -69,10 +82,5 @@ function(tvn_component_server name)
   add_dependencies(${name} contracts_made)
   target_precompile_headers(${name} PRIVATE <windows.h> <oleauto.h> <string> <vector> <memory> <functional>)
 
-  string(REPLACE "." "," commas "${PROJECT_VERSION},0")
-  set_property(SOURCE ${name}.rc APPEND PROPERTY COMPILE_DEFINITIONS
-    TVN_VERSION_COMMAS=${commas} TVN_VERSION_TEXT="${PROJECT_VERSION}")
-  set_property(SOURCE ${name}.rc APPEND PROPERTY INCLUDE_DIRECTORIES ${contracts})
-  set_property(SOURCE ${name}.rc APPEND PROPERTY OBJECT_DEPENDS
-    "${contracts}/TVNINT.tlb;${contracts}/XKTR2x.tlb;${contracts}/TVN2x.tlb")
+  tvn_resources(${name}.rc ${contracts}/TVNINT.tlb ${contracts}/XKTR2x.tlb ${contracts}/TVN2x.tlb)
 endfunction()

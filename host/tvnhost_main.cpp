@@ -10,6 +10,7 @@
 #include "CLI/App.hpp"
 #include "CLI/Config.hpp"
 #include "CLI/Formatter.hpp"
+#include "Version.h"
 #include "com/Module.h"
 #include "com/TypeLibrary.h"
 #include "dvbc/Qam.h"

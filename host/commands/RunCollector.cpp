@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 
+#include "Version.h"
 #include "host/run/ParameterNames.h"
 #include "host/run/ReadingKind.h"
 #include "text/InputError.h"
