@@ -89,7 +89,7 @@ struct Driven
             ++notices;
             return S_OK;
         };
-        setup->put_MaxSettlingTime(0);
+        setup->put_MaxSettlingTime(1);  // 0 may be over before the first poll
         setup.As<ISetup>()->put_Mode(1);
         measure->putref_Parent(&parent);
     }
