@@ -4,6 +4,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "simulator/model/ModelKeys.h"
 #include "simulator/model/NetworkModel.h"
@@ -32,7 +33,7 @@ std::wstring AboutValue(std::wstring_view section, std::wstring_view key, const 
 class ModelParser
 {
 public:
-    explicit ModelParser(const std::wstring& fileName) : file_(fileName) {}
+    explicit ModelParser(std::wstring fileName) : file_(std::move(fileName)) {}
 
     NetworkModel Parse(std::string_view text);
 
