@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 
 #include "util/CodePage.h"
 #include "util/Encoding.h"
@@ -62,7 +63,7 @@ public:
             iconv_close(handle_);
     }
 
-    bool IsKnown() const { return handle_ != reinterpret_cast<iconv_t>(-1); }
+    bool IsKnown() const { return reinterpret_cast<intptr_t>(handle_) != -1; }
     std::wstring Decode(std::string_view bytes) const
     {
         std::string left(bytes);
