@@ -26,21 +26,17 @@ constexpr std::size_t longestText = 64;    ///< of a driver's own words; no disp
 constexpr std::wstring_view notMeasured = L"---";
 constexpr std::wstring_view rangeMarkers = L" --- UNDER OVER ";
 
-struct QualityReading
+/// A reading that is nothing but read, and the parameter that it feeds.
+struct PlainReading
 {
     MP_TYPES parameter;
     double (Receiver::*read)();
 };
 
-constexpr QualityReading qualityReadings[] = {
-    {MP_IQIMBAL, &Receiver::ReadIqImbalance},
-    {MP_IQPHASE, &Receiver::ReadIqPhase},
-    {MP_CS, &Receiver::ReadCarrierSuppression},
-    {MP_PHASJIT, &Receiver::ReadPhaseJitter},
-    {MP_CI, &Receiver::ReadCarrierToInterference},
-    {MP_SN, &Receiver::ReadSignalToNoise},
-    {MP_MER, &Receiver::ReadMer},
-    {MP_MERPCT, &Receiver::ReadMerPercent},
+constexpr PlainReading plainReadings[] = {
+#define RECEIVER_READING(name, parameter) {parameter, &Receiver::name},
+#define RECEIVER_READING_OF_ITS_OWN(name, parameter)
+#include "setup/catalogue/ReceiverOperations.h"
 };
 
 struct LeaveAtOnce
@@ -197,12 +193,11 @@ void ChannelRun::Measure()
         if (Has(tsLocked))
             IntegrateBer();
     });
-    MeasureColumn(MP_FREQOFF, [this] { StoreReading(MP_FREQOFF, &Receiver::ReadFrequencyOffset); });
-    for (const QualityReading& quality : qualityReadings) {
-        MeasureColumn(quality.parameter, [this, &quality] { StoreReading(quality.parameter, quality.read); });
+    for (const PlainReading& plain : plainReadings) {
+        MeasureColumn(plain.parameter, [this, &plain] { StoreReading(plain.parameter, plain.read); });
     }
-    MeasureColumn(MP_SY, [this] { StoreErrorRate(MP_SY, &ErrorCounters::syncErrors); });
-    MeasureColumn(MP_DE, [this] { StoreErrorRate(MP_DE, &ErrorCounters::dataErrors); });
+    MeasureColumn(MP_SY, [this] { StoreErrorRate(MP_SY, &dvbc::ErroredTime::syncErrors); });
+    MeasureColumn(MP_DE, [this] { StoreErrorRate(MP_DE, &dvbc::ErroredTime::dataErrors); });
 
     ShowIntermittent(MP_REF, referenceLost);
     ShowIntermittent(MP_SYNC, carrierLost);
@@ -225,7 +220,7 @@ void ChannelRun::BeginErrorInterval()
     Guarded([this] { Recheck(); });
     if (!Has(controlError)) {
         Guarded([this] {
-            countersAtStart_ = receiver_.ReadErrorCounters();
+            countersAtStart_ = receiver_.ErrorCounters();
             intervalStart_ = clock_.SteadySeconds();
         });
     }
@@ -296,14 +291,14 @@ void ChannelRun::IntegrateBer()
 
 /// Errored time as a percentage of the time since BeginErrorInterval; 100 without a stream or without an error. Nothing
 /// was measured where the counters were not read then, tell no time or ran back, or differ over less than a second.
-void ChannelRun::StoreErrorRate(MP_TYPES parameter, double ErrorCounters::*counter)
+void ChannelRun::StoreErrorRate(MP_TYPES parameter, double dvbc::ErroredTime::*counter)
 {
     double percent = 100;
     if (Has(tsLocked | tsLost)) {
         if (!intervalStart_)
             return;
         const double before = countersAtStart_.*counter;
-        const double after = receiver_.ReadErrorCounters().*counter;
+        const double after = receiver_.ErrorCounters().*counter;
         const double now = clock_.SteadySeconds();
         if (!IsReading(before) || !IsReading(after) || after < before)
             return;

@@ -68,7 +68,7 @@ private:
     void MeasureColumn(MP_TYPES parameter, Read read);
     void StoreReading(MP_TYPES parameter, Reading reading);
     void IntegrateBer();
-    void StoreErrorRate(MP_TYPES parameter, double ErrorCounters::*counter);
+    void StoreErrorRate(MP_TYPES parameter, double dvbc::ErroredTime::*counter);
     void ShowLock(MP_TYPES parameter, SyncState lock);
     void ShowIntermittent(MP_TYPES parameter, SyncState lost);
     void Finish();
@@ -117,7 +117,7 @@ private:
     double progress_ = 0;
     double bitTime_ = 0;               ///< seconds that 10^7 bits take
     bool referenceCanBeLost_ = false;  ///< an external reference is in use
-    ErrorCounters countersAtStart_;
+    dvbc::ErroredTime countersAtStart_;
     std::optional<double> intervalStart_;  ///< of the error counting, in the clock's steady seconds
 };
 

@@ -35,30 +35,12 @@ void ComInstrument::Online(bool online)
     Call(Side<IDriver>().Get(), &IDriver::put_Online, online ? VARIANT_TRUE : VARIANT_FALSE);
 }
 
-std::wstring ComInstrument::InstrumentName()
-{
-    return Ask(&IIdentification::get_InstrumentName);
-}
-
-std::wstring ComInstrument::BusAddress()
-{
-    return Ask(&IIdentification::get_BusAddress);
-}
-
-std::wstring ComInstrument::Model()
-{
-    return Ask(&IIdentification::get_Model);
-}
-
-std::wstring ComInstrument::Manufacturer()
-{
-    return Ask(&IIdentification::get_Manufacturer);
-}
-
-std::wstring ComInstrument::Hardware()
-{
-    return Ask(&IIdentification::get_Hardware);
-}
+#define INSTRUMENT_IDENTITY(name)                 \
+    std::wstring ComInstrument::name()            \
+    {                                             \
+        return Ask(&IIdentification::get_##name); \
+    }
+#include "setup/catalogue/ReceiverOperations.h"
 
 com::ComPtr<IDispatch> ComInstrument::Settings()
 {

@@ -18,11 +18,8 @@ public:
 
     bool Online() override;
     void Online(bool online) override;
-    std::wstring InstrumentName() override;
-    std::wstring BusAddress() override;
-    std::wstring Model() override;
-    std::wstring Manufacturer() override;
-    std::wstring Hardware() override;
+#define INSTRUMENT_IDENTITY(name) std::wstring name() override;
+#include "setup/catalogue/ReceiverOperations.h"
 
     com::ComPtr<IDispatch> Settings();  ///< the driver's own settings object, none where it has none
 

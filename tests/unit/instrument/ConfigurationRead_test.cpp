@@ -91,10 +91,10 @@ TEST(ConfigurationRead, FrequencyOrSymbolRateThatIsNoNumberIsRefused)
     constexpr double infinite = std::numeric_limits<double>::infinity();
     for (const double value : {std::numeric_limits<double>::quiet_NaN(), infinite, -infinite, 1.1e15, -1.1e15}) {
         Reading frequency, symbolRate;
-        frequency.receiver.frequency = value;
+        frequency.receiver.answers.Frequency = value;
         EXPECT_EQ(frequency.Run(), L"13 clsSetup.GetConfiguration: The receiver reports a frequency that is no number");
         EXPECT_EQ(frequency.document.Frequency(1), 300);
-        symbolRate.receiver.symbolRate = value;
+        symbolRate.receiver.answers.SymbolRate = value;
         EXPECT_EQ(symbolRate.Run(),
                   L"13 clsSetup.GetConfiguration: The receiver reports a symbol rate that is no number");
         EXPECT_EQ(symbolRate.document.DefaultSymbolRate(), 6.9);
@@ -107,7 +107,7 @@ TEST(ConfigurationRead, UnknownLevelUnitStaysAndAKnownOneIsNoChangeOfTheDocument
     EXPECT_EQ(test.Run(), L"");
     test.document.dirty = false;
     for (const auto& [code, name] : {std::pair{5, L"mV"}, {6, L"mV"}, {-1, L"mV"}, {4, L"dB\u00B5V"}}) {
-        test.receiver.levelUnit = code;
+        test.receiver.answers.LevelUnit = code;
         EXPECT_EQ(test.Run(), L"");
         EXPECT_EQ(test.document.LevelUnit(), name) << code;
         EXPECT_FALSE(test.document.dirty);
@@ -117,10 +117,10 @@ TEST(ConfigurationRead, UnknownLevelUnitStaysAndAKnownOneIsNoChangeOfTheDocument
 TEST(ConfigurationRead, ReferenceSourceCountsOnlyWithItsInput)
 {
     Reading test;
-    test.receiver.referenceSource = 1;
+    test.receiver.answers.ReferenceSource = 1;
     EXPECT_EQ(test.Run(), L"");
     EXPECT_EQ(test.document.ReferenceSource(), 1);
-    test.receiver.options = L"KTR-H2,extref";
+    test.receiver.answers.InstalledOptions = L"KTR-H2,extref";
     EXPECT_EQ(test.Run(), L"");
     EXPECT_EQ(test.document.ReferenceSource(), 0);
     EXPECT_EQ(test.log.Count("ReferenceSource"), 1) << "not even asked";

@@ -46,9 +46,9 @@ StopFlag, Progress 12)");
 TEST(ConfigurationWrite, BringsTheReceiverIntoDemodulatorMode)
 {
     Writing test;
-    test.receiver.mode = 6;
+    test.receiver.answers.Mode = 6;
     EXPECT_EQ(test.Run(), L"");
-    EXPECT_EQ(test.receiver.mode, 4);
+    EXPECT_EQ(test.receiver.answers.Mode, 4);
     EXPECT_EQ(test.log.Count("Mode"), 3);
 }
 
@@ -73,10 +73,10 @@ TEST(ConfigurationWrite, LevelUnitByItsExactName)
         {L"dBuV", 42}, {L"DBMV", 42}, {L"dB\u03BCV", 42}, {L"dBm ", 42}, {L"", 42}};
     for (const auto& [name, code] : units) {
         Writing test;
-        test.receiver.levelUnit = 42;
+        test.receiver.answers.LevelUnit = 42;
         test.document.LevelUnit(name);
         EXPECT_EQ(test.Run(), L"");
-        EXPECT_EQ(test.receiver.levelUnit, code) << testing::PrintToString(std::wstring(name));
+        EXPECT_EQ(test.receiver.answers.LevelUnit, code) << testing::PrintToString(std::wstring(name));
     }
 }
 
@@ -92,7 +92,7 @@ TEST(ConfigurationWrite, SawFilterThatIsNotTheRightOneIsSwitchedOff)
         if (taken != wanted)
             test.receiver.sawTaken[wanted] = taken;
         EXPECT_EQ(test.Run(), L"");
-        EXPECT_EQ(test.receiver.sawBandwidth, off ? 0 : taken);
+        EXPECT_EQ(test.receiver.answers.SawBandwidth, off ? 0 : taken);
         EXPECT_EQ(test.log.Count("SawBandwidth"), off ? 3 : 2);
     }
 }
@@ -100,14 +100,14 @@ TEST(ConfigurationWrite, SawFilterThatIsNotTheRightOneIsSwitchedOff)
 TEST(ConfigurationWrite, ReferenceWithoutItsInputIsNotWritten)
 {
     Writing test;
-    test.receiver.options = L"KTR-H2,ExtRef";
-    test.receiver.referenceSource = 7;
+    test.receiver.answers.InstalledOptions = L"KTR-H2,ExtRef";
+    test.receiver.answers.ReferenceSource = 7;
     test.errors.raises = false;
     EXPECT_EQ(test.Run(), std::wstring(L"-2147219499 clsSetup.SetConfiguration: ") + referenceMessage);
     EXPECT_EQ(test.log.calls.back(), "Report -2147219499 raise");
     test.document.ReferenceSource(0);
     EXPECT_EQ(test.Run(), L"");
-    EXPECT_EQ(test.receiver.referenceSource, 7);
+    EXPECT_EQ(test.receiver.answers.ReferenceSource, 7);
 }
 
 TEST(ConfigurationWrite, DescriptionOfAnErrorDecidesWhatTheUserIsTold)

@@ -36,7 +36,7 @@ protected:
             put(row.value);
             for (const auto& [lists, expected] : {std::pair{row.fitting, true}, {row.missing, false}}) {
                 for (const std::wstring& options : lists) {
-                    receiver.options = options;
+                    receiver.answers.InstalledOptions = options;
                     EXPECT_EQ(ask(), expected) << row.value << " " << testing::PrintToString(options);
                 }
             }
@@ -53,9 +53,9 @@ protected:
 TEST_F(HardwareCheckTest, ModeNeedsItsOptionAsAWholeEntryInThisLetterCase)
 {
     const auto canDo = [&] {
-        receiver.mode = document.mode + 1;
+        receiver.answers.Mode = document.mode + 1;
         const bool inactive = check.Mode() == HardwareCheck::modeInactive;
-        receiver.mode = document.mode;
+        receiver.answers.Mode = document.mode;
         EXPECT_EQ(check.Mode(), inactive ? HardwareCheck::modeActive : HardwareCheck::modeMissing);
         return inactive;
     };
@@ -118,14 +118,14 @@ TEST_F(HardwareCheckTest, AsksTheReceiverOnlyWhereItHasToAnswer)
 
 TEST_F(HardwareCheckTest, ActivateModeSetsTheModeOnlyWhereItIsAnotherOne)
 {
-    receiver.options = L"KTR-H2";
+    receiver.answers.InstalledOptions = L"KTR-H2";
     EXPECT_TRUE(check.ActivateMode());
     EXPECT_EQ(log.Count("Mode 4"), 0);
-    receiver.mode = 6;
+    receiver.answers.Mode = 6;
     receiver.ignoresModes = true;
     EXPECT_FALSE(check.ActivateMode());
     log.calls.clear();
-    receiver.options = L"KTR-H7";
+    receiver.answers.InstalledOptions = L"KTR-H7";
     EXPECT_FALSE(check.ActivateMode());
     EXPECT_THAT(log.calls, testing::ElementsAre("InstalledOptions"));
 }
@@ -139,17 +139,17 @@ TEST_F(HardwareCheckTest, ActivateModeAnswersFalseWithoutAReceiver)
 
 TEST_F(HardwareCheckTest, ActivateModeGoesOnAfterAnErrorAndAnswersByTheLastModeRead)
 {
-    receiver.options = L"KTR-H2";
+    receiver.answers.InstalledOptions = L"KTR-H2";
     // InstalledOptions, Mode, Mode, Mode 4, Mode: the n-th of them fails. The answer, the calls and the mode are then:
     const std::tuple<bool, size_t, int32_t> expected[] = {{false, 1, 6}, {false, 2, 6}, {true, 5, 4},
                                                           {false, 5, 6}, {false, 5, 4}, {true, 5, 4}};
     for (int n = 1; n <= 6; ++n) {
         SCOPED_TRACE(n);
-        receiver.mode = 6;
+        receiver.answers.Mode = 6;
         log.calls.clear();
         log.FailAt(n, 77);
         const bool result = check.ActivateMode();
-        EXPECT_EQ(std::tuple(result, log.calls.size(), receiver.mode), expected[n - 1]);
+        EXPECT_EQ(std::tuple(result, log.calls.size(), receiver.answers.Mode), expected[n - 1]);
         log.Disarm();
     }
 }

@@ -36,7 +36,7 @@ protected:
 
 TEST_F(Identity, OfTheRightInstrument)
 {
-    receiver.mode = 7;
+    receiver.answers.Mode = 7;
     EXPECT_TRUE(Test());
     EXPECT_EQ(identity, L"Receiver 3,GPIB0::12,KTR,KESTREL&BRAND");
     EXPECT_EQ(hardware, L"KTR 23");
@@ -49,8 +49,8 @@ TEST_F(Identity, OfAnotherMakeOrModelOrOffLineIsUnknown)
 {
     for (const auto& [manufacturer, model] :
          {std::pair{L"KESTREL", L"KTR"}, {L"KESTREL&BRAND ", L"KTR"}, {L"KESTREL&BRAND", L"KTR2"}, {L"", L""}}) {
-        instrument.manufacturer = manufacturer;
-        instrument.model = model;
+        instrument.identity["Manufacturer"] = manufacturer;
+        instrument.identity["Model"] = model;
         ExpectUnknown();
         EXPECT_EQ(log.calls.back(), "Online 0");
     }

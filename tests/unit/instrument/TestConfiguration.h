@@ -28,10 +28,10 @@ struct TestConfiguration
         document.BerSamples(100);
         document.ReferenceSource(1);
         document.dirty = false;
-        receiver.options = L"KTR-H2,EXTREF";
-        receiver.frequency = 474.25e6;
-        receiver.symbolRate = 5.5e6;
-        receiver.levelUnit = 4;
+        receiver.answers.InstalledOptions = L"KTR-H2,EXTREF";
+        receiver.answers.Frequency = 474.25e6;
+        receiver.answers.SymbolRate = 5.5e6;
+        receiver.answers.LevelUnit = 4;
     }
 
     ConfigurationPeers Peers() { return {receiver, runControl, &parent, errors}; }
@@ -54,7 +54,7 @@ void ExpectOrderlyEndInEachCall(const std::string& lastCall, size_t longestStep)
         for (int n = 1; hurt; ++n) {
             SCOPED_TRACE((fails ? "failure " : "stop ") + std::to_string(n));
             Test test;
-            test.receiver.mode = 6;
+            test.receiver.answers.Mode = 6;
             fails ? test.log.FailAt(n, 4711) : test.log.StopAt(n);
             const std::wstring error = test.Run();
             hurt = test.log.Triggered();

@@ -110,7 +110,7 @@ TEST(ChannelScanFaults, NextChannelIsTunedWhereverTheLastOneEnded)
                 test.Prepare();
                 EXPECT_TRUE(test.Measure(next));
                 EXPECT_EQ(test.log.Count("Frequency"), next == tunedTo ? 0 : 1);
-                EXPECT_EQ(test.receiver.frequency, next == 1 ? 213e6 : 221.5e6);
+                EXPECT_EQ(test.receiver.answers.Frequency, next == 1 ? 213e6 : 221.5e6);
             }
         }
     }
@@ -134,7 +134,7 @@ TEST(ChannelScanFaults, StopOrErrorWhileSynchronisingReadsNothing)
     }
     TestScan waiting;
     waiting.clock.step = 0;
-    waiting.receiver.carrierUnlocked = true;
+    waiting.receiver.answers.CarrierUnlocked = true;
     waiting.log.StopAt(100, "CarrierUnlocked");
     EXPECT_TRUE(waiting.Measure());
     EXPECT_EQ(waiting.log.Count("CarrierUnlocked"), 100);

@@ -28,7 +28,7 @@ std::string Steps(const std::vector<std::string>& calls)
 TEST(ChannelScan, CallsReceiverAndParentInThisOrder)
 {
     TestScan test;
-    test.receiver.hold = true;
+    test.receiver.answers.Hold = true;
     test.log.Once("ReadBer", [&] { test.clock.Advance(60); });
     EXPECT_TRUE(test.Measure());
     EXPECT_EQ(Steps(test.log.calls),
@@ -41,7 +41,7 @@ RfSignalPresent, StopFlag, StopFlag, Progress 6/30
 InstalledOptions, ReferenceLocked, StopFlag, StopFlag, Progress 7/30
 SymbolClockUnlocked, CarrierUnlocked, StopFlag, StopFlag, Progress 8/30
 TsError, StopFlag, StopFlag, Progress 9/30
-Status Measuring at 213 MHz, Cell 1,-1, StopFlag, Locks, ReadErrorCounters, Cell 1,-1, Locks, ReadRfLevel, ValueStatus, Cell 1,15, StopFlag, Progress 10/30
+Status Measuring at 213 MHz, Cell 1,-1, StopFlag, Locks, ErrorCounters, Cell 1,-1, Locks, ReadRfLevel, ValueStatus, Cell 1,15, StopFlag, Progress 10/30
 Cell 1,-1, Cell 1,18, StopFlag, Progress 11/30
 Cell 1,-1, Cell 1,19, StopFlag, Progress 12/30
 Cell 1,-1, Cell 1,20, StopFlag, Progress 13/30
@@ -55,8 +55,8 @@ Cell 1,-1, Locks, ReadCarrierToInterference, ValueStatus, Cell 1,25, StopFlag, P
 Cell 1,-1, Locks, ReadSignalToNoise, ValueStatus, Cell 1,26, StopFlag, Progress 21/30
 Cell 1,-1, Locks, ReadMer, ValueStatus, Cell 1,27, StopFlag, Progress 22/30
 Cell 1,-1, Locks, ReadMerPercent, ValueStatus, Cell 1,28, StopFlag, Progress 23/30
-Cell 1,-1, Locks, ReadErrorCounters, Cell 1,29, StopFlag, Progress 24/30
-Cell 1,-1, Locks, ReadErrorCounters, Cell 1,30, StopFlag, Progress 25/30
+Cell 1,-1, Locks, ErrorCounters, Cell 1,29, StopFlag, Progress 24/30
+Cell 1,-1, Locks, ErrorCounters, Cell 1,30, StopFlag, Progress 25/30
 Progress 26/30
 Cell 1,14, Cell 1,13, )");
 }
@@ -65,18 +65,19 @@ TEST(ChannelScan, FillsTheRowInTheUsersLocale)
 {
     TestScan test(CommaLocale());
     test.document.Frequency(1, 213.125);
-    test.receiver.berResult = L"  1.25E-8 ";
+    test.receiver.answers.BerResult = L"  1.25E-8 ";
     EXPECT_TRUE(test.Measure());
     EXPECT_EQ(test.log.calls.front(), "Status Synchronising at 213,125 MHz");
-    const std::pair<MP_TYPES, const char*> readings[] = {
-        {MP_RFLEV, "ReadRfLevel"},       {MP_FREQOFF, "ReadFrequencyOffset"},  {MP_IQIMBAL, "ReadIqImbalance"},
-        {MP_IQPHASE, "ReadIqPhase"},     {MP_CS, "ReadCarrierSuppression"},    {MP_MER, "ReadMer"},
-        {MP_PHASJIT, "ReadPhaseJitter"}, {MP_CI, "ReadCarrierToInterference"}, {MP_SN, "ReadSignalToNoise"},
-        {MP_MERPCT, "ReadMerPercent"}};
-    for (const auto& [column, name] : readings) {
+    const std::pair<MP_TYPES, double ReceiverAnswers::*> readings[] = {
+        {MP_RFLEV, &ReceiverAnswers::ReadRfLevel},         {MP_FREQOFF, &ReceiverAnswers::ReadFrequencyOffset},
+        {MP_IQIMBAL, &ReceiverAnswers::ReadIqImbalance},   {MP_IQPHASE, &ReceiverAnswers::ReadIqPhase},
+        {MP_CS, &ReceiverAnswers::ReadCarrierSuppression}, {MP_MER, &ReceiverAnswers::ReadMer},
+        {MP_PHASJIT, &ReceiverAnswers::ReadPhaseJitter},   {MP_CI, &ReceiverAnswers::ReadCarrierToInterference},
+        {MP_SN, &ReceiverAnswers::ReadSignalToNoise},      {MP_MERPCT, &ReceiverAnswers::ReadMerPercent}};
+    for (const auto& [column, reading] : readings) {
         EXPECT_EQ(test.Cell(column),
-                  FormatNumber(test.receiver.readings[name], DisplayFormat(column), true, test.locale));
-        EXPECT_EQ(test.Value(column), test.receiver.readings[name]) << "as it was read, unrounded";
+                  FormatNumber(test.receiver.answers.*reading, DisplayFormat(column), true, test.locale));
+        EXPECT_EQ(test.Value(column), test.receiver.answers.*reading) << "as it was read, unrounded";
     }
     EXPECT_EQ(test.Cell(MP_BER), L"1,25E-8");
     EXPECT_EQ(test.Value(MP_BER), 1e-8) << "the receiver's ratio, whatever its text";
@@ -127,8 +128,8 @@ TEST(ChannelScan, ReferenceIsWatchedOnlyWhereItIsExternalAndFitted)
     for (const auto& [source, options, watched] : cases) {
         TestScan test;
         test.document.ReferenceSource(source);
-        test.receiver.options = options;
-        test.receiver.referenceLocked = false;
+        test.receiver.answers.InstalledOptions = options;
+        test.receiver.answers.ReferenceLocked = false;
         EXPECT_TRUE(test.Measure());
         EXPECT_EQ(test.log.Count("ReferenceLocked") > 0, watched) << options;
         EXPECT_EQ(test.Cell(MP_REF), watched ? L"UNSYNC" : L"OK");
@@ -141,7 +142,7 @@ TEST(ChannelScan, WithoutRfSignalTheLaterWaitsAreSkippedAndTheRestIsRead)
 {
     TestScan test;
     test.document.ReferenceSource(0);
-    test.receiver.rfSignalPresent = false;
+    test.receiver.answers.RfSignalPresent = false;
     EXPECT_TRUE(test.Measure());
     EXPECT_EQ(test.log.Count("CarrierUnlocked") + test.log.Count("TsError"), 0);
     EXPECT_EQ(test.log.Count("ReadRfLevel") + test.log.Count("ReadBer"), 0);
@@ -155,7 +156,7 @@ TEST(ChannelScan, WithoutRfSignalTheLaterWaitsAreSkippedAndTheRestIsRead)
     EXPECT_EQ(test.Status(), L"Done");
 
     // A signal that comes after all is too late for the locks, but has a level.
-    test.log.Once("Status Measuring", [&] { test.receiver.rfSignalPresent = true; });
+    test.log.Once("Status Measuring", [&] { test.receiver.answers.RfSignalPresent = true; });
     EXPECT_TRUE(test.Measure());
     EXPECT_NE(test.Cell(MP_RFLEV), L"---");
     EXPECT_EQ(test.Cell(MP_SYNC), L"UNSYNC");
@@ -164,7 +165,7 @@ TEST(ChannelScan, WithoutRfSignalTheLaterWaitsAreSkippedAndTheRestIsRead)
 TEST(ChannelScan, AllWaitsShareOneSettlingTimeAndEveryOneEnds)
 {
     TestScan test;
-    test.receiver.carrierUnlocked = true;
+    test.receiver.answers.CarrierUnlocked = true;
     for (const double wallSet : {0, -3600, 3600}) {  // once in each of the scan's calls
         test.log.onCall = [&](const std::string& call) {
             test.clock.Advance(call == "RfSignalPresent" && test.log.Count(call) == 1 ? 9 : 0);
@@ -178,7 +179,7 @@ TEST(ChannelScan, AllWaitsShareOneSettlingTimeAndEveryOneEnds)
     }
     test.log.onCall = {};
 
-    test.receiver.rfSignalPresent = false;
+    test.receiver.answers.RfSignalPresent = false;
     test.clock.step = 300;
     for (const int32_t seconds : {0, -1, INT32_MIN, INT32_MAX}) {
         test.document.MaxSettlingTime(seconds);
@@ -189,14 +190,14 @@ TEST(ChannelScan, AllWaitsShareOneSettlingTimeAndEveryOneEnds)
 
 TEST(ChannelScan, LockThatGoesWhileMeasuringReadsIntermittentEvenWhenItComesBack)
 {
-    const std::tuple<bool ScriptedReceiver::*, MP_TYPES> cases[] = {{&ScriptedReceiver::referenceLocked, MP_REF},
-                                                                    {&ScriptedReceiver::symbolClockUnlocked, MP_SYNC},
-                                                                    {&ScriptedReceiver::carrierUnlocked, MP_SYNC},
-                                                                    {&ScriptedReceiver::tsError, MP_DATA}};
+    const std::tuple<bool ReceiverAnswers::*, MP_TYPES> cases[] = {{&ReceiverAnswers::ReferenceLocked, MP_REF},
+                                                                   {&ReceiverAnswers::SymbolClockUnlocked, MP_SYNC},
+                                                                   {&ReceiverAnswers::CarrierUnlocked, MP_SYNC},
+                                                                   {&ReceiverAnswers::TsError, MP_DATA}};
     for (const auto& [flag, lost] : cases) {
         for (const char* when : {"ReadRfLevel", "ReadMer"}) {
             TestScan test;
-            const auto toggle = [&, flag = flag] { test.receiver.*flag = !(test.receiver.*flag); };
+            const auto toggle = [&, flag = flag] { test.receiver.answers.*flag = !(test.receiver.answers.*flag); };
             test.log.Once(when, [&] {
                 toggle();
                 test.log.Once("Progress 23", toggle);
@@ -239,10 +240,14 @@ TEST(ChannelScan, ReadingThatNobodyCanHaveTakenReadsDashesInItsOwnCellOnly)
     TestScan sound;
     EXPECT_TRUE(sound.Measure());
     const double beyond = std::nextafter(1e15, 1e16);
-    for (const auto& [name, reading] : sound.receiver.readings) {
+    constexpr std::pair<const char*, double ReceiverAnswers::*> readings[] = {
+#define RECEIVER_READING(name, parameter) {#name, &ReceiverAnswers::name},
+#include "setup/catalogue/ReceiverOperations.h"
+    };
+    for (const auto& [name, reading] : readings) {
         for (const double value : {std::nan(""), double{INFINITY}, double{-INFINITY}, 1e300, beyond, -beyond}) {
             TestScan test;
-            test.receiver.readings[name] = value;
+            test.receiver.answers.*reading = value;
             EXPECT_TRUE(test.Measure());
             EXPECT_EQ(test.Status(), L"Done");
             int dashes = 0;
@@ -257,11 +262,11 @@ TEST(ChannelScan, ReadingThatNobodyCanHaveTakenReadsDashesInItsOwnCellOnly)
     }
     for (const double value : {1e15, -1e15}) {
         TestScan test;
-        test.receiver.readings["ReadMer"] = value;
+        test.receiver.answers.ReadMer = value;
         EXPECT_TRUE(test.Measure());
         EXPECT_EQ(test.Cell(MP_MER), value > 0 ? L"1000000000000000.0" : L"-1000000000000000.0");
         test.receiver.markers["ReadMer"] = L"OVER";
-        test.receiver.readings["ReadMer"] = std::nan("");
+        test.receiver.answers.ReadMer = std::nan("");
         EXPECT_TRUE(test.Measure());
         EXPECT_EQ(test.Cell(MP_MER), L"OVER");
     }
@@ -277,7 +282,7 @@ TEST(ChannelScan, LevelInMillivoltsShowsFourSignificantDigits)
     };
     for (const auto& [unit, value, text] : cases) {
         test.document.LevelUnit(unit);
-        test.receiver.readings["ReadRfLevel"] = value;
+        test.receiver.answers.ReadRfLevel = value;
         EXPECT_TRUE(test.Measure());
         EXPECT_EQ(test.Cell(MP_RFLEV), text) << unit << value;
         EXPECT_EQ(test.Cell(MP_MER), L"38,5");
@@ -293,7 +298,7 @@ TEST(ChannelScan, BerIsIntegratedForItsSamplesOrReadsDashes)
     test.log.onCall = [&](const std::string& call) {
         if (call == "ReadBer") {
             test.clock.Advance(1);
-            test.receiver.berResult = std::to_wstring(test.log.Count("ReadBer")) + L".0E-8";
+            test.receiver.answers.BerResult = std::to_wstring(test.log.Count("ReadBer")) + L".0E-8";
         }
     };
     EXPECT_TRUE(test.Measure());
@@ -303,13 +308,13 @@ TEST(ChannelScan, BerIsIntegratedForItsSamplesOrReadsDashes)
     EXPECT_EQ(test.Cell(MP_BER, 2), L"UNDER");
     EXPECT_EQ(test.Value(MP_BER), std::nullopt) << "no error yet: the text is a bound";
 
-    test.receiver.berState = L"---";
+    test.receiver.answers.BerState = L"---";
     EXPECT_TRUE(test.Measure());
     EXPECT_EQ(test.log.Count("BerResult"), 0);
     EXPECT_EQ(test.Cell(MP_BER, 0), L"---");
     EXPECT_EQ(test.Cell(MP_BER, 1), L"");
 
-    test.log.Once("Status Measuring", [&] { test.receiver.tsError = true; });
+    test.log.Once("Status Measuring", [&] { test.receiver.answers.TsError = true; });
     EXPECT_TRUE(test.Measure());
     EXPECT_EQ(test.log.Count("ReadBer"), 0);
     EXPECT_EQ(test.Cell(MP_BER), L"---");
@@ -325,13 +330,13 @@ TEST(ChannelScan, BerTextsAreCleanedAndNeverLongerThanADisplay)
                                                            {L" \x7F\x85 ", L"---"}};
     for (const auto& [text, cell] : cases) {
         TestScan test;
-        test.receiver.berResult = text;
+        test.receiver.answers.BerResult = text;
         EXPECT_TRUE(test.Measure());
         EXPECT_EQ(test.Cell(MP_BER), cell);
         EXPECT_EQ(test.Value(MP_BER).has_value(), cell != L"---");
     }
     TestScan test;
-    test.receiver.berState = std::wstring(L"7\0of\t10", 7);
+    test.receiver.answers.BerState = std::wstring(L"7\0of\t10", 7);
     test.receiver.markers["ReadBer"] = std::wstring(1000000, L'x');
     EXPECT_TRUE(test.Measure());
     EXPECT_EQ(test.Cell(MP_BER, 1), L"7 of 10");
@@ -362,24 +367,24 @@ TEST(ChannelScan, BerIntegrationEndsWhateverItsTime)
 /// second.
 struct CountedScan : TestScan
 {
-    CountedScan(double seconds, ErrorCounters errors)
+    CountedScan(double seconds, dvbc::ErroredTime errors)
     {
         clock.Set(36000.5);
         clock.step = 0;
-        receiver.counters = {7, 8, 9};
+        receiver.answers.ErrorCounters = {7, 8, 9};
         WantOnly({MP_SY, MP_DE, MP_MER});
         log.Once("ReadMer", [this, seconds, errors] {
             clock.Advance(seconds);
             clock.SetWallBy(-3600);
-            receiver.counters = {7 + errors.syncErrors, 8 + errors.dataErrors, 9 + errors.unavailable};
-            receiver.tsError = true;  // a stream that was lost on the way has its rates all the same
+            receiver.answers.ErrorCounters = {7 + errors.syncErrors, 8 + errors.dataErrors, 9 + errors.unavailable};
+            receiver.answers.TsError = true;  // a stream that was lost on the way has its rates all the same
         });
     }
 };
 
 TEST(ChannelScan, ErrorRatesArePartsOfTheTimeSinceTheFirstReading)
 {
-    const std::tuple<double, ErrorCounters, const wchar_t*, const wchar_t*> cases[] = {
+    const std::tuple<double, dvbc::ErroredTime, const wchar_t*, const wchar_t*> cases[] = {
         {20, {5, 1, 9}, L"25.0", L"5.0"},
         {20, {0, 0.5, 9}, L"100.0", L"2.5"},
         {1, {0.25, 1, 0}, L"25.0", L"100.0"},
@@ -397,7 +402,7 @@ TEST(ChannelScan, ErrorRatesArePartsOfTheTimeSinceTheFirstReading)
     }
     TestScan late;  // wanted only after the first reading would have been due
     late.WantOnly({MP_MER});
-    late.receiver.counters.dataErrors = 5;
+    late.receiver.answers.ErrorCounters.dataErrors = 5;
     late.log.Once("ReadMer", [&] { late.document.Parameter(0, MP_DE, true); });
     EXPECT_TRUE(late.Measure());
     EXPECT_EQ(late.Cell(MP_DE), L"---");
@@ -413,7 +418,7 @@ TEST(ChannelScan, CountersThatTellNoTimeOrRunBackReadDashes)
         EXPECT_EQ(test.Status(), L"Done");
     }
     CountedScan always(20, {});
-    always.receiver.counters.syncErrors = 1e300;
+    always.receiver.answers.ErrorCounters.syncErrors = 1e300;
     always.log.onCall = {};
     EXPECT_TRUE(always.Measure());
     EXPECT_EQ(always.Cell(MP_SY), L"---");

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "instrument/Receiver.h"
+#include "support/ReceiverAnswers.h"
 #include "util/RaisedError.h"
 
 namespace tvn2x {
@@ -111,109 +112,43 @@ class ScriptedReceiver : public Receiver
 public:
     explicit ScriptedReceiver(CallLog& log) : log_(log) {}
 
-    // Answers.
-    std::map<std::string, double> readings{
-        {"ReadFrequencyOffset", 1200},     {"ReadRfLevel", 2.5},      {"ReadCarrierToInterference", 41.5},
-        {"ReadCarrierSuppression", 52.25}, {"ReadMer", 38.5},         {"ReadMerPercent", 1.25},
-        {"ReadPhaseJitter", 0.5},          {"ReadIqImbalance", 0.25}, {"ReadIqPhase", 0.75},
-        {"ReadSignalToNoise", 39.5},       {"ReadBer", 1e-8},
-    };
+    ReceiverAnswers answers = GoodAnswers();      ///< settings are what was written last
     std::map<std::string, std::wstring> markers;  ///< by reading; "" where none is named
-    std::wstring berState = L"RUN";
-    std::wstring berResult = L"1.0E-8";
-    bool tsError = false;
-    bool symbolClockUnlocked = false;
-    bool carrierUnlocked = false;
-    bool referenceLocked = true;
-    bool rfSignalPresent = true;
-    ErrorCounters counters;
-    std::wstring options = L"DVBC,EXTREF";
+    std::map<int32_t, int32_t> sawTaken;          ///< the filters that the receiver takes instead of those asked for
+    bool ignoresModes = false;                    ///< keeps its operating mode without an error
 
-    std::map<int32_t, int32_t> sawTaken;  ///< the filters that the receiver takes instead of those asked for
-    bool ignoresModes = false;            ///< keeps its operating mode without an error
-
-    // Settings, as they were written last.
-    int32_t berSamples = 10;
-    int32_t rollOffFactor = 15;
-    int32_t orderOfQam = 64;
-    double symbolRate = 6.9e6;
-    int32_t sawBandwidth = 8;
-    int32_t referenceSource = 0;
-    int32_t levelUnit = 0;
-    int32_t inputRoute = 75;
-    int32_t mode = 4;
-    bool hold = false;
-    double frequency = 0;
-
-    double ReadFrequencyOffset() override { return Read("ReadFrequencyOffset"); }
-    double ReadRfLevel() override { return Read("ReadRfLevel"); }
-    double ReadCarrierToInterference() override { return Read("ReadCarrierToInterference"); }
-    double ReadCarrierSuppression() override { return Read("ReadCarrierSuppression"); }
-    double ReadMer() override { return Read("ReadMer"); }
-    double ReadMerPercent() override { return Read("ReadMerPercent"); }
-    double ReadPhaseJitter() override { return Read("ReadPhaseJitter"); }
-    double ReadIqImbalance() override { return Read("ReadIqImbalance"); }
-    double ReadIqPhase() override { return Read("ReadIqPhase"); }
-    double ReadSignalToNoise() override { return Read("ReadSignalToNoise"); }
-    double ReadBer() override { return Read("ReadBer"); }
-    std::wstring ValueStatus() override { return Get("ValueStatus", markers[lastReading_]); }
-    std::wstring BerState() override { return Get("BerState", berState); }
-    std::wstring BerResult() override { return Get("BerResult", berResult); }
-
-    bool TsError() override { return Get("TsError", tsError); }
-    bool SymbolClockUnlocked() override { return Get("SymbolClockUnlocked", symbolClockUnlocked); }
-    bool CarrierUnlocked() override { return Get("CarrierUnlocked", carrierUnlocked); }
-    bool ReferenceLocked() override { return Get("ReferenceLocked", referenceLocked); }
-    bool RfSignalPresent() override { return Get("RfSignalPresent", rfSignalPresent); }
-    ErrorCounters ReadErrorCounters() override { return Get("ReadErrorCounters", counters); }
-    void ResetErrorCounters() override { log_.Call("ResetErrorCounters"); }
-
-    int32_t BerSamples() override { return Get("BerSamples", berSamples); }
-    void BerSamples(int32_t value) override { Set("BerSamples", berSamples, value); }
-    int32_t RollOffFactor() override { return Get("RollOffFactor", rollOffFactor); }
-    void RollOffFactor(int32_t value) override { Set("RollOffFactor", rollOffFactor, value); }
-    int32_t OrderOfQam() override { return Get("OrderOfQam", orderOfQam); }
-    void OrderOfQam(int32_t value) override { Set("OrderOfQam", orderOfQam, value); }
-    double SymbolRate() override { return Get("SymbolRate", symbolRate); }
-    void SymbolRate(double value) override { Set("SymbolRate", symbolRate, value); }
-    int32_t SawBandwidth() override { return Get("SawBandwidth", sawBandwidth); }
-    void SawBandwidth(int32_t value) override
-    {
-        Set("SawBandwidth", sawBandwidth, value);
-        if (sawTaken.count(value) != 0)
-            sawBandwidth = sawTaken[value];
+#define RECEIVER_READING(name, parameter) \
+    double name() override                \
+    {                                     \
+        return Read(#name, answers.name); \
     }
-    int32_t ReferenceSource() override { return Get("ReferenceSource", referenceSource); }
-    void ReferenceSource(int32_t value) override { Set("ReferenceSource", referenceSource, value); }
-    int32_t LevelUnit() override { return Get("LevelUnit", levelUnit); }
-    void LevelUnit(int32_t value) override { Set("LevelUnit", levelUnit, value); }
-    int32_t InputRoute() override { return Get("InputRoute", inputRoute); }
-    void InputRoute(int32_t value) override { Set("InputRoute", inputRoute, value); }
-    int32_t Mode() override { return Get("Mode", mode); }
-    void Mode(int32_t value) override
-    {
-        int32_t ignored = 0;
-        Set("Mode", ignoresModes ? ignored : mode, value);
+#define RECEIVER_STATE(Type, name)       \
+    Type name() override                 \
+    {                                    \
+        return Get(#name, answers.name); \
     }
-    bool Hold() override { return Get("Hold", hold); }
-    void Hold(bool value) override { Set("Hold", hold, value); }
-    double Frequency() override { return Get("Frequency", frequency); }
-    void Frequency(double value) override { Set("Frequency", frequency, value); }
-    void InputAttenuation(int32_t value) override { log_.Call("InputAttenuation", value); }
-    void DemodulatorGainControl(int32_t value) override { log_.Call("DemodulatorGainControl", value); }
-    void Equaliser(int32_t value) override { log_.Call("Equaliser", value); }
-    void Initialise() override { log_.Call("Initialise"); }
-
-    std::wstring SerialNumber() override { return Get<std::wstring>("SerialNumber", L"100001"); }
-    std::wstring FirmwareVersion() override { return Get<std::wstring>("FirmwareVersion", L"2.10"); }
-    std::wstring InstalledOptions() override { return Get("InstalledOptions", options); }
+#define RECEIVER_SETTING(Type, name)     \
+    Type name() override                 \
+    {                                    \
+        return Get(#name, answers.name); \
+    }                                    \
+    void name(Type value) override       \
+    {                                    \
+        Set(#name, answers.name, value); \
+    }
+#define RECEIVER_ACTION(name) \
+    void name() override      \
+    {                         \
+        log_.Call(#name);     \
+    }
+#include "setup/catalogue/ReceiverOperations.h"
 
 private:
-    double Read(const char* name)
+    double Read(const char* name, double reading)
     {
-        lastReading_ = name;
+        answers.ValueStatus = markers[name];
         log_.Call(name);
-        return readings[name];
+        return reading;
     }
 
     template <class Answer>
@@ -227,11 +162,23 @@ private:
     void Set(const char* name, Value& stored, Value value)
     {
         log_.Call(name, value);
-        stored = value;
+        stored = Taken(stored, value);
+    }
+
+    template <class Value>
+    Value Taken(const Value&, Value value)
+    {
+        return value;
+    }
+    int32_t Taken(const int32_t& stored, int32_t value)
+    {
+        if (&stored == &answers.Mode && ignoresModes)
+            return stored;
+        const bool swapped = &stored == &answers.SawBandwidth && sawTaken.contains(value);
+        return swapped ? sawTaken[value] : value;
     }
 
     CallLog& log_;
-    std::string lastReading_;
 };
 
 /// An instrument that is what a test makes it.
@@ -242,9 +189,11 @@ public:
 
     bool answers = true;  ///< can be taken on line
     bool online = false;
-    std::wstring model = L"KTR";
-    std::wstring manufacturer = L"KESTREL&BRAND";
-    std::wstring hardware = L"KTR 23";
+    std::map<std::string, std::wstring> identity{{"InstrumentName", L"Receiver 3"},
+                                                 {"BusAddress", L"GPIB0::12"},
+                                                 {"Model", L"KTR"},
+                                                 {"Manufacturer", L"KESTREL&BRAND"},
+                                                 {"Hardware", L"KTR 23"}};
 
     bool Online() override
     {
@@ -256,11 +205,12 @@ public:
         log_.Call("Online", value);
         online = value && answers;
     }
-    std::wstring InstrumentName() override { return Get("InstrumentName", L"Receiver 3"); }
-    std::wstring BusAddress() override { return Get("BusAddress", L"GPIB0::12"); }
-    std::wstring Model() override { return Get("Model", model); }
-    std::wstring Manufacturer() override { return Get("Manufacturer", manufacturer); }
-    std::wstring Hardware() override { return Get("Hardware", hardware); }
+#define INSTRUMENT_IDENTITY(name)           \
+    std::wstring name() override            \
+    {                                       \
+        return Get(#name, identity[#name]); \
+    }
+#include "setup/catalogue/ReceiverOperations.h"
 
 private:
     std::wstring Get(const char* name, const std::wstring& answer)
