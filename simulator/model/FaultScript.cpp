@@ -1,7 +1,6 @@
 #include "simulator/model/FaultScript.h"
 
 #include <algorithm>
-#include <array>
 #include <optional>
 
 namespace tvn2x {
@@ -10,51 +9,10 @@ namespace {
 
 constexpr std::wstring_view anyOperation = L"*";
 
-constexpr std::array operations = std::to_array<std::wstring_view>({L"ReadFrequencyOffset",
-                                                                    L"ReadRfLevel",
-                                                                    L"ReadCarrierToInterference",
-                                                                    L"ReadCarrierSuppression",
-                                                                    L"ReadMer",
-                                                                    L"ReadMerPercent",
-                                                                    L"ReadPhaseJitter",
-                                                                    L"ReadIqImbalance",
-                                                                    L"ReadIqPhase",
-                                                                    L"ReadSignalToNoise",
-                                                                    L"ReadBer",
-                                                                    L"TsError",
-                                                                    L"SymbolClockUnlocked",
-                                                                    L"CarrierUnlocked",
-                                                                    L"ReferenceLocked",
-                                                                    L"RfSignalPresent",
-                                                                    L"BerSamples",
-                                                                    L"RollOffFactor",
-                                                                    L"OrderOfQam",
-                                                                    L"SymbolRate",
-                                                                    L"SawBandwidth",
-                                                                    L"ReferenceSource",
-                                                                    L"LevelUnit",
-                                                                    L"InputRoute",
-                                                                    L"Mode",
-                                                                    L"Hold",
-                                                                    L"Frequency",
-                                                                    L"ValueStatus",
-                                                                    L"BerState",
-                                                                    L"ErrorCounters",
-                                                                    L"ResetErrorCounters",
-                                                                    L"SerialNumber",
-                                                                    L"FirmwareVersion",
-                                                                    L"InstalledOptions",
-                                                                    L"BerResult",
-                                                                    L"Initialise",
-                                                                    L"InputAttenuation",
-                                                                    L"DemodulatorGainControl",
-                                                                    L"Equaliser",
-                                                                    L"Online",
-                                                                    L"InstrumentName",
-                                                                    L"BusAddress",
-                                                                    L"Model",
-                                                                    L"Manufacturer",
-                                                                    L"Hardware"});
+constexpr std::wstring_view operations[] = {
+#define RECEIVER_OPERATION(name) L"" #name,
+#include "setup/catalogue/ReceiverOperations.h"
+};
 
 std::wstring_view Prefix(Access access)
 {
@@ -87,7 +45,7 @@ void FaultScript::FailAt(std::wstring_view operation, int32_t count, RaisedError
     if (!IsKnown(operation)) {
         std::wstring text = L"There is no operation \"" + std::wstring(operation) + L"\"; use \"*\" or one of ";
         for (const std::wstring_view name : operations)
-            text.append(name == operations.front() ? L"" : L", ").append(name);
+            text.append(name == operations[0] ? L"" : L", ").append(name);
         throw RaisedError(error::invalidPropertyValue, source,
                           text + L", with \"get \" or \"let \" before it for one half of a property");
     }

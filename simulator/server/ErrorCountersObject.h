@@ -4,7 +4,7 @@
 
 #include "XKTR2x.h"
 #include "com/Object.h"
-#include "simulator/model/ErrorCounter.h"
+#include "dvbc/ErroredTime.h"
 
 namespace tvn2x {
 
@@ -12,14 +12,14 @@ namespace tvn2x {
 class ErrorCountersObject final : public com::Object<IErrorCounters>
 {
 public:
-    explicit ErrorCountersObject(const ErroredTime& time) : time_(time) {}
+    explicit ErrorCountersObject(const dvbc::ErroredTime& time) : time_(time) {}
 
     HRESULT STDMETHODCALLTYPE get_SyncErrors(DOUBLE* value) noexcept override;
     HRESULT STDMETHODCALLTYPE get_DataErrors(DOUBLE* value) noexcept override;
     HRESULT STDMETHODCALLTYPE get_Unavailable(DOUBLE* value) noexcept override;
 
 private:
-    const ErroredTime time_;
+    const dvbc::ErroredTime time_;
 };
 
 }  // namespace tvn2x

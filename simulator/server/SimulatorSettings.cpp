@@ -29,7 +29,7 @@ HRESULT SimulatorSettings::put_NetworkModel(BSTR sFullPath) noexcept
     return Do([&] {
         const std::wstring path(com::ViewOf(sFullPath));
         const std::wstring full = path.empty() ? path : FullPath(path);
-        receiver_->model.Network(full.empty() ? NetworkModel() : NetworkModel::Load(SystemFiles(), full));
+        receiver_->model.Physics().Network(full.empty() ? NetworkModel() : NetworkModel::Load(SystemFiles(), full));
         receiver_->modelFile = full;
     });
 }
@@ -69,15 +69,16 @@ HRESULT SimulatorSettings::get_Latency(DOUBLE* value) noexcept
 HRESULT SimulatorSettings::put_Value(BSTR sSection, BSTR sKey, BSTR value) noexcept
 {
     return Do([&] {
-        NetworkModel changed = receiver_->model.Network();
+        NetworkModel changed = receiver_->model.Physics().Network();
         changed.Set(com::ViewOf(sSection), com::ViewOf(sKey), com::ViewOf(value));
-        receiver_->model.Network(std::move(changed));
+        receiver_->model.Physics().Network(std::move(changed));
     });
 }
 
 HRESULT SimulatorSettings::get_Value(BSTR sSection, BSTR sKey, BSTR* value) noexcept
 {
-    return Get(value, [&] { return receiver_->model.Network().Get(com::ViewOf(sSection), com::ViewOf(sKey)); });
+    return Get(value,
+               [&] { return receiver_->model.Physics().Network().Get(com::ViewOf(sSection), com::ViewOf(sKey)); });
 }
 
 HRESULT SimulatorSettings::FailAt(BSTR sOperation, LONG lCount, LONG lNumber, BSTR sSource, BSTR sDescription) noexcept
@@ -101,22 +102,22 @@ HRESULT SimulatorSettings::get_Operations(LONG* value) noexcept
 
 HRESULT SimulatorSettings::put_OrderOfQam(LONG value) noexcept
 {
-    return Do([&] { receiver_->model.SetOrderOfQam(value); });
+    return Do([&] { receiver_->model.Physics().OrderOfQam(value); });
 }
 
 HRESULT SimulatorSettings::get_OrderOfQam(LONG* value) noexcept
 {
-    return Get(value, [&] { return receiver_->model.Settings().order; });
+    return Get(value, [&] { return receiver_->model.Physics().OrderOfQam(); });
 }
 
 HRESULT SimulatorSettings::put_LevelUnit(LONG value) noexcept
 {
-    return Do([&] { receiver_->model.SetLevelUnit(value); });
+    return Do([&] { receiver_->model.Physics().LevelUnit(value); });
 }
 
 HRESULT SimulatorSettings::get_LevelUnit(LONG* value) noexcept
 {
-    return Get(value, [&] { return static_cast<int32_t>(receiver_->model.Settings().levelUnit); });
+    return Get(value, [&] { return receiver_->model.Physics().LevelUnit(); });
 }
 
 }  // namespace tvn2x

@@ -6,6 +6,7 @@
 
 #include "XKTR2x.h"
 #include "com/Object.h"
+#include "com/Wire.h"
 #include "simulator/server/SimulatedReceiver.h"
 #include "simulator/server/clsReceiver_IDriver.h"
 #include "simulator/server/clsReceiver_IIdentification.h"
@@ -22,59 +23,14 @@ public:
     ReceiverModel& Model() { return receiver_->model; }
     const std::shared_ptr<SimulatedReceiver>& Shared() const { return receiver_; }
 
-    HRESULT STDMETHODCALLTYPE ReadFrequencyOffset(DOUBLE* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE ReadRfLevel(DOUBLE* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE ReadCarrierToInterference(DOUBLE* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE ReadCarrierSuppression(DOUBLE* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE ReadMer(DOUBLE* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE ReadMerPercent(DOUBLE* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE ReadPhaseJitter(DOUBLE* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE ReadIqImbalance(DOUBLE* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE ReadIqPhase(DOUBLE* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE ReadSignalToNoise(DOUBLE* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE ReadBer(DOUBLE* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_TsError(VARIANT_BOOL* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_SymbolClockUnlocked(VARIANT_BOOL* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_CarrierUnlocked(VARIANT_BOOL* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_ReferenceLocked(VARIANT_BOOL* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_RfSignalPresent(VARIANT_BOOL* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_BerSamples(LONG value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_BerSamples(LONG* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_RollOffFactor(LONG value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_RollOffFactor(LONG* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_OrderOfQam(LONG value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_OrderOfQam(LONG* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_SymbolRate(DOUBLE value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_SymbolRate(DOUBLE* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_SawBandwidth(LONG value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_SawBandwidth(LONG* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_ReferenceSource(LONG value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_ReferenceSource(LONG* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_LevelUnit(LONG value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_LevelUnit(LONG* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_InputRoute(LONG value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_InputRoute(LONG* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_Mode(LONG value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_Mode(LONG* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_Hold(VARIANT_BOOL value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_Hold(VARIANT_BOOL* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_Frequency(DOUBLE value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_Frequency(DOUBLE* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_ValueStatus(BSTR* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_BerState(BSTR* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_ErrorCounters(IErrorCounters** value) noexcept override;
-    HRESULT STDMETHODCALLTYPE ResetErrorCounters() noexcept override;
-    HRESULT STDMETHODCALLTYPE get_SerialNumber(BSTR* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_FirmwareVersion(BSTR* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_InstalledOptions(BSTR* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_BerResult(BSTR* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE Initialise() noexcept override;
-    HRESULT STDMETHODCALLTYPE put_InputAttenuation(LONG value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_InputAttenuation(LONG* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_DemodulatorGainControl(LONG value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_DemodulatorGainControl(LONG* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_Equaliser(LONG value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_Equaliser(LONG* value) noexcept override;
+#define RECEIVER_READING(name, parameter) HRESULT STDMETHODCALLTYPE name(DOUBLE* value) noexcept override;
+#define RECEIVER_STATE(Type, name) HRESULT STDMETHODCALLTYPE get_##name(com::Wire<Type>* value) noexcept override;
+#define RECEIVER_COUNTERS(name) HRESULT STDMETHODCALLTYPE get_##name(IErrorCounters** value) noexcept override;
+#define RECEIVER_SETTING(Type, name)                                                \
+    HRESULT STDMETHODCALLTYPE get_##name(com::Wire<Type>* value) noexcept override; \
+    HRESULT STDMETHODCALLTYPE put_##name(com::Wire<Type> value) noexcept override;
+#define RECEIVER_ACTION(name) HRESULT STDMETHODCALLTYPE name() noexcept override;
+#include "setup/catalogue/ReceiverOperations.h"
 
 private:
     void* FindInterface(REFIID id) noexcept override;

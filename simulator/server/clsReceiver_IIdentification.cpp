@@ -4,29 +4,11 @@
 
 namespace tvn2x {
 
-HRESULT clsReceiver_IIdentification::get_InstrumentName(BSTR* value) noexcept
-{
-    return Get(value, [&] { return owner_.Model().InstrumentName(); });
-}
-
-HRESULT clsReceiver_IIdentification::get_BusAddress(BSTR* value) noexcept
-{
-    return Get(value, [&] { return owner_.Model().BusAddress(); });
-}
-
-HRESULT clsReceiver_IIdentification::get_Model(BSTR* value) noexcept
-{
-    return Get(value, [&] { return owner_.Model().Model(); });
-}
-
-HRESULT clsReceiver_IIdentification::get_Manufacturer(BSTR* value) noexcept
-{
-    return Get(value, [&] { return owner_.Model().Manufacturer(); });
-}
-
-HRESULT clsReceiver_IIdentification::get_Hardware(BSTR* value) noexcept
-{
-    return Get(value, [&] { return owner_.Model().Hardware(); });
-}
+#define INSTRUMENT_IDENTITY(name)                                         \
+    HRESULT clsReceiver_IIdentification::get_##name(BSTR* value) noexcept \
+    {                                                                     \
+        return Get(value, [&] { return owner_.Model().name(); });         \
+    }
+#include "setup/catalogue/ReceiverOperations.h"
 
 }  // namespace tvn2x

@@ -15,11 +15,8 @@ class clsReceiver_IIdentification final : public com::Member<IIdentification, cl
 public:
     using Member::Member;
 
-    HRESULT STDMETHODCALLTYPE get_InstrumentName(BSTR* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_BusAddress(BSTR* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_Model(BSTR* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_Manufacturer(BSTR* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_Hardware(BSTR* value) noexcept override;
+#define INSTRUMENT_IDENTITY(name) HRESULT STDMETHODCALLTYPE get_##name(BSTR* value) noexcept override;
+#include "setup/catalogue/ReceiverOperations.h"
 };
 
 }  // namespace tvn2x

@@ -32,15 +32,15 @@ public:
 class ReceiverModelTest : public testing::Test
 {
 protected:
-    ReceiverModelTest() { receiver.Network(NetworkModel::Parse(network, L"net.ini")); }
+    ReceiverModelTest() { receiver.Physics().Network(NetworkModel::Parse(network, L"net.ini")); }
 
     using Values = std::vector<std::pair<const wchar_t*, const wchar_t*>>;
     void Set(const std::wstring& section, const Values& values)
     {
-        NetworkModel model = receiver.Network();
+        NetworkModel model = receiver.Physics().Network();
         for (const auto& [key, value] : values)
             model.Set(section, key, value);
-        receiver.Network(model);
+        receiver.Physics().Network(model);
     }
 
     void TuneTo(double megahertz, double wait = 0)
@@ -138,7 +138,7 @@ TEST_F(ReceiverModelTest, LocksAsFarAsOffsetEchoAndLevelLetIt)
         {1, {{L"Echo (dB)", L"12"}, {L"Echo Length (m)", L"40"}}, "RSCT"},
     };
     for (const auto& [channel, values, locks] : rows) {
-        receiver.Network(NetworkModel::Parse(network, L"net.ini"));
+        receiver.Physics().Network(NetworkModel::Parse(network, L"net.ini"));
         Set(L"Channel " + std::to_wstring(channel), values);
         receiver.OrderOfQam(channel == 1 ? 64 : 256);
         TuneTo(channel == 1 ? 474 : 602);
@@ -271,13 +271,13 @@ TEST_F(ReceiverModelTest, AddsUpErroredTime)
     time.now += 5;
     receiver.ResetErrorCounters();
     time.now += 1;
-    const ErroredTime clean = receiver.ErrorCounters();
+    const dvbc::ErroredTime clean = receiver.ErrorCounters();
     EXPECT_GT(clean.dataErrors, 0);
     EXPECT_LT(clean.dataErrors, 1e-5);
     EXPECT_GT(clean.syncErrors, 0);
     EXPECT_GT(clean.unavailable, 0);
     time.now += 10.001;
-    const ErroredTime outage = receiver.ErrorCounters();
+    const dvbc::ErroredTime outage = receiver.ErrorCounters();
     EXPECT_GT(outage.unavailable, 2);
     EXPECT_LT(outage.unavailable, 2 + locking);
     EXPECT_NEAR(outage.dataErrors, outage.unavailable, 1e-4);
@@ -286,7 +286,7 @@ TEST_F(ReceiverModelTest, AddsUpErroredTime)
     time.now += 2;
     receiver.ResetErrorCounters();
     time.now += 100;
-    const ErroredTime bad = receiver.ErrorCounters();
+    const dvbc::ErroredTime bad = receiver.ErrorCounters();
     EXPECT_GT(bad.dataErrors, 90);
     EXPECT_LT(bad.syncErrors, 80);
     EXPECT_LT(bad.unavailable, 0.01);
@@ -389,9 +389,9 @@ TEST_F(ReceiverModelTest, TakesTheNearestFilterWhereTheModelSaysSo)
 
 TEST_F(ReceiverModelTest, ReceivesTheImpairedNetworkAsFarAsItsChannelsLetIt)
 {
-    receiver.Network(NetworkModel::Load(SystemFiles(), FromUtf8(TVN_TEST_DATA) + L"/impaired.ini"));
+    receiver.Physics().Network(NetworkModel::Load(SystemFiles(), FromUtf8(TVN_TEST_DATA) + L"/impaired.ini"));
     std::vector<std::string> locks;
-    for (const ChannelModel& channel : receiver.Network().Channels()) {
+    for (const ChannelModel& channel : receiver.Physics().Network().Channels()) {
         receiver.OrderOfQam(channel.order);
         receiver.SymbolRate(channel.symbolRate * 1e6);
         TuneTo(channel.frequency);

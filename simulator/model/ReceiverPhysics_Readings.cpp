@@ -2,7 +2,7 @@
 
 #include "dvbc/Impairments.h"
 #include "dvbc/LevelUnit.h"
-#include "simulator/model/ReceiverModel.h"
+#include "simulator/model/ReceiverPhysics.h"
 
 namespace tvn2x {
 
@@ -14,7 +14,7 @@ constexpr double lowestQuality = 5;
 }  // namespace
 
 /// Measurement noise of one more reading. MER and S/N come from the same error vectors, so theirs is the same noise.
-double ReceiverModel::Noise(Quantity quantity, double spread)
+double ReceiverPhysics::Noise(Quantity quantity, double spread)
 {
     const bool errorVectors = quantity == Quantity::merPercent || quantity == Quantity::signalToNoise;
     const Quantity source = errorVectors ? Quantity::mer : quantity;
@@ -26,14 +26,14 @@ double ReceiverModel::Noise(Quantity quantity, double spread)
     return drawn * spread * model_.Network().readingNoise;
 }
 
-double ReceiverModel::Show(double value, Range range)
+double ReceiverPhysics::Show(double value, Range range)
 {
     status_ = value < range.min ? L"UNDER" : value > range.max ? L"OVER" : L"";
     return std::clamp(value, range.min, range.max);
 }
 
 /// A reading that only exists on a demodulated signal.
-double ReceiverModel::ReadQuality(Quantity quantity, double value, double spread, Range range)
+double ReceiverPhysics::ReadQuality(Quantity quantity, double value, double spread, Range range)
 {
     if (!Locked(Stage::carrier)) {
         status_ = L"---";
@@ -42,42 +42,36 @@ double ReceiverModel::ReadQuality(Quantity quantity, double value, double spread
     return Show(value + Noise(quantity, spread), range);
 }
 
-double ReceiverModel::ReadFrequencyOffset()
+double ReceiverPhysics::ReadFrequencyOffset()
 {
-    Begin(L"ReadFrequencyOffset", Access::call);
     return ReadQuality(Quantity::frequencyOffset, View().reception.frequencyOffset, 50, {-200e3, 200e3});
 }
 
-double ReceiverModel::ReadRfLevel()
+double ReceiverPhysics::ReadRfLevel()
 {
-    Begin(L"ReadRfLevel", Access::call);
     const Reception& reception = View().reception;
     const bool outage = reception.stagesReached > 0 && !Locked(Stage::gainControl);
     const double level = outage ? reception.noiseLevel : reception.level;
     return dvbc::LevelIn(settings_.levelUnit, Show(level + Noise(Quantity::rfLevel, 0.1), {30, 114}));
 }
 
-double ReceiverModel::ReadCarrierToInterference()
+double ReceiverPhysics::ReadCarrierToInterference()
 {
-    Begin(L"ReadCarrierToInterference", Access::call);
     return ReadQuality(Quantity::carrierToInterference, View().reception.carrierToInterference, 0.3, {10, 60});
 }
 
-double ReceiverModel::ReadCarrierSuppression()
+double ReceiverPhysics::ReadCarrierSuppression()
 {
-    Begin(L"ReadCarrierSuppression", Access::call);
     return ReadQuality(Quantity::carrierSuppression, View().reception.carrierSuppression, 0.2, {10, 60});
 }
 
-double ReceiverModel::ReadMer()
+double ReceiverPhysics::ReadMer()
 {
-    Begin(L"ReadMer", Access::call);
     return ReadQuality(Quantity::mer, View().reception.mer, 0.1, {lowestQuality, highestQuality});
 }
 
-double ReceiverModel::ReadMerPercent()
+double ReceiverPhysics::ReadMerPercent()
 {
-    Begin(L"ReadMerPercent", Access::call);
     const double mer = ReadQuality(Quantity::merPercent, View().reception.mer, 0.1, {lowestQuality, highestQuality});
     if (status_ == L"---")
         return 0;
@@ -87,33 +81,29 @@ double ReceiverModel::ReadMerPercent()
     return dvbc::MerPercent(mer);
 }
 
-double ReceiverModel::ReadPhaseJitter()
+double ReceiverPhysics::ReadPhaseJitter()
 {
-    Begin(L"ReadPhaseJitter", Access::call);
     return ReadQuality(Quantity::phaseJitter, View().reception.phaseJitter, 0.02, {0.05, 10});
 }
 
-double ReceiverModel::ReadIqImbalance()
+double ReceiverPhysics::ReadIqImbalance()
 {
-    Begin(L"ReadIqImbalance", Access::call);
     const double value = ReadQuality(Quantity::iqImbalance, View().reception.iqImbalance, 0.02, {-20, 20});
     return std::max(0.0, value);
 }
 
-double ReceiverModel::ReadIqPhase()
+double ReceiverPhysics::ReadIqPhase()
 {
-    Begin(L"ReadIqPhase", Access::call);
     return ReadQuality(Quantity::iqPhase, View().reception.quadratureError, 0.02, {-10, 10});
 }
 
-double ReceiverModel::ReadSignalToNoise()
+double ReceiverPhysics::ReadSignalToNoise()
 {
-    Begin(L"ReadSignalToNoise", Access::call);
     return ReadQuality(Quantity::signalToNoise, View().reception.signalToNoise, 0.1, {lowestQuality, highestQuality});
 }
 
 /// What the running count has found; nothing where the transport stream was lost since it began.
-std::optional<BitErrorCount::Progress> ReceiverModel::BerProgress()
+std::optional<BitErrorCount::Progress> ReceiverPhysics::BerProgress()
 {
     if (!ber_)
         return std::nullopt;
@@ -128,9 +118,8 @@ std::optional<BitErrorCount::Progress> ReceiverModel::BerProgress()
     return ber_->At(now);
 }
 
-double ReceiverModel::ReadBer()
+double ReceiverPhysics::ReadBer()
 {
-    Begin(L"ReadBer", Access::call);
     std::optional<BitErrorCount::Progress> progress = BerProgress();
     if (!progress && Locked(Stage::reedSolomon)) {
         const Reception& reception = View().reception;
@@ -145,23 +134,15 @@ double ReceiverModel::ReadBer()
     return progress->Ratio();
 }
 
-std::wstring ReceiverModel::ValueStatus()
+std::wstring ReceiverPhysics::BerState()
 {
-    Begin(L"ValueStatus", Access::get);
-    return status_;
-}
-
-std::wstring ReceiverModel::BerState()
-{
-    Begin(L"BerState", Access::get);
     if (const std::optional<BitErrorCount::Progress> progress = BerProgress())
         return progress->State();
     return Locked(Stage::reedSolomon) ? L"0 of " + std::to_wstring(settings_.berSamples) : L"---";
 }
 
-std::wstring ReceiverModel::BerResult()
+std::wstring ReceiverPhysics::BerResult()
 {
-    Begin(L"BerResult", Access::get);
     const std::optional<BitErrorCount::Progress> progress = BerProgress();
     return progress ? progress->Result() : L"---";
 }

@@ -4,7 +4,7 @@
 #include <cstdlib>
 
 #include "dvbc/Qam.h"
-#include "simulator/model/ReceiverModel.h"
+#include "simulator/model/ReceiverPhysics.h"
 
 namespace tvn2x {
 
@@ -55,13 +55,13 @@ void RequireRange(double value, double min, double max, std::wstring_view settin
 
 }  // namespace
 
-bool ReceiverModel::HasOption(std::wstring_view option) const
+bool ReceiverPhysics::HasOption(std::wstring_view option) const
 {
     return model_.Network().installedOptions.find(option) != std::wstring::npos;
 }
 
 /// The basic state, as far as the installed options allow it.
-ReceiverSettings ReceiverModel::BasicState() const
+ReceiverSettings ReceiverPhysics::BasicState() const
 {
     constexpr int32_t modeWithoutOptions = 1;
     ReceiverSettings basic;
@@ -74,7 +74,7 @@ ReceiverSettings ReceiverModel::BasicState() const
     return basic;
 }
 
-std::optional<int32_t> ReceiverModel::FilterFor(int32_t megahertz) const
+std::optional<int32_t> ReceiverPhysics::FilterFor(int32_t megahertz) const
 {
     const auto fitted = [&](int32_t bandwidth) {
         const Need* need = FindNeed(filterNeeds, bandwidth);
@@ -98,7 +98,7 @@ std::optional<int32_t> ReceiverModel::FilterFor(int32_t megahertz) const
 }
 
 template <class Value>
-void ReceiverModel::Change(Value ReceiverSettings::*setting, Value value)
+void ReceiverPhysics::Change(Value ReceiverSettings::*setting, Value value)
 {
     if (settings_.*setting == value)
         return;
@@ -106,75 +106,35 @@ void ReceiverModel::Change(Value ReceiverSettings::*setting, Value value)
     Tune();
 }
 
-int32_t ReceiverModel::BerSamples()
+void ReceiverPhysics::BerSamples(int32_t blocks)
 {
-    Begin(L"BerSamples", Access::get);
-    return settings_.berSamples;
-}
-
-void ReceiverModel::BerSamples(int32_t blocks)
-{
-    Begin(L"BerSamples", Access::let);
     RequireRange(blocks, 1, 10000, L"BerSamples", L" samples of 10^7 bits");
     settings_.berSamples = blocks;
     ber_.reset();
 }
 
-int32_t ReceiverModel::RollOffFactor()
+void ReceiverPhysics::RollOffFactor(int32_t hundredths)
 {
-    Begin(L"RollOffFactor", Access::get);
-    return settings_.rollOff;
-}
-
-void ReceiverModel::RollOffFactor(int32_t hundredths)
-{
-    Begin(L"RollOffFactor", Access::let);
     RequireRange(hundredths, 12, 35, L"RollOffFactor", L" hundredths");
     Change(&ReceiverSettings::rollOff, hundredths);
 }
 
-int32_t ReceiverModel::OrderOfQam()
-{
-    Begin(L"OrderOfQam", Access::get);
-    return settings_.order;
-}
-
-void ReceiverModel::OrderOfQam(int32_t order)
-{
-    Begin(L"OrderOfQam", Access::let);
-    SetOrderOfQam(order);
-}
-
-void ReceiverModel::SetOrderOfQam(int32_t order)
+void ReceiverPhysics::OrderOfQam(int32_t order)
 {
     Require(dvbc::IsOrderOfQam(order), L"OrderOfQam",
             std::to_wstring(order) + L" is none of 4, 16, 32, 64, 128 and 256");
     Change(&ReceiverSettings::order, order);
 }
 
-double ReceiverModel::SymbolRate()
+void ReceiverPhysics::SymbolRate(double symbolsPerSecond)
 {
-    Begin(L"SymbolRate", Access::get);
-    return settings_.symbolRate;
-}
-
-void ReceiverModel::SymbolRate(double symbolsPerSecond)
-{
-    Begin(L"SymbolRate", Access::let);
     RequireRange(symbolsPerSecond, 0.1e6, 8e6, L"SymbolRate", L" symbols per second");
     ber_.reset();
     Change(&ReceiverSettings::symbolRate, symbolsPerSecond);
 }
 
-int32_t ReceiverModel::SawBandwidth()
+void ReceiverPhysics::SawBandwidth(int32_t megahertz)
 {
-    Begin(L"SawBandwidth", Access::get);
-    return settings_.sawBandwidth;
-}
-
-void ReceiverModel::SawBandwidth(int32_t megahertz)
-{
-    Begin(L"SawBandwidth", Access::let);
     const std::optional<int32_t> taken = FilterFor(megahertz);
     Require(taken.has_value(), L"StatusSawFilterBW",
             L"there is no SAW filter of " + std::to_wstring(megahertz) + L" MHz in this receiver", filterRefused,
@@ -182,15 +142,8 @@ void ReceiverModel::SawBandwidth(int32_t megahertz)
     Change(&ReceiverSettings::sawBandwidth, *taken);
 }
 
-int32_t ReceiverModel::ReferenceSource()
+void ReceiverPhysics::ReferenceSource(int32_t source)
 {
-    Begin(L"ReferenceSource", Access::get);
-    return settings_.externalReference ? 1 : 0;
-}
-
-void ReceiverModel::ReferenceSource(int32_t source)
-{
-    Begin(L"ReferenceSource", Access::let);
     RequireRange(source, 0, 1, L"ReferenceSource", L": 0 is internal, 1 external");
     if (source == 1 && !HasOption(L"EXTREF"))
         throw RaisedError(referenceMissing, L"clsReceiver.ReferenceSource", L"Let Setup10MhzRef not available");
@@ -200,33 +153,14 @@ void ReceiverModel::ReferenceSource(int32_t source)
     Change(&ReceiverSettings::externalReference, external);
 }
 
-int32_t ReceiverModel::LevelUnit()
-{
-    Begin(L"LevelUnit", Access::get);
-    return static_cast<int32_t>(settings_.levelUnit);
-}
-
-void ReceiverModel::LevelUnit(int32_t code)
-{
-    Begin(L"LevelUnit", Access::let);
-    SetLevelUnit(code);
-}
-
-void ReceiverModel::SetLevelUnit(int32_t code)
+void ReceiverPhysics::LevelUnit(int32_t code)
 {
     RequireRange(code, 0, 5, L"LevelUnit", L", the codes of dBmV, dBpW, dBuW, dBm, dBuV and mV");
     settings_.levelUnit = static_cast<dvbc::LevelUnit>(code);
 }
 
-int32_t ReceiverModel::InputRoute()
+void ReceiverPhysics::InputRoute(int32_t route)
 {
-    Begin(L"InputRoute", Access::get);
-    return settings_.route;
-}
-
-void ReceiverModel::InputRoute(int32_t route)
-{
-    Begin(L"InputRoute", Access::let);
     const Need* need = FindNeed(routeNeeds, route);
     Require(need != nullptr, L"InputRoute", std::to_wstring(route) + L" is none of 2, 4, 50, 75 and 128");
     Require(HasOption(need->option), L"InputRoute",
@@ -234,15 +168,8 @@ void ReceiverModel::InputRoute(int32_t route)
     Change(&ReceiverSettings::route, route);
 }
 
-int32_t ReceiverModel::Mode()
+void ReceiverPhysics::Mode(int32_t mode)
 {
-    Begin(L"Mode", Access::get);
-    return settings_.mode;
-}
-
-void ReceiverModel::Mode(int32_t mode)
-{
-    Begin(L"Mode", Access::let);
     Require(mode >= 1 && mode <= 15, L"Mode", std::to_wstring(mode) + L" is not from 1 to 15", modeRefused);
     const Need* need = FindNeed(modeNeeds, mode);
     const bool available = need == nullptr || HasOption(need->option);
@@ -254,78 +181,42 @@ void ReceiverModel::Mode(int32_t mode)
     Change(&ReceiverSettings::mode, mode);
 }
 
-bool ReceiverModel::Hold()
+void ReceiverPhysics::Hold(bool hold)
 {
-    Begin(L"Hold", Access::get);
-    return held_.has_value();
-}
-
-void ReceiverModel::Hold(bool hold)
-{
-    Begin(L"Hold", Access::let);
     if (!hold)
         held_.reset();
     else if (!held_)
         held_ = HeldTuning{tuning_, time_.Seconds()};
 }
 
-double ReceiverModel::Frequency()
+void ReceiverPhysics::Frequency(double hertz)
 {
-    Begin(L"Frequency", Access::get);
-    return settings_.frequency;
-}
-
-void ReceiverModel::Frequency(double hertz)
-{
-    Begin(L"Frequency", Access::let);
     RequireRange(hertz, 30e6, 1200e6, L"Frequency", L" Hz");
     settings_.frequency = hertz;
     Tune();
 }
 
-int32_t ReceiverModel::InputAttenuation()
+void ReceiverPhysics::InputAttenuation(int32_t decibels)
 {
-    Begin(L"InputAttenuation", Access::get);
-    return settings_.attenuation;
-}
-
-void ReceiverModel::InputAttenuation(int32_t decibels)
-{
-    Begin(L"InputAttenuation", Access::let);
     if (decibels != automaticAttenuation)
         RequireRange(decibels, 0, 70, L"InputAttenuation", L" dB, or 255 for automatic");
     Change(&ReceiverSettings::attenuation, decibels);
 }
 
-int32_t ReceiverModel::DemodulatorGainControl()
+void ReceiverPhysics::DemodulatorGainControl(int32_t mode)
 {
-    Begin(L"DemodulatorGainControl", Access::get);
-    return settings_.automaticGain ? 1 : 0;
-}
-
-void ReceiverModel::DemodulatorGainControl(int32_t mode)
-{
-    Begin(L"DemodulatorGainControl", Access::let);
     RequireRange(mode, 0, 1, L"DemodulatorGainControl", L": 0 is fixed, 1 automatic");
     Change(&ReceiverSettings::automaticGain, mode == 1);
 }
 
-int32_t ReceiverModel::Equaliser()
+void ReceiverPhysics::Equaliser(int32_t mode)
 {
-    Begin(L"Equaliser", Access::get);
-    return settings_.adaptiveEqualiser ? 1 : 0;
-}
-
-void ReceiverModel::Equaliser(int32_t mode)
-{
-    Begin(L"Equaliser", Access::let);
     RequireRange(mode, 0, 1, L"Equaliser", L": 0 is off, 1 adaptive");
     Change(&ReceiverSettings::adaptiveEqualiser, mode == 1);
 }
 
-void ReceiverModel::Initialise()
+void ReceiverPhysics::Initialise()
 {
-    Begin(L"Initialise", Access::call);
     held_.reset();
     settings_ = BasicState();
     Tune();

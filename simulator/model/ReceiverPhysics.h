@@ -1,0 +1,168 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "simulator/model/Acquisition.h"
+#include "simulator/model/BitErrorCount.h"
+#include "simulator/model/ErrorCounter.h"
+#include "simulator/model/NetworkModel.h"
+#include "simulator/model/ReceiverSettings.h"
+#include "simulator/model/SimulatedTime.h"
+
+namespace tvn2x {
+
+/// The test receiver on its network: what it is set to, which locks it has, what it reads. One method per operation, in
+/// the units of the list; the ranges are the receiver's own. A setter that is refused raises an error that begins with
+/// "Let ... failed" and leaves the setting as it was.
+class ReceiverPhysics
+{
+public:
+    explicit ReceiverPhysics(SimulatedTime& time);
+
+    const NetworkModel& Network() const { return model_; }
+    void Network(NetworkModel model);
+
+    // Readings. Where ValueStatus then tells of a range marker, the reading is 0 or the end of the range.
+    double ReadFrequencyOffset();
+    double ReadRfLevel();
+    double ReadCarrierToInterference();
+    double ReadCarrierSuppression();
+    double ReadMer();
+    double ReadMerPercent();
+    double ReadPhaseJitter();
+    double ReadIqImbalance();
+    double ReadIqPhase();
+    double ReadSignalToNoise();
+    double ReadBer();
+    std::wstring ValueStatus() const { return status_; }
+    std::wstring BerState();
+    std::wstring BerResult();
+
+    // Locks and counters.
+    bool TsError();
+    bool SymbolClockUnlocked();
+    bool CarrierUnlocked();
+    bool ReferenceLocked();
+    bool RfSignalPresent();
+    dvbc::ErroredTime ErrorCounters();
+    void ResetErrorCounters();
+
+    // Settings.
+    int32_t BerSamples() const { return settings_.berSamples; }
+    void BerSamples(int32_t blocks);  ///< 1..10000
+    int32_t RollOffFactor() const { return settings_.rollOff; }
+    void RollOffFactor(int32_t hundredths);  ///< 12..35
+    int32_t OrderOfQam() const { return settings_.order; }
+    void OrderOfQam(int32_t order);
+    double SymbolRate() const { return settings_.symbolRate; }
+    void SymbolRate(double symbolsPerSecond);  ///< 0.1e6..8e6
+    int32_t SawBandwidth() const { return settings_.sawBandwidth; }
+    void SawBandwidth(int32_t megahertz);  ///< 0, 2, 6, 7, 8; may take another one, see FilterFor
+    int32_t ReferenceSource() const { return settings_.externalReference ? 1 : 0; }
+    void ReferenceSource(int32_t source);
+    int32_t LevelUnit() const { return static_cast<int32_t>(settings_.levelUnit); }
+    void LevelUnit(int32_t code);
+    int32_t InputRoute() const { return settings_.route; }
+    void InputRoute(int32_t route);
+    int32_t Mode() const { return settings_.mode; }
+    void Mode(int32_t mode);  ///< 1..15
+    bool Hold() const { return held_.has_value(); }
+    void Hold(bool hold);
+    double Frequency() const { return settings_.frequency; }
+    void Frequency(double hertz);  ///< 30e6..1200e6; always tunes anew
+    int32_t InputAttenuation() const { return settings_.attenuation; }
+    void InputAttenuation(int32_t decibels);  ///< 0..70, or 255
+    int32_t DemodulatorGainControl() const { return settings_.automaticGain ? 1 : 0; }
+    void DemodulatorGainControl(int32_t mode);
+    int32_t Equaliser() const { return settings_.adaptiveEqualiser ? 1 : 0; }
+    void Equaliser(int32_t mode);
+    void Initialise();
+
+    // Identity.
+    std::wstring SerialNumber() const { return model_.Network().serialNumber; }
+    std::wstring FirmwareVersion() const { return model_.Network().firmwareVersion; }
+    std::wstring InstalledOptions() const { return model_.Network().installedOptions; }
+    std::wstring InstrumentName() const { return model_.Network().instrumentName; }
+    std::wstring BusAddress() const { return model_.Network().busAddress; }
+    std::wstring Model() const { return model_.Network().model; }
+    std::wstring Manufacturer() const { return model_.Network().manufacturer; }
+    std::wstring Hardware() const { return model_.Network().hardware; }
+    bool Online() const { return online_ && model_.Network().connected; }
+    void Online(bool online);
+
+private:
+    enum class Quantity
+    {
+        frequencyOffset,
+        rfLevel,
+        carrierToInterference,
+        carrierSuppression,
+        mer,
+        merPercent,
+        signalToNoise,
+        phaseJitter,
+        iqImbalance,
+        iqPhase
+    };
+    static constexpr size_t quantityCount = 10;
+
+    struct Tuning
+    {
+        double since = 0;
+        SeededNoise noise{0, 0};
+        Reception reception;
+        Acquisition acquisition;
+        std::array<uint64_t, quantityCount> readings{};  ///< so that each draws its own noise
+    };
+
+    struct HeldTuning
+    {
+        Tuning tuning;
+        double at = 0;
+    };
+
+    struct Range
+    {
+        double min;
+        double max;
+    };
+
+    bool HasOption(std::wstring_view option) const;
+    ReceiverSettings BasicState() const;
+    /// The SAW filter that the receiver takes when it is asked for one, none where it refuses. Of 6 and 7 MHz, which
+    /// have one place, it takes the one that is fitted; with swapped filters it takes the nearest of all.
+    std::optional<int32_t> FilterFor(int32_t megahertz) const;
+
+    void Tune();
+    void CountErrors();
+    template <class Value>
+    void Change(Value ReceiverSettings::*setting, Value value);
+
+    const Tuning& View() const { return held_ ? held_->tuning : tuning_; }
+    double ViewTime() { return held_ ? held_->at : time_.Seconds(); }
+    bool Locked(Stage stage);
+
+    double Noise(Quantity quantity, double spread);
+    double Show(double value, Range range);
+    double ReadQuality(Quantity quantity, double value, double spread, Range range);
+    std::optional<BitErrorCount::Progress> BerProgress();
+
+    SimulatedTime& time_;
+    NetworkModel model_;
+    ReceiverSettings settings_;
+    bool online_ = false;
+
+    Tuning tuning_;
+    std::optional<HeldTuning> held_;
+    ErrorCounter counter_;
+    double countedUntil_ = 0;
+    double referenceSince_ = 0;
+    std::optional<BitErrorCount> ber_;
+    std::wstring status_;
+};
+
+}  // namespace tvn2x
