@@ -4,6 +4,8 @@
 
 #include "TVNINT.h"
 #include "XKTR2x.h"
+#include "com/Wire.h"
+#include "support/ReceiverAnswers.h"
 
 namespace tvn2x::bench {
 
@@ -46,9 +48,21 @@ HRESULT Answer(Value* out, Value value) noexcept
     return S_OK;
 }
 
-inline HRESULT Answer(BSTR* out, const wchar_t* text) noexcept
+inline HRESULT Answer(LONG* out, int32_t value) noexcept
 {
-    *out = SysAllocString(text);
+    *out = value;
+    return S_OK;
+}
+
+inline HRESULT Answer(VARIANT_BOOL* out, bool value) noexcept
+{
+    *out = com::ToWire(value);
+    return S_OK;
+}
+
+inline HRESULT Answer(BSTR* out, const std::wstring& text) noexcept
+{
+    *out = SysAllocString(text.c_str());
     return S_OK;
 }
 
@@ -60,89 +74,47 @@ public:
     HRESULT STDMETHODCALLTYPE get_Unavailable(double* value) noexcept override { return Answer(value, 0.0); }
 };
 
-/// A synchronised receiver that answers at once.
+/// A synchronised receiver that answers at once. No bit error count runs: it would take its time. No
+/// option is installed.
 class NullDriver final : public Null<IReceiver>
 {
 public:
-    HRESULT STDMETHODCALLTYPE ReadFrequencyOffset(double* value) noexcept override { return Answer(value, 1250.0); }
-    HRESULT STDMETHODCALLTYPE ReadRfLevel(double* value) noexcept override { return Answer(value, 64.5); }
-    HRESULT STDMETHODCALLTYPE ReadCarrierToInterference(double* value) noexcept override { return Answer(value, 48.2); }
-    HRESULT STDMETHODCALLTYPE ReadCarrierSuppression(double* value) noexcept override { return Answer(value, 42.5); }
-    HRESULT STDMETHODCALLTYPE ReadMer(double* value) noexcept override { return Answer(value, 37.4); }
-    HRESULT STDMETHODCALLTYPE ReadMerPercent(double* value) noexcept override { return Answer(value, 1.35); }
-    HRESULT STDMETHODCALLTYPE ReadPhaseJitter(double* value) noexcept override { return Answer(value, 0.43); }
-    HRESULT STDMETHODCALLTYPE ReadIqImbalance(double* value) noexcept override { return Answer(value, 0.7); }
-    HRESULT STDMETHODCALLTYPE ReadIqPhase(double* value) noexcept override { return Answer(value, 0.31); }
-    HRESULT STDMETHODCALLTYPE ReadSignalToNoise(double* value) noexcept override { return Answer(value, 38.1); }
-    HRESULT STDMETHODCALLTYPE ReadBer(double* value) noexcept override { return Answer(value, 1.2e-7); }
-    HRESULT STDMETHODCALLTYPE get_TsError(VARIANT_BOOL* value) noexcept override
+    NullDriver()
     {
-        return Answer(value, VARIANT_BOOL{VARIANT_FALSE});
+        answers_.BerState = L"---";
+        answers_.InstalledOptions.clear();
     }
-    HRESULT STDMETHODCALLTYPE get_SymbolClockUnlocked(VARIANT_BOOL* value) noexcept override
-    {
-        return Answer(value, VARIANT_BOOL{VARIANT_FALSE});
+
+#define RECEIVER_READING(name, parameter)                           \
+    HRESULT STDMETHODCALLTYPE name(double* value) noexcept override \
+    {                                                               \
+        return Answer(value, answers_.name);                        \
     }
-    HRESULT STDMETHODCALLTYPE get_CarrierUnlocked(VARIANT_BOOL* value) noexcept override
-    {
-        return Answer(value, VARIANT_BOOL{VARIANT_FALSE});
+#define RECEIVER_STATE(Type, name)                                                 \
+    HRESULT STDMETHODCALLTYPE get_##name(com::Wire<Type>* value) noexcept override \
+    {                                                                              \
+        return Answer(value, answers_.name);                                       \
     }
-    HRESULT STDMETHODCALLTYPE get_ReferenceLocked(VARIANT_BOOL* value) noexcept override
-    {
-        return Answer(value, VARIANT_BOOL{VARIANT_TRUE});
+#define RECEIVER_COUNTERS(name)                                                    \
+    HRESULT STDMETHODCALLTYPE get_##name(IErrorCounters** value) noexcept override \
+    {                                                                              \
+        return Answer<IErrorCounters*>(value, &counters_);                         \
     }
-    HRESULT STDMETHODCALLTYPE get_RfSignalPresent(VARIANT_BOOL* value) noexcept override
-    {
-        return Answer(value, VARIANT_BOOL{VARIANT_TRUE});
+#define RECEIVER_SETTING(Type, name)                                        \
+    RECEIVER_STATE(Type, name)                                              \
+    HRESULT STDMETHODCALLTYPE put_##name(com::Wire<Type>) noexcept override \
+    {                                                                       \
+        return S_OK;                                                        \
     }
-    HRESULT STDMETHODCALLTYPE put_BerSamples(LONG) noexcept override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE get_BerSamples(LONG* value) noexcept override { return Answer(value, LONG{0}); }
-    HRESULT STDMETHODCALLTYPE put_RollOffFactor(LONG) noexcept override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE get_RollOffFactor(LONG* value) noexcept override { return Answer(value, LONG{0}); }
-    HRESULT STDMETHODCALLTYPE put_OrderOfQam(LONG) noexcept override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE get_OrderOfQam(LONG* value) noexcept override { return Answer(value, LONG{0}); }
-    HRESULT STDMETHODCALLTYPE put_SymbolRate(double) noexcept override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE get_SymbolRate(double* value) noexcept override { return Answer(value, double{0}); }
-    HRESULT STDMETHODCALLTYPE put_SawBandwidth(LONG) noexcept override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE get_SawBandwidth(LONG* value) noexcept override { return Answer(value, LONG{0}); }
-    HRESULT STDMETHODCALLTYPE put_ReferenceSource(LONG) noexcept override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE get_ReferenceSource(LONG* value) noexcept override { return Answer(value, LONG{0}); }
-    HRESULT STDMETHODCALLTYPE put_LevelUnit(LONG) noexcept override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE get_LevelUnit(LONG* value) noexcept override { return Answer(value, LONG{0}); }
-    HRESULT STDMETHODCALLTYPE put_InputRoute(LONG) noexcept override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE get_InputRoute(LONG* value) noexcept override { return Answer(value, LONG{0}); }
-    HRESULT STDMETHODCALLTYPE put_Mode(LONG) noexcept override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE get_Mode(LONG* value) noexcept override { return Answer(value, LONG{0}); }
-    HRESULT STDMETHODCALLTYPE put_Hold(VARIANT_BOOL) noexcept override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE get_Hold(VARIANT_BOOL* value) noexcept override
-    {
-        return Answer(value, VARIANT_BOOL{VARIANT_FALSE});
+#define RECEIVER_ACTION(name)                          \
+    HRESULT STDMETHODCALLTYPE name() noexcept override \
+    {                                                  \
+        return S_OK;                                   \
     }
-    HRESULT STDMETHODCALLTYPE put_Frequency(double) noexcept override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE get_Frequency(double* value) noexcept override { return Answer(value, double{0}); }
-    HRESULT STDMETHODCALLTYPE get_ValueStatus(BSTR* value) noexcept override { return Answer(value, L""); }
-    HRESULT STDMETHODCALLTYPE get_BerState(BSTR* value) noexcept override { return Answer(value, L"---"); }
-    HRESULT STDMETHODCALLTYPE get_ErrorCounters(IErrorCounters** value) noexcept override
-    {
-        return Answer<IErrorCounters*>(value, &counters_);
-    }
-    HRESULT STDMETHODCALLTYPE ResetErrorCounters() noexcept override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE get_SerialNumber(BSTR* value) noexcept override { return Answer(value, L""); }
-    HRESULT STDMETHODCALLTYPE get_FirmwareVersion(BSTR* value) noexcept override { return Answer(value, L""); }
-    HRESULT STDMETHODCALLTYPE get_InstalledOptions(BSTR* value) noexcept override { return Answer(value, L""); }
-    HRESULT STDMETHODCALLTYPE get_BerResult(BSTR* value) noexcept override { return Answer(value, L""); }
-    HRESULT STDMETHODCALLTYPE Initialise() noexcept override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE put_InputAttenuation(LONG) noexcept override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE get_InputAttenuation(LONG* value) noexcept override { return Answer(value, LONG{0}); }
-    HRESULT STDMETHODCALLTYPE put_DemodulatorGainControl(LONG) noexcept override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE get_DemodulatorGainControl(LONG* value) noexcept override
-    {
-        return Answer(value, LONG{0});
-    }
-    HRESULT STDMETHODCALLTYPE put_Equaliser(LONG) noexcept override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE get_Equaliser(LONG* value) noexcept override { return Answer(value, LONG{0}); }
+#include "setup/catalogue/ReceiverOperations.h"
 
 private:
+    ReceiverAnswers answers_ = GoodAnswers();
     NullCounters counters_;
 };
 

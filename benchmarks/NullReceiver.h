@@ -6,11 +6,15 @@
 namespace tvn2x::bench {
 
 /// A synchronised receiver that answers at once, so that a scan costs what the scan itself costs. No bit error count
-/// runs: it would take its time.
+/// runs: it would take its time. No option is installed.
 class NullReceiver final : public Receiver
 {
 public:
-    NullReceiver() { answers_.BerState = L"---"; }
+    NullReceiver()
+    {
+        answers_.BerState = L"---";
+        answers_.InstalledOptions.clear();
+    }
 
 #define RECEIVER_READING(name, parameter) \
     double name() override                \

@@ -30,10 +30,7 @@ Value Ask(IReceiver* driver, HRESULT (STDMETHODCALLTYPE IReceiver::*question)(co
     }
 #define RECEIVER_COUNTERS(name)
 #define RECEIVER_SETTING(Type, name)                                                \
-    Type ComReceiver::name()                                                        \
-    {                                                                               \
-        return Ask<Type>(driver_.Get(), &IReceiver::get_##name);                    \
-    }                                                                               \
+    RECEIVER_STATE(Type, name)                                                      \
     void ComReceiver::name(Type value)                                              \
     {                                                                               \
         com::Call(driver_.Get(), &IReceiver::put_##name, com::ToWire<Type>(value)); \

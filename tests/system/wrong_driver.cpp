@@ -1,5 +1,5 @@
-// A driver library that knows nothing but the published contract. It answers as a receiver with a good signal does,
-// except for the one operation that it was told to answer wrongly.
+// A driver library that knows nothing but the published contract and the list of its operations. It answers as a
+// receiver with a good signal does, except for the one operation that it was told to answer wrongly.
 
 #include <initguid.h>
 #include <windows.h>
@@ -14,7 +14,11 @@
 #include "TVNINT.h"
 #include "WrongDriver.h"
 #include "XKTR2x.h"
+#include "com/Wire.h"
+#include "support/ReceiverAnswers.h"
 
+using tvn2x::com::FromWire;
+using tvn2x::com::Wire;
 using tvn2x::wrong::Answer;
 
 namespace {
@@ -23,7 +27,18 @@ std::vector<const char*> operations;
 std::string wrongOperation;
 Answer wrongAnswer;
 int misdeeds;
-long mode = 4;
+
+tvn2x::ReceiverAnswers RightAnswers()
+{
+    tvn2x::ReceiverAnswers right = tvn2x::GoodAnswers();
+    right.ReferenceSource = 1;
+    right.Hold = true;
+    right.Frequency = 474e6;
+    right.BerState = L"1/1";
+    right.InstalledOptions = L"KTR-H2,KTR-H4,KTR-H5,EXTREF";
+    return right;
+}
+tvn2x::ReceiverAnswers answers = RightAnswers();
 
 Answer Next(const char* operation)
 {
@@ -160,6 +175,24 @@ HRESULT Take(const char* operation)
     return Status(Next(operation));
 }
 
+template <class Setting>
+HRESULT Take(const char* operation, Setting& setting, Setting value)
+{
+    const HRESULT result = Take(operation);
+    if (SUCCEEDED(result))
+        setting = value;
+    return result;
+}
+
+template <class Value>
+auto Right(const Value& answer)
+{
+    if constexpr (std::is_same_v<Value, std::wstring>)
+        return answer.c_str();
+    else
+        return tvn2x::com::ToWire(answer);
+}
+
 class Support final : public ISupportErrorInfo
 {
 public:
@@ -223,96 +256,52 @@ public:
     HRESULT STDMETHODCALLTYPE Test(BSTR*, BSTR*, LONG*, Flag*) noexcept override { return E_NOTIMPL; }
 } driverSide;
 
-class IdentitySide final : public Lasting<IIdentification>
-{
-public:
-    HRESULT STDMETHODCALLTYPE get_InstrumentName(BSTR* v) noexcept override { return Give(__func__, v, L"Other"); }
-    HRESULT STDMETHODCALLTYPE get_BusAddress(BSTR* v) noexcept override { return Give(__func__, v, L"9"); }
-    HRESULT STDMETHODCALLTYPE get_Model(BSTR* v) noexcept override { return Give(__func__, v, L"KTR"); }
-    HRESULT STDMETHODCALLTYPE get_Manufacturer(BSTR* v) noexcept override
-    {
-        return Give(__func__, v, L"KESTREL&BRAND");
+class IdentitySide final : public Lasting<IIdentification>{
+    public :
+#define INSTRUMENT_IDENTITY(name)                                   \
+    HRESULT STDMETHODCALLTYPE get_##name(BSTR* v) noexcept override \
+    {                                                               \
+        return Give(__func__, v, answers.name.c_str());             \
     }
-    HRESULT STDMETHODCALLTYPE get_Hardware(BSTR* v) noexcept override { return Give(__func__, v, L"KTR 2"); }
+#include "setup/catalogue/ReceiverOperations.h"
 } identitySide;
 
-class Receiver final : public Lasting<IReceiver>
-{
-public:
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) noexcept override
-    {
-        if (id == __uuidof(IDriver))
-            return Give("QueryInterface IDriver", out, static_cast<void*>(&driverSide));
-        if (id == __uuidof(IIdentification))
-            return Give("QueryInterface IIdentification", out, static_cast<void*>(&identitySide));
-        return Lasting::QueryInterface(id, out);
+class Receiver final : public Lasting<IReceiver>{
+    public : HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) noexcept override{
+        if (id == __uuidof(IDriver)) return Give("QueryInterface IDriver", out, static_cast<void*>(&driverSide));
+if (id == __uuidof(IIdentification))
+    return Give("QueryInterface IIdentification", out, static_cast<void*>(&identitySide));
+return Lasting::QueryInterface(id, out);
+}  // namespace
+#define RECEIVER_READING(name, parameter)                       \
+    HRESULT STDMETHODCALLTYPE name(double* v) noexcept override \
+    {                                                           \
+        return Give(__func__, v, answers.name);                 \
     }
-    HRESULT STDMETHODCALLTYPE ReadFrequencyOffset(double* v) noexcept override { return Give(__func__, v, 1250.0); }
-    HRESULT STDMETHODCALLTYPE ReadRfLevel(double* v) noexcept override { return Give(__func__, v, 64.5); }
-    HRESULT STDMETHODCALLTYPE ReadCarrierToInterference(double* v) noexcept override { return Give(__func__, v, 48.2); }
-    HRESULT STDMETHODCALLTYPE ReadCarrierSuppression(double* v) noexcept override { return Give(__func__, v, 42.5); }
-    HRESULT STDMETHODCALLTYPE ReadMer(double* v) noexcept override { return Give(__func__, v, 37.4); }
-    HRESULT STDMETHODCALLTYPE ReadMerPercent(double* v) noexcept override { return Give(__func__, v, 1.35); }
-    HRESULT STDMETHODCALLTYPE ReadPhaseJitter(double* v) noexcept override { return Give(__func__, v, 0.43); }
-    HRESULT STDMETHODCALLTYPE ReadIqImbalance(double* v) noexcept override { return Give(__func__, v, 0.7); }
-    HRESULT STDMETHODCALLTYPE ReadIqPhase(double* v) noexcept override { return Give(__func__, v, 0.31); }
-    HRESULT STDMETHODCALLTYPE ReadSignalToNoise(double* v) noexcept override { return Give(__func__, v, 38.1); }
-    HRESULT STDMETHODCALLTYPE ReadBer(double* v) noexcept override { return Give(__func__, v, 1.2e-7); }
-    HRESULT STDMETHODCALLTYPE get_TsError(Flag* v) noexcept override { return Give(__func__, v, Flag{0}); }
-    HRESULT STDMETHODCALLTYPE get_SymbolClockUnlocked(Flag* v) noexcept override { return Give(__func__, v, Flag{0}); }
-    HRESULT STDMETHODCALLTYPE get_CarrierUnlocked(Flag* v) noexcept override { return Give(__func__, v, Flag{0}); }
-    HRESULT STDMETHODCALLTYPE get_ReferenceLocked(Flag* v) noexcept override { return Give(__func__, v, Flag{-1}); }
-    HRESULT STDMETHODCALLTYPE get_RfSignalPresent(Flag* v) noexcept override { return Give(__func__, v, Flag{-1}); }
-    HRESULT STDMETHODCALLTYPE put_BerSamples(LONG) noexcept override { return Take(__func__); }
-    HRESULT STDMETHODCALLTYPE get_BerSamples(LONG* v) noexcept override { return Give(__func__, v, 1L); }
-    HRESULT STDMETHODCALLTYPE put_RollOffFactor(LONG) noexcept override { return Take(__func__); }
-    HRESULT STDMETHODCALLTYPE get_RollOffFactor(LONG* v) noexcept override { return Give(__func__, v, 15L); }
-    HRESULT STDMETHODCALLTYPE put_OrderOfQam(LONG) noexcept override { return Take(__func__); }
-    HRESULT STDMETHODCALLTYPE get_OrderOfQam(LONG* v) noexcept override { return Give(__func__, v, 64L); }
-    HRESULT STDMETHODCALLTYPE put_SymbolRate(double) noexcept override { return Take(__func__); }
-    HRESULT STDMETHODCALLTYPE get_SymbolRate(double* v) noexcept override { return Give(__func__, v, 6.9e6); }
-    HRESULT STDMETHODCALLTYPE put_SawBandwidth(LONG) noexcept override { return Take(__func__); }
-    HRESULT STDMETHODCALLTYPE get_SawBandwidth(LONG* v) noexcept override { return Give(__func__, v, 8L); }
-    HRESULT STDMETHODCALLTYPE put_ReferenceSource(LONG) noexcept override { return Take(__func__); }
-    HRESULT STDMETHODCALLTYPE get_ReferenceSource(LONG* v) noexcept override { return Give(__func__, v, 1L); }
-    HRESULT STDMETHODCALLTYPE put_LevelUnit(LONG) noexcept override { return Take(__func__); }
-    HRESULT STDMETHODCALLTYPE get_LevelUnit(LONG* v) noexcept override { return Give(__func__, v, 0L); }
-    HRESULT STDMETHODCALLTYPE put_InputRoute(LONG) noexcept override { return Take(__func__); }
-    HRESULT STDMETHODCALLTYPE get_InputRoute(LONG* v) noexcept override { return Give(__func__, v, 75L); }
-    HRESULT STDMETHODCALLTYPE put_Mode(LONG value) noexcept override
-    {
-        const HRESULT result = Take(__func__);
-        if (SUCCEEDED(result))
-            mode = value;
-        return result;
+#define RECEIVER_STATE(Type, name)                                        \
+    HRESULT STDMETHODCALLTYPE get_##name(Wire<Type>* v) noexcept override \
+    {                                                                     \
+        return Give(__func__, v, Right(answers.name));                    \
     }
-    HRESULT STDMETHODCALLTYPE get_Mode(LONG* v) noexcept override { return Give(__func__, v, mode); }
-    HRESULT STDMETHODCALLTYPE put_Hold(Flag) noexcept override { return Take(__func__); }
-    HRESULT STDMETHODCALLTYPE get_Hold(Flag* v) noexcept override { return Give(__func__, v, Flag{-1}); }
-    HRESULT STDMETHODCALLTYPE put_Frequency(double) noexcept override { return Take(__func__); }
-    HRESULT STDMETHODCALLTYPE get_Frequency(double* v) noexcept override { return Give(__func__, v, 474e6); }
-    HRESULT STDMETHODCALLTYPE get_ValueStatus(BSTR* v) noexcept override { return Give(__func__, v, L""); }
-    HRESULT STDMETHODCALLTYPE get_BerState(BSTR* v) noexcept override { return Give(__func__, v, L"1/1"); }
-    HRESULT STDMETHODCALLTYPE get_ErrorCounters(IErrorCounters** v) noexcept override
-    {
-        return Give(__func__, v, static_cast<IErrorCounters*>(&counters));
+#define RECEIVER_COUNTERS(name)                                                \
+    HRESULT STDMETHODCALLTYPE get_##name(IErrorCounters** v) noexcept override \
+    {                                                                          \
+        return Give(__func__, v, static_cast<IErrorCounters*>(&counters));     \
     }
-    HRESULT STDMETHODCALLTYPE ResetErrorCounters() noexcept override { return Take(__func__); }
-    HRESULT STDMETHODCALLTYPE get_SerialNumber(BSTR* v) noexcept override { return Give(__func__, v, L"1"); }
-    HRESULT STDMETHODCALLTYPE get_FirmwareVersion(BSTR* v) noexcept override { return Give(__func__, v, L"2"); }
-    HRESULT STDMETHODCALLTYPE get_InstalledOptions(BSTR* v) noexcept override
-    {
-        return Give(__func__, v, L"KTR-H2,KTR-H4,KTR-H5,EXTREF");
+#define RECEIVER_SETTING(Type, name)                                         \
+    RECEIVER_STATE(Type, name)                                               \
+    HRESULT STDMETHODCALLTYPE put_##name(Wire<Type> value) noexcept override \
+    {                                                                        \
+        return Take(__func__, answers.name, FromWire<Type>(value));          \
     }
-    HRESULT STDMETHODCALLTYPE get_BerResult(BSTR* v) noexcept override { return Give(__func__, v, L"1.2E-7"); }
-    HRESULT STDMETHODCALLTYPE Initialise() noexcept override { return Take(__func__); }
-    HRESULT STDMETHODCALLTYPE put_InputAttenuation(LONG) noexcept override { return Take(__func__); }
-    HRESULT STDMETHODCALLTYPE get_InputAttenuation(LONG*) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_DemodulatorGainControl(LONG) noexcept override { return Take(__func__); }
-    HRESULT STDMETHODCALLTYPE get_DemodulatorGainControl(LONG*) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_Equaliser(LONG) noexcept override { return Take(__func__); }
-    HRESULT STDMETHODCALLTYPE get_Equaliser(LONG*) noexcept override { return E_NOTIMPL; }
-} receiver;
+#define RECEIVER_ACTION(name)                          \
+    HRESULT STDMETHODCALLTYPE name() noexcept override \
+    {                                                  \
+        return Take(__func__);                         \
+    }
+#include "setup/catalogue/ReceiverOperations.h"
+}
+receiver;
 
 class RunControl final : public Lasting<IRunControl>
 {
@@ -387,7 +376,7 @@ extern "C" void Misbehave(const char* operation, Answer answer)
 {
     wrongOperation = operation ? operation : "";
     wrongAnswer = answer;
-    mode = 4;
+    answers = RightAnswers();
 }
 
 extern "C" int Misdeeds()

@@ -49,8 +49,8 @@ TEST_F(Identity, OfAnotherMakeOrModelOrOffLineIsUnknown)
 {
     for (const auto& [manufacturer, model] :
          {std::pair{L"KESTREL", L"KTR"}, {L"KESTREL&BRAND ", L"KTR"}, {L"KESTREL&BRAND", L"KTR2"}, {L"", L""}}) {
-        instrument.identity["Manufacturer"] = manufacturer;
-        instrument.identity["Model"] = model;
+        instrument.identity.Manufacturer = manufacturer;
+        instrument.identity.Model = model;
         ExpectUnknown();
         EXPECT_EQ(log.calls.back(), "Online 0");
     }

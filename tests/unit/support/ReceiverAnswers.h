@@ -7,12 +7,13 @@
 
 namespace tvn2x {
 
-/// What a receiver answers, by operation.
+/// What a receiver answers, by operation; a setting is what was written last.
 struct ReceiverAnswers
 {
 #define RECEIVER_READING(name, parameter) double name = 0;
 #define RECEIVER_STATE(Type, name) Type name{};
 #define RECEIVER_SETTING(Type, name) Type name{};
+#define INSTRUMENT_IDENTITY(name) std::wstring name;
 #include "setup/catalogue/ReceiverOperations.h"
 };
 
@@ -45,6 +46,11 @@ inline ReceiverAnswers GoodAnswers()
     good.SerialNumber = L"100001";
     good.FirmwareVersion = L"2.10";
     good.InstalledOptions = L"DVBC,EXTREF";
+    good.InstrumentName = L"Receiver 3";
+    good.BusAddress = L"GPIB0::12";
+    good.Model = L"KTR";
+    good.Manufacturer = L"KESTREL&BRAND";
+    good.Hardware = L"KTR 23";
     return good;
 }
 

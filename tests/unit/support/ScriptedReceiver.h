@@ -112,7 +112,7 @@ class ScriptedReceiver : public Receiver
 public:
     explicit ScriptedReceiver(CallLog& log) : log_(log) {}
 
-    ReceiverAnswers answers = GoodAnswers();      ///< settings are what was written last
+    ReceiverAnswers answers = GoodAnswers();
     std::map<std::string, std::wstring> markers;  ///< by reading; "" where none is named
     std::map<int32_t, int32_t> sawTaken;          ///< the filters that the receiver takes instead of those asked for
     bool ignoresModes = false;                    ///< keeps its operating mode without an error
@@ -189,11 +189,7 @@ public:
 
     bool answers = true;  ///< can be taken on line
     bool online = false;
-    std::map<std::string, std::wstring> identity{{"InstrumentName", L"Receiver 3"},
-                                                 {"BusAddress", L"GPIB0::12"},
-                                                 {"Model", L"KTR"},
-                                                 {"Manufacturer", L"KESTREL&BRAND"},
-                                                 {"Hardware", L"KTR 23"}};
+    ReceiverAnswers identity = GoodAnswers();
 
     bool Online() override
     {
@@ -205,10 +201,10 @@ public:
         log_.Call("Online", value);
         online = value && answers;
     }
-#define INSTRUMENT_IDENTITY(name)           \
-    std::wstring name() override            \
-    {                                       \
-        return Get(#name, identity[#name]); \
+#define INSTRUMENT_IDENTITY(name)         \
+    std::wstring name() override          \
+    {                                     \
+        return Get(#name, identity.name); \
     }
 #include "setup/catalogue/ReceiverOperations.h"
 
