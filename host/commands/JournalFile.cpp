@@ -4,34 +4,9 @@
 
 #include "host/commands/Files.h"
 #include "text/InputError.h"
+#include "util/FileKit.h"
 
 namespace tvn2x {
-
-namespace {
-
-FileFault FaultOf(DWORD error)
-{
-    switch (error) {
-        case ERROR_DISK_FULL:
-        case ERROR_HANDLE_DISK_FULL:
-            return FileFault::diskFull;
-        case ERROR_ACCESS_DENIED:
-            return FileFault::accessDenied;
-        case ERROR_WRITE_PROTECT:
-            return FileFault::readOnly;
-        case ERROR_SHARING_VIOLATION:
-        case ERROR_LOCK_VIOLATION:
-            return FileFault::inUse;
-        case ERROR_FILE_NOT_FOUND:
-        case ERROR_PATH_NOT_FOUND:
-        case ERROR_INVALID_NAME:
-            return FileFault::pathMissing;
-        default:
-            return FileFault::other;
-    }
-}
-
-}  // namespace
 
 JournalFile JournalFile::Create(const std::wstring& path)
 {

@@ -22,6 +22,9 @@ public:
     virtual FileFault Read(char* bytes, size_t size, size_t& got) = 0;
 };
 
+/// What went wrong, by the system's number of an error (GetLastError, errno) of one of its file functions.
+FileFault FaultOf(uint32_t error);
+
 /// Reads one state of a file: a file that changes meanwhile is read again, and is in use if it keeps changing.
 FileFault ReadOneState(InputFile& file, std::string& content, FileStamp& stamp);
 

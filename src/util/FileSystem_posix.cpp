@@ -20,34 +20,6 @@
 namespace tvn2x {
 namespace {
 
-FileFault FaultOf(int error)
-{
-    switch (error) {
-        case ENOENT:
-            return FileFault::missing;
-        case ENOTDIR:
-        case ENAMETOOLONG:
-        case ELOOP:
-            return FileFault::pathMissing;
-        case EACCES:
-        case EPERM:
-            return FileFault::accessDenied;
-        case EROFS:
-            return FileFault::readOnly;
-        case ENOSPC:
-        case EDQUOT:
-        case EFBIG:
-            return FileFault::diskFull;
-        case EISDIR:
-            return FileFault::isDirectory;
-        case EBUSY:
-        case ETXTBSY:
-            return FileFault::inUse;
-        default:
-            return FileFault::other;
-    }
-}
-
 class Descriptor
 {
 public:
@@ -367,6 +339,34 @@ private:
 };
 
 }  // namespace
+
+FileFault FaultOf(uint32_t error)
+{
+    switch (error) {
+        case ENOENT:
+            return FileFault::missing;
+        case ENOTDIR:
+        case ENAMETOOLONG:
+        case ELOOP:
+            return FileFault::pathMissing;
+        case EACCES:
+        case EPERM:
+            return FileFault::accessDenied;
+        case EROFS:
+            return FileFault::readOnly;
+        case ENOSPC:
+        case EDQUOT:
+        case EFBIG:
+            return FileFault::diskFull;
+        case EISDIR:
+            return FileFault::isDirectory;
+        case EBUSY:
+        case ETXTBSY:
+            return FileFault::inUse;
+        default:
+            return FileFault::other;
+    }
+}
 
 FileSystem& SystemFiles()
 {

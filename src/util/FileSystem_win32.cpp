@@ -16,39 +16,6 @@ namespace {
 constexpr DWORD diskQuotaExceeded = 1295;  // missing from the compiler's headers
 constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-FileFault FaultOf(DWORD error)
-{
-    switch (error) {
-        case ERROR_FILE_NOT_FOUND:
-            return FileFault::missing;
-        case ERROR_PATH_NOT_FOUND:
-        case ERROR_INVALID_NAME:
-        case ERROR_BAD_PATHNAME:
-        case ERROR_INVALID_DRIVE:
-        case ERROR_NOT_READY:
-        case ERROR_BAD_NETPATH:
-        case ERROR_BAD_NET_NAME:
-        case ERROR_FILENAME_EXCED_RANGE:
-        case ERROR_DIRECTORY:
-            return FileFault::pathMissing;
-        case ERROR_ACCESS_DENIED:
-        case ERROR_PRIVILEGE_NOT_HELD:
-            return FileFault::accessDenied;
-        case ERROR_WRITE_PROTECT:
-            return FileFault::readOnly;
-        case ERROR_SHARING_VIOLATION:
-        case ERROR_LOCK_VIOLATION:
-        case ERROR_USER_MAPPED_FILE:
-            return FileFault::inUse;
-        case ERROR_DISK_FULL:
-        case ERROR_HANDLE_DISK_FULL:
-        case diskQuotaExceeded:
-            return FileFault::diskFull;
-        default:
-            return FileFault::other;
-    }
-}
-
 FileFault LastFault()
 {
     return FaultOf(GetLastError());
@@ -461,6 +428,39 @@ public:
 };
 
 }  // namespace
+
+FileFault FaultOf(uint32_t error)
+{
+    switch (error) {
+        case ERROR_FILE_NOT_FOUND:
+            return FileFault::missing;
+        case ERROR_PATH_NOT_FOUND:
+        case ERROR_INVALID_NAME:
+        case ERROR_BAD_PATHNAME:
+        case ERROR_INVALID_DRIVE:
+        case ERROR_NOT_READY:
+        case ERROR_BAD_NETPATH:
+        case ERROR_BAD_NET_NAME:
+        case ERROR_FILENAME_EXCED_RANGE:
+        case ERROR_DIRECTORY:
+            return FileFault::pathMissing;
+        case ERROR_ACCESS_DENIED:
+        case ERROR_PRIVILEGE_NOT_HELD:
+            return FileFault::accessDenied;
+        case ERROR_WRITE_PROTECT:
+            return FileFault::readOnly;
+        case ERROR_SHARING_VIOLATION:
+        case ERROR_LOCK_VIOLATION:
+        case ERROR_USER_MAPPED_FILE:
+            return FileFault::inUse;
+        case ERROR_DISK_FULL:
+        case ERROR_HANDLE_DISK_FULL:
+        case diskQuotaExceeded:
+            return FileFault::diskFull;
+        default:
+            return FileFault::other;
+    }
+}
 
 FileSystem& SystemFiles()
 {
