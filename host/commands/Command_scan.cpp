@@ -45,8 +45,7 @@ void SetSimulator(const Plugin& plugin, const SetupSettings& settings, const Sca
 
 std::wstring ChannelText(const Setup::Channel& channel)
 {
-    const std::wstring text = fmt::format(L"{:g} MHz", channel.frequency);
-    return channel.userField.empty() || channel.userField == text ? text : channel.userField + L"  " + text;
+    return ChannelName(channel.userField, channel.frequency);
 }
 
 /// The journal of a scan, or none.

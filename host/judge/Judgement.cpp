@@ -49,12 +49,6 @@ std::wstring WithUnit(const std::wstring& text, std::wstring_view unit)
     return unit.empty() ? text : text + (unit == L"°" ? L"" : L" ") + std::wstring(unit);
 }
 
-/// A difference of two values: of levels in dB.
-std::wstring MarginUnit(const ReadingKind& kind)
-{
-    return kind.isRatio ? L"decades" : kind.parameter == MP_RFLEV ? L"dB" : kind.unit;
-}
-
 /// What a margin is counted in so that parameters compare: the width of the warning band, but at most a tenth of the
 /// bound, or of what lies between two failure bounds.
 double StepWidth(const ReadingKind& kind, const Side& side)
@@ -348,7 +342,7 @@ std::wstring MarginText(const Finding& finding)
 {
     const ReadingKind& kind = *FindReadingKind(finding.parameter);
     return WithUnit(kind.isRatio ? fmt::format(L"{:.2f}", *finding.margin) : NumberText(*finding.margin),
-                    MarginUnit(kind));
+                    UnitOfDifference(kind));
 }
 
 std::wstring NumberText(double number)

@@ -77,10 +77,9 @@ void CompareReading(const ChannelResult& before, const ChannelResult& after, con
     constexpr double rounding = 1e-9;
     const double change = *now - *old;
     if (std::abs(change) > drift + rounding) {
-        const std::wstring unit = kind.isRatio ? L"decades" : kind.parameter == MP_RFLEV ? L"dB" : kind.unit;
-        comparison.changes.push_back({after.Name(), kind.title, Shown(before, kind.parameter),
-                                      Shown(after, kind.parameter),
-                                      fmt::format(L"{}{} {}", change > 0 ? L"+" : L"", NumberText(change), unit)});
+        comparison.changes.push_back(
+            {after.Name(), kind.title, Shown(before, kind.parameter), Shown(after, kind.parameter),
+             fmt::format(L"{}{} {}", change > 0 ? L"+" : L"", NumberText(change), UnitOfDifference(kind))});
     }
 }
 

@@ -70,7 +70,7 @@ std::optional<double> ChannelResult::Value(int32_t parameter) const
     return reading && reading->bound == Bound::exact ? reading->value : std::nullopt;
 }
 
-std::wstring ChannelResult::Name() const
+std::wstring ChannelName(const std::wstring& label, double frequency)
 {
     const std::wstring megahertz = fmt::format(L"{:g} MHz", frequency);
     return label.empty() || label == megahertz ? megahertz : label + L" " + megahertz;

@@ -42,6 +42,10 @@ struct Reading
 Reading MakeReading(int32_t parameter, std::wstring_view cell, std::optional<double> measured,
                     std::wstring_view levelUnit, const Locale& locale);
 
+/// What a channel is called in sentences and rows, from its label, which may be missing, and its frequency in MHz:
+/// "K45 666 MHz".
+std::wstring ChannelName(const std::wstring& label, double frequency);
+
 /// The result of one measurement of one channel.
 struct ChannelResult
 {
@@ -62,7 +66,7 @@ struct ChannelResult
     const Reading* Find(int32_t parameter) const;  ///< null where the setup does not measure it
     /// The number of a reading, nothing where there is none or where it is a bound.
     std::optional<double> Value(int32_t parameter) const;
-    std::wstring Name() const;  ///< "K45 666 MHz"
+    std::wstring Name() const { return ChannelName(label, frequency); }
 };
 
 /// One column of the result grid.

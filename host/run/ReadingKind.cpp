@@ -45,4 +45,9 @@ const ReadingKind* FindReadingKind(std::string_view name)
     return found == ReadingKinds().end() ? nullptr : &*found;
 }
 
+const wchar_t* UnitOfDifference(const ReadingKind& kind)
+{
+    return kind.isRatio ? L"decades" : kind.parameter == MP_RFLEV ? L"dB" : kind.unit;
+}
+
 }  // namespace tvn2x

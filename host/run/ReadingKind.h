@@ -24,6 +24,8 @@ struct ReadingKind
 
 /// The locks and the numeric readings 15..30, then the level step.
 std::span<const ReadingKind> ReadingKinds();
+/// The unit of a difference of two values: "dB" of levels, "decades" of ratios.
+const wchar_t* UnitOfDifference(const ReadingKind& kind);
 const ReadingKind* FindReadingKind(int32_t parameter);      ///< null where it is none
 const ReadingKind* FindReadingKind(std::string_view name);  ///< in any case
 

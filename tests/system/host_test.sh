@@ -58,13 +58,13 @@ expect_exit 0 scan net.ini --network clean.ini "${fast[@]}" --channels 35-,2-3
 expect_rows '2 3 35 36'
 expect_text No. User Frequency '(MSymb/s)' Status '(dBµV)' Offset Suppression MER \
     '4 channels, 4 synchronised, 0 not synchronised, 0 errors'
-expect_notice '   4/4  K63  810 MHz      synchronised'
+expect_notice '   4/4  K63 810 MHz       synchronised'
 cat "$work/out" "$work/err" | grep -q $'[\r\033]' && fail "writes a terminal's control characters into a file"
 
 expect_exit 1 scan net.ini --network impaired.ini "${fast[@]}" --channels 23-25 --parameters ber,mer
 expect_rows '23 24 25'
 expect_text '3 channels, 2 synchronised, 1 not synchronised, 0 errors'
-expect_notice 'K51  714 MHz      not synchronised'
+expect_notice 'K51 714 MHz       not synchronised'
 grep -q Jitter "$work/out" && fail "shows columns that were not asked for"
 
 # Input that is not to be used.
