@@ -7,6 +7,7 @@
 #include "measure/ResultTable.h"
 #include "setup/SetupDocument.h"
 #include "util/Clock.h"
+#include "util/Occupation.h"
 #include "util/modLocaleInfo.h"
 
 namespace tvn2x {
@@ -42,7 +43,7 @@ private:
     Clock& clock_;
     const Locale& locale_;
     std::optional<double> lastTuned_;  ///< MHz; none where the receiver may stand anywhere
-    bool running_ = false;
+    Occupation::Mark occupiedBy_ = nullptr;
 };
 
 }  // namespace tvn2x

@@ -55,25 +55,6 @@ bool SetupCore::SaveResults(const std::wstring& fullPath)
     return tvn2x::SaveResults(document, results, SystemLocale(), resultFile_, SystemMessageBoxes(), fullPath);
 }
 
-/// Holds the object for one operation. What it calls, the host's parent or the user's dialog, must not start another.
-class SetupCore::Occupation
-{
-public:
-    Occupation(const wchar_t*& by, const wchar_t* what, const wchar_t* source) : by_(by)
-    {
-        constexpr int32_t alreadyRunning = 5;
-        if (by_)
-            throw RaisedError(alreadyRunning, source, by_);
-        by_ = what;
-    }
-    Occupation(const Occupation&) = delete;
-    Occupation& operator=(const Occupation&) = delete;
-    ~Occupation() { by_ = nullptr; }
-
-private:
-    const wchar_t*& by_;
-};
-
 template <class Operation>
 auto SetupCore::Alone(const wchar_t* source, Operation operation)
 {

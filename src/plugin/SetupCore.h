@@ -15,6 +15,7 @@
 #include "plugin/ComInstrument.h"
 #include "setup/SetupDocument.h"
 #include "setup/SetupFile.h"
+#include "util/Occupation.h"
 
 namespace tvn2x {
 
@@ -52,7 +53,6 @@ public:
 private:
     const com::ComPtr<IReceiver>& Driver();
     RunControl& Run(const wchar_t* source);
-    class Occupation;
     template <class Operation>
     auto Alone(const wchar_t* source, Operation operation);
 
@@ -63,7 +63,7 @@ private:
     ComErrorReporter errors_;
     std::shared_ptr<HostParent> parent_;
     Replacement resultFile_{SystemFiles()};  ///< open while it is written; closed when the object goes
-    const wchar_t* occupiedBy_ = nullptr;    ///< in words, null while nothing runs
+    Occupation::Mark occupiedBy_ = nullptr;
     ChannelScan scan_{document, results, SystemClock(), SystemLocale()};
 };
 
