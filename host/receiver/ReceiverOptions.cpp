@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "setup/catalogue/Options.h"
+#include "text/Blanks.h"
 
 namespace tvn2x {
 
@@ -14,12 +15,6 @@ const OptionFact* Find(std::wstring_view code)
     return found == Options().end() ? nullptr : &*found;
 }
 
-std::wstring_view Trimmed(std::wstring_view text)
-{
-    const size_t first = text.find_first_not_of(L" \t");
-    return first == text.npos ? std::wstring_view() : text.substr(first, text.find_last_not_of(L" \t") - first + 1);
-}
-
 }  // namespace
 
 std::vector<ReceiverOption> ReadOptions(std::wstring_view installed)
@@ -27,7 +22,7 @@ std::vector<ReceiverOption> ReadOptions(std::wstring_view installed)
     std::vector<ReceiverOption> options;
     for (size_t begin = 0; begin <= installed.size();) {
         const size_t end = std::min(installed.find(L',', begin), installed.size());
-        if (const std::wstring_view code = Trimmed(installed.substr(begin, end - begin)); !code.empty()) {
+        if (const std::wstring_view code = TrimBlanks(installed.substr(begin, end - begin)); !code.empty()) {
             options.push_back({std::wstring(code), OptionWords(code)});
         }
         begin = end + 1;

@@ -7,6 +7,7 @@
 #include "setup/catalogue/LevelUnits.h"
 #include "setup/catalogue/Options.h"
 #include "setup/catalogue/Parameters.h"
+#include "text/Blanks.h"
 #include "util/RaisedError.h"
 #include "util/modFormat.h"
 
@@ -378,11 +379,9 @@ std::wstring ChannelRun::FormatReading(MP_TYPES parameter, double value) const
                       : FormatNumber(value, DisplayFormat(parameter), true, locale_);
 }
 
-std::wstring ChannelRun::CleanBerResult(std::wstring text) const
+std::wstring ChannelRun::CleanBerResult(const std::wstring& result) const
 {
-    text = CellText(std::move(text));
-    text.erase(text.find_last_not_of(L' ') + 1);
-    text.erase(0, text.find_first_not_of(L' '));
+    std::wstring text(TrimBlanks(CellText(result)));
     if (const std::size_t point = text.find(L'.'); point != std::wstring::npos)
         text[point] = locale_.DecimalMark();
     return text;

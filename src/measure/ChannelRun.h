@@ -81,7 +81,7 @@ private:
     bool WantsErrorCounters() const { return Wanted(MP_SY) || Wanted(MP_DE); }
     clsTimeout StartTimer(double seconds) const;
     std::wstring FormatReading(MP_TYPES parameter, double value) const;
-    std::wstring CleanBerResult(std::wstring text) const;
+    std::wstring CleanBerResult(const std::wstring& result) const;
 
     void PollStopFlag();
     void ReportStatus(std::wstring_view phase);
