@@ -54,6 +54,14 @@ private:
     HRESULT result_;
 };
 
+/// The order of QAM for channels whose plan leaves it open.
+void AddOrder(CLI::App& command, int32_t& orderForAuto)
+{
+    command.add_option("--order", orderForAuto, "Order of QAM where the plan says QAM/AUTO")
+        ->type_name("ORDER")
+        ->check(CLI::IsMember(std::vector<int32_t>(dvbc::ordersOfQam.begin(), dvbc::ordersOfQam.end())));
+}
+
 CLI::App* AddImport(CLI::App& app, Arguments& arguments)
 {
     CLI::App* command = app.add_subcommand("import", "Make a setup from a network's channel plan");
@@ -72,9 +80,7 @@ CLI::App* AddImport(CLI::App& app, Arguments& arguments)
     AddText(*command, "--level-unit", arguments.levelUnit, "dBmV, dBpW, dBuW, dBm, dBuV or mV")
         ->type_name("UNIT")
         ->default_str("dBuV");
-    command->add_option("--order", arguments.import.orderForAuto, "Order of QAM where the plan says QAM/AUTO")
-        ->type_name("ORDER")
-        ->check(CLI::IsMember(std::vector<int32_t>(dvbc::ordersOfQam.begin(), dvbc::ordersOfQam.end())));
+    AddOrder(*command, arguments.import.orderForAuto);
     AddText(*command, "--title", arguments.import.title, "First line of the setup's notes")->type_name("TEXT");
     command->footer("A setup has one order of QAM. A plan that mixes orders gives one setup each: SETUP-64qam, ...");
     return command;
@@ -90,9 +96,7 @@ CLI::App* AddNetwork(CLI::App& app, Arguments& arguments)
     command->add_option("--seed", arguments.model.seed, "The same seed gives the same network")
         ->type_name("N")
         ->capture_default_str();
-    command->add_option("--order", arguments.model.orderForAuto, "Order of QAM where the plan says QAM/AUTO")
-        ->type_name("ORDER")
-        ->check(CLI::IsMember(std::vector<int32_t>(dvbc::ordersOfQam.begin(), dvbc::ordersOfQam.end())));
+    AddOrder(*command, arguments.model.orderForAuto);
     command->add_flag("--clean", arguments.model.isClean, "Without impaired channels");
     return command;
 }

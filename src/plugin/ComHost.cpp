@@ -3,6 +3,7 @@
 #include <oleauto.h>
 
 #include "com/Call.h"
+#include "com/Wire.h"
 #include "plugin/CreateObject.h"
 
 namespace tvn2x {
@@ -14,36 +15,33 @@ using com::Check;
 
 constexpr int32_t memberMissing = 438;
 
-VARIANT Typed(double value)
+template <class Value>
+VARIANT Typed(VARTYPE type, Value VARIANT::*member, Value value)
 {
     VARIANT variant{};
-    variant.vt = VT_R8;
-    variant.dblVal = value;
+    variant.vt = type;
+    variant.*member = value;
     return variant;
+}
+
+VARIANT Typed(double value)
+{
+    return Typed(VT_R8, &VARIANT::dblVal, value);
 }
 
 VARIANT Typed(int16_t value)
 {
-    VARIANT variant{};
-    variant.vt = VT_I2;
-    variant.iVal = value;
-    return variant;
+    return Typed(VT_I2, &VARIANT::iVal, value);
 }
 
 VARIANT Typed(int32_t value)
 {
-    VARIANT variant{};
-    variant.vt = VT_I4;
-    variant.lVal = value;
-    return variant;
+    return Typed(VT_I4, &VARIANT::lVal, LONG{value});
 }
 
 VARIANT Typed(bool value)
 {
-    VARIANT variant{};
-    variant.vt = VT_BOOL;
-    variant.boolVal = value ? VARIANT_TRUE : VARIANT_FALSE;
-    return variant;
+    return Typed(VT_BOOL, &VARIANT::boolVal, com::ToWire(value));
 }
 
 /// How an optional argument that is left out travels.

@@ -15,6 +15,12 @@ void clsQuickSort::Check(int64_t value, int64_t lowest, int64_t highest, const w
         throw RaisedError(error::invalidPropertyValue, source, L"Invalid property value");
 }
 
+size_t clsQuickSort::Place(int32_t number, int32_t count, const wchar_t* source)
+{
+    Check(number, 1, count, source);
+    return static_cast<size_t>(number) - 1;
+}
+
 void clsQuickSort::Cols(int32_t count)
 {
     Check(count, 1, std::numeric_limits<int32_t>::max(), L"clsQuickSort.Cols");
@@ -25,41 +31,38 @@ void clsQuickSort::Cols(int32_t count)
 
 int32_t clsQuickSort::ColType(int32_t column) const
 {
-    Check(column, 1, Cols(), L"clsQuickSort.ColType");
-    return columns_[static_cast<size_t>(column) - 1].type;
+    return columns_[Place(column, Cols(), L"clsQuickSort.ColType")].type;
 }
 
 void clsQuickSort::ColType(int32_t column, int32_t type)
 {
-    Check(column, 1, Cols(), L"clsQuickSort.ColType");
+    const size_t place = Place(column, Cols(), L"clsQuickSort.ColType");
     Check(type, text, numeric, L"clsQuickSort.ColType");
-    columns_[static_cast<size_t>(column) - 1].type = type;
+    columns_[place].type = type;
 }
 
 int32_t clsQuickSort::ColDirection(int32_t column) const
 {
-    Check(column, 1, Cols(), L"clsQuickSort.ColDirection");
-    return columns_[static_cast<size_t>(column) - 1].direction;
+    return columns_[Place(column, Cols(), L"clsQuickSort.ColDirection")].direction;
 }
 
 void clsQuickSort::ColDirection(int32_t column, int32_t direction)
 {
-    Check(column, 1, Cols(), L"clsQuickSort.ColDirection");
+    const size_t place = Place(column, Cols(), L"clsQuickSort.ColDirection");
     Check(direction, ascending, descending, L"clsQuickSort.ColDirection");
-    columns_[static_cast<size_t>(column) - 1].direction = direction;
+    columns_[place].direction = direction;
 }
 
 int32_t clsQuickSort::ColPriority(int32_t priority) const
 {
-    Check(priority, 1, Cols(), L"clsQuickSort.ColPriority");
-    return columns_[static_cast<size_t>(priority) - 1].priority;
+    return columns_[Place(priority, Cols(), L"clsQuickSort.ColPriority")].priority;
 }
 
 void clsQuickSort::ColPriority(int32_t priority, int32_t column)
 {
-    Check(priority, 1, Cols(), L"clsQuickSort.ColPriority");
+    const size_t place = Place(priority, Cols(), L"clsQuickSort.ColPriority");
     Check(column, 0, Cols(), L"clsQuickSort.ColPriority");
-    columns_[static_cast<size_t>(priority) - 1].priority = column;
+    columns_[place].priority = column;
 }
 
 int32_t clsQuickSort::AddRow()
@@ -70,9 +73,8 @@ int32_t clsQuickSort::AddRow()
 
 const std::wstring& clsQuickSort::Cell(int32_t row, int32_t column) const
 {
-    Check(row, 1, Rows(), L"clsQuickSort.Cell");
-    Check(column, 1, Cols(), L"clsQuickSort.Cell");
-    return rows_[static_cast<size_t>(row) - 1][static_cast<size_t>(column) - 1];
+    const size_t place = Place(row, Rows(), L"clsQuickSort.Cell");
+    return rows_[place][Place(column, Cols(), L"clsQuickSort.Cell")];
 }
 
 void clsQuickSort::Cell(int32_t row, int32_t column, std::wstring value)
@@ -82,8 +84,7 @@ void clsQuickSort::Cell(int32_t row, int32_t column, std::wstring value)
 
 const std::vector<std::wstring>& clsQuickSort::Data(int32_t row) const
 {
-    Check(row, 1, Rows(), L"clsQuickSort.Data");
-    return rows_[static_cast<size_t>(row) - 1];
+    return rows_[Place(row, Rows(), L"clsQuickSort.Data")];
 }
 
 /// Negative where the left row comes first.

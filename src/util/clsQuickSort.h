@@ -45,6 +45,7 @@ public:
 
 private:
     using Row = std::vector<std::wstring>;
+    /// The settings of a column, and those of the position of the same number in the order of comparison.
     struct Column
     {
         int32_t type = text;
@@ -63,6 +64,8 @@ private:
     };
 
     static void Check(int64_t value, int64_t lowest, int64_t highest, const wchar_t* source);
+    /// Where the vectors hold the row, column or priority of a number 1..count.
+    static size_t Place(int32_t number, int32_t count, const wchar_t* source);
     Key MakeKey(int32_t column) const;
     static bool SortRun(std::vector<int32_t>& order, int32_t low, int32_t high, const Key& key);
     static int32_t Partition(std::vector<int32_t>& order, int32_t low, int32_t high, const Key& key);
