@@ -24,6 +24,7 @@ public:
     bool ReferenceLost(double elapsed) const;
 
 private:
+    /// Seconds after tuning, from `from` up to `to`.
     struct Interval
     {
         double from;

@@ -30,6 +30,7 @@ public:
     void Check(std::wstring_view name, Access access);
 
 private:
+    /// An error that is still to be raised.
     struct Fault
     {
         std::wstring operation;

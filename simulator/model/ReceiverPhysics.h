@@ -95,6 +95,7 @@ public:
     void Online(bool online);
 
 private:
+    /// What is read with a noise of its own.
     enum class Quantity
     {
         frequencyOffset,
@@ -110,21 +111,24 @@ private:
     };
     static constexpr size_t quantityCount = 10;
 
+    /// What has come in since the receiver was tuned, or since what it is tuned by was changed.
     struct Tuning
     {
-        double since = 0;
+        double since = 0;  ///< simulated seconds
         SeededNoise noise{0, 0};
         Reception reception;
         Acquisition acquisition;
         std::array<uint64_t, quantityCount> readings{};  ///< so that each draws its own noise
     };
 
+    /// What a held receiver shows.
     struct HeldTuning
     {
         Tuning tuning;
-        double at = 0;
+        double at = 0;  ///< the moment of Hold, in simulated seconds
     };
 
+    /// What the receiver can show of a reading, in its unit.
     struct Range
     {
         double min;

@@ -10,6 +10,7 @@ namespace tvn2x::dvbc {
 /// How far a frequency lies between two others over that root: 0 at the lower one, 1 at the upper one, beyond outside.
 double TiltPosition(double frequency, double lower, double upper);
 
+/// The level at a frequency.
 struct LevelPoint
 {
     double frequency = 0;

@@ -95,6 +95,7 @@ public:
     void NotesButton(bool protect);  ///< "Protect" or "Unprotect"
 
 private:
+    /// Where the keyboard goes when a cell editor closes.
     enum class Leave
     {
         toList,    ///< the list gets the keyboard back

@@ -9,6 +9,7 @@
 
 namespace tvn2x {
 
+/// The mark in the heading of the column by which a grid is sorted.
 enum class SortArrow
 {
     none,
@@ -16,6 +17,7 @@ enum class SortArrow
     down  ///< descending
 };
 
+/// One row of a grid, by its columns.
 struct GridRow
 {
     std::array<std::wstring, 3> text;

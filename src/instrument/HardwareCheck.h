@@ -18,6 +18,7 @@ public:
 
     HardwareCheck(const SetupDocument& document, OpenReceiver open) : document_(document), open_(std::move(open)) {}
 
+    /// How the receiver stands to the operating mode of the setup.
     enum ModeState : int32_t
     {
         modeMissing = 0,   ///< the option that the setup's operating mode needs is not installed

@@ -50,6 +50,7 @@ public:
     void ChannelStart(double hertz, double symbolsPerSecond) override;
 
 private:
+    /// The members that a script's object is asked for by name.
     enum LateMember
     {
         lateStatus,

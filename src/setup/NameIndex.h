@@ -13,6 +13,7 @@ class NameIndex
 public:
     static constexpr uint32_t nowhere = 0xFFFFFFFF;
 
+    /// A name: its hash, and where the caller has it.
     struct Slot
     {
         uint32_t hash = 0;

@@ -103,6 +103,7 @@ private:
         uint32_t base;
         bool removed = false;
     };
+    /// Where a written line comes into the old content: in place of the line that begins there, or in front of it.
     struct Edit
     {
         uint32_t at;

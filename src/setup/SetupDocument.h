@@ -92,12 +92,14 @@ public:
     std::wstring FileTitle() const;     ///< file name without extension; "Untitled" while there is none
 
 private:
+    /// A row of the channel list.
     struct Channel
     {
-        double frequency = 0;
-        double symbolRate = 0;
+        double frequency = 0;   ///< MHz
+        double symbolRate = 0;  ///< MSymb/s
         std::wstring userField;
     };
+    /// What the document knows of a parameter.
     struct Entry
     {
         std::array<bool, 3> action{};

@@ -24,6 +24,7 @@ struct FileStamp
 /// tick may leave the same stamp.
 uint64_t TickOf(const FileStamp& stamp);
 
+/// Why an operation on a file has failed, on every system in the same words.
 enum class FileFault
 {
     none,

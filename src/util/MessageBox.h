@@ -5,6 +5,7 @@
 
 namespace tvn2x {
 
+/// What a message is, as its symbol tells.
 enum class MessageIcon
 {
     information,

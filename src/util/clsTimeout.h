@@ -6,6 +6,7 @@
 
 namespace tvn2x {
 
+/// The states of a timer, with the values under which the type library publishes them.
 enum tmoStates : int32_t
 {
     tmoReady = 0,
@@ -36,6 +37,7 @@ public:
     void Clear() { state_ = tmoReady; }
 
 private:
+    /// A moment.
     struct Mark
     {
         double day;     ///< in days of the clock

@@ -18,6 +18,7 @@ constexpr Colour white = 0xFFFFFF;
 
 }  // namespace palette
 
+/// Which sides of a frame are in the light, with the values that callers give.
 enum class FrameStyle : int32_t
 {
     raised = -1,

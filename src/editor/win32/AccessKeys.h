@@ -29,6 +29,7 @@ public:
     static std::optional<Page> FindTab(wchar_t letter);
 
 private:
+    /// An underlined letter of a page, and what it goes to.
     struct Entry
     {
         wchar_t letter;

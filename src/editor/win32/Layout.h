@@ -43,6 +43,7 @@ public:
     void Apply(const Metrics& metrics, SIZE parent) const;
 
 private:
+    /// A control and the area that it fills.
     struct Place
     {
         HWND control;

@@ -8,6 +8,7 @@
 
 namespace tvn2x {
 
+/// What a parameter is a value of.
 enum class ParameterKind
 {
     setting,  ///< static, of the whole measurement
