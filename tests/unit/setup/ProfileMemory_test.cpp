@@ -52,7 +52,7 @@ void operator delete(void* block, size_t) noexcept
 namespace tvn2x {
 namespace {
 
-constexpr size_t fileSize = 8'000'000;
+constexpr size_t fileSize = 4'000'000;
 const std::wstring path = L"C:\\data\\net.ini";
 const std::string head = "[Application]\r\nName=P\r\nVersion=2.0\r\n[Hardware]\r\nModel=2x\r\nMode=4\r\n";
 
@@ -81,7 +81,7 @@ std::string Distinct(std::string content, const std::string& opener,
 /// As many channels as so many bytes can hold.
 std::string Rows()
 {
-    std::string content = head + "[Frequency List]\r\nCount=350000\r\n";
+    std::string content = head + "[Frequency List]\r\nCount=175000\r\n";
     content.reserve(fileSize);
     for (int row = 1; content.size() + 24 <= fileSize; ++row)
         content += "Frequency   " + std::string(row < 10 ? "0" : "") + std::to_string(row) + "=1\n";
@@ -90,7 +90,7 @@ std::string Rows()
 
 TEST(ProfileMemory, NoFileMakesTheLoaderGrowBeyondASmallMultipleOfItsSize)
 {
-    const std::string list = head + "[Frequency List]\r\nCount=400000\r\n";
+    const std::string list = head + "[Frequency List]\r\nCount=200000\r\n";
     // The file itself counts for one. A character beyond ASCII may take three bytes for its one.
     constexpr double most = 4.2;
     constexpr double mostBeyond = 6;
