@@ -10,7 +10,7 @@ set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O2 -g1")
-# Without optimisation: it compiles in half the time, and a debugger shows every line. Fuzzers are worth their speed.
+# Without optimisation: it compiles in a part of the time, and a debugger shows every line. Fuzzers are worth their speed.
 set(CMAKE_CXX_FLAGS_DEBUG "-O0 -g")
 if(TVN_FUZZ)
   set(CMAKE_CXX_FLAGS_DEBUG "-O1 -g")

@@ -77,9 +77,11 @@ TEST_F(ResultTableTest, EmptyListHasTheEmptyRowZero)
 TEST_F(ResultTableTest, IndexOutsideNamesTheMember)
 {
     const auto expectOutside = [&](std::initializer_list<std::tuple<int32_t, int32_t, int32_t>> cells) {
-        for (const auto& [field, parameter, channel] : cells) {
-            EXPECT_EQ(RaisedBy([&] { table.Result(field, parameter, channel); }), outsideResult);
-            EXPECT_EQ(RaisedBy([&] { table.Result(field, parameter, channel, L"x"); }), outsideResult);
+        for (const auto& cell : cells) {
+            const auto read = [&](auto... index) { table.Result(index...); };
+            const auto write = [&](auto... index) { table.Result(index..., L"x"); };
+            EXPECT_EQ(RaisedBy([&] { std::apply(read, cell); }), outsideResult);
+            EXPECT_EQ(RaisedBy([&] { std::apply(write, cell); }), outsideResult);
         }
     };
     expectOutside({{0, MP_STATUS, 0}, {0, MP_STATUS, 1}});  // before the first reset there is nothing at all

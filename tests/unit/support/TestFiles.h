@@ -36,7 +36,8 @@ template <class Read>
 void ExpectRefusals(Read&& read, std::initializer_list<std::pair<std::string, const wchar_t*>> rows)
 {
     for (const auto& [content, reason] : rows) {
-        EXPECT_THAT(Refusal([&] { read(content); }), testing::HasSubstr(reason)) << content.substr(0, 100);
+        EXPECT_THAT(Refusal([&, &content = content] { read(content); }), testing::HasSubstr(reason))
+            << content.substr(0, 100);
     }
 }
 

@@ -58,7 +58,7 @@ TEST(Limits, ABadFileIsNamedWithLineAndRemedy)
         {"", L"my.ini is empty"},
     };
     for (const auto& [content, reason] : cases) {
-        EXPECT_THAT(Refusal([&] { ReadLimits(content, L"my.ini"); }),
+        EXPECT_THAT(Refusal([&, &content = content] { ReadLimits(content, L"my.ini"); }),
                     AllOf(HasSubstr(reason), HasSubstr(L"tvnhost limits")))
             << content;
     }

@@ -58,7 +58,9 @@ TEST(NetworkDraft, EveryKindOfFaultOccursOnceAndIsWorthItsName)
         const auto channels = Draft(seed).channels;
         EXPECT_EQ(std::ranges::count_if(channels, [](const auto& c) { return !c.fault.empty(); }), 9);
         for (const auto& [words, isWorthIt] : faults) {
-            const auto isMeant = [&](const auto& channel) { return channel.fault.find(words) != std::wstring::npos; };
+            const auto isMeant = [&words = words](const auto& channel) {
+                return channel.fault.find(words) != std::wstring::npos;
+            };
             const auto found = std::ranges::find_if(channels, isMeant);
             ASSERT_NE(found, channels.end()) << words;
             EXPECT_TRUE(isWorthIt(*found)) << words;
