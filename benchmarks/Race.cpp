@@ -16,16 +16,18 @@ std::string allFigures;
 double TimeOf(const std::function<void()>& run, int repetitions)
 {
     const auto begin = std::chrono::steady_clock::now();
-    for (int i = 0; i < repetitions; ++i)
+    for (int i = 0; i < repetitions; ++i) {
         run();
+    }
     return Seconds(std::chrono::steady_clock::now() - begin).count();
 }
 
 int RepetitionsFor(const std::function<void()>& run)
 {
     int repetitions = 1;
-    while (TimeOf(run, repetitions) < shortestRound && repetitions < 1 << 24)
+    while (TimeOf(run, repetitions) < shortestRound && repetitions < 1 << 24) {
         repetitions *= 2;
+    }
     return repetitions;
 }
 
@@ -33,8 +35,9 @@ std::string Quoted(const std::string& text)
 {
     std::string quoted = "\"";
     for (const char c : text) {
-        if (c == '"' || c == '\\')
+        if (c == '"' || c == '\\') {
             quoted += '\\';
+        }
         quoted += c;
     }
     return quoted + "\"";
@@ -43,12 +46,13 @@ std::string Quoted(const std::string& text)
 std::string Scaled(double nanoseconds)
 {
     char text[32];
-    if (nanoseconds < 1e3)
+    if (nanoseconds < 1e3) {
         std::snprintf(text, sizeof text, "%.1f ns", nanoseconds);
-    else if (nanoseconds < 1e6)
+    } else if (nanoseconds < 1e6) {
         std::snprintf(text, sizeof text, "%.2f us", nanoseconds / 1e3);
-    else
+    } else {
         std::snprintf(text, sizeof text, "%.2f ms", nanoseconds / 1e6);
+    }
     return text;
 }
 
@@ -64,11 +68,13 @@ void Race::Measure(int rounds)
 {
     std::vector<int> repetitions;
     std::vector<std::vector<double>> times(contestants_.size());
-    for (const Contestant& contestant : contestants_)
+    for (const Contestant& contestant : contestants_) {
         repetitions.push_back(RepetitionsFor(contestant.run));
+    }
     for (int round = 0; round < rounds; ++round) {
-        for (size_t i = 0; i < contestants_.size(); ++i)
+        for (size_t i = 0; i < contestants_.size(); ++i) {
             times[i].push_back(TimeOf(contestants_[i].run, repetitions[i]) / repetitions[i] / items_ * 1e9);
+        }
     }
     for (size_t i = 0; i < contestants_.size(); ++i) {
         std::sort(times[i].begin(), times[i].end());
@@ -82,9 +88,10 @@ void Race::Print(double limit) const
     for (const Contestant& contestant : contestants_) {
         std::printf("  %-44s %12s  %8.2f", contestant.name.c_str(), Scaled(contestant.median).c_str(),
                     contestant.median / contestants_[0].median);
-        if (limit > 0 && &contestant == &contestants_[0])
+        if (limit > 0 && &contestant == &contestants_[0]) {
             std::printf("   limit %s: %s", Scaled(limit * 1e3).c_str(),
                         contestant.median <= limit * 1e3 ? "kept" : "MISSED");
+        }
         std::printf("\n");
     }
     std::fflush(stdout);
@@ -112,8 +119,9 @@ void Size(const std::string& title, const std::string& what, double bytes)
 
 int Finish(int argc, char** argv)
 {
-    if (argc < 2)
+    if (argc < 2) {
         return 0;
+    }
     std::FILE* file = std::fopen(argv[1], "wb");
     if (!file) {
         std::fprintf(stderr, "%s cannot be written\n", argv[1]);

@@ -33,8 +33,9 @@ private:
 void Serve(REFCLSID classId, IUnknown* factory)
 {
     DWORD cookie;
-    if (FAILED(CoRegisterClassObject(classId, factory, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie)))
+    if (FAILED(CoRegisterClassObject(classId, factory, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie))) {
         ExitProcess(1);
+    }
 }
 
 }  // namespace
@@ -51,8 +52,9 @@ int main(int argc, char** argv)
     constexpr long channels = 100;
     ComPtr<_clsSetup> setup;
     if (FAILED(CoCreateInstance(CLSID_clsSetup, nullptr, CLSCTX_INPROC_SERVER, __uuidof(_clsSetup),
-                                reinterpret_cast<void**>(setup.Put()))))
+                                reinterpret_cast<void**>(setup.Put())))) {
         return 1;
+    }
     const auto measure = setup.As<IMeasure>();
     setup->put_ListSize(channels);
     for (long channel = 1; channel <= channels; ++channel) {

@@ -36,8 +36,9 @@ void PaintAll(HWND window)
 HWND ListOf(HWND dialog, Column column)
 {
     HWND list = nullptr;
-    for (HWND page = GetWindow(dialog, GW_CHILD); page && !list; page = GetWindow(page, GW_HWNDNEXT))
+    for (HWND page = GetWindow(dialog, GW_CHILD); page && !list; page = GetWindow(page, GW_HWNDNEXT)) {
         list = GetDlgItem(page, control_id::List(column));
+    }
     return list;
 }
 
@@ -58,8 +59,9 @@ public:
 private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
     {
-        if (message != WM_APP)
+        if (message != WM_APP) {
             return DefWindowProcW(window, message, wParam, lParam);
+        }
         const HWND dialog = GetAncestor(GetActiveWindow(), GA_ROOT);
         PaintAll(dialog);
         reinterpret_cast<Session*>(GetWindowLongPtrW(window, GWLP_USERDATA))->work_(dialog);
@@ -96,8 +98,9 @@ void RaceScrolling()
         const auto scroll = [&](WPARAM code) {
             const LRESULT before = SendMessageW(list, LB_GETTOPINDEX, 0, 0);
             SendMessageW(list, WM_VSCROLL, code, 0);
-            if (SendMessageW(list, LB_GETTOPINDEX, 0, 0) == before)
+            if (SendMessageW(list, LB_GETTOPINDEX, 0, 0) == before) {
                 SendMessageW(list, WM_VSCROLL, SB_TOP, 0);
+            }
             PaintAll(dialog);
         };
         constexpr double aFrame = 1e6 / 60;

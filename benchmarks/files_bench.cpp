@@ -41,8 +41,9 @@ std::vector<std::string> AllKeys(int32_t channels)
 {
     std::vector<std::string> keys;
     for (int32_t channel = 1; channel <= channels; ++channel) {
-        for (const char* name : keyNames)
+        for (const char* name : keyNames) {
             keys.push_back(name + KeyNumber(channel));
+        }
     }
     return keys;
 }
@@ -95,14 +96,16 @@ double LoadRace(const std::string& path, const std::vector<std::string>& keys, i
     Race race("Load with look-ups, " + std::to_string(channels) + " channels (per channel)", channels);
     race.Add("setup file", [&] {
         SetupDocument document;
-        if (!Load(FromUtf8(path), document) || document.ListSize() != channels)
+        if (!Load(FromUtf8(path), document) || document.ListSize() != channels) {
             std::abort();
+        }
     });
     race.Add("SimpleIni", [&] {
         CSimpleIniA ini;
         ini.LoadFile(path.c_str());
-        for (const std::string& key : keys)
+        for (const std::string& key : keys) {
             Keep(std::atof(ini.GetValue(list, key.c_str(), "")));
+        }
     });
     race.Add("GKeyFile", [&] {
         GKeyFile* file = g_key_file_new();
@@ -124,15 +127,17 @@ double LoadRace(const std::string& path, const std::vector<std::string>& keys, i
                 return 1;
             },
             &table);
-        for (const std::string& key : keys)
+        for (const std::string& key : keys) {
             Keep(std::atof(table[std::string(list) + '=' + key].c_str()));
+        }
     });
     race.Add("Boost.PropertyTree", [&] {
         ptree::ptree tree;
         ptree::read_ini(path, tree);
         const ptree::ptree& section = tree.get_child(list);
-        for (const std::string& key : keys)
+        for (const std::string& key : keys) {
             Keep(section.get<std::string>(ptree::path(key, '\x01')));
+        }
     });
     race.Add("floor: the bytes read", [&] { Keep(ReadBytes(path)); });
     race.Run(5);
@@ -147,23 +152,26 @@ double SaveRace(const std::string& path, const std::vector<std::string>& keys, i
     SetupDocument documents[] = {SampleSetup(channels), SampleSetup(channels, 1)};
     Race race("Update with save, " + how + ", " + std::to_string(channels) + " channels (per channel)", channels);
     race.Add("setup file (always replaced in one step)", [&] {
-        if (!SaveSetup(documents[++round % 2], SystemEnvironment(), L"TVN2x", L"2.0", FromUtf8(path)))
+        if (!SaveSetup(documents[++round % 2], SystemEnvironment(), L"TVN2x", L"2.0", FromUtf8(path))) {
             std::abort();
+        }
     });
     race.Add("SimpleIni", [&] {
         CSimpleIniA ini;
         ini.LoadFile(path.c_str());
         ++round;
-        for (const std::string& key : keys)
+        for (const std::string& key : keys) {
             ini.SetValue(list, key.c_str(), NewValue(key, round).c_str());
+        }
         put(path, [&](const std::string& target) { ini.SaveFile(target.c_str()); });
     });
     race.Add("GKeyFile", [&] {
         GKeyFile* file = g_key_file_new();
         g_key_file_load_from_file(file, path.c_str(), G_KEY_FILE_KEEP_COMMENTS, nullptr);
         ++round;
-        for (const std::string& key : keys)
+        for (const std::string& key : keys) {
             g_key_file_set_value(file, list, key.c_str(), NewValue(key, round).c_str());
+        }
         gsize length = 0;
         char* const text = g_key_file_to_data(file, &length, nullptr);
         put(path, [&](const std::string& target) { WriteBytes(target, {text, length}); });
@@ -175,8 +183,9 @@ double SaveRace(const std::string& path, const std::vector<std::string>& keys, i
         ptree::read_ini(path, tree);
         ptree::ptree& section = tree.get_child(list);
         ++round;
-        for (const std::string& key : keys)
+        for (const std::string& key : keys) {
             section.put(ptree::path(key, '\x01'), NewValue(key, round));
+        }
         put(path, [&](const std::string& target) { ptree::write_ini(target, tree); });
     });
     const std::string bytes = ReadBytes(path);
@@ -190,8 +199,9 @@ void PrintGrowth(const std::vector<std::array<double, 3>>& sizes)
 {
     std::printf("\nGrowth of the setup file's times: per channel, in us\n  %10s %10s %10s\n", "channels", "load",
                 "save");
-    for (const auto& [channels, load, save] : sizes)
+    for (const auto& [channels, load, save] : sizes) {
         std::printf("  %10.0f %10.2f %10.2f\n", channels, load / 1e3, save / 1e3);
+    }
 }
 
 /// All races on one disk.
@@ -204,8 +214,9 @@ void RaceIn(const std::filesystem::path& folder, bool isMemory)
         const std::vector<std::string> keys = AllKeys(channels);
         SetupDocument document = SampleSetup(channels);
         std::filesystem::remove(path);
-        if (!SaveSetup(document, SystemEnvironment(), L"TVN2x", L"2.0", FromUtf8(path)))
+        if (!SaveSetup(document, SystemEnvironment(), L"TVN2x", L"2.0", FromUtf8(path))) {
             std::abort();
+        }
         if (isMemory) {
             const double load = LoadRace(path, keys, channels);
             sizes.push_back(
@@ -216,8 +227,9 @@ void RaceIn(const std::filesystem::path& folder, bool isMemory)
             SaveRace(path, keys, channels, "flushed, the peers writing over the file", WriteOver);
         }
     }
-    if (isMemory)
+    if (isMemory) {
         PrintGrowth(sizes);
+    }
     std::filesystem::remove_all(folder);
 }
 

@@ -17,8 +17,9 @@ void FormatRace(const char* title, const wchar_t* pattern, const char* format, i
 {
     Race race(title, std::size(values));
     race.Add("FormatNumber", [=] {
-        for (const double value : values)
+        for (const double value : values) {
             Keep(FormatNumber(value, pattern, false, SystemLocale()));
+        }
     });
     race.Add("snprintf", [=] {
         for (const double value : values) {
@@ -30,10 +31,11 @@ void FormatRace(const char* title, const wchar_t* pattern, const char* format, i
     race.Add("std::to_chars", [=] {
         for (const double value : values) {
             char text[64];
-            if (decimals < 0)
+            if (decimals < 0) {
                 Keep(std::to_chars(text, text + sizeof text, value, std::chars_format::general, 15));
-            else
+            } else {
                 Keep(std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, decimals));
+            }
             Keep(text);
         }
     });

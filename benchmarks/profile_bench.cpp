@@ -33,8 +33,9 @@ void WriteAll(const std::string& path, int round)
     for (int32_t channel = 1; channel <= channels; ++channel) {
         for (const char* name : keyNames) {
             const std::string value = std::to_string(round) + ".5";
-            if (!WritePrivateProfileStringA(list, (name + KeyNumber(channel)).c_str(), value.c_str(), path.c_str()))
+            if (!WritePrivateProfileStringA(list, (name + KeyNumber(channel)).c_str(), value.c_str(), path.c_str())) {
                 std::abort();
+            }
         }
     }
     WritePrivateProfileStringA(nullptr, nullptr, nullptr, path.c_str());
@@ -50,23 +51,26 @@ int main(int argc, char** argv)
     const std::string bytes = ToCodePage(path);
     DeleteFileW(path.c_str());
     SetupDocument documents[] = {SampleSetup(channels), SampleSetup(channels, 1)};
-    if (!SaveSetup(documents[0], SystemEnvironment(), L"TVN2x", L"2.0", path))
+    if (!SaveSetup(documents[0], SystemEnvironment(), L"TVN2x", L"2.0", path)) {
         return 1;
+    }
 
     int round = 0;
     Race load("Load, 1000 channels (per channel)", channels);
     load.Add("setup file", [&] {
         SetupDocument document;
-        if (!Load(path, document) || document.ListSize() != channels)
+        if (!Load(path, document) || document.ListSize() != channels) {
             std::abort();
+        }
     });
     load.Add("the system's profile functions", [&] { ReadAll(bytes); });
     load.Run(3);
 
     Race save("Save, 1000 channels (per channel)", channels);
     save.Add("setup file", [&] {
-        if (!SaveSetup(documents[++round % 2], SystemEnvironment(), L"TVN2x", L"2.0", path))
+        if (!SaveSetup(documents[++round % 2], SystemEnvironment(), L"TVN2x", L"2.0", path)) {
             std::abort();
+        }
     });
     save.Add("the system's profile functions", [&] { WriteAll(bytes, ++round); });
     save.Run(3);

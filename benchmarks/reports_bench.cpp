@@ -43,8 +43,9 @@ void Measure(const SetupDocument& document, ResultTable& table)
     NullRunControl runControl;
     table.Reset(document, SystemLocale());
     ChannelScan scan(document, table, SystemClock(), SystemLocale());
-    for (int32_t channel = 1; channel <= channels; ++channel)
+    for (int32_t channel = 1; channel <= channels; ++channel) {
         scan.Measure(channel, receiver, runControl, nullptr);
+    }
 }
 
 void Collect(const SetupDocument& document, const ResultTable& table, FinishedRun& run)
@@ -56,8 +57,9 @@ void Collect(const SetupDocument& document, const ResultTable& table, FinishedRu
     run.setup.settings.levelUnit = L"dBµV";
     run.began = L"2026-11-21T12:59:00.000Z";
     run.ended = L"2026-11-21T16:59:00.000Z";
-    for (int32_t parameter = MP_FIRSTFIXED; parameter <= MP_LAST; ++parameter)
+    for (int32_t parameter = MP_FIRSTFIXED; parameter <= MP_LAST; ++parameter) {
         run.columns.push_back({parameter, document.Caption(parameter)});
+    }
     for (int32_t channel = 1; channel <= channels; ++channel) {
         run.selection.push_back(channel);
         ChannelResult& result = run.channels.emplace_back();
@@ -70,9 +72,10 @@ void Collect(const SetupDocument& document, const ResultTable& table, FinishedRu
         result.timeStamp = table.Result(1, MP_TIMESTAMP, channel);
         result.began = run.began;
         result.seconds = 1.4;
-        for (int32_t parameter = MP_RFLEV; parameter <= MP_LAST; ++parameter)
+        for (int32_t parameter = MP_RFLEV; parameter <= MP_LAST; ++parameter) {
             result.readings.push_back(MakeReading(parameter, table.Result(0, parameter, channel),
                                                   table.Value(parameter, channel), L"dBµV", SystemLocale()));
+        }
     }
 }
 

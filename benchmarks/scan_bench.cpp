@@ -26,8 +26,9 @@ int main(int argc, char** argv)
 
     Race race("One channel, natively", channels);
     race.Add("ChannelScan::Measure", [&] {
-        for (int32_t channel = 1; channel <= channels; ++channel)
+        for (int32_t channel = 1; channel <= channels; ++channel) {
             Keep(scan.Measure(channel, receiver, runControl, &parent));
+        }
     });
     race.Run(9, 20);
     return Finish(argc, argv);

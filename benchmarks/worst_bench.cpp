@@ -30,8 +30,9 @@ std::string Filled(const std::string& shape)
 {
     std::string content = head;
     content.reserve(fileSize);
-    while (content.size() + shape.size() <= fileSize)
+    while (content.size() + shape.size() <= fileSize) {
         content += shape;
+    }
     return content;
 }
 
@@ -43,8 +44,9 @@ std::string Distinct(const std::string& opener)
     content.reserve(fileSize);
     for (size_t number = 1; content.size() + 10 <= fileSize; ++number) {
         content += opener;
-        for (size_t rest = number; rest != 0; rest /= letters.size())
+        for (size_t rest = number; rest != 0; rest /= letters.size()) {
             content += letters[rest % letters.size()];
+        }
         content += '\n';
     }
     return content;
@@ -54,8 +56,9 @@ std::string Rows()
 {
     constexpr int32_t channels = 3'800'000;
     std::string content = head.substr(0, head.find("Count=")) + "Count=" + std::to_string(channels) + "\n";
-    for (int32_t row = 1; row <= channels; ++row)
+    for (int32_t row = 1; row <= channels; ++row) {
         content += "Frequency   " + KeyNumber(row) + "=47\n";
+    }
     return content;
 }
 

@@ -40,8 +40,9 @@ public:
     Reference& operator=(const Reference&) = delete;
     ~Reference()
     {
-        if (pointer_)
+        if (pointer_) {
             pointer_->Release();
+        }
     }
     Interface* operator->() const { return pointer_; }
     Interface** Put() { return &pointer_; }
@@ -84,8 +85,9 @@ std::string ToUtf8(const wchar_t* text)
 /// A failed call leaves number, source and description behind.
 void Check(HRESULT result)
 {
-    if (SUCCEEDED(result))
+    if (SUCCEEDED(result)) {
         return;
+    }
     Text source, description;
     Reference<IErrorInfo> info;
     if (GetErrorInfo(0, info.Put()) == S_OK) {
@@ -157,14 +159,16 @@ void Load(const Plugin& plugin, const wchar_t* path)
     // The plug-in takes a file's folder from its path.
     wchar_t full[MAX_PATH];
     const DWORD length = GetFullPathNameW(path, MAX_PATH, full, nullptr);
-    if (length == 0 || length >= MAX_PATH)
+    if (length == 0 || length >= MAX_PATH) {
         throw std::runtime_error("the path is too long: " + ToUtf8(path));
+    }
     Text model(L"2x");
     LONG mode = 4;
     VARIANT_BOOL loaded = VARIANT_FALSE;
     Check(plugin.setup->Load(Text(productName).Get(), Text(full).Get(), model.InOut(), &mode, &loaded));
-    if (!loaded)
+    if (!loaded) {
         throw std::runtime_error("the setup cannot be loaded: " + ToUtf8(full));
+    }
     Check(plugin.setup->put_Mode(mode));
 }
 
@@ -227,8 +231,9 @@ int Scan(const Plugin& plugin, ScanParent& parent)
     Check(plugin.measure->ResetMeasurement(0));
     LONG channels = 0, synchronised = 0;
     Check(plugin.document->get_ListSize(&channels));
-    for (LONG channel = 1; channel <= channels; ++channel)
+    for (LONG channel = 1; channel <= channels; ++channel) {
         synchronised += Measure(plugin, channel) ? 1 : 0;
+    }
     Check(plugin.measure->putref_Parent(nullptr));
     std::printf("%ld of %ld channels synchronised\n", synchronised, channels);
     return synchronised == channels ? 0 : 1;
@@ -239,8 +244,9 @@ int Run(int count, wchar_t** words)
     ScanParent parent;  // outlives the plug-in's object, whatever ends the scan
     const Plugin plugin;
     Load(plugin, words[1]);
-    if (count > 2)
+    if (count > 2) {
         UseNetwork(plugin, words[2]);
+    }
     RequireReceiver(plugin);
     return Scan(plugin, parent);
 }

@@ -22,7 +22,6 @@
 #include "util/Encoding.h"
 
 namespace tvn2x {
-
 namespace {
 
 /// The command line as it was parsed.

@@ -19,8 +19,9 @@ int ShowPages(const wchar_t* path)
     VARIANT_BOOL loaded = VARIANT_FALSE;
     setup->Load(Bstr(L"TVN Host").Get(), Bstr(path).Get(), &modelArgument, &mode, &loaded);
     SysFreeString(modelArgument);
-    if (!loaded)
+    if (!loaded) {
         return 1;
+    }
     setup->put_Notes(Bstr(L"{\\rtf1\\ansi{\\fonttbl{\\f0\\fmodern Lucida Console;}}"
                           L"{\\colortbl;\\red0\\green0\\blue128;}\\f0\\fs18 "
                           L"{\\cf1\\protect Outlet:}  Hauptstrasse 12, 2nd floor\\par "
@@ -38,8 +39,9 @@ int ShowPages(const wchar_t* path)
                 editor.Click(control_id::Heading(MP_FREQUENCY));
                 editor.ClickRow(MP_FREQUENCY, 2);
             }
-            if (static_cast<Page>(page) == Page::parameters)
+            if (static_cast<Page>(page) == Page::parameters) {
                 editor.ClickRow(displayColumn, 3);
+            }
             editor.OnGuiThread([&] {
                 RedrawWindow(editor.dialog, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN | RDW_UPDATENOW);
                 GdiFlush();
@@ -60,8 +62,9 @@ int ShowPages(const wchar_t* path)
 
 int wmain(int count, wchar_t** words)
 {
-    if (count != 2)
+    if (count != 2) {
         return 2;
+    }
     CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
     const int result = tvn2x::client::ShowPages(words[1]);
     CoUninitialize();

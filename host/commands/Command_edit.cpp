@@ -8,7 +8,6 @@
 #include "text/InputError.h"
 
 namespace tvn2x {
-
 namespace {
 
 /// Saves a setup to the file that it was loaded from: what the setup does not mean, comments among it, stays there.

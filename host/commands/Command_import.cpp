@@ -15,7 +15,6 @@
 #include "util/Clock.h"
 
 namespace tvn2x {
-
 namespace {
 
 std::wstring FileName(const std::wstring& path)

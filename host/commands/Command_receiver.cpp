@@ -12,7 +12,6 @@
 #include "text/InputError.h"
 
 namespace tvn2x {
-
 namespace {
 
 struct Identity

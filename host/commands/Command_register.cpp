@@ -8,7 +8,6 @@
 #include "host/commands/Commands.h"
 
 namespace tvn2x {
-
 namespace {
 
 /// The type library TVNINT that is embedded in this program; the host has no classes of its own.
@@ -21,8 +20,9 @@ com::Server Library()
 std::wstring ServingFile()
 {
     com::Bstr path;
-    if (FAILED(QueryPathOfRegTypeLib(LIBID_TVNINT, 1, 0, LOCALE_NEUTRAL, path.Put())))
+    if (FAILED(QueryPathOfRegTypeLib(LIBID_TVNINT, 1, 0, LOCALE_NEUTRAL, path.Put()))) {
         return {};
+    }
     return std::wstring(path.View().substr(0, path.View().find(L'\0')));
 }
 

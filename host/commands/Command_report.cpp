@@ -13,7 +13,6 @@
 #include "util/Encoding.h"
 
 namespace tvn2x {
-
 namespace {
 
 /// The channels that a verdict is about, each with its reason.

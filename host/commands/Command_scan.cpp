@@ -24,7 +24,6 @@
 #include "text/InputError.h"
 
 namespace tvn2x {
-
 namespace {
 
 /// Brings the simulated receiver into the state that a person at a real one would set by hand.

@@ -10,7 +10,6 @@
 #include "text/InputError.h"
 
 namespace tvn2x {
-
 namespace {
 
 std::wstring Doubts(size_t count, const std::wstring& path)

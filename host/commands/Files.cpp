@@ -7,7 +7,6 @@
 #include "text/InputError.h"
 
 namespace tvn2x {
-
 namespace {
 
 const wchar_t* ReasonOf(FileFault fault)

@@ -9,7 +9,6 @@
 #include "fmt/xchar.h"
 
 namespace tvn2x {
-
 namespace {
 
 constexpr wchar_t pluginLibrary[] = L"TVN2x";

@@ -9,7 +9,6 @@
 #include "text/InputError.h"
 
 namespace tvn2x {
-
 namespace {
 
 /// A setting of the loaded setup that the receiver may not be able to do, and the question whether it is.

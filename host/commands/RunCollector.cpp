@@ -10,7 +10,6 @@
 #include "text/RichText.h"
 
 namespace tvn2x {
-
 namespace {
 
 /// Field 1 holds what is no reading: the fixed columns, the status and the time stamp.

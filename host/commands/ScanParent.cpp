@@ -3,7 +3,6 @@
 #include "com/Text.h"
 
 namespace tvn2x {
-
 namespace {
 
 /// A notice comes after every step of the receiver; a terminal need not be told that often.

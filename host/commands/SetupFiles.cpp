@@ -9,7 +9,6 @@
 #include "text/TextInput.h"
 
 namespace tvn2x {
-
 namespace {
 
 void RequireSavable(const std::wstring& text, const std::wstring& what, bool mayHaveLines = false)

@@ -1,7 +1,6 @@
 #include "host/commands/SetupReader.h"
 
 namespace tvn2x {
-
 namespace {
 
 std::wstring TextOf(const VARIANT& value)

@@ -8,7 +8,6 @@
 #include "host/commands/Plugin.h"
 
 namespace tvn2x {
-
 namespace {
 
 std::atomic<bool> isRequested;

@@ -9,7 +9,6 @@
 #include "setup/catalogue/LevelUnits.h"
 
 namespace tvn2x {
-
 namespace {
 
 /// Where a value is on one side of its limit. Everything is turned so that more is better.

@@ -15,7 +15,6 @@
 #include "util/modLocaleInfo.h"
 
 namespace tvn2x {
-
 namespace {
 
 constexpr wchar_t outletName[] = L"outlet";

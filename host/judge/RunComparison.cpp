@@ -7,7 +7,6 @@
 #include "host/judge/Judgement.h"
 
 namespace tvn2x {
-
 namespace {
 
 /// By frequency in kHz: setups may name one frequency with different decimals.

@@ -14,7 +14,6 @@
 #include "util/modFormat.h"
 
 namespace tvn2x {
-
 namespace {
 
 const std::wstring planRemedy =

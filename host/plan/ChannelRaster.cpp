@@ -5,7 +5,6 @@
 #include "util/modFormat.h"
 
 namespace tvn2x {
-
 namespace {
 
 /// Channels first..last with equal spacing.

@@ -10,7 +10,6 @@
 #include "host/plan/SeededRandom.h"
 
 namespace tvn2x {
-
 namespace {
 
 constexpr double pi = std::numbers::pi;

@@ -7,7 +7,6 @@
 #include "util/modFormat.h"
 
 namespace tvn2x {
-
 namespace {
 
 std::wstring Number(double value, const wchar_t* pattern = L"#0.0")

@@ -6,7 +6,6 @@
 #include "setup/catalogue/Settings.h"
 
 namespace tvn2x {
-
 namespace {
 
 /// What a need is called, and the setting that asks for it.

@@ -6,7 +6,6 @@
 #include "text/Blanks.h"
 
 namespace tvn2x {
-
 namespace {
 
 const OptionFact* Find(std::wstring_view code)

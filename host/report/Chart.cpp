@@ -7,7 +7,6 @@
 #include "host/report/Markup.h"
 
 namespace tvn2x {
-
 namespace {
 
 constexpr double width = 720, height = 250;

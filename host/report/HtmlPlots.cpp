@@ -10,7 +10,6 @@
 #include "host/report/Markup.h"
 
 namespace tvn2x {
-
 namespace {
 
 constexpr double halfChannel = 4;  // MHz

@@ -13,7 +13,6 @@
 #include "text/Duration.h"
 
 namespace tvn2x {
-
 namespace {
 
 std::string ClassOf(Verdict verdict)

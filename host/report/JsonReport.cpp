@@ -5,7 +5,6 @@
 #include "util/Encoding.h"
 
 namespace tvn2x {
-
 namespace {
 
 /// Keys stay in the order in which they are written.

@@ -7,7 +7,6 @@
 #include "host/report/Markup.h"
 
 namespace tvn2x {
-
 namespace {
 
 struct Suite

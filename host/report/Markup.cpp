@@ -5,7 +5,6 @@
 #include "util/Encoding.h"
 
 namespace tvn2x {
-
 namespace {
 
 /// UTF-8 without the control characters and noncharacters that XML excludes.

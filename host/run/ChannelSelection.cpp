@@ -7,7 +7,6 @@
 #include "text/InputError.h"
 
 namespace tvn2x {
-
 namespace {
 
 /// Takes the digits at the front of a text. -1 where there are none, or more than a channel number has.

@@ -11,7 +11,6 @@
 #include "util/RaisedError.h"
 
 namespace tvn2x {
-
 namespace {
 
 /// The number of a bound such as "<1.7E-8": the receiver tells it in this text alone, so that nothing else has it.

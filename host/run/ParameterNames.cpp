@@ -11,7 +11,6 @@
 #include "util/Encoding.h"
 
 namespace tvn2x {
-
 namespace {
 
 int32_t ParameterOf(const std::string& name)

@@ -7,7 +7,6 @@
 #include "text/TextInput.h"
 
 namespace tvn2x {
-
 namespace {
 
 std::vector<ReadingKind> Kinds()

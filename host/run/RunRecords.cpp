@@ -10,7 +10,6 @@
 #include "util/Encoding.h"
 
 namespace tvn2x {
-
 namespace {
 
 /// Keys stay in the order in which they are written.

@@ -3,7 +3,6 @@
 #include "text/Duration.h"
 
 namespace tvn2x {
-
 namespace {
 
 bool IsLocked(const std::wstring& indicator)

@@ -8,7 +8,6 @@
 #include "fmt/xchar.h"
 
 namespace tvn2x {
-
 namespace {
 
 constexpr std::array<uint32_t, 64> rounds{

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 namespace tvn2x {
-
 namespace {
 
 const std::wstring remedy = L"Save it in a text editor as UTF-16 LE (\"Unicode\")";

@@ -4,7 +4,6 @@
 #include <utility>
 
 namespace tvn2x {
-
 namespace {
 
 constexpr size_t mostRemarks = 1000;

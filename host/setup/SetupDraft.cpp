@@ -6,7 +6,6 @@
 #include "util/modFormat.h"
 
 namespace tvn2x {
-
 namespace {
 
 std::wstring Number(double value)

@@ -18,7 +18,6 @@
 #include "util/modLocaleInfo.h"
 
 namespace tvn2x {
-
 namespace {
 
 using namespace setup_file;

@@ -11,7 +11,6 @@
 #include "util/modLocaleInfo.h"
 
 namespace tvn2x {
-
 namespace {
 
 std::wstring Fixed(double value, std::wstring_view pattern)

@@ -7,7 +7,6 @@
 #include "text/Duration.h"
 
 namespace tvn2x {
-
 namespace {
 
 std::wstring Bar(double fraction, int32_t width)

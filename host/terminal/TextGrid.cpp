@@ -4,7 +4,6 @@
 #include <numeric>
 
 namespace tvn2x {
-
 namespace {
 
 constexpr int32_t gap = 2;

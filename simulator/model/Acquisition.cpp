@@ -5,7 +5,6 @@
 #include <numeric>
 
 namespace tvn2x {
-
 namespace {
 
 /// Seconds that each step takes on a strong signal.
@@ -50,37 +49,43 @@ Acquisition::Acquisition(const Reception& reception, const SeededNoise& noise) :
 {
     durations_ = strongSignal;
     const double slowness = Slowness(reception, reception.bitsPerSymbol);
-    for (const Stage stage : {Stage::equaliser, Stage::carrier, Stage::frameSync})
+    for (const Stage stage : {Stage::equaliser, Stage::carrier, Stage::frameSync}) {
         durations_[IndexOf(stage)] *= slowness;
+    }
     durations_[IndexOf(Stage::carrier)] +=
         offsetSearch * std::min(1.0, std::abs(reception.frequencyOffset) / captureRange);
-    for (size_t i = 0; i < durations_.size(); ++i)
+    for (size_t i = 0; i < durations_.size(); ++i) {
         durations_[i] *= 1 + spread * (2 * noise.Uniform(durationStream, i) - 1);
+    }
     const double all = std::accumulate(durations_.begin(), durations_.end(), 0.0);
     const double scale = std::min(1.0, longestSearch / all) * reception.lockTimeFactor;
-    for (double& duration : durations_)
+    for (double& duration : durations_) {
         duration *= scale;
+    }
 
     for (int i = 0; i < stageCount; ++i) {
         const auto stage = static_cast<Stage>(i);
         std::vector<Interval> lost{{0, TimeOf(Stage::gainControl, stage)}};
         for (const Outage& outage : reception.outages) {
             const Stage first = FirstLost(outage.lock);
-            if (outage.lock != LockKind::reference && first <= stage)
+            if (outage.lock != LockKind::reference && first <= stage) {
                 lost.push_back({outage.from, outage.from + outage.duration + TimeOf(first, stage)});
+            }
         }
         std::ranges::sort(lost, {}, &Interval::from);
         for (const Interval& interval : lost) {
             std::vector<Interval>& merged = unlocked_[IndexOf(stage)];
-            if (!merged.empty() && interval.from <= merged.back().to)
+            if (!merged.empty() && interval.from <= merged.back().to) {
                 merged.back().to = std::max(merged.back().to, interval.to);
-            else
+            } else {
                 merged.push_back(interval);
+            }
         }
     }
     for (const Outage& outage : reception.outages) {
-        if (outage.lock == LockKind::reference)
+        if (outage.lock == LockKind::reference) {
             referenceLost_.push_back({outage.from, outage.from + outage.duration + referenceSettling});
+        }
     }
 }
 
@@ -92,8 +97,9 @@ double Acquisition::TimeOf(Stage first, Stage last) const
 
 bool Acquisition::Locked(Stage stage, double elapsed) const
 {
-    if (static_cast<int>(stage) >= stagesReached_ || elapsed < 0)
+    if (static_cast<int>(stage) >= stagesReached_ || elapsed < 0) {
         return false;
+    }
     return std::ranges::none_of(unlocked_[IndexOf(stage)], [&](const Interval& interval) {
         return elapsed >= interval.from && elapsed < interval.to;
     });
@@ -101,11 +107,13 @@ bool Acquisition::Locked(Stage stage, double elapsed) const
 
 double Acquisition::UnlockedTime(Stage stage, double from, double to) const
 {
-    if (static_cast<int>(stage) >= stagesReached_)
+    if (static_cast<int>(stage) >= stagesReached_) {
         return to - from;
+    }
     double sum = 0;
-    for (const Interval& interval : unlocked_[IndexOf(stage)])
+    for (const Interval& interval : unlocked_[IndexOf(stage)]) {
         sum += std::max(0.0, std::min(to, interval.to) - std::max(from, interval.from));
+    }
     return sum;
 }
 

@@ -6,7 +6,6 @@
 #include <cmath>
 
 namespace tvn2x {
-
 namespace {
 
 constexpr uint64_t errorStream = 0x626572;
@@ -46,8 +45,9 @@ BitErrorCount::Progress BitErrorCount::At(double seconds)
         summedBlocks_ = 0;
         summedErrors_ = 0;
     }
-    for (; summedBlocks_ < complete; ++summedBlocks_)
+    for (; summedBlocks_ < complete; ++summedBlocks_) {
         summedErrors_ += ErrorsOf(summedBlocks_);
+    }
     Progress progress{bits, static_cast<double>(summedErrors_), complete, wanted_};
     if (!progress.Done()) {
         const double begun = (bits - complete * blockBits) / blockBits;

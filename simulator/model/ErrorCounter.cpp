@@ -4,7 +4,6 @@
 #include <cmath>
 
 namespace tvn2x {
-
 namespace {
 
 /// Impulses, switching and the like: one errored second in eleven days, whatever the signal.
@@ -22,8 +21,9 @@ double ErroredShare(double packetShare, double packetRate)
 void ErrorCounter::Add(const Reception& reception, const Acquisition& acquisition, double from, double to)
 {
     const double duration = to - from;
-    if (duration <= 0)
+    if (duration <= 0) {
         return;
+    }
     const double unlocked = acquisition.UnlockedTime(Stage::reedSolomon, from, to);
     const double locked = std::max(0.0, duration - unlocked);
     time_.syncErrors += unlocked + locked * ErroredShare(reception.packets.syncWrong, reception.PacketRate());

@@ -4,7 +4,6 @@
 #include <optional>
 
 namespace tvn2x {
-
 namespace {
 
 constexpr std::wstring_view anyOperation = L"*";
@@ -21,8 +20,9 @@ std::wstring_view Prefix(Access access)
 
 bool Matches(std::wstring_view wanted, std::wstring_view name, Access access)
 {
-    if (wanted == anyOperation || wanted == name)
+    if (wanted == anyOperation || wanted == name) {
         return true;
+    }
     const std::wstring_view prefix = Prefix(access);
     return !prefix.empty() && wanted.starts_with(prefix) && wanted.substr(prefix.size()) == name;
 }
@@ -39,13 +39,15 @@ bool IsKnown(std::wstring_view wanted)
 void FaultScript::FailAt(std::wstring_view operation, int32_t count, RaisedError error)
 {
     constexpr const wchar_t* source = L"ISimulatorSettings.FailAt";
-    if (count < 1)
+    if (count < 1) {
         throw RaisedError(error::invalidPropertyValue, source,
                           L"The count is " + std::to_wstring(count) + L"; calls are counted from 1");
+    }
     if (!IsKnown(operation)) {
         std::wstring text = L"There is no operation \"" + std::wstring(operation) + L"\"; use \"*\" or one of ";
-        for (const std::wstring_view name : operations)
+        for (const std::wstring_view name : operations) {
             text.append(name == operations[0] ? L"" : L", ").append(name);
+        }
         throw RaisedError(error::invalidPropertyValue, source,
                           text + L", with \"get \" or \"let \" before it for one half of a property");
     }
@@ -63,8 +65,9 @@ void FaultScript::Check(std::wstring_view name, Access access)
         due = fault->error;
         fault = faults_.erase(fault);
     }
-    if (due)
+    if (due) {
         throw RaisedError(*due);
+    }
 }
 
 }  // namespace tvn2x

@@ -24,8 +24,9 @@ public:
 private:
     static std::wstring Place(const std::wstring& modelFile, int modelLine)
     {
-        if (modelFile.empty())
+        if (modelFile.empty()) {
             return {};
+        }
         return modelFile + (modelLine > 0 ? L":" + std::to_wstring(modelLine) : L"") + L": ";
     }
 };

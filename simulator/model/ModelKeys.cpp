@@ -9,7 +9,6 @@
 #include "text/Blanks.h"
 
 namespace tvn2x {
-
 namespace {
 
 using NetworkKey = ModelKey<NetworkSettings>;
@@ -82,13 +81,15 @@ std::wstring_view Next(std::wstring_view& text, wchar_t separator)
 std::optional<double> Number(std::wstring_view text)
 {
     std::string narrow;
-    for (const wchar_t character : text)
+    for (const wchar_t character : text) {
         narrow += character < 128 ? static_cast<char>(character) : '?';
+    }
     double value = 0;
     const char* begin = narrow.data() + (narrow.starts_with('+') && !narrow.starts_with("+-") ? 1 : 0);
     const auto [end, fault] = std::from_chars(begin, narrow.data() + narrow.size(), value);
-    if (fault != std::errc() || end != narrow.data() + narrow.size() || !std::isfinite(value))
+    if (fault != std::errc() || end != narrow.data() + narrow.size() || !std::isfinite(value)) {
         return std::nullopt;
+    }
     return value;
 }
 
@@ -101,11 +102,13 @@ std::wstring Text(double value)
 
 std::wstring AllowedNumbers(std::span<const int32_t> allowed, double min, double max)
 {
-    if (allowed.empty())
+    if (allowed.empty()) {
         return L"from " + Text(min) + L" to " + Text(max);
+    }
     std::wstring text = L"out of";
-    for (const int32_t value : allowed)
+    for (const int32_t value : allowed) {
         text += (value == allowed.front() ? L" " : L", ") + std::to_wstring(value);
+    }
     return text;
 }
 
@@ -115,12 +118,14 @@ Complaint StoreNumber(const ModelKey<Section>& key, std::wstring_view text, bool
     const std::optional<double> number = Number(text);
     const std::wstring remedy = std::wstring(L"write a ") + (whole ? L"whole number " : L"number ") +
                                 AllowedNumbers(key.allowed, key.min, key.max);
-    if (!number)
+    if (!number) {
         return Quoted(text) + L" is no number; " + remedy + L", with a point as decimal separator";
+    }
     const bool inside = *number >= key.min && *number <= key.max;
     const bool listed = key.allowed.empty() || std::ranges::find(key.allowed, *number) != key.allowed.end();
-    if (!inside || !listed || (whole && *number != std::floor(*number)))
+    if (!inside || !listed || (whole && *number != std::floor(*number))) {
         return Text(*number) + L" is out of range; " + remedy;
+    }
     value = *number;
     return std::nullopt;
 }
@@ -128,12 +133,13 @@ Complaint StoreNumber(const ModelKey<Section>& key, std::wstring_view text, bool
 Complaint StoreFlag(std::wstring_view text, bool& value)
 {
     const std::wstring folded = FoldName(text);
-    if (folded == L"yes" || folded == L"true" || folded == L"1")
+    if (folded == L"yes" || folded == L"true" || folded == L"1") {
         value = true;
-    else if (folded == L"no" || folded == L"false" || folded == L"0")
+    } else if (folded == L"no" || folded == L"false" || folded == L"0") {
         value = false;
-    else
+    } else {
         return Quoted(text) + L" is neither yes nor no; write Yes or No";
+    }
     return std::nullopt;
 }
 
@@ -148,10 +154,12 @@ std::optional<Outage> ReadOutage(std::wstring_view text)
     const auto lock = std::ranges::find_if(lockNames, [&](const LockName& l) { return FoldName(l.name) == name; });
     const std::optional<double> from = Number(words[1]);
     const std::optional<double> duration = Number(words[2]);
-    if (!TrimBlanks(text).empty() || lock == lockNames.end() || !from || !duration)
+    if (!TrimBlanks(text).empty() || lock == lockNames.end() || !from || !duration) {
         return std::nullopt;
-    if (*from < 0 || *from > maxOutageSeconds || *duration <= 0 || *duration > maxOutageSeconds)
+    }
+    if (*from < 0 || *from > maxOutageSeconds || *duration <= 0 || *duration > maxOutageSeconds) {
         return std::nullopt;
+    }
     return Outage{lock->lock, *from, *duration};
 }
 
@@ -161,13 +169,15 @@ Complaint StoreOutages(std::wstring_view text, std::vector<Outage>& value)
     for (std::wstring_view rest = text; !TrimBlanks(rest).empty();) {
         const std::wstring_view part = TrimBlanks(Next(rest, L','));
         const std::optional<Outage> outage = ReadOutage(part);
-        if (!outage)
+        if (!outage) {
             return Quoted(part) +
                    L" is no outage; write RF, reference, carrier or TS, the seconds after tuning at which it is lost "
                    L"(0 to 86400) and for how many seconds (above 0), as in \"TS 1.5 0.4, carrier 3 0.5\"";
+        }
         outages.push_back(*outage);
-        if (outages.size() > maxOutages)
+        if (outages.size() > maxOutages) {
             return L"these are too many outages; a channel has " + std::to_wstring(maxOutages) + L" at most";
+        }
     }
     value = std::move(outages);
     return std::nullopt;
@@ -200,10 +210,11 @@ std::wstring FoldName(std::wstring_view name)
 {
     std::wstring folded(name);
     for (wchar_t& character : folded) {
-        if (character >= L'A' && character <= L'Z')
+        if (character >= L'A' && character <= L'Z') {
             character = static_cast<wchar_t>(character - L'A' + L'a');
-        else if (character == L'\u00B5' || character == L'\u03BC')
+        } else if (character == L'\u00B5' || character == L'\u03BC') {
             character = L'u';
+        }
     }
     return folded;
 }

@@ -39,8 +39,9 @@ const ModelKey<Section>* FindKey(std::span<const ModelKey<Section>> keys, std::w
 {
     const std::wstring folded = FoldName(name);
     for (const ModelKey<Section>& key : keys) {
-        if (FoldName(key.name) == folded)
+        if (FoldName(key.name) == folded) {
             return &key;
+        }
     }
     return nullptr;
 }

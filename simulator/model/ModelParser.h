@@ -19,8 +19,9 @@ template <class Section>
 std::wstring UnknownKey(std::wstring_view key, std::wstring_view section, std::span<const ModelKey<Section>> keys)
 {
     std::wstring text = L"unknown key " + Quoted(key) + L" in [" + std::wstring(section) + L"]; known keys are";
-    for (const ModelKey<Section>& known : keys)
+    for (const ModelKey<Section>& known : keys) {
         text.append(&known == &keys.front() ? L" " : L", ").append(known.name);
+    }
     return text;
 }
 

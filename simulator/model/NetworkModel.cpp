@@ -6,7 +6,6 @@
 #include "simulator/model/ModelParser.h"
 
 namespace tvn2x {
-
 namespace {
 
 /// A key of a section, or the error that there is none.
@@ -15,8 +14,9 @@ const ModelKey<Section>& Known(std::span<const ModelKey<Section>> keys, std::wst
                                std::wstring_view key)
 {
     const ModelKey<Section>* known = FindKey(keys, key);
-    if (known == nullptr)
+    if (known == nullptr) {
         throw ModelError({}, 0, UnknownKey(key, section, keys));
+    }
     return *known;
 }
 
@@ -28,8 +28,9 @@ bool IsNetwork(std::wstring_view section)
 int32_t KnownChannelNumber(std::wstring_view section)
 {
     const int32_t number = ChannelNumber(section);
-    if (number == 0)
+    if (number == 0) {
         throw ModelError({}, 0, UnknownSection(section));
+    }
     return number;
 }
 
@@ -51,10 +52,11 @@ NetworkModel NetworkModel::Load(FileSystem& files, const std::wstring& path)
     std::string content;
     FileStamp stamp;
     const FileFault fault = files.Read(path, content, stamp);
-    if (fault != FileFault::none)
+    if (fault != FileFault::none) {
         throw ModelError(path, 0,
                          L"the network model cannot be read: " + std::wstring(FaultText(fault)) +
                              L"; check its path and its access rights");
+    }
     return Parse(content, path);
 }
 
@@ -68,14 +70,16 @@ void NetworkModel::StoreChannel(ChannelModel& target, std::wstring_view key, std
 {
     const std::wstring section = L"Channel " + std::to_wstring(target.number);
     const auto& known = Known(ChannelKeys(), section, key);
-    if (const auto complaint = Store(known, target, text))
+    if (const auto complaint = Store(known, target, text)) {
         throw ModelError({}, 0, AboutValue(section, known.name, *complaint));
+    }
     for (const ChannelModel& other : channels_) {
-        if (other.number != target.number && other.frequency == target.frequency)
+        if (other.number != target.number && other.frequency == target.frequency) {
             throw ModelError({}, 0,
                              AboutValue(section, known.name,
                                         L"this is the frequency of [Channel " + std::to_wstring(other.number) +
                                             L"]; two channels cannot share one"));
+        }
     }
 }
 
@@ -83,34 +87,40 @@ void NetworkModel::Set(std::wstring_view section, std::wstring_view key, std::ws
 {
     if (IsNetwork(section)) {
         const auto& known = Known(NetworkKeys(), section, key);
-        if (const auto complaint = Store(known, network_, text))
+        if (const auto complaint = Store(known, network_, text)) {
             throw ModelError({}, 0, AboutValue(section, known.name, *complaint));
+        }
         return;
     }
     const int32_t number = KnownChannelNumber(section);
     ChannelModel* existing = Find(number);
     ChannelModel changed;
-    if (existing != nullptr)
+    if (existing != nullptr) {
         changed = *existing;
+    }
     changed.number = number;
     StoreChannel(changed, key, text);
-    if (changed.frequency == 0)
+    if (changed.frequency == 0) {
         FailMissing(section);
-    if (existing != nullptr)
+    }
+    if (existing != nullptr) {
         *existing = std::move(changed);
-    else
+    } else {
         channels_.push_back(std::move(changed));
+    }
 }
 
 std::wstring NetworkModel::Get(std::wstring_view section, std::wstring_view key) const
 {
-    if (IsNetwork(section))
+    if (IsNetwork(section)) {
         return Show(Known(NetworkKeys(), section, key), network_);
+    }
     const int32_t number = KnownChannelNumber(section);
     const auto& known = Known(ChannelKeys(), section, key);
     const auto found = std::ranges::find(channels_, number, &ChannelModel::number);
-    if (found == channels_.end())
+    if (found == channels_.end()) {
         FailMissing(section);
+    }
     return Show(known, *found);
 }
 

@@ -4,7 +4,6 @@
 #include <limits>
 
 namespace tvn2x {
-
 namespace {
 
 constexpr int32_t noAnswer = static_cast<int32_t>(0x80040000u + 2001);
@@ -14,12 +13,14 @@ constexpr int32_t noAnswer = static_cast<int32_t>(0x80040000u + 2001);
 ReceiverPhysics& ReceiverModel::Begin(std::wstring_view operation, Access access)
 {
     ++operations_;
-    if (latency_ > 0)
+    if (latency_ > 0) {
         time_.Wait(latency_);
+    }
     faults_.Check(operation, access);
-    if (!physics_.Network().Network().connected && operation != L"Online")
+    if (!physics_.Network().Network().connected && operation != L"Online") {
         throw RaisedError(noAnswer, L"clsReceiver." + std::wstring(operation),
                           L"The receiver does not answer; check that it is connected and switched on");
+    }
     return physics_;
 }
 

@@ -3,7 +3,6 @@
 #include <utility>
 
 namespace tvn2x {
-
 namespace {
 
 constexpr double referenceSettling = 0.3;  // seconds
@@ -21,8 +20,9 @@ void ReceiverPhysics::Network(NetworkModel model)
     const bool otherHardware = model.Network().installedOptions != model_.Network().installedOptions;
     CountErrors();
     model_ = std::move(model);
-    if (otherHardware)
+    if (otherHardware) {
         settings_ = BasicState();
+    }
     Tune();
 }
 

@@ -5,7 +5,6 @@
 #include "simulator/model/ReceiverPhysics.h"
 
 namespace tvn2x {
-
 namespace {
 
 constexpr double highestQuality = 45;  // dB of MER and S/N, the receiver's own floor of errors
@@ -21,8 +20,9 @@ double ReceiverPhysics::Noise(Quantity quantity, double spread)
     Tuning& tuning = held_ ? held_->tuning : tuning_;
     uint64_t& reading = tuning.readings[static_cast<size_t>(quantity)];
     const double drawn = tuning.noise.Gaussian(static_cast<uint64_t>(source), reading);
-    if (!held_)
+    if (!held_) {
         ++reading;
+    }
     return drawn * spread * model_.Network().readingNoise;
 }
 
@@ -73,11 +73,13 @@ double ReceiverPhysics::ReadMer()
 double ReceiverPhysics::ReadMerPercent()
 {
     const double mer = ReadQuality(Quantity::merPercent, View().reception.mer, 0.1, {lowestQuality, highestQuality});
-    if (status_ == L"---")
+    if (status_ == L"---") {
         return 0;
+    }
     // The percentage falls where the decibels rise.
-    if (!status_.empty())
+    if (!status_.empty()) {
         status_ = status_ == L"OVER" ? L"UNDER" : L"OVER";
+    }
     return dvbc::MerPercent(mer);
 }
 
@@ -105,8 +107,9 @@ double ReceiverPhysics::ReadSignalToNoise()
 /// What the running count has found; nothing where the transport stream was lost since it began.
 std::optional<BitErrorCount::Progress> ReceiverPhysics::BerProgress()
 {
-    if (!ber_)
+    if (!ber_) {
         return std::nullopt;
+    }
     const double now = ViewTime();
     const Tuning& view = View();
     const bool lost =
@@ -136,8 +139,9 @@ double ReceiverPhysics::ReadBer()
 
 std::wstring ReceiverPhysics::BerState()
 {
-    if (const std::optional<BitErrorCount::Progress> progress = BerProgress())
+    if (const std::optional<BitErrorCount::Progress> progress = BerProgress()) {
         return progress->State();
+    }
     return Locked(Stage::reedSolomon) ? L"0 of " + std::to_wstring(settings_.berSamples) : L"---";
 }
 

@@ -7,7 +7,6 @@
 #include "simulator/model/ReceiverPhysics.h"
 
 namespace tvn2x {
-
 namespace {
 
 constexpr int32_t modeRefused = static_cast<int32_t>(0x80040000u + 2003);
@@ -41,9 +40,10 @@ const Need* FindNeed(const std::array<Need, N>& needs, int32_t value)
 void Require(bool accepted, std::wstring_view setting, const std::wstring& reason,
              int32_t number = error::invalidPropertyValue, std::wstring_view member = {})
 {
-    if (!accepted)
+    if (!accepted) {
         throw RaisedError(number, L"clsReceiver." + std::wstring(member.empty() ? setting : member),
                           L"Let " + std::wstring(setting) + L" failed: " + reason);
+    }
 }
 
 void RequireRange(double value, double min, double max, std::wstring_view setting, std::wstring_view unit)
@@ -66,11 +66,13 @@ ReceiverSettings ReceiverPhysics::BasicState() const
     constexpr int32_t modeWithoutOptions = 1;
     ReceiverSettings basic;
     const auto fitted = [&](const Need& need) { return HasOption(need.option); };
-    if (!fitted(*FindNeed(modeNeeds, basic.mode)))
+    if (!fitted(*FindNeed(modeNeeds, basic.mode))) {
         basic.mode = modeWithoutOptions;
+    }
     basic.route = std::ranges::find_if(routeNeeds, fitted)->value;
-    if (!fitted(*FindNeed(filterNeeds, basic.sawBandwidth)))
+    if (!fitted(*FindNeed(filterNeeds, basic.sawBandwidth))) {
         basic.sawBandwidth = 0;
+    }
     return basic;
 }
 
@@ -80,19 +82,23 @@ std::optional<int32_t> ReceiverPhysics::FilterFor(int32_t megahertz) const
         const Need* need = FindNeed(filterNeeds, bandwidth);
         return need != nullptr && HasOption(need->option);
     };
-    if (fitted(megahertz))
+    if (fitted(megahertz)) {
         return megahertz;
+    }
     const bool onePlace = megahertz == 6 || megahertz == 7;
-    if (onePlace && fitted(13 - megahertz))
+    if (onePlace && fitted(13 - megahertz)) {
         return 13 - megahertz;
-    if (!model_.Network().swapsFilters)
+    }
+    if (!model_.Network().swapsFilters) {
         return std::nullopt;
+    }
     const auto distance = [&](int32_t bandwidth) { return std::abs(int64_t{bandwidth} - megahertz); };
     int32_t nearest = 0;  // no filter, where none is fitted
     for (const Need& filter : filterNeeds) {
         const bool nearer = nearest == 0 || distance(filter.value) < distance(nearest);
-        if (filter.value != 0 && fitted(filter.value) && nearer)
+        if (filter.value != 0 && fitted(filter.value) && nearer) {
             nearest = filter.value;
+        }
     }
     return nearest;
 }
@@ -100,8 +106,9 @@ std::optional<int32_t> ReceiverPhysics::FilterFor(int32_t megahertz) const
 template <class Value>
 void ReceiverPhysics::Change(Value ReceiverSettings::*setting, Value value)
 {
-    if (settings_.*setting == value)
+    if (settings_.*setting == value) {
         return;
+    }
     settings_.*setting = value;
     Tune();
 }
@@ -145,11 +152,13 @@ void ReceiverPhysics::SawBandwidth(int32_t megahertz)
 void ReceiverPhysics::ReferenceSource(int32_t source)
 {
     RequireRange(source, 0, 1, L"ReferenceSource", L": 0 is internal, 1 external");
-    if (source == 1 && !HasOption(L"EXTREF"))
+    if (source == 1 && !HasOption(L"EXTREF")) {
         throw RaisedError(referenceMissing, L"clsReceiver.ReferenceSource", L"Let Setup10MhzRef not available");
+    }
     const bool external = source == 1;
-    if (external && !settings_.externalReference)
+    if (external && !settings_.externalReference) {
         referenceSince_ = time_.Seconds();
+    }
     Change(&ReceiverSettings::externalReference, external);
 }
 
@@ -173,8 +182,9 @@ void ReceiverPhysics::Mode(int32_t mode)
     Require(mode >= 1 && mode <= 15, L"Mode", std::to_wstring(mode) + L" is not from 1 to 15", modeRefused);
     const Need* need = FindNeed(modeNeeds, mode);
     const bool available = need == nullptr || HasOption(need->option);
-    if (!available && model_.Network().ignoresModes)
+    if (!available && model_.Network().ignoresModes) {
         return;
+    }
     Require(available, L"Mode",
             L"it needs the option " + std::wstring(need ? need->option : L"") + L", which is not installed",
             modeRefused);
@@ -183,10 +193,11 @@ void ReceiverPhysics::Mode(int32_t mode)
 
 void ReceiverPhysics::Hold(bool hold)
 {
-    if (!hold)
+    if (!hold) {
         held_.reset();
-    else if (!held_)
+    } else if (!held_) {
         held_ = HeldTuning{tuning_, time_.Seconds()};
+    }
 }
 
 void ReceiverPhysics::Frequency(double hertz)
@@ -198,8 +209,9 @@ void ReceiverPhysics::Frequency(double hertz)
 
 void ReceiverPhysics::InputAttenuation(int32_t decibels)
 {
-    if (decibels != automaticAttenuation)
+    if (decibels != automaticAttenuation) {
         RequireRange(decibels, 0, 70, L"InputAttenuation", L" dB, or 255 for automatic");
+    }
     Change(&ReceiverSettings::attenuation, decibels);
 }
 

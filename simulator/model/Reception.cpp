@@ -11,7 +11,6 @@
 #include "dvbc/Tilt.h"
 
 namespace tvn2x {
-
 namespace {
 
 constexpr double infinite = std::numeric_limits<double>::infinity();
@@ -71,8 +70,9 @@ double EchoDelay(const ChannelModel& channel, const NetworkSettings& network)
 /// The power of the signal and its echo against that of the signal alone, averaged over the channel.
 double EchoGain(const ChannelModel& channel, const NetworkSettings& network)
 {
-    if (channel.echoLength == 0)
+    if (channel.echoLength == 0) {
         return 0;
+    }
     const double amplitude = dvbc::AmplitudeOfDecibels(-channel.echoRatio);
     const double delay = EchoDelay(channel, network);
     const double halfRipple = std::numbers::pi * channel.symbolRate * 1e6 * delay;
@@ -114,8 +114,9 @@ public:
           filter_(
               Span::Around(settings.frequency, settings.sawBandwidth > 0 ? settings.sawBandwidth * 1e6 : preselection))
     {
-        for (const ChannelModel& channel : model.Channels())
+        for (const ChannelModel& channel : model.Channels()) {
             Take(channel);
+        }
         attenuation_ = Attenuation();
         noise_ = dvbc::PowerOfDecibels(dvbc::NoiseFloor(settings.symbolRate, network_.noiseFigure + attenuation_));
     }
@@ -167,10 +168,12 @@ private:
     /// dB in the way of the mixer; the demodulator route has no attenuator.
     double Attenuation() const
     {
-        if (settings_.route == input_route::demodulator)
+        if (settings_.route == input_route::demodulator) {
             return 0;
-        if (settings_.attenuation != automaticAttenuation)
+        }
+        if (settings_.attenuation != automaticAttenuation) {
             return settings_.attenuation;
+        }
         const double excess = dvbc::DecibelsOfPower(total_) - mixerLevel;
         return excess > 0 ? attenuatorStep * std::ceil(excess / attenuatorStep) : 0;
     }
@@ -199,13 +202,15 @@ struct EchoEffect
 EchoEffect EffectOfEcho(const ChannelModel& channel, const NetworkSettings& network, bool adaptive)
 {
     EchoEffect effect;
-    if (channel.echoLength == 0)
+    if (channel.echoLength == 0) {
         return effect;
+    }
     const double reach = equaliserSymbols / (channel.symbolRate * 1e6);
-    if (adaptive && EchoDelay(channel, network) <= reach)
+    if (adaptive && EchoDelay(channel, network) <= reach) {
         effect.noiseGain = -dvbc::DecibelsOfPower(1 - dvbc::PowerOfDecibels(-channel.echoRatio));
-    else
+    } else {
         effect.interference = channel.echoRatio;
+    }
     return effect;
 }
 
@@ -240,10 +245,12 @@ void TakeQuality(Reception& reception, const ChannelModel& channel, const Networ
 /// Whether gain control has a signal to work on.
 bool SignalPresent(const FrontEnd& front, const ReceiverSettings& settings)
 {
-    if (front.SignalAboveNoise() < signalAboveNoise)
+    if (front.SignalAboveNoise() < signalAboveNoise) {
         return false;
-    if (settings.route == input_route::demodulator && !settings.automaticGain)
+    }
+    if (settings.route == input_route::demodulator && !settings.automaticGain) {
         return std::abs(front.Level() - fixedGainLevel) <= fixedGainSpread;
+    }
     return front.Level() >= weakestSignal;
 }
 
@@ -270,8 +277,9 @@ Reception Receive(const NetworkModel& model, const ReceiverSettings& settings)
     reception.bitsPerSymbol = dvbc::BitsPerSymbol(settings.order);
     reception.bitRate = settings.symbolRate * reception.bitsPerSymbol;
     const ChannelModel* channel = front.Strongest();
-    if (channel == nullptr)
+    if (channel == nullptr) {
         return reception;
+    }
 
     reception.lockTimeFactor = channel->lockTimeFactor;
     reception.outages = channel->outages;
@@ -285,8 +293,9 @@ Reception Receive(const NetworkModel& model, const ReceiverSettings& settings)
     reception.ber = dvbc::BitErrorRatio(channel->order, effective);
     reception.margin = effective - dvbc::RequiredEsN0(channel->order, dvbc::failureBer);
     reception.packets = dvbc::PacketErrorRatios(reception.ber);
-    if (SignalPresent(front, settings))
+    if (SignalPresent(front, settings)) {
         reception.stagesReached = StagesReached(reception, *channel, settings);
+    }
     return reception;
 }
 

@@ -5,7 +5,6 @@
 #include <numbers>
 
 namespace tvn2x {
-
 namespace {
 
 /// The finalizer of SplitMix64: every bit of the input reaches every bit of the output.
@@ -40,8 +39,9 @@ double SeededNoise::Gaussian(uint64_t stream, uint64_t index) const
 uint64_t SeededNoise::Poisson(double mean, uint64_t stream, uint64_t index) const
 {
     constexpr double normalFrom = 100;
-    if (mean > normalFrom)
+    if (mean > normalFrom) {
         return static_cast<uint64_t>(std::max(0.0, std::round(mean + std::sqrt(mean) * Gaussian(stream, index))));
+    }
     const double drawn = Uniform(stream, index);
     double term = std::exp(-mean);
     double sum = term;

@@ -29,10 +29,11 @@ void PerformanceTime::Wait(double seconds)
     constexpr double sleepable = 0.003;  // seconds; below it the system sleeps far too long
     const double end = RealSeconds() + seconds * scale_;
     for (double left = end - RealSeconds(); left > 0; left = end - RealSeconds()) {
-        if (left > sleepable)
+        if (left > sleepable) {
             Sleep(static_cast<DWORD>((left - sleepable / 2) * 1000));
-        else
+        } else {
             YieldProcessor();
+        }
     }
 }
 

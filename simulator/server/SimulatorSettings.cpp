@@ -3,7 +3,6 @@
 #include "simulator/server/ThreadState.h"
 
 namespace tvn2x {
-
 namespace {
 
 std::wstring FullPath(const std::wstring& path)
@@ -17,9 +16,10 @@ std::wstring FullPath(const std::wstring& path)
 /// NaN is outside every range.
 void RequireRange(double value, double min, double max, const wchar_t* member, const wchar_t* allowed)
 {
-    if (!(value >= min && value <= max))
+    if (!(value >= min && value <= max)) {
         throw RaisedError(error::invalidPropertyValue, std::wstring(L"ISimulatorSettings.") + member,
                           std::wstring(member) + L" must be " + allowed);
+    }
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 #include <mutex>
 
 namespace tvn2x {
-
 namespace {
 
 // No thread_local: its destructors would be left behind in threads that outlive the library.
@@ -19,8 +18,9 @@ std::shared_ptr<ThreadState> StateOfThread()
 {
     const std::lock_guard lock(guard);
     std::shared_ptr<ThreadState>& state = states[GetCurrentThreadId()];
-    if (!state)
+    if (!state) {
         state = std::make_shared<ThreadState>();
+    }
     return state;
 }
 

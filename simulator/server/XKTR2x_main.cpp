@@ -50,11 +50,12 @@ STDAPI DllUnregisterServer()
 
 BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* processEnds)
 {
-    if (reason == DLL_PROCESS_ATTACH)
+    if (reason == DLL_PROCESS_ATTACH) {
         com::Module::Instance(instance);
-    else if (reason == DLL_THREAD_DETACH)
+    } else if (reason == DLL_THREAD_DETACH) {
         ForgetThread();
-    else if (reason == DLL_PROCESS_DETACH && !processEnds)
+    } else if (reason == DLL_PROCESS_DETACH && !processEnds) {
         com::ForgetTypeInfo();
+    }
     return TRUE;
 }

@@ -3,18 +3,19 @@
 #include "com/ComPtr.h"
 
 namespace tvn2x {
-
 namespace {
 
 /// An argument that is left out asks for the error to be raised.
 bool WantsRaise(VARIANT& argument)
 {
-    if (argument.vt == VT_EMPTY || com::IsLeftOut(argument))
+    if (argument.vt == VT_EMPTY || com::IsLeftOut(argument)) {
         return true;
+    }
     VARIANT flag;
     VariantInit(&flag);
-    if (FAILED(VariantChangeType(&flag, &argument, 0, VT_BOOL)))
+    if (FAILED(VariantChangeType(&flag, &argument, 0, VT_BOOL))) {
         throw RaisedError(error::typeMismatch, L"clsErrorReport.Report", L"Type mismatch");
+    }
     return flag.boolVal != VARIANT_FALSE;
 }
 
@@ -46,8 +47,9 @@ HRESULT clsErrorReport::Report(LONG lNumber, BSTR sSource, BSTR sDescription, VA
         state_->errorSource = reported.source;
         state_->errorDescription = reported.description;
         ++state_->errorCount;
-        if (raise)
+        if (raise) {
             throw reported;
+        }
     });
 }
 

@@ -12,10 +12,12 @@ clsReceiver::clsReceiver() : receiver_(std::make_shared<SimulatedReceiver>())
 
 void* clsReceiver::FindInterface(REFIID id) noexcept
 {
-    if (id == __uuidof(IDriver))
+    if (id == __uuidof(IDriver)) {
         return static_cast<IDriver*>(&driver_);
-    if (id == __uuidof(IIdentification))
+    }
+    if (id == __uuidof(IIdentification)) {
         return static_cast<IIdentification*>(&identification_);
+    }
     return nullptr;
 }
 
@@ -45,8 +47,9 @@ void* clsReceiver::FindInterface(REFIID id) noexcept
 
 HRESULT clsReceiver::get_ErrorCounters(IErrorCounters** value) noexcept
 {
-    if (!value)
+    if (!value) {
         return com::Refuse(E_POINTER);
+    }
     *value = nullptr;
     return Do([&] {
         *value = new ErrorCountersObject(Model().ErrorCounters());

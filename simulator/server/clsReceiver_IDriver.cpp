@@ -4,7 +4,6 @@
 #include "simulator/server/clsReceiver.h"
 
 namespace tvn2x {
-
 namespace {
 
 void Replace(BSTR* text, std::wstring_view value)
@@ -52,12 +51,14 @@ HRESULT clsReceiver_IDriver::get_Settings(IDispatch** value) noexcept
 
 HRESULT clsReceiver_IDriver::Test(BSTR* strIdentity, BSTR* strHardware, LONG* udtMode, VARIANT_BOOL* result) noexcept
 {
-    if (!strIdentity || !strHardware || !udtMode)
+    if (!strIdentity || !strHardware || !udtMode) {
         return com::Refuse(E_POINTER);
+    }
     return Get(result, [&] {
         ReceiverModel& receiver = owner_.Model();
-        if (!receiver.Online())
+        if (!receiver.Online()) {
             return false;
+        }
         Replace(strIdentity, receiver.InstrumentName() + L"," + receiver.BusAddress() + L"," + receiver.Model() + L"," +
                                  receiver.Manufacturer());
         Replace(strHardware, receiver.Hardware());

@@ -6,7 +6,6 @@
 #include "com/Errors.h"
 
 namespace tvn2x {
-
 namespace {
 
 /// Lets the thread's windows and its other apartments' calls in, so that somebody can set the stop flag. False once the
@@ -31,8 +30,9 @@ bool HandleMessages()
 clsRunControl::~clsRunControl()
 {
     const std::lock_guard lock(state_->runControlGuard);
-    if (state_->runControl == this)
+    if (state_->runControl == this) {
         state_->runControl = nullptr;
+    }
 }
 
 HRESULT clsRunControl::Create(REFIID interfaceId, void** out)
@@ -45,8 +45,9 @@ com::ComPtr<clsRunControl> clsRunControl::OfThread()
     const std::shared_ptr<ThreadState> state = StateOfThread();
     {
         const std::lock_guard lock(state->runControlGuard);
-        if (state->runControl && state->runControl->AddRefWhileAlive())
+        if (state->runControl && state->runControl->AddRefWhileAlive()) {
             return com::ComPtr<clsRunControl>::Attach(state->runControl);
+        }
     }
     com::ComPtr<clsRunControl> object(new clsRunControl(state));
     object->BecomeFreeThreaded();
@@ -83,17 +84,19 @@ HRESULT clsRunControl::Pause(FLOAT sngSeconds) noexcept
     constexpr double longest = 86400;
     constexpr double slice = 10;  // milliseconds until the stop flag is looked at again
     return Do([&] {
-        if (!(sngSeconds >= 0 && sngSeconds <= longest))
+        if (!(sngSeconds >= 0 && sngSeconds <= longest)) {
             throw RaisedError(error::invalidPropertyValue, L"clsRunControl.Pause",
                               L"A pause is from 0 to 86400 seconds long");
+        }
         // A handled message may release the last reference to this object.
         const com::ComPtr<clsRunControl> self(this);
         const ULONGLONG start = GetTickCount64();
         const double total = sngSeconds * state_->timeScale * 1000;
         while (!state_->stop && HandleMessages()) {
             const double left = total - static_cast<double>(GetTickCount64() - start);
-            if (left <= 0)
+            if (left <= 0) {
                 return;
+            }
             MsgWaitForMultipleObjectsEx(0, nullptr, static_cast<DWORD>(std::ceil(std::min(left, slice))), QS_ALLINPUT,
                                         MWMO_INPUTAVAILABLE);
         }

@@ -49,12 +49,13 @@ auto Ask(Interface* callee, HRESULT (STDMETHODCALLTYPE Base::*question)(Value*))
 {
     Value value{};
     Call(callee, question, &value);
-    if constexpr (std::is_same_v<Value, BSTR>)
+    if constexpr (std::is_same_v<Value, BSTR>) {
         return std::wstring(Bstr::Attach(value).View());
-    else if constexpr (std::is_pointer_v<Value>)
+    } else if constexpr (std::is_pointer_v<Value>) {
         return ComPtr<std::remove_pointer_t<Value>>::Attach(value);
-    else
+    } else {
         return value;
+    }
 }
 
 /// Asks an object for another interface. A success without an interface is E_NOINTERFACE.
@@ -63,11 +64,13 @@ HRESULT Query(IUnknown* object, ComPtr<Interface>& out)
 {
     void* found = nullptr;
     const HRESULT result = Outside([&] { return object->QueryInterface(__uuidof(Interface), &found); });
-    if (FAILED(result))
+    if (FAILED(result)) {
         return result;
+    }
     out = ComPtr<Interface>::Attach(static_cast<Interface*>(found));
-    if (found)
+    if (found) {
         return S_OK;
+    }
     SetErrorInfo(0, nullptr);  // of a call that has succeeded
     return E_NOINTERFACE;
 }

@@ -18,8 +18,9 @@ bool IsMissing(LSTATUS status)
 
 void CheckStatus(LSTATUS status)
 {
-    if (status != ERROR_SUCCESS)
+    if (status != ERROR_SUCCESS) {
         ThrowFailure(HRESULT_FROM_WIN32(static_cast<DWORD>(status)), nullptr, IID_NULL);
+    }
 }
 
 /// An open key; none where there is no such key.
@@ -29,15 +30,17 @@ public:
     Key(HKEY root, const std::wstring& name, REGSAM access)
     {
         const LSTATUS status = RegOpenKeyExW(root, name.c_str(), 0, access, &handle_);
-        if (!IsMissing(status))
+        if (!IsMissing(status)) {
             CheckStatus(status);
+        }
     }
     Key(const Key&) = delete;
     Key& operator=(const Key&) = delete;
     ~Key()
     {
-        if (handle_)
+        if (handle_) {
             RegCloseKey(handle_);
+        }
     }
     operator HKEY() const { return handle_; }
 
@@ -51,8 +54,9 @@ std::optional<std::wstring> TextIn(HKEY key, const wchar_t* name)
     for (;;) {
         auto size = static_cast<DWORD>(text.size() * sizeof(wchar_t));
         const LSTATUS status = RegGetValueW(key, nullptr, name, RRF_RT_REG_SZ, nullptr, text.data(), &size);
-        if (IsMissing(status) || status == ERROR_UNSUPPORTED_TYPE)
+        if (IsMissing(status) || status == ERROR_UNSUPPORTED_TYPE) {
             return std::nullopt;
+        }
         if (status != ERROR_MORE_DATA) {
             CheckStatus(status);
             text.resize(wcslen(text.c_str()));
@@ -81,8 +85,9 @@ std::optional<RawValue> RawValueIn(HKEY key, const std::wstring& name)
             return value;
         }
     }
-    if (!IsMissing(status))
+    if (!IsMissing(status)) {
         CheckStatus(status);
+    }
     return std::nullopt;
 }
 
@@ -94,14 +99,16 @@ ClassesKey::ClassesKey()
         RegCreateKeyExW(HKEY_LOCAL_MACHINE, classes, 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, &root_, nullptr));
     turn_ = CreateMutexW(nullptr, FALSE, L"Global\\TVN2x registration");
     // Whoever holds it that long hangs, and whoever has died with it has left nothing behind that could not be read.
-    if (turn_ && WaitForSingleObject(turn_, longestWait) == WAIT_TIMEOUT)
+    if (turn_ && WaitForSingleObject(turn_, longestWait) == WAIT_TIMEOUT) {
         CloseHandle(std::exchange(turn_, nullptr));
+    }
 }
 
 ClassesKey::~ClassesKey()
 {
-    for (auto undo = undo_.rbegin(); undo != undo_.rend(); ++undo)
+    for (auto undo = undo_.rbegin(); undo != undo_.rend(); ++undo) {
         (*undo)();
+    }
     RegCloseKey(root_);
     if (turn_) {
         ReleaseMutex(turn_);
@@ -130,11 +137,13 @@ std::vector<std::wstring> ClassesKey::ValueNames(const std::wstring& key) const
     for (DWORD i = 0; open; ++i) {
         DWORD length = longestName;
         const LSTATUS status = RegEnumValueW(open, i, name.data(), &length, nullptr, nullptr, nullptr, nullptr);
-        if (status == ERROR_NO_MORE_ITEMS)
+        if (status == ERROR_NO_MORE_ITEMS) {
             break;
+        }
         CheckStatus(status);
-        if (length > 0)
+        if (length > 0) {
             names.emplace_back(name, 0, length);
+        }
     }
     return names;
 }
@@ -142,8 +151,9 @@ std::vector<std::wstring> ClassesKey::ValueNames(const std::wstring& key) const
 bool ClassesKey::HasSubkeys(const std::wstring& key) const
 {
     const Key open(root_, key, KEY_READ);
-    if (!open)
+    if (!open) {
         return false;
+    }
     DWORD count = 0;
     CheckStatus(RegQueryInfoKeyW(open, nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr, nullptr,
                                  nullptr, nullptr));
@@ -167,15 +177,17 @@ void ClassesKey::RemoveValue(const std::wstring& key, const std::wstring& name)
     RememberValue(key, name);
     const Key open(root_, key, KEY_WRITE);
     const LSTATUS status = open ? RegDeleteValueW(open, name.c_str()) : ERROR_SUCCESS;
-    if (!IsMissing(status))
+    if (!IsMissing(status)) {
         CheckStatus(status);
+    }
 }
 
 void ClassesKey::RemoveTree(const std::wstring& key)
 {
     const LSTATUS status = RegDeleteTreeW(root_, key.c_str());
-    if (!IsMissing(status))
+    if (!IsMissing(status)) {
         CheckStatus(status);
+    }
 }
 
 /// Writing a value makes all keys on the way to it; taking it back removes those that were not there.
@@ -187,25 +199,29 @@ void ClassesKey::RememberMissing(const std::wstring& key)
             undo_.emplace_back([root = root_, part] { RegDeleteTreeW(root, part.c_str()); });
             return;
         }
-        if (end == std::wstring::npos)
+        if (end == std::wstring::npos) {
             return;
+        }
     }
 }
 
 void ClassesKey::RememberValue(const std::wstring& key, const std::wstring& name)
 {
     const Key open(root_, key, KEY_READ);
-    if (!open)
+    if (!open) {
         return;
+    }
     undo_.emplace_back([root = root_, key, name, before = RawValueIn(open, name)] {
         HKEY handle;
-        if (RegOpenKeyExW(root, key.c_str(), 0, KEY_WRITE, &handle) != ERROR_SUCCESS)
+        if (RegOpenKeyExW(root, key.c_str(), 0, KEY_WRITE, &handle) != ERROR_SUCCESS) {
             return;
-        if (before)
+        }
+        if (before) {
             RegSetValueExW(handle, name.c_str(), 0, before->type, before->bytes.data(),
                            static_cast<DWORD>(before->bytes.size()));
-        else
+        } else {
             RegDeleteValueW(handle, name.c_str());
+        }
         RegCloseKey(handle);
     });
 }

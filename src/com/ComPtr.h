@@ -18,8 +18,9 @@ public:
     ComPtr(std::nullptr_t) {}
     explicit ComPtr(T* object) : object_(object)
     {
-        if (object_)
+        if (object_) {
             object_->AddRef();
+        }
     }
     ComPtr(const ComPtr& other) : ComPtr(other.object_) {}
     ComPtr(ComPtr&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
@@ -51,8 +52,9 @@ public:
 
     void Reset()
     {
-        if (T* object = std::exchange(object_, nullptr))
+        if (T* object = std::exchange(object_, nullptr)) {
             object->Release();
+        }
     }
 
     /// The object's other interface, empty where it has none.
@@ -61,8 +63,9 @@ public:
     {
         void* found = nullptr;
         // What an object leaves behind with a failure is no interface.
-        if (object_ && FAILED(object_->QueryInterface(__uuidof(U), &found)))
+        if (object_ && FAILED(object_->QueryInterface(__uuidof(U), &found))) {
             found = nullptr;
+        }
         return ComPtr<U>::Attach(static_cast<U*>(found));
     }
 

@@ -21,12 +21,14 @@ public:
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) noexcept final
     {
-        if (!out)
+        if (!out) {
             return Refuse(E_POINTER);
+        }
         const bool known = id == IID_IUnknown || id == __uuidof(Interface);
         *out = known ? static_cast<Interface*>(this) : nullptr;
-        if (known)
+        if (known) {
             AddRef();
+        }
         return known ? S_OK : E_NOINTERFACE;
     }
 
@@ -35,8 +37,9 @@ public:
     ULONG STDMETHODCALLTYPE Release() noexcept final
     {
         const ULONG left = --references_;
-        if (left == 0)
+        if (left == 0) {
             delete this;
+        }
         return left;
     }
 

@@ -17,8 +17,9 @@ constexpr WORD assignments = DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF;
 bool HasVariantReference(const DISPPARAMS& parameters)
 {
     for (UINT i = 0; i < parameters.cArgs; ++i) {
-        if (parameters.rgvarg[i].vt == variantReference)
+        if (parameters.rgvarg[i].vt == variantReference) {
             return true;
+        }
     }
     return false;
 }
@@ -30,8 +31,9 @@ void ForFunctions(ITypeInfo* info, DISPID member, WORD flags, Visit visit)
     FUNCDESC* function = nullptr;
     bool enough = false;
     for (UINT i = 0; !enough && SUCCEEDED(info->GetFuncDesc(i, &function)); ++i) {
-        if (function->memid == member && (function->invkind & flags))
+        if (function->memid == member && (function->invkind & flags)) {
             enough = visit(*function);
+        }
         info->ReleaseFuncDesc(function);
     }
 }
@@ -39,8 +41,9 @@ void ForFunctions(ITypeInfo* info, DISPID member, WORD flags, Visit visit)
 /// The flags of a call as the member understands them: an assignment of either kind becomes the one that it has.
 WORD UnderstoodFlags(ITypeInfo* info, DISPID member, WORD flags)
 {
-    if (!(flags & DISPATCH_PROPERTYPUT))
+    if (!(flags & DISPATCH_PROPERTYPUT)) {
         return flags;
+    }
     WORD offered = 0;
     ForFunctions(info, member, assignments, [&](const FUNCDESC& function) {
         offered |= static_cast<WORD>(function.invkind);
@@ -68,8 +71,9 @@ std::vector<VARTYPE> ReferenceTypes(ITypeInfo* info, DISPID member, WORD flags)
 size_t PositionOf(const DISPPARAMS& parameters, UINT argument)
 {
     // The named ones stand first, in any order; the others behind them in reverse order.
-    if (argument < parameters.cNamedArgs)
+    if (argument < parameters.cNamedArgs) {
         return static_cast<size_t>(parameters.rgdispidNamedArgs[argument]);
+    }
     return parameters.cArgs - 1 - argument;
 }
 
@@ -84,14 +88,16 @@ public:
     {
         for (UINT i = 0; i < parameters.cArgs; ++i) {
             VariantInit(&values_[i]);
-            if (arguments_[i].vt != variantReference)
+            if (arguments_[i].vt != variantReference) {
                 continue;
+            }
             const size_t position = PositionOf(parameters, i);
             const VARTYPE type = position < types.size() ? types[position] : VARTYPE{VT_EMPTY};
-            if (IsLeftOut(arguments_[i]))
+            if (IsLeftOut(arguments_[i])) {
                 arguments_[i] = *arguments_[i].pvarVal;
-            else if (type != VT_EMPTY && type != VT_VARIANT)
+            } else if (type != VT_EMPTY && type != VT_VARIANT) {
                 Convert(i, type);
+            }
         }
         call.rgvarg = arguments_.data();
     }
@@ -100,8 +106,9 @@ public:
 
     ~TypedArguments()
     {
-        for (VARIANT& value : values_)
+        for (VARIANT& value : values_) {
             VariantClear(&value);
+        }
     }
 
     HRESULT HandBack(const DISPPARAMS& parameters)
@@ -109,8 +116,9 @@ public:
         for (size_t i = 0; i < arguments_.size(); ++i) {
             const HRESULT copied =
                 values_[i].vt == VT_EMPTY ? S_OK : VariantCopy(parameters.rgvarg[i].pvarVal, &values_[i]);
-            if (FAILED(copied))
+            if (FAILED(copied)) {
                 return copied;
+            }
         }
         return S_OK;
     }
@@ -139,8 +147,9 @@ HRESULT InvokeTyped(ITypeInfo* info, IDispatch* object, DISPID member, WORD flag
                     VARIANT* result, EXCEPINFO* exception, UINT* argument)
 {
     flags = UnderstoodFlags(info, member, flags);
-    if (!HasVariantReference(*parameters))
+    if (!HasVariantReference(*parameters)) {
         return info->Invoke(object, member, flags, parameters, result, exception, argument);
+    }
     TypedArguments typed(*parameters, ReferenceTypes(info, member, flags));
     const HRESULT outcome = info->Invoke(object, member, flags, &typed.call, result, exception, argument);
     return SUCCEEDED(outcome) ? typed.HandBack(*parameters) : outcome;
@@ -156,35 +165,42 @@ bool IsLeftOut(const VARIANT& argument) noexcept
 
 HRESULT DispatchTypeInfo(REFIID interfaceId, UINT index, ITypeInfo** out) noexcept
 {
-    if (!out)
+    if (!out) {
         return Refuse(E_POINTER);
+    }
     *out = nullptr;
-    if (index != 0)
+    if (index != 0) {
         return Refuse(DISP_E_BADINDEX);
+    }
     return Guard(interfaceId, [&] { *out = ComPtr(TypeInfoOf(interfaceId)).Detach(); });
 }
 
 HRESULT DispatchNames(REFIID interfaceId, REFIID reserved, LPOLESTR* names, UINT count, DISPID* ids) noexcept
 {
-    if (reserved != IID_NULL)
+    if (reserved != IID_NULL) {
         return Refuse(DISP_E_UNKNOWNINTERFACE);
-    if (!names || !ids)
+    }
+    if (!names || !ids) {
         return Refuse(E_POINTER);
+    }
     HRESULT outcome = E_UNEXPECTED;
     const HRESULT guarded =
         Guard(interfaceId, [&] { outcome = TypeInfoOf(interfaceId)->GetIDsOfNames(names, count, ids); });
-    if (FAILED(guarded))
+    if (FAILED(guarded)) {
         return guarded;
+    }
     return FAILED(outcome) ? Refuse(outcome) : outcome;
 }
 
 HRESULT DispatchInvoke(REFIID interfaceId, IDispatch* object, DISPID member, REFIID reserved, WORD flags,
                        DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception, UINT* argument) noexcept
 {
-    if (reserved != IID_NULL)
+    if (reserved != IID_NULL) {
         return Refuse(DISP_E_UNKNOWNINTERFACE);
-    if (!parameters)
+    }
+    if (!parameters) {
         return Refuse(E_INVALIDARG);
+    }
     // What the member raises is left where it is; what the call fails with on the way there has nothing to tell.
     SetErrorInfo(0, nullptr);
     HRESULT outcome = E_UNEXPECTED;

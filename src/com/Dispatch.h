@@ -59,8 +59,9 @@ inline void Hand(VARIANT* out, std::wstring_view value)
 /// Empty without a number.
 inline void Hand(VARIANT* out, std::optional<double> value)
 {
-    if (value)
+    if (value) {
         out->dblVal = *value;
+    }
     out->vt = value ? VT_R8 : VT_EMPTY;
 }
 inline void Hand(IDispatch** out, IDispatch* counted)
@@ -75,8 +76,9 @@ class Dispatch : public Interface
 public:
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) noexcept final
     {
-        if (!count)
+        if (!count) {
             return Refuse(E_POINTER);
+        }
         *count = 1;
         return S_OK;
     }
@@ -104,8 +106,9 @@ protected:
     template <class Out, class Read>
     static HRESULT Get(Out* out, Read&& read) noexcept
     {
-        if (!out)
+        if (!out) {
             return Refuse(E_POINTER);
+        }
         *out = Out{};
         return Guard(__uuidof(Interface), [&] { Hand(out, read()); });
     }

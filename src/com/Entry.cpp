@@ -34,8 +34,9 @@ Entry::Entry() noexcept : differs_(!floatingPoint_.Callers().ComputesLike(ownFlo
 
 Entry::~Entry()
 {
-    if (differs_)
+    if (differs_) {
         innermost.Set(outer_);
+    }
 }
 
 HostsTurn::HostsTurn() noexcept : entry_(innermost.Get())
@@ -49,8 +50,9 @@ HostsTurn::HostsTurn() noexcept : entry_(innermost.Get())
 
 HostsTurn::~HostsTurn()
 {
-    if (entry_)
+    if (entry_) {
         innermost.Set(entry_);
+    }
 }
 
 }  // namespace tvn2x::com

@@ -37,15 +37,17 @@ public:
     OpenFile& operator=(const OpenFile&) = delete;
     ~OpenFile()
     {
-        if (handle_ != INVALID_HANDLE_VALUE)
+        if (handle_ != INVALID_HANDLE_VALUE) {
             CloseHandle(handle_);
+        }
     }
 
     std::optional<Identity> Id() const
     {
         BY_HANDLE_FILE_INFORMATION information;
-        if (handle_ == INVALID_HANDLE_VALUE || !GetFileInformationByHandle(handle_, &information))
+        if (handle_ == INVALID_HANDLE_VALUE || !GetFileInformationByHandle(handle_, &information)) {
             return std::nullopt;
+        }
         return Identity(information.dwVolumeSerialNumber, information.nFileIndexHigh, information.nFileIndexLow);
     }
 
@@ -57,27 +59,32 @@ private:
 
 EntryFile::EntryFile(std::wstring path) : name_(std::move(path))
 {
-    if (name_.size() > 1 && name_.front() == L'"' && name_.back() == L'"')
+    if (name_.size() > 1 && name_.front() == L'"' && name_.back() == L'"') {
         name_ = name_.substr(1, name_.size() - 2);
+    }
     const size_t end = name_.find_last_not_of(L"0123456789");
-    if (end != std::wstring::npos && end > 0 && end + 1 < name_.size() && name_[end] == L'\\')
+    if (end != std::wstring::npos && end > 0 && end + 1 < name_.size() && name_[end] == L'\\') {
         name_.resize(end);
+    }
 }
 
 bool EntryFile::IsGone() const
 {
-    if (name_.find(L'\\') == std::wstring::npos || IsInSystemFolder(name_))
+    if (name_.find(L'\\') == std::wstring::npos || IsInSystemFolder(name_)) {
         return false;
-    if (GetFileAttributesW(name_.c_str()) != INVALID_FILE_ATTRIBUTES)
+    }
+    if (GetFileAttributesW(name_.c_str()) != INVALID_FILE_ATTRIBUTES) {
         return false;
+    }
     const DWORD error = GetLastError();
     return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
 }
 
 bool EntryFile::Is(const EntryFile& other) const
 {
-    if (EqualNames(name_, other.name_))
+    if (EqualNames(name_, other.name_)) {
         return true;
+    }
     const OpenFile one(name_), two(other.name_);
     const auto id = one.Id();
     return id && id == two.Id();

@@ -23,8 +23,9 @@ bool CanBeCarried(int32_t number)
 std::wstring TextOf(IErrorInfo* info, HRESULT (STDMETHODCALLTYPE IErrorInfo::*text)(BSTR*))
 {
     BSTR value = nullptr;
-    if (FAILED((info->*text)(&value)))
+    if (FAILED((info->*text)(&value))) {
         return {};
+    }
     return std::wstring(Bstr::Attach(value).View());
 }
 
@@ -38,8 +39,9 @@ std::wstring TakeText(BSTR text)
 HRESULT HresultOf(int32_t number)
 {
     // A number that reads as success would turn an error into none.
-    if (!CanBeCarried(number))
+    if (!CanBeCarried(number)) {
         return E_FAIL;
+    }
     return number < 0 ? number : static_cast<HRESULT>(runtimeErrors | static_cast<uint32_t>(number));
 }
 
@@ -54,8 +56,9 @@ std::wstring SystemText(HRESULT result)
     wchar_t text[512];
     DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
                                   static_cast<DWORD>(result), 0, text, 512, nullptr);
-    while (length && (text[length - 1] == L'\n' || text[length - 1] == L'\r' || text[length - 1] == L' '))
+    while (length && (text[length - 1] == L'\n' || text[length - 1] == L'\r' || text[length - 1] == L' ')) {
         --length;
+    }
     return length ? std::wstring(text, length) : L"Automation error";
 }
 
@@ -70,8 +73,9 @@ try {
         create->SetDescription(const_cast<LPOLESTR>(description.c_str()));
         create->SetHelpFile(const_cast<LPOLESTR>(error.helpFile.c_str()));
         create->SetHelpContext(error.helpContext);
-        if (const auto info = create.As<IErrorInfo>())
+        if (const auto info = create.As<IErrorInfo>()) {
             SetErrorInfo(0, info.Get());
+        }
     }
     return HresultOf(error.number);
 } catch (...) {
@@ -102,16 +106,19 @@ HRESULT ReportCurrentException(REFIID interfaceId) noexcept
 void TakeErrorInfo(RaisedError& error)
 {
     ComPtr<IErrorInfo> info;
-    if (GetErrorInfo(0, info.Put()) != S_OK || !info)
+    if (GetErrorInfo(0, info.Put()) != S_OK || !info) {
         return;
+    }
     error.source = TextOf(info.Get(), &IErrorInfo::GetSource);
     const std::wstring description = TextOf(info.Get(), &IErrorInfo::GetDescription);
-    if (!description.empty())
+    if (!description.empty()) {
         error.description = description;
+    }
     error.helpFile = TextOf(info.Get(), &IErrorInfo::GetHelpFile);
     DWORD context = 0;
-    if (SUCCEEDED(info->GetHelpContext(&context)))
+    if (SUCCEEDED(info->GetHelpContext(&context))) {
         error.helpContext = context;
+    }
 }
 
 void ThrowFailure(HRESULT result, IUnknown* callee, REFIID interfaceId)
@@ -119,24 +126,28 @@ void ThrowFailure(HRESULT result, IUnknown* callee, REFIID interfaceId)
     const OwnFloatingPointAfterwards after;
     RaisedError error(NumberOf(result), {}, SystemText(result));
     const auto support = ComPtr<IUnknown>(callee).As<ISupportErrorInfo>();
-    if (support && support->InterfaceSupportsErrorInfo(interfaceId) == S_OK)
+    if (support && support->InterfaceSupportsErrorInfo(interfaceId) == S_OK) {
         TakeErrorInfo(error);
+    }
     throw error;
 }
 
 void ThrowInvokeFailure(HRESULT result, EXCEPINFO& info)
 {
-    if (result != DISP_E_EXCEPTION)
+    if (result != DISP_E_EXCEPTION) {
         throw RaisedError(NumberOf(result), {}, SystemText(result));
+    }
     // An object that cannot say what it has put off has said nothing that could be read or freed.
-    if (info.pfnDeferredFillIn && FAILED(Outside([&] { return info.pfnDeferredFillIn(&info); })))
+    if (info.pfnDeferredFillIn && FAILED(Outside([&] { return info.pfnDeferredFillIn(&info); }))) {
         throw RaisedError(E_FAIL, {}, SystemText(E_FAIL));
+    }
     const int32_t ofStatus = info.scode ? NumberOf(info.scode) : E_FAIL;
     RaisedError error(info.wCode ? info.wCode : ofStatus, TakeText(info.bstrSource), TakeText(info.bstrDescription));
     error.helpFile = TakeText(info.bstrHelpFile);
     error.helpContext = info.dwHelpContext;
-    if (error.description.empty())
+    if (error.description.empty()) {
         error.description = SystemText(HresultOf(error.number));
+    }
     throw error;
 }
 

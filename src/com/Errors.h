@@ -58,8 +58,9 @@ void TakeErrorInfo(RaisedError& error);
 template <class Interface>
 void Check(HRESULT result, Interface* callee)
 {
-    if (FAILED(result))
+    if (FAILED(result)) {
         ThrowFailure(result, callee, __uuidof(Interface));
+    }
 }
 
 }  // namespace tvn2x::com

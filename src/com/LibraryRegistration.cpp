@@ -54,8 +54,9 @@ std::vector<std::pair<std::wstring, std::wstring>> InterfacesOf(ITypeLib* librar
         const bool isInterface = attributes->typekind == TKIND_DISPATCH || attributes->typekind == TKIND_INTERFACE;
         const GUID id = attributes->guid;
         info->ReleaseTypeAttr(attributes);
-        if (isInterface)
+        if (isInterface) {
             interfaces.emplace_back(L"Interface\\" + TextOf(id), NameOf(info.Get()));
+        }
     }
     return interfaces;
 }
@@ -73,8 +74,9 @@ LibraryRegistration::LibraryRegistration(ClassesKey& classes, int resource, ITyp
     id_ = TextOf(libraryId_);
     version_ = identity.version;
     path_ = Module::FileName();
-    if (!own_)
+    if (!own_) {
         path_ += L"\\" + std::to_wstring(resource);
+    }
     key_ = L"TypeLib\\" + id_ + L"\\" + version_;
     platformKey_ = key_ + L"\\0\\" + platform;
     otherPlatformKey_ = key_ + L"\\0\\" + otherPlatform;
@@ -85,11 +87,13 @@ void LibraryRegistration::Add(const std::vector<EntryFile>& replaced)
     ForgetNeeds(replaced);
     classes_.Write(platformKey_, path_.c_str(), L"");
     const auto serving = classes_.Read(platformKey_);
-    if (own_ || !serving || IsFree(*serving, replaced))
+    if (own_ || !serving || IsFree(*serving, replaced)) {
         Serve(path_);
+    }
     for (const auto& [key, name] : interfaces_) {
-        if (own_ || !IsServedByAnother(key, replaced))
+        if (own_ || !IsServedByAnother(key, replaced)) {
             AddInterface(key, name);
+        }
     }
 }
 
@@ -97,10 +101,12 @@ void LibraryRegistration::Remove()
 {
     ForgetNeeds({});
     const auto serving = classes_.Read(platformKey_);
-    if (serving && !IsFree(*serving, {}))
+    if (serving && !IsFree(*serving, {})) {
         return;
-    if (const auto heir = Heir())
+    }
+    if (const auto heir = Heir()) {
         return Serve(*heir);
+    }
     RemoveInterfaces();
     classes_.RemoveTree(platformKey_);
     RemoveUnneededKeys();
@@ -117,8 +123,9 @@ bool LibraryRegistration::IsServedByAnother(const std::wstring& interfaceKey,
                                             const std::vector<EntryFile>& replaced) const
 {
     const auto library = classes_.Read(interfaceKey + L"\\TypeLib");
-    if (!library)
+    if (!library) {
         return classes_.Read(interfaceKey + L"\\ProxyStubClsid32").has_value();
+    }
     const auto version = classes_.Read(interfaceKey + L"\\TypeLib", L"Version").value_or(version_);
     const auto path = classes_.Read(L"TypeLib\\" + *library + L"\\" + version + L"\\0\\" + platform);
     return path && !IsFree(*path, replaced);
@@ -128,8 +135,9 @@ bool LibraryRegistration::IsServedByAnother(const std::wstring& interfaceKey,
 void LibraryRegistration::ForgetNeeds(const std::vector<EntryFile>& replaced)
 {
     for (const std::wstring& path : classes_.ValueNames(platformKey_)) {
-        if (IsFree(path, replaced))
+        if (IsFree(path, replaced)) {
             classes_.RemoveValue(platformKey_, path);
+        }
     }
 }
 
@@ -137,8 +145,9 @@ void LibraryRegistration::ForgetNeeds(const std::vector<EntryFile>& replaced)
 std::optional<std::wstring> LibraryRegistration::Heir() const
 {
     for (const std::wstring& path : classes_.ValueNames(platformKey_)) {
-        if (IsThisLibrary(path))
+        if (IsThisLibrary(path)) {
             return path;
+        }
     }
     return std::nullopt;
 }
@@ -169,22 +178,26 @@ void LibraryRegistration::AddInterface(const std::wstring& key, const std::wstri
 void LibraryRegistration::RemoveInterfaces()
 {
     for (const auto& [key, name] : interfaces_) {
-        if (classes_.Read(key + L"\\TypeLib") == id_)
+        if (classes_.Read(key + L"\\TypeLib") == id_) {
             classes_.RemoveTree(key);
+        }
     }
 }
 
 /// The library's keys outlive this word length's part as long as the other one's is somebody's.
 void LibraryRegistration::RemoveUnneededKeys()
 {
-    if (const auto other = classes_.Read(otherPlatformKey_); other && !EntryFile(*other).IsGone())
+    if (const auto other = classes_.Read(otherPlatformKey_); other && !EntryFile(*other).IsGone()) {
         return classes_.Write(key_ + L"\\HELPDIR", nullptr, EntryFile(*other).Folder());
+    }
     classes_.RemoveTree(otherPlatformKey_);
-    if (!classes_.HasSubkeys(key_ + L"\\0"))
+    if (!classes_.HasSubkeys(key_ + L"\\0")) {
         classes_.RemoveTree(key_);
+    }
     const std::wstring libraryKey = L"TypeLib\\" + id_;
-    if (!classes_.HasSubkeys(libraryKey))
+    if (!classes_.HasSubkeys(libraryKey)) {
         classes_.RemoveTree(libraryKey);
+    }
 }
 
 }  // namespace tvn2x::com

@@ -37,8 +37,9 @@ std::wstring Module::Folder()
 {
     const std::wstring name = FileName();
     const size_t end = name.find_last_of(L"\\/");
-    if (end == std::wstring::npos)
+    if (end == std::wstring::npos) {
         return {};
+    }
     return name.substr(0, end == 2 ? 3 : end);
 }
 

@@ -27,11 +27,13 @@ public:
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) noexcept final
     {
-        if (!out)
+        if (!out) {
             return Refuse(E_POINTER);
+        }
         *out = FindPointer(id);
-        if (!*out)
+        if (!*out) {
             return E_NOINTERFACE;
+        }
         AddRef();
         return S_OK;
     }
@@ -58,13 +60,15 @@ public:
 
     HRESULT STDMETHODCALLTYPE GetClassInfo(ITypeInfo** out) noexcept final
     {
-        if (!out)
+        if (!out) {
             return Refuse(E_POINTER);
+        }
         *out = nullptr;
-        if constexpr (isPublished)
+        if constexpr (isPublished) {
             return Guard(IID_IProvideClassInfo, [&] { *out = ComPtr(TypeInfoOf(__uuidof(PublishedClass))).Detach(); });
-        else
+        } else {
             return Refuse(E_NOTIMPL);
+        }
     }
 
 protected:
@@ -77,8 +81,9 @@ protected:
     {
         ULONG count = references_;
         while (count != 0 && count < dying) {
-            if (references_.compare_exchange_weak(count, count + 1))
+            if (references_.compare_exchange_weak(count, count + 1)) {
                 return true;
+            }
         }
         return false;
     }
@@ -92,12 +97,15 @@ private:
 
     void* FindPointer(REFIID id) noexcept
     {
-        if (id == IID_IUnknown || id == IID_IDispatch || id == __uuidof(Default))
+        if (id == IID_IUnknown || id == IID_IDispatch || id == __uuidof(Default)) {
             return static_cast<Default*>(this);
-        if (id == IID_ISupportErrorInfo)
+        }
+        if (id == IID_ISupportErrorInfo) {
             return static_cast<ISupportErrorInfo*>(this);
-        if (isPublished && id == IID_IProvideClassInfo)
+        }
+        if (isPublished && id == IID_IProvideClassInfo) {
             return static_cast<IProvideClassInfo*>(this);
+        }
         return FindInterface(id);
     }
 

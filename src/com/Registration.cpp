@@ -23,8 +23,9 @@ void Registration::Add(const ServedClass& served)
     const std::wstring id = TextOf(served.id);
     const std::wstring key = L"CLSID\\" + id;
     const std::wstring server = key + L"\\InprocServer32";
-    if (const auto before = classes_.Read(server); before && !EntryFile(*before).Is(module_))
+    if (const auto before = classes_.Read(server); before && !EntryFile(*before).Is(module_)) {
         replaced_.emplace_back(*before);
+    }
     classes_.Write(key, nullptr, served.description);
     classes_.Write(server, nullptr, moduleName_);
     classes_.Write(server, L"ThreadingModel", L"Apartment");
@@ -41,26 +42,31 @@ void Registration::Remove(const ServedClass& served)
     const std::wstring id = TextOf(served.id);
     const std::wstring key = L"CLSID\\" + id;
     const std::wstring server = key + L"\\InprocServer32";
-    if (const auto file = classes_.Read(server); file && !EntryFile(*file).Is(module_) && !EntryFile(*file).IsGone())
+    if (const auto file = classes_.Read(server); file && !EntryFile(*file).Is(module_) && !EntryFile(*file).IsGone()) {
         return;
+    }
     classes_.RemoveTree(key);
     // Programs of 32 and 64 bits have classes of their own under one common name.
-    if (const auto other = classes_.ReadOtherView(server); other && !EntryFile(*other).IsGone())
+    if (const auto other = classes_.ReadOtherView(server); other && !EntryFile(*other).IsGone()) {
         return;
-    if (classes_.Read(std::wstring(served.name) + L"\\CLSID").value_or(id) == id)
+    }
+    if (classes_.Read(std::wstring(served.name) + L"\\CLSID").value_or(id) == id) {
         classes_.RemoveTree(served.name);
+    }
 }
 
 void Registration::AddTypeLibraries()
 {
-    for (int resource = 1; const auto library = EmbeddedLibrary(resource); ++resource)
+    for (int resource = 1; const auto library = EmbeddedLibrary(resource); ++resource) {
         LibraryRegistration(classes_, resource, library.Get()).Add(replaced_);
+    }
 }
 
 void Registration::RemoveTypeLibraries()
 {
-    for (int resource = 1; const auto library = EmbeddedLibrary(resource); ++resource)
+    for (int resource = 1; const auto library = EmbeddedLibrary(resource); ++resource) {
         LibraryRegistration(classes_, resource, library.Get()).Remove();
+    }
 }
 
 }  // namespace tvn2x::com

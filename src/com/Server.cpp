@@ -16,11 +16,13 @@ public:
 
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID id, void** out) noexcept override
     {
-        if (!out)
+        if (!out) {
             return Refuse(E_POINTER);
+        }
         *out = nullptr;
-        if (outer)
+        if (outer) {
             return CLASS_E_NOAGGREGATION;
+        }
         HRESULT result = E_UNEXPECTED;
         const HRESULT guarded = Guard(IID_IClassFactory, [&] { result = served_.create(id, out); });
         return FAILED(guarded) ? guarded : result;
@@ -40,12 +42,14 @@ private:
 
 HRESULT Server::ClassObject(REFCLSID classId, REFIID interfaceId, void** out) const noexcept
 {
-    if (!out)
+    if (!out) {
         return Refuse(E_POINTER);
+    }
     *out = nullptr;
     for (const ServedClass& served : classes_) {
-        if (served.id != classId)
+        if (served.id != classId) {
             continue;
+        }
         HRESULT result = E_UNEXPECTED;
         const HRESULT guarded = Guard(IID_IClassFactory, [&] {
             result = ComPtr<ClassFactory>::Attach(new ClassFactory(served))->QueryInterface(interfaceId, out);
@@ -59,8 +63,9 @@ HRESULT Server::Register() const noexcept
 {
     return Guard(IID_NULL, [&] {
         Registration registration(typeLibrary_);
-        for (const ServedClass& served : classes_)
+        for (const ServedClass& served : classes_) {
             registration.Add(served);
+        }
         registration.AddTypeLibraries();
         registration.Keep();
     });
@@ -70,8 +75,9 @@ HRESULT Server::Unregister() const noexcept
 {
     return Guard(IID_NULL, [&] {
         Registration registration(typeLibrary_);
-        for (const ServedClass& served : classes_)
+        for (const ServedClass& served : classes_) {
             registration.Remove(served);
+        }
         registration.RemoveTypeLibraries();
         registration.Keep();
     });

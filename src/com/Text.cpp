@@ -38,8 +38,9 @@ std::wstring TextOf(REFGUID id)
 BSTR NewBstr(std::wstring_view text)
 {
     BSTR result = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
-    if (!result)
+    if (!result) {
         throw std::bad_alloc();
+    }
     return result;
 }
 

@@ -26,8 +26,9 @@ ComPtr<ITypeInfo> ReadTypeInfo(REFIID interfaceId)
     for (int resource = 1; const auto library = EmbeddedLibrary(resource); ++resource) {
         ComPtr<ITypeInfo> info;
         result = library->GetTypeInfoOfGuid(interfaceId, info.Put());
-        if (SUCCEEDED(result))
+        if (SUCCEEDED(result)) {
             return info;
+        }
     }
     ThrowFailure(result, nullptr, interfaceId);
 }
@@ -47,11 +48,13 @@ ComPtr<ITypeLib> EmbeddedLibrary(int resource)
 ITypeInfo* TypeInfoOf(REFIID interfaceId)
 {
     const std::lock_guard lock(guard);
-    if (!known)
+    if (!known) {
         known = new TypeInfos;
+    }
     for (const auto& [id, info] : *known) {
-        if (id == interfaceId)
+        if (id == interfaceId) {
             return info.Get();
+        }
     }
     known->emplace_back(interfaceId, ReadTypeInfo(interfaceId));
     return known->back().second.Get();

@@ -24,15 +24,17 @@ public:
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) noexcept override
     {
-        if (!out)
+        if (!out) {
             return Refuse(E_POINTER);
+        }
         *out = nullptr;
-        if (id == IID_IUnknown || id == IID_IDispatch || id == __uuidof(Interface))
+        if (id == IID_IUnknown || id == IID_IDispatch || id == __uuidof(Interface)) {
             *out = static_cast<Interface*>(this);
-        else if (id == IID_ISupportErrorInfo)
+        } else if (id == IID_ISupportErrorInfo) {
             *out = static_cast<ISupportErrorInfo*>(this);
-        else
+        } else {
             return E_NOINTERFACE;
+        }
         AddRef();
         return S_OK;
     }

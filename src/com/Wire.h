@@ -40,20 +40,22 @@ using Wire = typename WireType<Value>::Type;
 template <class Value>
 Wire<Value> ToWire(Value value)
 {
-    if constexpr (std::is_same_v<Value, bool>)
+    if constexpr (std::is_same_v<Value, bool>) {
         return value ? VARIANT_TRUE : VARIANT_FALSE;
-    else
+    } else {
         return value;
+    }
 }
 
 /// The flag or number that has come through an interface: every VARIANT_BOOL but VARIANT_FALSE is true.
 template <class Value>
 Value FromWire(Wire<Value> value)
 {
-    if constexpr (std::is_same_v<Value, bool>)
+    if constexpr (std::is_same_v<Value, bool>) {
         return value != VARIANT_FALSE;
-    else
+    } else {
         return value;
+    }
 }
 
 }  // namespace tvn2x::com

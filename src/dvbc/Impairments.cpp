@@ -49,8 +49,9 @@ double ErrorPowerOfRatio(double ratio)
 double CombineRatios(std::span<const double> ratios)
 {
     double power = 0;
-    for (const double ratio : ratios)
+    for (const double ratio : ratios) {
         power += ErrorPowerOfRatio(ratio);
+    }
     return RatioOfErrorPower(power);
 }
 

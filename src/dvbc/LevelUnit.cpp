@@ -33,8 +33,9 @@ double LevelIn(LevelUnit unit, double dBuV)
 
 std::optional<double> DecibelMicrovolts(LevelUnit unit, double level)
 {
-    if (unit != LevelUnit::mV)
+    if (unit != LevelUnit::mV) {
         return level + AtZero(unit);
+    }
     return level > 0 ? std::optional(ofOneMillivolt + DecibelsOfAmplitude(level)) : std::nullopt;
 }
 

@@ -69,13 +69,15 @@ PacketErrors PacketErrorRatios(double ber)
 {
     PacketErrors errors;
     const double byteError = -std::expm1(8 * std::log1p(-std::min(ber, 0.5)));
-    if (byteError <= 0)
+    if (byteError <= 0) {
         return errors;
+    }
     double logCombinations = 0;
     for (int wrong = 1; wrong <= packetBytes; ++wrong) {
         logCombinations += std::log(static_cast<double>(packetBytes - wrong + 1) / wrong);
-        if (wrong <= correctableBytes)
+        if (wrong <= correctableBytes) {
             continue;
+        }
         const double share =
             std::exp(logCombinations + wrong * std::log(byteError) + (packetBytes - wrong) * std::log1p(-byteError));
         errors.failed += share;

@@ -29,8 +29,9 @@ std::optional<LevelTilt> FitTilt(std::vector<LevelPoint> points)
     constexpr size_t fewest = 3;
     std::erase_if(points, [](const LevelPoint& point) { return !(point.frequency > 0); });
     std::ranges::sort(points, {}, &LevelPoint::frequency);
-    if (points.size() < fewest || points.back().frequency <= points.front().frequency)
+    if (points.size() < fewest || points.back().frequency <= points.front().frequency) {
         return std::nullopt;
+    }
     const auto count = static_cast<double>(points.size());
     double x = 0, y = 0;
     for (const LevelPoint& point : points) {
@@ -45,8 +46,9 @@ std::optional<LevelTilt> FitTilt(std::vector<LevelPoint> points)
     const double slope = xy / xx;
     const auto line = [&](double frequency) { return y + slope * (std::sqrt(frequency) - x); };
     double rest = 0;
-    for (const LevelPoint& point : points)
+    for (const LevelPoint& point : points) {
         rest += Square(point.level - line(point.frequency));
+    }
     const double lowest = points.front().frequency;
     const double highest = points.back().frequency;
     return LevelTilt{lowest, highest, line(lowest), line(highest), std::sqrt(rest / count)};

@@ -25,8 +25,9 @@ void Editor::Activate()
     edit_ = {};
     notesTouched_ = false;
     page_ = Page::settings;
-    for (int32_t choice = 0; choice < choiceCount; ++choice)
+    for (int32_t choice = 0; choice < choiceCount; ++choice) {
         choices_[static_cast<size_t>(choice)] = PositionIn(document_, static_cast<Choice>(choice));
+    }
     levelUnit_ = ItemsOf(Choice::levelUnit)[static_cast<size_t>(SelectedItem(Choice::levelUnit))].text;
     FieldText(Field::defaultSymbolRate) =
         FormatNumber(document_.DefaultSymbolRate(), pattern::symbolRate, true, locale_);
@@ -82,12 +83,15 @@ void Editor::FillParameters()
 
 void Editor::NotifyAll()
 {
-    for (int32_t choice = 0; choice < choiceCount; ++choice)
+    for (int32_t choice = 0; choice < choiceCount; ++choice) {
         view_.ChoiceChanged(static_cast<Choice>(choice));
-    for (int32_t field = 0; field < fieldCount; ++field)
+    }
+    for (int32_t field = 0; field < fieldCount; ++field) {
         view_.FieldChanged(static_cast<Field>(field));
-    for (int32_t check = 0; check < checkCount; ++check)
+    }
+    for (int32_t check = 0; check < checkCount; ++check) {
         view_.CheckChanged(static_cast<Check>(check));
+    }
     for (const Grid grid : {Grid::channels, Grid::parameters}) {
         view_.GridChanged(grid);
         view_.SelectionChanged(grid);
@@ -108,21 +112,24 @@ bool Editor::CellChecked(Column column, int32_t row) const
 
 void Editor::SelectPage(Page page)
 {
-    if (page == page_)
+    if (page == page_) {
         return;
+    }
     CommitCellEdit(Leave::elsewhere);
     page_ = page;
     view_.PageChanged();
-    if (notesFocused_)
+    if (notesFocused_) {
         FocusMoved(Control::other, 0);
+    }
 }
 
 void Editor::FocusMoved(Control control, Column column)
 {
     focus_ = control;
     focusColumn_ = column;
-    if (control != Control::cellEditor || column != edit_.column)
+    if (control != Control::cellEditor || column != edit_.column) {
         CommitCellEdit(Leave::elsewhere);
+    }
     const bool inNotes = control == Control::notes;
     if (inNotes != notesFocused_) {
         notesFocused_ = inNotes;
@@ -132,8 +139,9 @@ void Editor::FocusMoved(Control control, Column column)
 
 void Editor::SelectItem(Choice choice, int32_t position)
 {
-    if (position < 0 || position >= static_cast<int32_t>(ItemsOf(choice).size()))
+    if (position < 0 || position >= static_cast<int32_t>(ItemsOf(choice).size())) {
         return;
+    }
     if (choice == Choice::levelUnit) {
         CommitCellEdit(Leave::elsewhere);
         ShowLevelUnit(ItemsOf(choice)[static_cast<size_t>(position)].text);
@@ -148,12 +156,14 @@ void Editor::ShowLevelUnit(std::wstring_view unit)
     captions.reserve(parameters_.rows.size());
     for (const GridRow& row : parameters_.rows) {
         std::wstring& caption = captions.emplace_back(row.text[0]);
-        for (size_t at = 0; (at = caption.find(levelUnit_, at)) != std::wstring::npos; at += unit.size())
+        for (size_t at = 0; (at = caption.find(levelUnit_, at)) != std::wstring::npos; at += unit.size()) {
             caption.replace(at, levelUnit_.size(), unit);
+        }
     }
     levelUnit_ = unit;
-    for (int32_t row = 1; row < parameters_.Count(); ++row)
+    for (int32_t row = 1; row < parameters_.Count(); ++row) {
         SetCell(captionColumn, row, std::move(captions[static_cast<size_t>(row)]));
+    }
 }
 
 bool Editor::IsNumericKey(wchar_t character) const
@@ -165,16 +175,18 @@ bool Editor::FieldChar(Field field, wchar_t character)
 {
     const bool fits =
         field == Field::maxSettlingTime ? character >= L'0' && character <= L'9' : IsNumericKey(character);
-    if (fits || IsClipboardKey(character) || character == key::backspace)
+    if (fits || IsClipboardKey(character) || character == key::backspace) {
         return true;
+    }
     view_.Beep();
     return false;
 }
 
 bool Editor::AllowNotesEdit(bool touchesProtected)
 {
-    if (!touchesProtected || updating_)
+    if (!touchesProtected || updating_) {
         return true;
+    }
     view_.Beep();
     return false;
 }
@@ -186,8 +198,9 @@ void Editor::NotesButton(bool protect)
         notesTouched_ = true;
         view_.ProtectNotesSelection(false);
         view_.ColourNotesSelection(protect ? palette::darkBlue : palette::black);
-        if (protect)
+        if (protect) {
             view_.ProtectNotesSelection(true);
+        }
     }
     view_.Focus(Control::notes, 0);
 }

@@ -17,8 +17,9 @@ bool Editor::IsEditable(Column column, int32_t row) const
 std::wstring Editor::WithoutUnit(std::wstring text) const
 {
     const std::wstring suffix = WithUnit({});
-    if (text.ends_with(suffix))
+    if (text.ends_with(suffix)) {
         text.resize(text.size() - suffix.size());
+    }
     return text;
 }
 
@@ -30,8 +31,9 @@ std::wstring Editor::WithUnit(const std::wstring& text) const
 void Editor::SetCell(Column column, int32_t row, std::wstring text)
 {
     std::wstring& cell = Rows(column).Text(column, row);
-    if (cell == text)
+    if (cell == text) {
         return;
+    }
     cell = std::move(text);
     view_.CellChanged(column, row);
 }
@@ -54,37 +56,43 @@ void Editor::CellClicked(Column column, int32_t row)
 {
     CommitCellEdit(Leave::elsewhere);
     GridRows& grid = Rows(column);
-    if (row < 0 || row >= grid.Count())
+    if (row < 0 || row >= grid.Count()) {
         return;
+    }
     SelectRow(grid, row);
-    if (IsCheckColumn(column))
+    if (IsCheckColumn(column)) {
         ToggleCheck(column, row);
-    else
+    } else {
         BeginCellEdit(column, row, grid.top);
+    }
 }
 
 void Editor::RowSelected(Column column, int32_t row)
 {
     CommitCellEdit(Leave::elsewhere);
-    if (row >= 0 && row < Rows(column).Count())
+    if (row >= 0 && row < Rows(column).Count()) {
         SelectRow(Rows(column), row);
+    }
 }
 
 void Editor::Scrolled(Column column, int32_t topRow)
 {
     GridRows& grid = Rows(column);
-    if (topRow == grid.top)
+    if (topRow == grid.top) {
         return;
-    if (GridOf(edit_.column) == grid.grid)
+    }
+    if (GridOf(edit_.column) == grid.grid) {
         CommitCellEdit(Leave::toList);
+    }
     grid.ScrollTo(topRow);
     SyncGridColumns(grid);
 }
 
 bool Editor::ListChar(Column column, wchar_t character)
 {
-    if (character != key::space)
+    if (character != key::space) {
         return false;
+    }
     CellClicked(column, Rows(column).selected);
     return true;
 }
@@ -92,12 +100,14 @@ bool Editor::ListChar(Column column, wchar_t character)
 void Editor::BeginCellEdit(Column column, int32_t row, int32_t topRow)
 {
     CommitCellEdit(Leave::elsewhere);
-    if (!IsEditable(column, row))
+    if (!IsEditable(column, row)) {
         return;
+    }
     GridRows& grid = Rows(column);
     std::wstring text = grid.Text(column, row);
-    if (column == captionColumn && grid.At(row).itemData == MP_RFLEV)
+    if (column == captionColumn && grid.At(row).itemData == MP_RFLEV) {
         text = WithoutUnit(std::move(text));
+    }
     const auto length = static_cast<int32_t>(text.size());
     edit_ = {true, column, row, std::move(text), 0, length};
     grid.ScrollTo(topRow);
@@ -109,8 +119,9 @@ void Editor::BeginCellEdit(Column column, int32_t row, int32_t topRow)
 
 bool Editor::CellKeyDown(int32_t pressed, bool shift)
 {
-    if (!edit_.open)
+    if (!edit_.open) {
         return false;
+    }
     switch (pressed) {
         case key::enter:
             CommitCellEdit(Leave::toList);
@@ -128,11 +139,13 @@ bool Editor::CellKeyDown(int32_t pressed, bool shift)
 
 bool Editor::CellChar(wchar_t character)
 {
-    if (character == key::enter || character == key::escape)
+    if (character == key::enter || character == key::escape) {
         return false;
+    }
     const bool isNumber = edit_.column == MP_FREQUENCY || edit_.column == MP_SYMBOLRATE;
-    if (!isNumber || IsClipboardKey(character) || character == key::backspace || IsNumericKey(character))
+    if (!isNumber || IsClipboardKey(character) || character == key::backspace || IsNumericKey(character)) {
         return true;
+    }
     view_.Beep();
     return false;
 }
@@ -140,8 +153,9 @@ bool Editor::CellChar(wchar_t character)
 /// Puts the edited text into its cell. Text in the placeholder row makes a channel of it, with a new placeholder below.
 void Editor::CommitCellEdit(Leave leave)
 {
-    if (!edit_.open)
+    if (!edit_.open) {
         return;
+    }
     const auto [open, column, row, text, start, length] = edit_;
     GridRows& grid = Rows(column);
     const bool hasUnit = column == captionColumn && grid.At(row).itemData == MP_RFLEV;
@@ -153,8 +167,9 @@ void Editor::CommitCellEdit(Leave leave)
             std::wstring symbolRate = Text(Field::defaultSymbolRate);
             grid.rows.push_back(PlaceholderRow());
             view_.RowsInserted(grid.grid, grid.Count() - 1, 1);
-            if (column != MP_SYMBOLRATE)
+            if (column != MP_SYMBOLRATE) {
                 SetCell(MP_SYMBOLRATE, row, std::move(symbolRate));
+            }
         }
         SetCell(column, row, std::move(committed));
     }
@@ -170,8 +185,9 @@ void Editor::CloseCellEdit(Leave leave)
     view_.CellEditorChanged();
     view_.ButtonRolesChanged();
     const bool isEnabled = page_ == (grid.grid == Grid::channels ? Page::frequencies : Page::parameters);
-    if (leave == Leave::toList && isEnabled)
+    if (leave == Leave::toList && isEnabled) {
         view_.Focus(Control::list, column);
+    }
 }
 
 /// The cell that Tab or Shift+Tab leads to: across a channel's columns, then to the next row, round the whole grid.

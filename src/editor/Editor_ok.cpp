@@ -25,10 +25,11 @@ std::wstring WithWholeLineEnds(const std::wstring& text)
     result.reserve(text.size());
     for (size_t at = 0; at < text.size(); ++at) {
         const bool isPair = text[at] == L'\r' && at + 1 < text.size() && text[at + 1] == L'\n';
-        if (text[at] == L'\r' || text[at] == L'\n')
+        if (text[at] == L'\r' || text[at] == L'\n') {
             result += L"\r\n";
-        else if (text[at] != L'\0')
+        } else if (text[at] != L'\0') {
             result += text[at];
+        }
         at += isPair ? 1 : 0;
     }
     return result;
@@ -49,12 +50,14 @@ double Editor::NumberIn(std::wstring_view text) const
 void Editor::Ok()
 {
     CommitCellEdit(Leave::elsewhere);
-    if (!CheckSettlingTime() || !CheckDefaultSymbolRate() || !CheckChannels())
+    if (!CheckSettlingTime() || !CheckDefaultSymbolRate() || !CheckChannels()) {
         return;
+    }
     // Notes that nobody has touched go back as they came, be they plain text or rich.
     std::wstring notes = notesTouched_ ? WithWholeLineEnds(view_.NotesAsRichText()) : document_.Notes();
-    if (notesTouched_ && !CheckNotes(notes))
+    if (notesTouched_ && !CheckNotes(notes)) {
         return;
+    }
 
     // Whatever fails on the way, the document is the old one or the new one.
     static_assert(std::is_nothrow_move_assignable_v<SetupDocument>);
@@ -77,8 +80,9 @@ void Editor::RefuseField(Field field)
 bool Editor::CheckSettlingTime()
 {
     const double seconds = NumberIn(Text(Field::maxSettlingTime));
-    if (seconds > 0 && seconds <= longestSettlingTime)
+    if (seconds > 0 && seconds <= longestSettlingTime) {
         return true;
+    }
     messages_.Show(
         L"Maximum settling time is out of range\r\n\r\n Please enter a value between 1 and 300, expressed in seconds",
         L"Setup", MessageIcon::warning);
@@ -118,8 +122,9 @@ bool Editor::CheckChannels()
 /// Notes that no setup file can hold would be lost with the next save.
 bool Editor::CheckNotes(const std::wstring& notes)
 {
-    if (CanStoreNotes(notes))
+    if (CanStoreNotes(notes)) {
         return true;
+    }
     messages_.Show(L"The notes are too long to be saved: " + std::to_wstring(ProcessCrLf(notes, 0).size()) +
                        L" characters with their formatting, of at most 32767.\r\n\r\nPlease shorten them.",
                    L"Setup", MessageIcon::warning);
@@ -148,8 +153,9 @@ void Editor::WriteChannels(SetupDocument& document) const
 
 void Editor::WriteSettings(SetupDocument& document) const
 {
-    for (int32_t choice = 0; choice < choiceCount; ++choice)
+    for (int32_t choice = 0; choice < choiceCount; ++choice) {
         StoreChoice(document, static_cast<Choice>(choice), choices_[static_cast<size_t>(choice)]);
+    }
     document.DefaultSymbolRate(NumberIn(Text(Field::defaultSymbolRate)));
     document.MaxSettlingTime(static_cast<int32_t>(std::nearbyint(NumberIn(Text(Field::maxSettlingTime)))));
     document.CoupleDisplayAndSave(Checked(Check::couple));
@@ -179,12 +185,14 @@ void Editor::WriteParameters(SetupDocument& document) const
         const GridRow& shown = parameters_.At(row);
         hasRow[static_cast<size_t>(shown.itemData)] = true;
         write(shown.itemData, shown.checked[displayColumn], shown.checked[saveColumn]);
-        if (document.Caption(shown.itemData) != shown.text[captionColumn])
+        if (document.Caption(shown.itemData) != shown.text[captionColumn]) {
             document.Caption(shown.itemData, shown.text[captionColumn]);
+        }
     }
     for (int32_t parameter = MP_FIRST; parameter <= parameterCount_; ++parameter) {
-        if (!hasRow[static_cast<size_t>(parameter)])
+        if (!hasRow[static_cast<size_t>(parameter)]) {
             write(parameter, false, false);
+        }
     }
 }
 

@@ -49,8 +49,9 @@ void Editor::Execute(RowCommand command, Grid name)
 void Editor::InsertRow(GridRows& grid)
 {
     const bool isParameter = grid.grid == Grid::parameters;
-    if (isParameter && parameterCount_ >= mostParameters)
+    if (isParameter && parameterCount_ >= mostParameters) {
         return view_.Beep();
+    }
     const int32_t row = std::max(grid.selected, FirstRow(grid));
     GridRow inserted = isParameter ? GridRow{{noValue, L" ", L" "}, {}, parameterCount_ + 1}
                                    : GridRow{{noValue, noValue, Text(Field::defaultSymbolRate)}, {}, 0};
@@ -64,48 +65,55 @@ void Editor::InsertRow(GridRows& grid)
 void Editor::DeleteRow(GridRows& grid)
 {
     const int32_t row = grid.selected;
-    if (!Takes(grid, row))
+    if (!Takes(grid, row)) {
         return view_.Beep();
+    }
     const int32_t parameter = grid.At(row).itemData;
     grid.rows.erase(grid.rows.begin() + row);
-    if (parameter > MP_LAST)
+    if (parameter > MP_LAST) {
         ForgetParameter(parameter);
+    }
     view_.RowsRemoved(grid.grid, row, 1);
     SelectRow(grid, std::min(row, grid.Count() - 1));
     RenumberGroup(grid);
-    if (grid.grid == Grid::channels && grid.Count() == 1)
+    if (grid.grid == Grid::channels && grid.Count() == 1) {
         ClearArrows();
+    }
 }
 
 /// Added parameters stay numbered without gaps. The catalogue's own numbers are fixed.
 void Editor::ForgetParameter(int32_t parameter)
 {
-    for (GridRow& row : parameters_.rows)
+    for (GridRow& row : parameters_.rows) {
         row.itemData -= row.itemData > parameter ? 1 : 0;
+    }
     --parameterCount_;
 }
 
 void Editor::MoveRow(GridRows& grid, int32_t step)
 {
     const int32_t row = grid.selected;
-    if (!Takes(grid, row) || !Takes(grid, row + step))
+    if (!Takes(grid, row) || !Takes(grid, row + step)) {
         return view_.Beep();
+    }
     std::swap(grid.At(row), grid.At(row + step));
     for (size_t index = 0; index < 3; ++index) {
         view_.CellChanged(grid.ColumnAt(index), row);
         view_.CellChanged(grid.ColumnAt(index), row + step);
     }
     RenumberGroup(grid);
-    if (grid.grid == Grid::channels)
+    if (grid.grid == Grid::channels) {
         ClearArrows();
+    }
     SelectRow(grid, row + step);
 }
 
 /// What follows from the rows as they now are: the first parameter row shows whether all the others are marked.
 void Editor::RenumberGroup(const GridRows& grid)
 {
-    if (grid.grid == Grid::channels)
+    if (grid.grid == Grid::channels) {
         return;
+    }
     Mark(displayColumn, 0, AllAreSet(displayColumn));
     Mark(saveColumn, 0, AllAreSet(saveColumn));
 }
@@ -120,8 +128,9 @@ bool Editor::AllAreSet(Column column) const
 void Editor::Mark(Column column, int32_t row, bool checked)
 {
     bool& mark = parameters_.At(row).checked[static_cast<size_t>(column)];
-    if (mark == checked)
+    if (mark == checked) {
         return;
+    }
     mark = checked;
     view_.CellChanged(column, row);
 }
@@ -133,27 +142,31 @@ void Editor::ToggleCheck(Column column, int32_t row)
     const int32_t first = row == 0 ? 1 : row;
     const int32_t last = row == 0 ? parameters_.Count() - 1 : row;
     for (const Column list : {displayColumn, saveColumn}) {
-        if (list != column && !Checked(Check::couple))
+        if (list != column && !Checked(Check::couple)) {
             continue;
-        for (int32_t each = first; each <= last; ++each)
+        }
+        for (int32_t each = first; each <= last; ++each) {
             Mark(list, each, checked);
+        }
     }
     RenumberGroup(parameters_);
 }
 
 void Editor::HeadingAccessKey(Column column)
 {
-    if (focus_ == Control::list && focusColumn_ == column)
+    if (focus_ == Control::list && focusColumn_ == column) {
         HeadingClicked(column);
-    else
+    } else {
         view_.Focus(Control::list, column);
+    }
 }
 
 void Editor::HeadingClicked(Column column)
 {
     CommitCellEdit(Leave::elsewhere);
-    if (GridOf(column) != Grid::channels || channels_.Count() < 2)
+    if (GridOf(column) != Grid::channels || channels_.Count() < 2) {
         return;
+    }
     if (channels_.Count() - 1 > clsQuickSort::mostRows) {
         messages_.Show(
             L"The list has more than " + std::to_wstring(clsQuickSort::mostRows) + L" channels and cannot be sorted.",
@@ -196,8 +209,9 @@ void Editor::SortChannels(Column column, SortArrow arrow)
     int32_t selected = channels_.selected;
     for (int32_t row = 1; row <= sorter.Rows(); ++row) {
         const int32_t before = std::stoi(sorter.Cell(row, position));
-        if (before == channels_.selected)
+        if (before == channels_.selected) {
             selected = row - 1;
+        }
         sorted.push_back(std::move(channels_.At(before)));
     }
     sorted.push_back(std::move(channels_.rows.back()));

@@ -21,10 +21,12 @@ constexpr const wchar_t* title = L"Setup";
 /// "" for a value within its limits. Written so that NaN is too low.
 std::wstring Fault(const double* value, double lowest, double highest, const wchar_t* name)
 {
-    if (value != nullptr && !(*value >= lowest))
+    if (value != nullptr && !(*value >= lowest)) {
         return std::wstring(name) + L" too low.";
-    if (value != nullptr && *value > highest)
+    }
+    if (value != nullptr && *value > highest) {
         return std::wstring(name) + L" too high.";
+    }
     return {};
 }
 
@@ -32,8 +34,9 @@ std::wstring Fault(const double* value, double lowest, double highest, const wch
 void Snap(double& value, double snapped, const wchar_t* name, const wchar_t* pattern, const wchar_t* unit,
           MessageBoxes& messages, const Locale& locale)
 {
-    if (std::fabs(value - snapped) <= sameValue)
+    if (std::fabs(value - snapped) <= sameValue) {
         return;
+    }
     messages.Show(std::wstring(name) + L" rounded to " + FormatNumber(snapped, pattern, true, locale) + unit, title,
                   MessageIcon::information);
     value = snapped;
@@ -55,10 +58,11 @@ int16_t ValidateChannel(double* frequency, double* symbolRate, MessageBoxes& mes
         status = channel_status::badFrequency;
     }
     if (!symbolRateFault.empty()) {
-        if (message.empty())
+        if (message.empty()) {
             status = channel_status::badSymbolRate;
-        else
+        } else {
             message += L"\n\n";
+        }
         message += symbolRateFault + L"\n\nPlease enter a value expressed in MSymb/s, between " +
                    number(lowestSymbolRate) + L" and " + number(highestSymbolRate) + L", to a resolution of " +
                    number(symbolRateStep * 1e6) + L" SPS.";

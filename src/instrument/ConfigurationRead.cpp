@@ -17,17 +17,19 @@ constexpr int32_t wrongMode = 1002;
 void TakeLevelUnit(SetupDocument& document, Receiver& receiver)
 {
     const std::wstring_view name = LevelUnitName(receiver.LevelUnit());
-    if (!name.empty())
+    if (!name.empty()) {
         document.LevelUnitDirect(std::wstring(name));
+    }
 }
 
 /// What the receiver is tuned to, which only a number can say: a document with anything else could not be loaded again.
 double InMega(double value, const wchar_t* what)
 {
     constexpr double highest = 1e15;
-    if (!(std::abs(value) <= highest))
+    if (!(std::abs(value) <= highest)) {
         throw RaisedError(error::typeMismatch, L"clsSetup.GetConfiguration",
                           std::wstring(L"The receiver reports a ") + what + L" that is no number");
+    }
     return value / perMega;
 }
 

@@ -21,8 +21,9 @@ struct ConfigurationPeers
 /// Tells the parent what begins, at which progress value, and how many steps there are.
 inline void Announce(const ConfigurationPeers& with, const std::wstring& status, double progress, int16_t steps)
 {
-    if (!with.parent)
+    if (!with.parent) {
         return;
+    }
     with.parent->Status(status);
     with.parent->Progress(progress, steps);
 }
@@ -33,10 +34,12 @@ inline void RunSteps(const ConfigurationPeers& with, double first, std::initiali
 {
     double progress = first;
     for (const auto& step : steps) {
-        if (with.runControl.StopFlag())
+        if (with.runControl.StopFlag()) {
             return;
-        if (with.parent)
+        }
+        if (with.parent) {
             with.parent->Progress(progress);
+        }
         step();
         progress += 1;
     }

@@ -43,8 +43,9 @@ RaisedError InWordsForTheUser(const RaisedError& error)
     const auto* message = std::find_if(std::begin(messages), std::end(messages), [&](const Message& row) {
         return error.description.find(row.description) != std::wstring::npos;
     });
-    if (message == std::end(messages) || message->words.empty())
+    if (message == std::end(messages) || message->words.empty()) {
         return error;
+    }
     RaisedError told = error;
     told.description = message->words;
     return told;
@@ -52,8 +53,9 @@ RaisedError InWordsForTheUser(const RaisedError& error)
 
 void SendMode(Receiver& receiver)
 {
-    if (receiver.Mode() == dvbCDemodulator)
+    if (receiver.Mode() == dvbCDemodulator) {
         return;
+    }
     receiver.Mode(dvbCDemodulator);
     if (receiver.Mode() != dvbCDemodulator) {
         throw RaisedError(modeRefused, source,
@@ -63,17 +65,19 @@ void SendMode(Receiver& receiver)
 
 void SendInputSettings(int32_t route, Receiver& receiver)
 {
-    if (route == demodulatorRoute)
+    if (route == demodulatorRoute) {
         receiver.DemodulatorGainControl(automaticGain);
-    else if (route != intermediateRoute)
+    } else if (route != intermediateRoute) {
         receiver.InputAttenuation(automaticAttenuation);
+    }
 }
 
 void SendLevelUnit(const std::wstring& name, Receiver& receiver)
 {
     const int32_t code = LevelUnitCode(name);
-    if (code >= 0)
+    if (code >= 0) {
         receiver.LevelUnit(code);
+    }
 }
 
 /// A filter that the receiver has not got is switched off, rather than measuring through another one. The filters of 6
@@ -84,8 +88,9 @@ void SendSawFilter(int32_t wanted, Receiver& receiver)
     const int32_t taken = receiver.SawBandwidth();
     const bool neighbours = wanted == 6 || wanted == 7;
     const bool right = neighbours ? taken == 6 || taken == 7 : taken == wanted;
-    if (!right && (neighbours || wanted == 2 || wanted == 8))
+    if (!right && (neighbours || wanted == 2 || wanted == 8)) {
         receiver.SawBandwidth(0);
+    }
 }
 
 void SendReferenceSource(int32_t reference, const ConfigurationPeers& with)

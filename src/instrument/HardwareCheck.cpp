@@ -26,22 +26,25 @@ HardwareCheck::ModeState HardwareCheck::Mode() const
     Receiver& receiver = open_();
     const OptionNeed* need = FindNeed(Capability::mode, document_.mode);
     const std::wstring options = receiver.InstalledOptions();
-    if (need && !IsMet(*need, options))
+    if (need && !IsMet(*need, options)) {
         return modeMissing;
+    }
     return receiver.Mode() == document_.mode ? modeActive : modeInactive;
 }
 
 bool HardwareCheck::ActivateMode() const
 {
     try {
-        if (Mode() == modeMissing)
+        if (Mode() == modeMissing) {
             return false;
+        }
     } catch (const RaisedError&) {
         return false;
     }
     Receiver& receiver = open_();
-    if (TryMode(receiver) == document_.mode)
+    if (TryMode(receiver) == document_.mode) {
         return true;
+    }
     try {
         receiver.Mode(document_.mode);
     } catch (const RaisedError&) {
@@ -58,8 +61,9 @@ bool HardwareCheck::ExtRef() const
 
 bool HardwareCheck::InputPort() const
 {
-    if (document_.Zin() == input_route::intermediate)
+    if (document_.Zin() == input_route::intermediate) {
         return true;
+    }
     const OptionNeed* need = FindNeed(Capability::route, document_.Zin());
     return need && IsMet(*need, open_().InstalledOptions());
 }

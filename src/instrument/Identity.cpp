@@ -43,8 +43,9 @@ bool Identify(Instrument& instrument, Receiver& receiver, std::wstring& identity
 {
     identity.clear();
     Succeeds([&] { instrument.Online(true); });
-    if (!Answer([&] { return instrument.Online(); }))
+    if (!Answer([&] { return instrument.Online(); })) {
         return false;
+    }
 
     bool result = Same(Answer([&] { return instrument.Manufacturer(); }), expectedManufacturer) &&
                   Same(Answer([&] { return instrument.Model(); }), expectedModel);

@@ -22,7 +22,7 @@ constexpr double bitsPerSample = 1e7;
 constexpr int16_t progressTotal = 30;
 constexpr double longestWait = 23 * 3600;  ///< seconds; clsTimeout cannot tell a day or more
 constexpr double largestReading = 1e15;    ///< of any unit, far beyond what is measured
-constexpr std::size_t longestText = 64;    ///< of a driver's own words; no display of a receiver holds more
+constexpr size_t longestText = 64;         ///< of a driver's own words; no display of a receiver holds more
 
 constexpr std::wstring_view notMeasured = L"---";
 constexpr std::wstring_view rangeMarkers = L" --- UNDER OVER ";
@@ -59,8 +59,9 @@ bool IsRangeMarker(std::wstring_view text)
 /// A driver's own words as a cell holds them: control characters as blanks, "---" where it is no text for people.
 std::wstring CellText(std::wstring text)
 {
-    if (text.size() > longestText)
+    if (text.size() > longestText) {
         return std::wstring(notMeasured);
+    }
     const auto isControl = [](wchar_t c) { return c < L' ' || (c >= L'\u007F' && c <= L'\u009F'); };
     std::ranges::replace_if(text, isControl, L' ');
     return text;
@@ -102,8 +103,9 @@ void ChannelRun::Synchronise()
     ReportStatus(L"Synchronising");
     Store(1, MP_STATUS, L"Synchronising");
     ReportCell(-1);
-    if (parent_ != nullptr)
+    if (parent_ != nullptr) {
         parent_->ChannelStart(frequency_ * perMega, symbolRate_ * perMega);
+    }
     bitTime_ = bitsPerSample / (symbolRate_ * perMega * (std::log(document_.OrderOfQam()) / std::log(2.0)));
     PollStopFlag();
     ReportProgress();
@@ -126,8 +128,9 @@ void ChannelRun::TuneReceiver()
     ReportProgress();
 
     runControl_.Pause(0.1F);
-    if (receiver_.Hold())
+    if (receiver_.Hold()) {
         receiver_.Hold(false);
+    }
     PollStopFlag();
     ReportProgress();
 }
@@ -135,24 +138,28 @@ void ChannelRun::TuneReceiver()
 void ChannelRun::WaitForLocks()
 {
     clsTimeout settling = StartTimer(document_.MaxSettlingTime());
-    if (WantsErrorCounters())
+    if (WantsErrorCounters()) {
         receiver_.ResetErrorCounters();
+    }
     PollStopFlag();
     ReportProgress();
 
-    if (WaitFor(settling, [this] { return receiver_.RfSignalPresent(); }))
+    if (WaitFor(settling, [this] { return receiver_.RfSignalPresent(); })) {
         state_ |= rfPresent;
+    }
     PollStopFlag();
     ReportProgress();
 
     referenceCanBeLost_ = document_.ReferenceSource() == 1 && HasReferenceInput(receiver_.InstalledOptions());
-    if (!referenceCanBeLost_ || WaitFor(settling, [this] { return receiver_.ReferenceLocked(); }))
+    if (!referenceCanBeLost_ || WaitFor(settling, [this] { return receiver_.ReferenceLocked(); })) {
         state_ |= referenceLocked;
+    }
     PollStopFlag();
     ReportProgress();
 
-    if (state_ == (rfPresent | referenceLocked) && WaitFor(settling, [this] { return CarrierHolds(); }))
+    if (state_ == (rfPresent | referenceLocked) && WaitFor(settling, [this] { return CarrierHolds(); })) {
         state_ |= carrierLocked;
+    }
     PollStopFlag();
     ReportProgress();
 
@@ -171,8 +178,9 @@ bool ChannelRun::WaitFor(clsTimeout& settling, Condition holds)
 {
     while (settling.State() != tmoExpired) {
         const bool reached = holds();
-        if (runControl_.StopFlag() || reached)
+        if (runControl_.StopFlag() || reached) {
             return true;
+        }
     }
     return false;
 }
@@ -184,15 +192,17 @@ void ChannelRun::Measure()
     BeginErrorInterval();
 
     MeasureColumn(MP_RFLEV, [this] {
-        if (Has(rfPresent) || receiver_.RfSignalPresent())
+        if (Has(rfPresent) || receiver_.RfSignalPresent()) {
             StoreReading(MP_RFLEV, &Receiver::ReadRfLevel);
+        }
     });
     ShowLock(MP_REF, referenceLocked);
     ShowLock(MP_SYNC, carrierLocked);
     ShowLock(MP_DATA, tsLocked);
     MeasureColumn(MP_BER, [this] {
-        if (Has(tsLocked))
+        if (Has(tsLocked)) {
             IntegrateBer();
+        }
     });
     for (const PlainReading& plain : plainReadings) {
         MeasureColumn(plain.parameter, [this, &plain] { StoreReading(plain.parameter, plain.read); });
@@ -216,8 +226,9 @@ void ChannelRun::BeginMeasuring()
 
 void ChannelRun::BeginErrorInterval()
 {
-    if (!WantsErrorCounters())
+    if (!WantsErrorCounters()) {
         return;
+    }
     Guarded([this] { Recheck(); });
     if (!Has(controlError)) {
         Guarded([this] {
@@ -235,13 +246,15 @@ void ChannelRun::MeasureColumn(MP_TYPES parameter, Read read)
         Guarded([&] { table_.ClearColumn(parameter, channel_); });
         Guarded([&] { ReportCell(-1); });
         Guarded([&] { Recheck(); });
-        if (!Has(controlError))
+        if (!Has(controlError)) {
             Guarded(read);
+        }
         bool missing = false;
         Defining([&] {
             missing = table_.Result(0, parameter, channel_).empty();
-            if (missing)
+            if (missing) {
                 Store(0, parameter, notMeasured);
+            }
         });
         if (missing) {
             Guarded([&] { ReportCell(static_cast<int16_t>(parameter)); });
@@ -273,8 +286,9 @@ void ChannelRun::IntegrateBer()
         const double ratio = receiver_.ReadBer();
         const std::wstring valueStatus = receiver_.ValueStatus();
         const std::wstring countState = receiver_.BerState();
-        if (countState == notMeasured)
+        if (countState == notMeasured) {
             return;
+        }
         const std::wstring result = CleanBerResult(receiver_.BerResult());
         if (!IsReading(ratio)) {
             Store(0, MP_BER, notMeasured);
@@ -296,21 +310,25 @@ void ChannelRun::StoreErrorRate(MP_TYPES parameter, double dvbc::ErroredTime::*c
 {
     double percent = 100;
     if (Has(tsLocked | tsLost)) {
-        if (!intervalStart_)
+        if (!intervalStart_) {
             return;
+        }
         const double before = countersAtStart_.*counter;
         const double after = receiver_.ErrorCounters().*counter;
         const double now = clock_.SteadySeconds();
-        if (!IsReading(before) || !IsReading(after) || after < before)
+        if (!IsReading(before) || !IsReading(after) || after < before) {
             return;
+        }
         if (after > before) {
-            if (now - *intervalStart_ < 1)
+            if (now - *intervalStart_ < 1) {
                 return;
+            }
             percent = 100 * (after - before) / (std::floor(now) - std::floor(*intervalStart_));
         }
     }
-    if (!IsReading(percent))
+    if (!IsReading(percent)) {
         return;
+    }
     StoreNumber(parameter, percent);
     ReportCell(static_cast<int16_t>(parameter));
 }
@@ -346,14 +364,18 @@ void ChannelRun::Finish()
 
 void ChannelRun::Recheck()
 {
-    if (Has(rfPresent))
+    if (Has(rfPresent)) {
         Recheck(rfPresent, receiver_.RfSignalPresent());
-    if (Has(referenceLocked) && referenceCanBeLost_)
+    }
+    if (Has(referenceLocked) && referenceCanBeLost_) {
         Recheck(referenceLocked, receiver_.ReferenceLocked());
-    if (Has(carrierLocked))
+    }
+    if (Has(carrierLocked)) {
         Recheck(carrierLocked, CarrierHolds());
-    if (Has(tsLocked))
+    }
+    if (Has(tsLocked)) {
         Recheck(tsLocked, !receiver_.TsError());
+    }
 }
 
 void ChannelRun::Recheck(SyncState lock, bool holds)
@@ -382,8 +404,9 @@ std::wstring ChannelRun::FormatReading(MP_TYPES parameter, double value) const
 std::wstring ChannelRun::CleanBerResult(const std::wstring& result) const
 {
     std::wstring text(TrimBlanks(CellText(result)));
-    if (const std::size_t point = text.find(L'.'); point != std::wstring::npos)
+    if (const size_t point = text.find(L'.'); point != std::wstring::npos) {
         text[point] = locale_.DecimalMark();
+    }
     return text;
 }
 
@@ -396,21 +419,24 @@ void ChannelRun::PollStopFlag()
 
 void ChannelRun::ReportStatus(std::wstring_view phase)
 {
-    if (parent_ != nullptr)
+    if (parent_ != nullptr) {
         parent_->Status(std::wstring(phase) + L" at " + frequencyText_ + L" MHz");
+    }
 }
 
 void ChannelRun::ReportCell(int16_t column)
 {
-    if (parent_ != nullptr)
+    if (parent_ != nullptr) {
         parent_->CellChanged(channel_, column);
+    }
 }
 
 void ChannelRun::ReportProgress()
 {
     progress_ += 1.0;
-    if (parent_ != nullptr)
+    if (parent_ != nullptr) {
         parent_->Progress(progress_, progressTotal);
+    }
 }
 
 void ChannelRun::EndStep()

@@ -25,7 +25,7 @@ constexpr std::array<Word, 5> sawFilters{{{0, L"Off"}, {2, L"2 MHz"}, {6, L"6 MH
 constexpr std::array<Word, 2> references{{{0, L"Internal"}, {1, L"External"}}};
 
 /// A value without a word keeps its number.
-template <std::size_t n>
+template <size_t n>
 std::wstring InWords(const std::array<Word, n>& words, int32_t value)
 {
     const auto word = std::ranges::find(words, value, &Word::value);
@@ -75,9 +75,11 @@ std::vector<int32_t> Saved(const SetupDocument& document, int32_t first, int32_t
 {
     constexpr int32_t save = 2;
     std::vector<int32_t> saved;
-    for (int32_t parameter = first; parameter <= last; ++parameter)
-        if (document.Parameter(save, parameter))
+    for (int32_t parameter = first; parameter <= last; ++parameter) {
+        if (document.Parameter(save, parameter)) {
             saved.push_back(parameter);
+        }
+    }
     std::ranges::sort(saved, {}, [&](int32_t parameter) {
         const int32_t position = document.Order(parameter);
         return std::pair(position > 0 ? position : INT32_MAX, parameter);
@@ -106,10 +108,11 @@ public:
         Settings();
         if (!columns_.empty()) {
             text_.EndRow();
-            if (ChannelsRunAcross(document_))
+            if (ChannelsRunAcross(document_)) {
                 ResultsAcross();
-            else
+            } else {
                 ResultsDown();
+            }
         }
         Notes();
         return text_.Take();
@@ -129,8 +132,9 @@ private:
         const std::wstring version = document_.appVersion.empty() ? L"" : L" " + document_.appVersion;
         Setting(L"Application", document_.productName + version);
         Setting(L"Setup", document_.FileTitle());
-        for (const int32_t parameter : Saved(document_, MP_FIRST, MP_LASTSTATIC))
+        for (const int32_t parameter : Saved(document_, MP_FIRST, MP_LASTSTATIC)) {
             Setting(document_.Caption(parameter), SettingInWords(document_, parameter, locale_));
+        }
         Setting(L"Default Symbol Rate (MSymb/s)",
                 FormatNumber(document_.DefaultSymbolRate(), pattern::symbolRate, true, locale_));
         Setting(L"Couple Display and Save", InWords(document_.CoupleDisplayAndSave()));
@@ -140,20 +144,23 @@ private:
     {
         for (const int32_t parameter : columns_) {
             text_.Cell(document_.Caption(parameter));
-            for (int32_t channel = 1; channel <= table_.Channels(); ++channel)
+            for (int32_t channel = 1; channel <= table_.Channels(); ++channel) {
                 Result(parameter, channel);
+            }
             text_.EndRow();
         }
     }
 
     void ResultsDown()
     {
-        for (const int32_t parameter : columns_)
+        for (const int32_t parameter : columns_) {
             text_.Cell(document_.Caption(parameter));
+        }
         text_.EndRow();
         for (int32_t channel = 1; channel <= table_.Channels(); ++channel) {
-            for (const int32_t parameter : columns_)
+            for (const int32_t parameter : columns_) {
                 Result(parameter, channel);
+            }
             text_.EndRow();
         }
     }
@@ -166,19 +173,21 @@ private:
     void Notes()
     {
         const std::wstring notes = PlainText(document_.measurementNotes);
-        const std::size_t end = notes.find_last_not_of(L" \t\r\n") + 1;  // 0 where there are none
-        if (end == 0)
+        const size_t end = notes.find_last_not_of(L" \t\r\n") + 1;  // 0 where there are none
+        if (end == 0) {
             return;
+        }
         text_.EndRow();
         text_.Cell(L"Notes");
         text_.EndRow();
         for (std::wstring_view rest = std::wstring_view(notes).substr(0, end); !rest.empty();) {
-            const std::size_t length = std::min(rest.find_first_of(L"\r\n"), rest.size());
-            if (length > 0)
+            const size_t length = std::min(rest.find_first_of(L"\r\n"), rest.size());
+            if (length > 0) {
                 text_.Cell(rest.substr(0, length));
+            }
             text_.EndRow();
             rest.remove_prefix(length);
-            rest.remove_prefix(rest.starts_with(L"\r\n") ? 2 : std::min<std::size_t>(1, rest.size()));
+            rest.remove_prefix(rest.starts_with(L"\r\n") ? 2 : std::min<size_t>(1, rest.size()));
         }
     }
 
@@ -222,17 +231,20 @@ bool SaveResults(const SetupDocument& document, const ResultTable& table, const 
     FileFault fault = FileFault::none;
     try {
         fault = file.Open(path);
-        if (fault == FileFault::none)
+        if (fault == FileFault::none) {
             fault = file.Write(content);
-        if (fault == FileFault::none)
+        }
+        if (fault == FileFault::none) {
             fault = file.Commit();
+        }
     } catch (...) {
         file.Discard();
         throw;
     }
     file.Discard();
-    if (fault != FileFault::none)
+    if (fault != FileFault::none) {
         messages.Show(FailureText(fault, path), L"Save Results", MessageIcon::warning);
+    }
     return fault == FileFault::none;
 }
 

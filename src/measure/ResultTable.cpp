@@ -15,19 +15,22 @@ void ResultTable::Reset(const SetupDocument& document, const Locale& locale, int
     const int32_t channels = std::max(document.ListSize(), 0);
     if (channels != channels_) {
         std::vector<Channel> fresh;
-        fresh.reserve(static_cast<std::size_t>(std::max(channels, 1)));
-        for (int32_t channel = 1; channel <= channels; ++channel)
+        fresh.reserve(static_cast<size_t>(std::max(channels, 1)));
+        for (int32_t channel = 1; channel <= channels; ++channel) {
             fresh.push_back(Unmeasured(document, locale, channel));
-        if (channels == 0)
+        }
+        if (channels == 0) {
             fresh.emplace_back();
+        }
         rows_ = std::move(fresh);
         channels_ = channels;
     } else if (item != 0) {
         Channel& row = Row(item, L"clsSetup.ResetMeasurement");
         row = Unmeasured(document, locale, item);
     } else {
-        for (int32_t channel = 1; channel <= channels; ++channel)
-            rows_[static_cast<std::size_t>(channel - 1)] = Unmeasured(document, locale, channel);
+        for (int32_t channel = 1; channel <= channels; ++channel) {
+            rows_[static_cast<size_t>(channel - 1)] = Unmeasured(document, locale, channel);
+        }
     }
 }
 
@@ -56,8 +59,9 @@ void ResultTable::Result(int32_t field, int32_t parameter, int32_t channel, std:
 {
     Channel& row = Row(channel, L"clsSetup.Result");
     row.Cell(CellIndex(field, parameter), text);
-    if (field == 0 && parameter >= MP_RFLEV)
-        row.values[static_cast<std::size_t>(parameter - MP_RFLEV)] = none;
+    if (field == 0 && parameter >= MP_RFLEV) {
+        row.values[static_cast<size_t>(parameter - MP_RFLEV)] = none;
+    }
 }
 
 std::optional<double> ResultTable::Value(int32_t parameter, int32_t channel) const
@@ -65,14 +69,14 @@ std::optional<double> ResultTable::Value(int32_t parameter, int32_t channel) con
     const wchar_t* const source = L"clsSetup.Value";
     const Channel& row = Row(channel, source);
     CellIndex(0, parameter, source);
-    const double value = parameter < MP_RFLEV ? none : row.values[static_cast<std::size_t>(parameter - MP_RFLEV)];
+    const double value = parameter < MP_RFLEV ? none : row.values[static_cast<size_t>(parameter - MP_RFLEV)];
     return std::isnan(value) ? std::nullopt : std::optional(value);
 }
 
 void ResultTable::Reading(int32_t parameter, int32_t channel, std::wstring_view text, double value)
 {
     Result(0, parameter, channel, text);
-    Row(channel, L"clsSetup.Result").values.at(static_cast<std::size_t>(parameter - MP_RFLEV)) = value;
+    Row(channel, L"clsSetup.Result").values.at(static_cast<size_t>(parameter - MP_RFLEV)) = value;
 }
 
 void ResultTable::ClearColumn(int32_t parameter, int32_t channel)
@@ -82,19 +86,21 @@ void ResultTable::ClearColumn(int32_t parameter, int32_t channel)
     }
 }
 
-std::size_t ResultTable::CellIndex(int32_t field, int32_t parameter, const wchar_t* source)
+size_t ResultTable::CellIndex(int32_t field, int32_t parameter, const wchar_t* source)
 {
-    if (field < 0 || field >= fieldCount || parameter < MP_FIRSTFIXED || parameter > MP_LAST)
+    if (field < 0 || field >= fieldCount || parameter < MP_FIRSTFIXED || parameter > MP_LAST) {
         RaiseSubscript(source);
-    return static_cast<std::size_t>(parameter - MP_FIRSTFIXED) * fieldCount + static_cast<std::size_t>(field);
+    }
+    return static_cast<size_t>(parameter - MP_FIRSTFIXED) * fieldCount + static_cast<size_t>(field);
 }
 
 const ResultTable::Channel& ResultTable::Row(int32_t channel, const wchar_t* source) const
 {
     const int32_t first = channels_ > 0 ? 1 : 0;
-    if (channel < first || channel > channels_)
+    if (channel < first || channel > channels_) {
         RaiseSubscript(source);
-    return rows_[static_cast<std::size_t>(channel - first)];
+    }
+    return rows_[static_cast<size_t>(channel - first)];
 }
 
 ResultTable::Channel& ResultTable::Row(int32_t channel, const wchar_t* source)
@@ -102,14 +108,14 @@ ResultTable::Channel& ResultTable::Row(int32_t channel, const wchar_t* source)
     return const_cast<Channel&>(std::as_const(*this).Row(channel, source));
 }
 
-std::wstring_view ResultTable::Channel::Cell(std::size_t cell) const
+std::wstring_view ResultTable::Channel::Cell(size_t cell) const
 {
     return std::wstring_view(texts).substr(Begin(cell), ends[cell] - Begin(cell));
 }
 
-void ResultTable::Channel::Cell(std::size_t cell, std::wstring_view text)
+void ResultTable::Channel::Cell(size_t cell, std::wstring_view text)
 {
-    const std::size_t oldLength = ends[cell] - Begin(cell);
+    const size_t oldLength = ends[cell] - Begin(cell);
     texts.replace(Begin(cell), oldLength, text);
     const auto shift = static_cast<uint32_t>(text.size() - oldLength);  // wraps where the text gets shorter
     std::for_each(ends.begin() + static_cast<std::ptrdiff_t>(cell), ends.end(),

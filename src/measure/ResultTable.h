@@ -47,8 +47,8 @@ public:
 
 private:
     static constexpr int32_t parameterCount = MP_LAST - MP_FIRSTFIXED + 1;
-    static constexpr std::size_t cellCount = std::size_t{fieldCount} * parameterCount;
-    static constexpr std::size_t readingCount = MP_LAST - MP_RFLEV + 1;
+    static constexpr size_t cellCount = size_t{fieldCount} * parameterCount;
+    static constexpr size_t readingCount = MP_LAST - MP_RFLEV + 1;
     static constexpr double none = std::numeric_limits<double>::quiet_NaN();
 
     /// The cells of a channel as one run of text: most are empty or a few characters long, so a string each would take
@@ -56,9 +56,9 @@ private:
     struct Channel
     {
         Channel() { values.fill(none); }
-        std::wstring_view Cell(std::size_t cell) const;
-        void Cell(std::size_t cell, std::wstring_view text);
-        std::size_t Begin(std::size_t cell) const { return cell == 0 ? 0 : ends[cell - 1]; }
+        std::wstring_view Cell(size_t cell) const;
+        void Cell(size_t cell, std::wstring_view text);
+        size_t Begin(size_t cell) const { return cell == 0 ? 0 : ends[cell - 1]; }
 
         std::wstring texts;
         std::array<uint32_t, cellCount> ends{};  ///< where in `texts` each cell ends
@@ -66,7 +66,7 @@ private:
         std::array<double, readingCount> values;  ///< from MP_RFLEV
     };
 
-    static std::size_t CellIndex(int32_t field, int32_t parameter, const wchar_t* source = L"clsSetup.Result");
+    static size_t CellIndex(int32_t field, int32_t parameter, const wchar_t* source = L"clsSetup.Result");
     static Channel Unmeasured(const SetupDocument& document, const Locale& locale, int32_t channel);
     const Channel& Row(int32_t channel, const wchar_t* source) const;
     Channel& Row(int32_t channel, const wchar_t* source);

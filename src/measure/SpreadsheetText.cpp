@@ -19,8 +19,9 @@ constexpr std::wstring_view formulaBegins = L"=+-@\uFF1D\uFF0B\uFF0D\uFF20";
 wchar_t Separator(const Locale& locale, wchar_t decimalMark)
 {
     const std::wstring list = locale.GetLocaleString(locale_constant::listSeparator);
-    if (list.empty())
+    if (list.empty()) {
         return decimalMark == L',' ? L';' : L',';
+    }
     const wchar_t first = list.front();
     const bool usable = first != decimalMark && first != L'"' && first != L'-' && first != L'\r' && first != L'\n' &&
                         first != L' ' && std::iswalnum(static_cast<wint_t>(first)) == 0;
@@ -53,33 +54,39 @@ SpreadsheetText::SpreadsheetText(const Locale& locale)
 bool SpreadsheetText::LooksLikeFormula(std::wstring_view text) const
 {
     const auto first = std::ranges::find_if_not(text, IsBlank);
-    if (first == text.end() || formulaBegins.find(*first) == std::wstring_view::npos)
+    if (first == text.end() || formulaBegins.find(*first) == std::wstring_view::npos) {
         return false;
+    }
     return text.find_first_not_of(L'-') != std::wstring_view::npos && !IsNumber(text, decimalMark_);
 }
 
 void SpreadsheetText::Cell(std::wstring_view text)
 {
-    if (rowHasCells_)
+    if (rowHasCells_) {
         row_ += separator_;
+    }
     rowHasCells_ = true;
 
     const bool formula = LooksLikeFormula(text);
     const auto needsQuotes = [this](wchar_t c) { return c == separator_ || c == L'"' || c == L'\r' || c == L'\n'; };
     const bool quoted =
         !text.empty() && (std::ranges::any_of(text, needsQuotes) || IsBlank(text.front()) || IsBlank(text.back()));
-    if (quoted)
+    if (quoted) {
         row_ += L'"';
-    if (formula)
+    }
+    if (formula) {
         row_ += L'\'';
+    }
     for (const wchar_t c : text) {
-        if (c == L'"')
+        if (c == L'"') {
             row_ += c;
+        }
         const bool control = static_cast<char32_t>(c) < L' ' && c != L'\t' && c != L'\r' && c != L'\n';
         row_ += control ? L' ' : c;
     }
-    if (quoted)
+    if (quoted) {
         row_ += L'"';
+    }
 }
 
 void SpreadsheetText::EndRow()

@@ -67,16 +67,18 @@ void ComRunControl::Pause(float seconds)
 
 void ComErrorReporter::Report(int32_t number, const std::wstring& source, const std::wstring& description, bool raise)
 {
-    if (!report_)
+    if (!report_) {
         report_ = CreateObject<IErrorReport>(CLSID_clsErrorReport, L"XKTR2x.clsErrorReport", source.c_str());
+    }
     Call(report_.Get(), &IErrorReport::Report, number, Bstr(source).Get(), Bstr(description).Get(), Typed(raise));
 }
 
 ComParent::ComParent(IDispatch* object)
 {
     // Whoever answers neither is called as the plain object that it is.
-    if (SUCCEEDED(com::Query(object, early_)))
+    if (SUCCEEDED(com::Query(object, early_))) {
         return;
+    }
     late_ = com::ComPtr<IDispatch>(object);
     com::Query(object, script_);
     ResolveNames();
@@ -87,9 +89,10 @@ void ComParent::ResolveNames()
     static constexpr std::array<const wchar_t*, lateMembers> names = {L"Status", L"Progress", L"CellChanged",
                                                                       L"ChannelStart"};
     for (size_t i = 0; i < names.size(); ++i) {
-        if (FAILED(IdOf(names[i], &ids_[i])))
+        if (FAILED(IdOf(names[i], &ids_[i]))) {
             throw RaisedError(memberMissing, L"clsSetup.Parent",
                               std::wstring(L"The parent object has no member ") + names[i]);
+        }
     }
 }
 
@@ -119,15 +122,17 @@ void ComParent::CallLate(LateMember member, std::array<VARIANT, 2>& reversedArgu
                        : late_->Invoke(ids_[member], IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters,
                                        nullptr, &exception, nullptr);
     });
-    if (FAILED(result))
+    if (FAILED(result)) {
         com::ThrowInvokeFailure(result, exception);
+    }
 }
 
 void ComParent::Status(const std::wstring& text)
 {
     const Bstr copy(text);
-    if (early_)
+    if (early_) {
         return CallEarly(&IMeasureParent::Status, copy.Get());
+    }
     VARIANT argument{};
     argument.vt = VT_BSTR;
     argument.bstrVal = copy.Get();
@@ -137,8 +142,9 @@ void ComParent::Status(const std::wstring& text)
 
 void ComParent::ProgressWith(double value, const VARIANT& steps)
 {
-    if (early_)
+    if (early_) {
         return CallEarly(&IMeasureParent::Progress, value, steps);
+    }
     // A script's procedure has no optional arguments: it gets both, the second one marked as left out.
     std::array<VARIANT, 2> arguments = {steps, Typed(value)};
     CallLate(lateProgress, arguments, 2);
@@ -156,16 +162,18 @@ void ComParent::Progress(double value, int16_t steps)
 
 void ComParent::CellChanged(int32_t channel, int16_t column)
 {
-    if (early_)
+    if (early_) {
         return CallEarly(&IMeasureParent::CellChanged, channel, column);
+    }
     std::array<VARIANT, 2> arguments = {Typed(column), Typed(channel)};
     CallLate(lateCellChanged, arguments, 2);
 }
 
 void ComParent::ChannelStart(double hertz, double symbolsPerSecond)
 {
-    if (early_)
+    if (early_) {
         return CallEarly(&IMeasureParent::ChannelStart, hertz, Typed(symbolsPerSecond));
+    }
     std::array<VARIANT, 2> arguments = {Typed(symbolsPerSecond), Typed(hertz)};
     CallLate(lateChannelStart, arguments, 2);
 }

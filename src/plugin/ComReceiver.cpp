@@ -10,10 +10,11 @@ namespace {
 template <class Value>
 Value Ask(IReceiver* driver, HRESULT (STDMETHODCALLTYPE IReceiver::*question)(com::Wire<Value>*))
 {
-    if constexpr (std::is_same_v<Value, std::wstring>)
+    if constexpr (std::is_same_v<Value, std::wstring>) {
         return com::Ask(driver, question);
-    else
+    } else {
         return com::FromWire<Value>(com::Ask(driver, question));
+    }
 }
 
 }  // namespace
@@ -46,8 +47,9 @@ dvbc::ErroredTime ComReceiver::ErrorCounters()
 {
     const OwnFloatingPointAfterwards after;  // of the object's end too
     const auto counters = com::Ask(driver_.Get(), &IReceiver::get_ErrorCounters);
-    if (!counters)
+    if (!counters) {
         throw RaisedError(error::objectMissing, L"clsSetup.Driver", L"The instrument driver gives no error counters");
+    }
     dvbc::ErroredTime result;
     result.syncErrors = com::Ask(counters.Get(), &IErrorCounters::get_SyncErrors);
     result.dataErrors = com::Ask(counters.Get(), &IErrorCounters::get_DataErrors);

@@ -9,10 +9,12 @@ constexpr const wchar_t* ownPrograms = sizeof(void*) == 8 ? L"64-bit" : L"32-bit
 
 std::wstring Reason(HRESULT result)
 {
-    if (result == REGDB_E_CLASSNOTREG)
+    if (result == REGDB_E_CLASSNOTREG) {
         return std::wstring(L"is not registered for ") + ownPrograms + L" programs";
-    if (SUCCEEDED(result))
+    }
+    if (SUCCEEDED(result)) {
         return L"was created without an object";
+    }
     // Only what the library's own factory has left: the call began with the thread's error information cleared.
     RaisedError reported(result, {}, com::SystemText(result));
     com::TakeErrorInfo(reported);

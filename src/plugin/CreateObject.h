@@ -19,8 +19,9 @@ com::ComPtr<Interface> CreateObject(REFCLSID classId, const wchar_t* className, 
     void* object = nullptr;
     const HRESULT result = com::Outside(
         [&] { return CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, __uuidof(Interface), &object); });
-    if (FAILED(result) || !object)
+    if (FAILED(result) || !object) {
         RaiseCannotCreate(result, className, source);
+    }
     return com::ComPtr<Interface>::Attach(static_cast<Interface*>(object));
 }
 

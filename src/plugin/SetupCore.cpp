@@ -69,8 +69,9 @@ bool SetupCore::Edit()
 {
     const Occupation occupation(occupiedBy_, L"The setup editor is open", L"clsSetup.Edit");
     const bool accepted = EditSetup(document, SystemLocale());
-    if (accepted)
+    if (accepted) {
         ResetMeasurement(0);
+    }
     return accepted;
 }
 
@@ -114,30 +115,34 @@ bool SetupCore::Test(std::wstring& identity, std::wstring& hardware, int32_t& mo
 
 const com::ComPtr<IReceiver>& SetupCore::Driver()
 {
-    if (!driver_)
+    if (!driver_) {
         driver_ = CreateObject<IReceiver>(CLSID_clsReceiver, L"XKTR2x.clsReceiver", L"clsSetup.Driver");
+    }
     return driver_;
 }
 
 Receiver& SetupCore::OpenReceiver()
 {
-    if (!receiver_)
+    if (!receiver_) {
         receiver_ = std::make_unique<ComReceiver>(Driver());
+    }
     return *receiver_;
 }
 
 ComInstrument& SetupCore::OpenInstrument()
 {
-    if (!instrument_)
+    if (!instrument_) {
         instrument_ = std::make_unique<ComInstrument>(Driver());
+    }
     return *instrument_;
 }
 
 RunControl& SetupCore::Run(const wchar_t* source)
 {
-    if (!runControl_)
+    if (!runControl_) {
         runControl_ = std::make_unique<ComRunControl>(
             CreateObject<IRunControl>(CLSID_clsRunControl, L"XKTR2x.clsRunControl", source));
+    }
     return *runControl_;
 }
 

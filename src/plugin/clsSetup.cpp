@@ -224,16 +224,21 @@ HRESULT clsSetup::put_CoupleDisplayAndSave(VARIANT_BOOL value) noexcept
 
 void* clsSetup::FindInterface(REFIID id) noexcept
 {
-    if (id == __uuidof(ISetup))
+    if (id == __uuidof(ISetup)) {
         return static_cast<ISetup*>(&setup_);
-    if (id == __uuidof(IMeasure))
+    }
+    if (id == __uuidof(IMeasure)) {
         return static_cast<IMeasure*>(&measure_);
-    if (id == __uuidof(IDriver))
+    }
+    if (id == __uuidof(IDriver)) {
         return static_cast<IDriver*>(&driver_);
-    if (id == __uuidof(ICheckHardware))
+    }
+    if (id == __uuidof(ICheckHardware)) {
         return static_cast<ICheckHardware*>(&check_);
-    if (id == __uuidof(IResults))
+    }
+    if (id == __uuidof(IResults)) {
         return static_cast<IResults*>(&results_);
+    }
     return nullptr;
 }
 

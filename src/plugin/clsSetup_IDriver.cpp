@@ -36,8 +36,9 @@ HRESULT clsSetup_IDriver::get_Settings(IDispatch** value) noexcept
 
 HRESULT clsSetup_IDriver::Test(BSTR* strIdentity, BSTR* strHardware, LONG* udtMode, VARIANT_BOOL* result) noexcept
 {
-    if (!strIdentity || !strHardware || !udtMode)
+    if (!strIdentity || !strHardware || !udtMode) {
         return com::Refuse(E_POINTER);
+    }
     return Get(result, [&] {
         std::wstring identity;
         std::wstring hardware(com::ViewOf(*strHardware));

@@ -13,13 +13,15 @@ std::wstring Text(BSTR text)
 /// The text of an optional path: "" where it is left out.
 std::wstring OptionalPath(const VARIANT& path)
 {
-    if (path.vt == VT_EMPTY || path.vt == VT_NULL || com::IsLeftOut(path))
+    if (path.vt == VT_EMPTY || path.vt == VT_NULL || com::IsLeftOut(path)) {
         return {};
+    }
     VARIANT text;
     VariantInit(&text);
     const HRESULT result = VariantChangeType(&text, const_cast<VARIANT*>(&path), 0, VT_BSTR);
-    if (FAILED(result))
+    if (FAILED(result)) {
         throw RaisedError(error::typeMismatch, L"clsSetup.Save", L"The path is not a text");
+    }
     const com::Bstr held = com::Bstr::Attach(text.bstrVal);
     return std::wstring(held.View());
 }
@@ -104,8 +106,9 @@ HRESULT clsSetup_ISetup::get_FullPath(BSTR* value) noexcept
 HRESULT clsSetup_ISetup::Load(BSTR sProductName, BSTR sFullPath, BSTR* strModel, LONG* udtMode,
                               VARIANT_BOOL* result) noexcept
 {
-    if (!strModel || !udtMode)
+    if (!strModel || !udtMode) {
         return com::Refuse(E_POINTER);
+    }
     return Get(result, [&] {
         std::wstring model = Text(*strModel);
         auto mode = static_cast<int32_t>(*udtMode);

@@ -24,11 +24,13 @@ public:
     template <class Same>
     Slot* Find(uint32_t hash, Same&& same)
     {
-        if (slots_.empty())
+        if (slots_.empty()) {
             return nullptr;
+        }
         for (size_t at = Home(hash); slots_[at].place != nowhere; at = Next(at)) {
-            if (slots_[at].hash == hash && same(slots_[at].place))
+            if (slots_[at].hash == hash && same(slots_[at].place)) {
                 return &slots_[at];
+            }
         }
         return nullptr;
     }
@@ -36,8 +38,9 @@ public:
     /// Adds a name that is not there yet.
     void Add(uint32_t hash, uint32_t place)
     {
-        if ((used_ + 1) * 3 > slots_.size() * 2)
+        if ((used_ + 1) * 3 > slots_.size() * 2) {
             Resize(std::max<size_t>(fewestSlots, slots_.size() * 2));
+        }
         Free(hash) = {hash, place};
         ++used_;
     }
@@ -45,8 +48,9 @@ public:
     /// Makes room for so many names at once, so that adding them never has the old slots beside the new ones.
     void Reserve(size_t names)
     {
-        if (names * 3 > slots_.size() * 2)
+        if (names * 3 > slots_.size() * 2) {
             Resize(names + names / 2 + fewestSlots);
+        }
     }
 
     void Clear()
@@ -64,8 +68,9 @@ private:
     Slot& Free(uint32_t hash)
     {
         size_t at = Home(hash);
-        while (slots_[at].place != nowhere)
+        while (slots_[at].place != nowhere) {
             at = Next(at);
+        }
         return slots_[at];
     }
 
@@ -74,8 +79,9 @@ private:
         std::vector<Slot> old(size);
         old.swap(slots_);
         for (const Slot& slot : old) {
-            if (slot.place != nowhere)
+            if (slot.place != nowhere) {
                 Free(slot.hash) = slot;
+            }
         }
     }
 

@@ -15,8 +15,9 @@ bool HasDrive(std::wstring_view path)
 std::wstring_view NamePart(std::wstring_view path)
 {
     const size_t separator = path.find_last_of(separators);
-    if (separator != std::wstring_view::npos)
+    if (separator != std::wstring_view::npos) {
         return path.substr(separator + 1);
+    }
     return HasDrive(path) ? path.substr(2) : path;
 }
 
@@ -36,8 +37,9 @@ std::wstring_view ExtensionPart(std::wstring_view path)
 std::wstring_view FolderPart(std::wstring_view path)
 {
     const size_t separator = path.find_last_of(separators);
-    if (separator == std::wstring_view::npos)
+    if (separator == std::wstring_view::npos) {
         return {};
+    }
     const bool root = separator == 0 || (separator == 2 && HasDrive(path));
     return path.substr(0, root ? separator + 1 : separator);
 }
@@ -45,8 +47,9 @@ std::wstring_view FolderPart(std::wstring_view path)
 std::wstring JoinPath(std::wstring_view folder, std::wstring_view name)
 {
     std::wstring path(folder);
-    if (!path.empty() && separators.find(path.back()) == std::wstring_view::npos)
+    if (!path.empty() && separators.find(path.back()) == std::wstring_view::npos) {
         path += path.find(L'\\') == std::wstring::npos && path.find(L'/') != std::wstring::npos ? L'/' : L'\\';
+    }
     return path.append(name);
 }
 

@@ -28,8 +28,9 @@ size_t MostLines(std::string_view text)
 {
     const auto count = [text](char end) {
         size_t ends = 0;
-        for (size_t at = 0; (at = text.find(end, at)) != std::string_view::npos; ++at)
+        for (size_t at = 0; (at = text.find(end, at)) != std::string_view::npos; ++at) {
             ++ends;
+        }
         return ends;
     };
     const size_t lineFeeds = count('\n');
@@ -64,8 +65,9 @@ std::wstring ProfileFile::Decode(std::string_view text) const
 
 void ProfileFile::Reset(std::string content)
 {
-    if (content.size() > largestContent)
+    if (content.size() > largestContent) {
         throw std::bad_alloc();
+    }
     content_ = std::move(content);
     pool_.clear();
     sections_.clear();
@@ -82,10 +84,12 @@ uint32_t ProfileFile::NextHeader(size_t from) const
     size_t at = from;
     while ((at = content_.find('[', at)) != std::string::npos) {
         size_t start = at;
-        while (start > from && IsBlank(content_[start - 1]))
+        while (start > from && IsBlank(content_[start - 1])) {
             --start;
-        if (start == from || IsLineEnd(content_[start - 1]))
+        }
+        if (start == from || IsLineEnd(content_[start - 1])) {
             return static_cast<uint32_t>(start);
+        }
         ++at;
     }
     return static_cast<uint32_t>(content_.size());
@@ -94,16 +98,18 @@ uint32_t ProfileFile::NextHeader(size_t from) const
 void ProfileFile::IndexSections()
 {
     size_t headers = 0;
-    for (uint32_t head = NextHeader(0); head < content_.size(); head = NextHeader(LineAround(head).next))
+    for (uint32_t head = NextHeader(0); head < content_.size(); head = NextHeader(LineAround(head).next)) {
         ++headers;
+    }
     constexpr size_t shortestLine = 5;
     sectionIndex_.Reserve(MostNames(headers, content_, shortestLine));
     for (uint32_t head = NextHeader(0); head < content_.size(); head = NextHeader(LineAround(head).next)) {
         const std::string_view name = SectionName(head);
         const uint32_t hash = HashIgnoringCase(name);
         const auto same = [&](uint32_t other) { return EqualIgnoringCase(SectionName(other), name); };
-        if (sectionIndex_.Find(hash, same) == nullptr)
+        if (sectionIndex_.Find(hash, same) == nullptr) {
             sectionIndex_.Add(hash, head);
+        }
     }
 }
 
@@ -132,20 +138,24 @@ void ProfileFile::IndexKeys(uint32_t section) const
     Line line;
     while (scanner.Next(line)) {
         size_t first = line.start;
-        while (first < line.stop && IsBlank(content_[first]))
+        while (first < line.stop && IsBlank(content_[first])) {
             ++first;
-        if (first == line.stop)
+        }
+        if (first == line.stop) {
             continue;
-        if (content_[first] == ';')
+        }
+        if (content_[first] == ';') {
             continue;
+        }
         opened.insert = static_cast<uint32_t>(line.next);
         const std::string_view text = lines.substr(first, line.stop - first);
         const std::string_view key = TrimBlanks(text.substr(0, text.find('=')));
         const uint32_t hash = HashIgnoringCase(key);
-        if (opened.keys.Find(hash, [&](uint32_t other) { return IsAt(other, section, key); }) == nullptr)
+        if (opened.keys.Find(hash, [&](uint32_t other) { return IsAt(other, section, key); }) == nullptr) {
             opened.keys.Add(hash, static_cast<uint32_t>(first));
-        else
+        } else {
             ++opened.repeated;
+        }
     }
 }
 
@@ -163,8 +173,9 @@ std::string_view ProfileFile::LineEnd() const
 /// Makes the changes so far the file's content.
 void ProfileFile::Settle()
 {
-    if (!written_.empty())
+    if (!written_.empty()) {
         Reset(RenderText());
+    }
 }
 
 /// The number of the first section of a name, nowhere if there is none.
@@ -172,10 +183,12 @@ uint32_t ProfileFile::FindSection(std::string_view name) const
 {
     const auto same = [&](uint32_t place) { return EqualIgnoringCase(SectionName(place), name); };
     NameIndex::Slot* const slot = sectionIndex_.Find(HashIgnoringCase(name), same);
-    if (slot == nullptr)
+    if (slot == nullptr) {
         return nowhere;
-    if ((slot->place & openMark) == 0)
+    }
+    if ((slot->place & openMark) == 0) {
         slot->place = OpenSection(slot->place) | openMark;
+    }
     return slot->place & ~openMark;
 }
 
@@ -183,8 +196,9 @@ std::string_view ProfileFile::SectionName(uint32_t place) const
 {
     if ((place & openMark) != 0) {
         const Section& section = sections_[place & ~openMark];
-        if (section.nameAt != nowhere)
+        if (section.nameAt != nowhere) {
             return std::string_view(pool_).substr(section.nameAt, section.nameLength);
+        }
         place = section.head;
     }
     return ini::ParseHeader(LineAt(place));
@@ -192,8 +206,9 @@ std::string_view ProfileFile::SectionName(uint32_t place) const
 
 NameIndex::Slot* ProfileFile::FindKey(uint32_t section, std::string_view key) const
 {
-    if (!profile::IsPlainKey(key))
+    if (!profile::IsPlainKey(key)) {
         return nullptr;
+    }
     return sections_[section].keys.Find(HashIgnoringCase(key),
                                         [&](uint32_t place) { return IsAt(place, section, key); });
 }
@@ -204,19 +219,23 @@ bool ProfileFile::IsAt(uint32_t place, uint32_t section, std::string_view key) c
     std::string_view text = content_;
     if ((place & writtenMark) != 0) {
         const Written& written = written_[place & ~writtenMark];
-        if (written.section != section)
+        if (written.section != section) {
             return false;
+        }
         text = std::string_view(pool_).substr(written.textAt, written.length);
     } else {
-        if (place < sections_[section].body || place >= sections_[section].end)
+        if (place < sections_[section].body || place >= sections_[section].end) {
             return false;
+        }
         text.remove_prefix(place);
     }
-    if (text.size() < key.size() || !EqualIgnoringCase(text.substr(0, key.size()), key))
+    if (text.size() < key.size() || !EqualIgnoringCase(text.substr(0, key.size()), key)) {
         return false;
+    }
     text.remove_prefix(key.size());
-    while (!text.empty() && IsBlank(text.front()))
+    while (!text.empty() && IsBlank(text.front())) {
         text.remove_prefix(1);
+    }
     return text.empty() || text.front() == '=' || IsLineEnd(text.front());
 }
 
@@ -228,8 +247,9 @@ std::string_view ProfileFile::LineAt(uint32_t place) const
         return std::string_view(pool_).substr(written.textAt, written.length);
     }
     size_t stop = place;
-    while (stop < content_.size() && !IsLineEnd(content_[stop]))
+    while (stop < content_.size() && !IsLineEnd(content_[stop])) {
         ++stop;
+    }
     return std::string_view(content_).substr(place, stop - place);
 }
 
@@ -238,8 +258,9 @@ Line ProfileFile::LineAround(uint32_t base) const
 {
     Line line;
     line.start = base;
-    while (line.start > 0 && IsBlank(content_[line.start - 1]))
+    while (line.start > 0 && IsBlank(content_[line.start - 1])) {
         --line.start;
+    }
     line.stop = base + LineAt(base).size();
     const bool pair = content_.compare(line.stop, 2, "\r\n") == 0;
     line.next = std::min(line.stop + (pair ? 2 : 1), content_.size());
@@ -251,13 +272,16 @@ Line ProfileFile::LineBefore(uint32_t next) const
 {
     Line line;
     line.next = line.stop = next;
-    while (line.stop > 0 && IsLineEnd(content_[line.stop - 1]) && line.next - line.stop < 2)
+    while (line.stop > 0 && IsLineEnd(content_[line.stop - 1]) && line.next - line.stop < 2) {
         --line.stop;
-    if (line.next - line.stop == 2 && content_.compare(line.stop, 2, "\r\n") != 0)
+    }
+    if (line.next - line.stop == 2 && content_.compare(line.stop, 2, "\r\n") != 0) {
         ++line.stop;
+    }
     line.start = line.stop;
-    while (line.start > 0 && !IsLineEnd(content_[line.start - 1]))
+    while (line.start > 0 && !IsLineEnd(content_[line.start - 1])) {
         --line.start;
+    }
     return line;
 }
 
@@ -270,15 +294,17 @@ std::optional<std::string_view> ProfileFile::FindLine(uint32_t section, std::str
     const bool expected = unique && profile::IsPlainKey(key) && IsAt(place, section, key);
     if (!expected) {
         const NameIndex::Slot* const slot = FindKey(section, key);
-        if (slot == nullptr || IsRemoved(*slot))
+        if (slot == nullptr || IsRemoved(*slot)) {
             return std::nullopt;
+        }
         place = slot->place;
     }
     const std::string_view line = LineAt(place);
     if ((place & writtenMark) == 0) {
         nextLine_ = place + static_cast<uint32_t>(line.size());
-        while (nextLine_ < content_.size() && IsLineEnd(content_[nextLine_]) && nextLine_ - place < line.size() + 2)
+        while (nextLine_ < content_.size() && IsLineEnd(content_[nextLine_]) && nextLine_ - place < line.size() + 2) {
             ++nextLine_;
+        }
     }
     return line;
 }
@@ -286,11 +312,13 @@ std::optional<std::string_view> ProfileFile::FindLine(uint32_t section, std::str
 std::optional<std::string_view> ProfileFile::Find(std::string_view section, std::string_view key) const
 {
     const uint32_t found = FindSection(profile::TrimSpaces(section));
-    if (found == nowhere)
+    if (found == nowhere) {
         return std::nullopt;
+    }
     const std::optional<std::string_view> line = FindLine(found, profile::TrimSpaces(key));
-    if (!line)
+    if (!line) {
         return std::nullopt;
+    }
     const ini::Entry entry = ini::ParseEntry(*line);
     return entry.hasValue ? std::optional(ini::ReadableValue(entry.value)) : std::nullopt;
 }
@@ -310,51 +338,59 @@ uint32_t ProfileFile::GetInt(std::string_view section, std::string_view key, uin
 
 std::vector<std::string> ProfileFile::GetSection(std::string_view section) const
 {
-    if (!written_.empty())
+    if (!written_.empty()) {
         return Rendered().GetSection(section);
+    }
     std::vector<std::string> lines;
     const uint32_t number = FindSection(profile::TrimSpaces(section));
-    if (number == nowhere)
+    if (number == nowhere) {
         return lines;
+    }
     const Section& found = sections_[number];
     LineScanner scanner(std::string_view(content_).substr(0, found.end), found.body);
     Line line;
     while (scanner.Next(line)) {
         const ini::Entry entry = ini::ParseEntry(line.Text(content_));
-        if (TrimBlanks(line.Text(content_)).empty() || entry.key.starts_with(';'))
+        if (TrimBlanks(line.Text(content_)).empty() || entry.key.starts_with(';')) {
             continue;
+        }
         lines.emplace_back(entry.key);
-        if (entry.hasValue)
+        if (entry.hasValue) {
             lines.back().append("=").append(entry.value);
+        }
     }
     return lines;
 }
 
 std::vector<std::string> ProfileFile::GetSectionNames() const
 {
-    if (!written_.empty())
+    if (!written_.empty()) {
         return Rendered().GetSectionNames();
+    }
     std::vector<std::string> names;
     LineScanner scanner(content_);
     Line line;
     while (scanner.Next(line)) {
         const std::string_view text = TrimBlanks(line.Text(content_));
-        if (text.starts_with('['))
+        if (text.starts_with('[')) {
             names.emplace_back(ini::ParseHeader(text));
+        }
     }
     return names;
 }
 
 std::vector<std::string> ProfileFile::GetBracketedLines() const
 {
-    if (!written_.empty())
+    if (!written_.empty()) {
         return Rendered().GetBracketedLines();
+    }
     std::vector<std::string> names;
     LineScanner scanner(content_);
     Line line;
     while (scanner.Next(line)) {
-        if (const auto name = ini::BracketedName(line.Text(content_)))
+        if (const auto name = ini::BracketedName(line.Text(content_))) {
             names.emplace_back(*name);
+        }
     }
     return names;
 }

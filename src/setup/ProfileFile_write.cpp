@@ -32,8 +32,9 @@ uint32_t ProfileFile::AppendSection(std::string_view name, bool indexed)
     added.nameAt = static_cast<uint32_t>(pool_.size());
     added.nameLength = static_cast<uint32_t>(name.size());
     pool_.append(name);
-    if (indexed)
+    if (indexed) {
         sectionIndex_.Add(HashIgnoringCase(name), section | openMark);
+    }
     return section;
 }
 
@@ -57,8 +58,9 @@ uint32_t ProfileFile::AddWritten(uint32_t section, std::string_view key, std::st
 /// A line that stands in no other's place.
 uint32_t ProfileFile::AddNew(uint32_t section, std::string_view key, std::string_view value)
 {
-    if (sections_[section].added == 0)
+    if (sections_[section].added == 0) {
         LeaveRemovedKeys(section);
+    }
     ++sections_[section].added;
     return AddWritten(section, key, value, nowhere);
 }
@@ -71,8 +73,9 @@ void ProfileFile::LeaveRemovedKeys(uint32_t section)
     while (found.insert > found.body) {
         const Line line = LineBefore(found.insert);
         const std::string_view text = TrimBlanks(line.Text(content_));
-        if (!text.empty() && text.front() != ';' && !IsRemovedLine(section, text))
+        if (!text.empty() && text.front() != ';' && !IsRemovedLine(section, text)) {
             return;
+        }
         found.insert = static_cast<uint32_t>(line.start);
     }
 }
@@ -93,8 +96,9 @@ void ProfileFile::SetValue(NameIndex::Slot& slot, uint32_t section, std::string_
     const ini::Entry entry = ini::ParseEntry(LineAt(slot.place));
     const bool isWritten = (slot.place & writtenMark) != 0;
     const bool removed = IsRemoved(slot);
-    if (!removed && entry.hasValue && entry.value == value)
+    if (!removed && entry.hasValue && entry.value == value) {
         return;
+    }
     const std::string key(entry.key);
     if (!isWritten) {
         slot.place = AddWritten(section, key, value, slot.place);
@@ -112,24 +116,28 @@ void ProfileFile::SetValue(NameIndex::Slot& slot, uint32_t section, std::string_
 /// Removes the line of a slot; the next line with the same key takes its place.
 void ProfileFile::Remove(NameIndex::Slot& slot, uint32_t section)
 {
-    if (IsRemoved(slot))
+    if (IsRemoved(slot)) {
         return;
-    if (sections_[section].repeated != 0 && sections_[section].links.empty())
+    }
+    if (sections_[section].repeated != 0 && sections_[section].links.empty()) {
         LinkRepeatedKeys(section);
+    }
     if ((slot.place & writtenMark) == 0) {
         const std::string key(ini::ParseEntry(LineAt(slot.place)).key);
         slot.place = AddWritten(section, key, {}, slot.place);
     }
     Written& written = written_[slot.place & ~writtenMark];
     written.removed = true;
-    if (written.base == nowhere)
+    if (written.base == nowhere) {
         --sections_[section].added;
+    }
     changed_ = true;
     const std::vector<Link>& links = sections_[section].links;
     const auto next = std::lower_bound(links.begin(), links.end(), written.base,
                                        [](const Link& link, uint32_t place) { return link.from < place; });
-    if (next != links.end() && next->from == written.base)
+    if (next != links.end() && next->from == written.base) {
         slot.place = next->to;
+    }
 }
 
 /// Links each line of a section to the next one with the same key. Nothing has been removed in it yet.
@@ -141,16 +149,18 @@ void ProfileFile::LinkRepeatedKeys(uint32_t section)
     Line line;
     while (scanner.Next(line)) {
         const std::string_view text = TrimBlanks(line.Text(content_));
-        if (text.empty() || text.front() == ';')
+        if (text.empty() || text.front() == ';') {
             continue;
+        }
         const auto place = static_cast<uint32_t>(text.data() - content_.data());
         const std::string_view key = ini::ParseEntry(text).key;
         const NameIndex::Slot* const slot =
             found.keys.Find(HashIgnoringCase(key), [&](uint32_t other) { return IsAt(other, section, key); });
         const bool isWritten = (slot->place & writtenMark) != 0;
         const uint32_t first = isWritten ? written_[slot->place & ~writtenMark].base : slot->place;
-        if (first != place)
+        if (first != place) {
             found.links.push_back({first, place});
+        }
     }
     // From the first line to each of its repetitions, in their order; then from each line to the next one.
     const auto before = [](const Link& left, const Link& right) {
@@ -162,8 +172,9 @@ void ProfileFile::LinkRepeatedKeys(uint32_t section)
     for (Link& link : found.links) {
         const bool goesOn = link.from == first;
         first = link.from;
-        if (goesOn)
+        if (goesOn) {
             link.from = previous;
+        }
         previous = link.to;
     }
     std::sort(found.links.begin(), found.links.end(), before);
@@ -174,11 +185,13 @@ void ProfileFile::LinkRepeatedKeys(uint32_t section)
 bool ProfileFile::Admit(std::initializer_list<std::string_view> texts)
 {
     const auto fits = [this](std::string_view text) { return file_text::Fits(text, *codePage_); };
-    if (utf16_ || std::all_of(texts.begin(), texts.end(), fits))
+    if (utf16_ || std::all_of(texts.begin(), texts.end(), fits)) {
         return true;
+    }
     // What a change has taken out of the file is in the way no longer.
-    if (!file_text::IsKnown(content_, *codePage_))
+    if (!file_text::IsKnown(content_, *codePage_)) {
         Settle();
+    }
     utf16_ = file_text::IsKnown(content_, *codePage_);
     return utf16_;
 }
@@ -187,46 +200,54 @@ bool ProfileFile::Write(std::string_view section, std::string_view key, std::opt
 {
     section = profile::TrimSpaces(section);
     key = profile::TrimSpaces(key);
-    if (!profile::IsWritable(section) || !profile::IsWritable(key) || !profile::IsWritable(value.value_or("")))
+    if (!profile::IsWritable(section) || !profile::IsWritable(key) || !profile::IsWritable(value.value_or(""))) {
         return false;
-    if (value && !Admit({section, key, *value}))
+    }
+    if (value && !Admit({section, key, *value})) {
         return false;
-    if (pool_.size() > largestPool - 4 * ini::longestText)
+    }
+    if (pool_.size() > largestPool - 4 * ini::longestText) {
         Settle();
+    }
 
     const uint32_t found = FindSection(section);
     const bool plainSection = profile::IsPlainSection(section);
     const bool plainKey = profile::IsPlainKey(key);
     if (found == nowhere) {
-        if (!value)
+        if (!value) {
             return true;
+        }
         const uint32_t added = AppendSection(section, plainSection);
         const uint32_t place = AddNew(added, key, *value);
-        if (plainSection && plainKey)
+        if (plainSection && plainKey) {
             sections_[added].keys.Add(HashIgnoringCase(key), place);
+        }
     } else {
         NameIndex::Slot* const slot = FindKey(found, key);
-        if (slot != nullptr && value)
+        if (slot != nullptr && value) {
             SetValue(*slot, found, key, *value);
-        else if (slot != nullptr)
+        } else if (slot != nullptr) {
             Remove(*slot, found);
-        else if (value) {
+        } else if (value) {
             const uint32_t place = AddNew(found, key, *value);
-            if (plainKey)
+            if (plainKey) {
                 sections_[found].keys.Add(HashIgnoringCase(key), place);
+            }
         }
     }
     // What is not read back as it was written (a comment, a "]" in a name) means what the written file says it means.
-    if (value && !(plainSection && plainKey))
+    if (value && !(plainSection && plainKey)) {
         Settle();
+    }
     return true;
 }
 
 bool ProfileFile::DeleteSection(std::string_view section)
 {
     section = profile::TrimSpaces(section);
-    if (!profile::IsWritable(section))
+    if (!profile::IsWritable(section)) {
         return false;
+    }
     Settle();
     if (const uint32_t number = FindSection(section); number != nowhere) {
         const Section found = sections_[number];
@@ -241,18 +262,22 @@ bool ProfileFile::DeleteSection(std::string_view section)
 bool ProfileFile::WriteSection(std::string_view section, const std::vector<std::string_view>& lines)
 {
     section = profile::TrimSpaces(section);
-    if (!profile::IsWritable(section) || !std::all_of(lines.begin(), lines.end(), profile::IsWritable))
+    if (!profile::IsWritable(section) || !std::all_of(lines.begin(), lines.end(), profile::IsWritable)) {
         return false;
-    if (!std::all_of(lines.begin(), lines.end(), [&](std::string_view line) { return Admit({section, line}); }))
+    }
+    if (!std::all_of(lines.begin(), lines.end(), [&](std::string_view line) { return Admit({section, line}); })) {
         return false;
+    }
     Settle();
     const uint32_t found = FindSection(section);
     const size_t end = found != nowhere ? sections_[found].end : content_.size();
     std::string content = content_.substr(0, found != nowhere ? sections_[found].body : end);
-    if (!EndsLine(content))
+    if (!EndsLine(content)) {
         content += LineEnd();
-    if (found == nowhere)
+    }
+    if (found == nowhere) {
         content.append("[").append(section).append("]").append(LineEnd());
+    }
     for (const std::string_view line : lines) {
         const size_t equals = line.find('=');
         if (equals != std::string_view::npos) {
@@ -275,10 +300,11 @@ std::vector<ProfileFile::Edit> ProfileFile::SortedEdits() const
     for (size_t i = 0; i < written_.size(); ++i) {
         const Written& written = written_[i];
         const auto number = static_cast<uint32_t>(i);
-        if (written.base != nowhere)
+        if (written.base != nowhere) {
             edits.push_back({static_cast<uint32_t>(LineAround(written.base).start), number, false});
-        else
+        } else {
             edits.push_back({sections_[written.section].insert, number, true});
+        }
     }
     // What joins the file's last section comes before the new sections, and those in the order of their making.
     const auto rank = [this](const Edit& edit) {
@@ -286,12 +312,14 @@ std::vector<ProfileFile::Edit> ProfileFile::SortedEdits() const
         return sections_[section].nameAt == nowhere ? 0 : section + 1;
     };
     const auto before = [&rank](const Edit& left, const Edit& right) {
-        if (left.at != right.at || left.insertion != right.insertion)
+        if (left.at != right.at || left.insertion != right.insertion) {
             return left.at != right.at ? left.at < right.at : left.insertion;
+        }
         return rank(left) < rank(right);
     };
-    if (!std::is_sorted(edits.begin(), edits.end(), before))
+    if (!std::is_sorted(edits.begin(), edits.end(), before)) {
         std::stable_sort(edits.begin(), edits.end(), before);
+    }
     return edits;
 }
 
@@ -307,24 +335,27 @@ std::string ProfileFile::RenderText() const
         text.append(content_, copied, edit.at - copied);
         copied = edit.at;
         if (edit.insertion) {
-            if (!EndsLine(text))
+            if (!EndsLine(text)) {
                 text += LineEnd();
+            }
             const Section& section = sections_[written.section];
             if (section.nameAt != nowhere && opened != written.section) {
                 text.append("[").append(pool_, section.nameAt, section.nameLength).append("]").append(LineEnd());
                 opened = written.section;
             }
-            if (!written.removed)
+            if (!written.removed) {
                 text.append(line).append(LineEnd());
+            }
             continue;
         }
         const Line old = LineAround(written.base);
         if (!written.removed) {
             text.append(line);
-            if (old.next > old.stop)
+            if (old.next > old.stop) {
                 text.append(content_, old.stop, old.next - old.stop);
-            else
+            } else {
                 text.append(LineEnd());
+            }
         }
         copied = old.next;
     }

@@ -31,8 +31,9 @@ void ProfileStore::Abandon()
 
 const ProfileFile& ProfileStore::Profile()
 {
-    if (!loaded_ || (!batch_ && !IsCurrent()))
+    if (!loaded_ || (!batch_ && !IsCurrent())) {
         Load();
+    }
     return profile_;
 }
 
@@ -48,10 +49,12 @@ void ProfileStore::Load()
     const FileStamp known = std::exchange(stamp_, FileStamp());
     const uint64_t begin = files_.Now();
     fault_ = files_.Read(path_, content, stamp_);
-    if (fault_ == FileFault::missing)
+    if (fault_ == FileFault::missing) {
         fault_ = FileFault::none;
-    if (!(stamp_ == known))
+    }
+    if (!(stamp_ == known)) {
         seen_ = files_.Now();
+    }
     NoteAge(begin);
     hash_ = isYoung_ ? HashOf(content) : 0;
     profile_ = ProfileFile(fault_ == FileFault::none ? std::move(content) : std::string(), codePage_);
@@ -63,23 +66,27 @@ void ProfileStore::Load()
 /// and of the file say; where the clock is set back, the tick begins anew.
 void ProfileStore::NoteAge(uint64_t begin)
 {
-    if (begin < seen_)
+    if (begin < seen_) {
         seen_ = files_.Now();
+    }
     isYoung_ = stamp_.exists && begin < std::min(stamp_.modified, seen_) + TickOf(stamp_);
 }
 
 /// Whether the file still is as it was read. The bytes tell where the stamp does not.
 bool ProfileStore::IsCurrent()
 {
-    if (!(files_.Stamp(path_) == stamp_))
+    if (!(files_.Stamp(path_) == stamp_)) {
         return false;
-    if (!isYoung_)
+    }
+    if (!isYoung_) {
         return true;
+    }
     const uint64_t begin = files_.Now();
     std::string content;
     FileStamp stamp;
-    if (files_.Read(path_, content, stamp) != FileFault::none || !(stamp == stamp_) || HashOf(content) != hash_)
+    if (files_.Read(path_, content, stamp) != FileFault::none || !(stamp == stamp_) || HashOf(content) != hash_) {
         return false;
+    }
     NoteAge(begin);
     return true;
 }
@@ -97,8 +104,9 @@ bool ProfileStore::DeleteSection(std::string_view section)
 bool ProfileStore::Record(std::string_view section, Text key, Text value)
 {
     const bool single = !batch_;
-    if (single)
+    if (single) {
         BeginBatch();
+    }
     try {
         const bool applied = Apply(section, key, value);
         if (applied) {
@@ -141,23 +149,29 @@ bool ProfileStore::CommitBatch()
 
 bool ProfileStore::Commit()
 {
-    if (changes_.empty())
+    if (changes_.empty()) {
         return true;
-    if (fault_ != FileFault::none)
+    }
+    if (fault_ != FileFault::none) {
         return false;
+    }
     constexpr int attempts = 5;
     std::unique_ptr<FileLock> alone;
     FileFault fault = files_.Exclude(path_, alone);
-    if (fault != FileFault::none)
+    if (fault != FileFault::none) {
         return false;
+    }
     for (int attempt = 0; attempt < attempts; ++attempt) {
-        if (!IsCurrent() && (!Replay() || fault_ != FileFault::none))
+        if (!IsCurrent() && (!Replay() || fault_ != FileFault::none)) {
             return false;
-        if (!profile_.Changed() && stamp_.exists)
+        }
+        if (!profile_.Changed() && stamp_.exists) {
             return true;
+        }
         fault = ReplaceFile();
-        if (fault != FileFault::changed)
+        if (fault != FileFault::changed) {
             break;
+        }
     }
     return fault == FileFault::none;
 }
@@ -167,12 +181,15 @@ FileFault ProfileStore::ReplaceFile()
 {
     Replacement replacement(files_);
     FileFault fault = replacement.Open(path_);
-    if (fault == FileFault::none)
+    if (fault == FileFault::none) {
         fault = replacement.Write(profile_.Render());
-    if (fault == FileFault::none)
+    }
+    if (fault == FileFault::none) {
         fault = replacement.Finish();
-    if (fault == FileFault::none && isYoung_ && !IsCurrent())
+    }
+    if (fault == FileFault::none && isYoung_ && !IsCurrent()) {
         fault = FileFault::changed;
+    }
     return fault == FileFault::none ? replacement.Commit(stamp_) : fault;
 }
 
@@ -182,8 +199,9 @@ bool ProfileStore::Replay()
     Load();
     size_t at = 0;
     const auto take = [&](int32_t length) -> Text {
-        if (length < 0)
+        if (length < 0) {
             return std::nullopt;
+        }
         const std::string_view text = std::string_view(log_).substr(at, static_cast<size_t>(length));
         at += text.size();
         return text;

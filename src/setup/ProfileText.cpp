@@ -10,17 +10,20 @@ namespace tvn2x::profile {
 
 std::string_view TrimSpaces(std::string_view text)
 {
-    while (!text.empty() && text.front() == ' ')
+    while (!text.empty() && text.front() == ' ') {
         text.remove_prefix(1);
-    while (!text.empty() && text.back() == ' ')
+    }
+    while (!text.empty() && text.back() == ' ') {
         text.remove_suffix(1);
+    }
     return text;
 }
 
 std::string_view ReadableDefault(std::string_view text)
 {
-    while (text.size() > 1 && text.back() == ' ')
+    while (text.size() > 1 && text.back() == ' ') {
         text.remove_suffix(1);
+    }
     return ini::ReadableValue(text);
 }
 
@@ -32,16 +35,18 @@ bool IsWritable(std::string_view text)
 
 bool IsPlainKey(std::string_view key)
 {
-    if (key.empty())
+    if (key.empty()) {
         return true;
+    }
     return key.front() != ';' && key.front() != '[' && !IsBlank(key.front()) && !IsBlank(key.back()) &&
            std::none_of(key.begin(), key.end(), [](char c) { return c == '=' || c == '\r' || c == '\n'; });
 }
 
 bool IsPlainSection(std::string_view section)
 {
-    if (section.empty())
+    if (section.empty()) {
         return true;
+    }
     return !IsBlank(section.front()) && !IsBlank(section.back()) &&
            std::none_of(section.begin(), section.end(), [](char c) { return c == ']' || c == '\r' || c == '\n'; });
 }

@@ -23,8 +23,9 @@ constexpr int32_t largestTable = 1 << 22;
 template <class T>
 void Resize(std::vector<T>& table, int32_t size, const wchar_t* source)
 {
-    if (size > largestTable)
+    if (size > largestTable) {
         RaiseOutOfMemory(source);
+    }
     try {
         table.resize(static_cast<size_t>(size) + 1);
     } catch (const std::bad_alloc&) {
@@ -39,8 +40,9 @@ std::wstring UnitSuffix(const std::wstring& unit)
 
 void RemoveAll(std::wstring& text, const std::wstring& part)
 {
-    for (size_t at = text.find(part); at != std::wstring::npos; at = text.find(part, at))
+    for (size_t at = text.find(part); at != std::wstring::npos; at = text.find(part, at)) {
         text.erase(at, part.size());
+    }
 }
 
 }  // namespace
@@ -53,13 +55,15 @@ SetupDocument::SetupDocument()
     SymbolRate(1, 6.9);
     Count(MP_LAST);
     for (int32_t parameter = MP_FIRST; parameter <= MP_LAST; ++parameter) {
-        for (int32_t action = 0; action <= 2; ++action)
+        for (int32_t action = 0; action <= 2; ++action) {
             Parameter(action, parameter, true);
+        }
         Order(parameter, static_cast<int16_t>(parameter));
         Caption(parameter, std::wstring(DefaultCaption(parameter)));
     }
-    for (int32_t parameter = MP_FIRST; parameter <= MP_LASTSTATIC; ++parameter)
+    for (int32_t parameter = MP_FIRST; parameter <= MP_LASTSTATIC; ++parameter) {
         Parameter(1, parameter, false);
+    }
     xAxis_ = {2, 2};
     dirty = false;
 }
@@ -67,8 +71,9 @@ SetupDocument::SetupDocument()
 const SetupDocument::Channel& SetupDocument::Row(int32_t channel, const wchar_t* source) const
 {
     const bool exists = listSize_ < 1 ? channel == 0 : channel >= 1 && channel <= listSize_;
-    if (!exists)
+    if (!exists) {
         RaiseSubscript(source);
+    }
     return channels_[static_cast<size_t>(channel)];
 }
 
@@ -79,8 +84,9 @@ SetupDocument::Channel& SetupDocument::Row(int32_t channel, const wchar_t* sourc
 
 const SetupDocument::Entry& SetupDocument::At(int32_t parameter, const wchar_t* source) const
 {
-    if (parameter < MP_FIRST || parameter > count_)
+    if (parameter < MP_FIRST || parameter > count_) {
         RaiseSubscript(source);
+    }
     return parameters_[static_cast<size_t>(parameter)];
 }
 
@@ -91,8 +97,9 @@ SetupDocument::Entry& SetupDocument::At(int32_t parameter, const wchar_t* source
 
 void SetupDocument::ListSize(int32_t size)
 {
-    if (size == listSize_ && !channels_.empty())
+    if (size == listSize_ && !channels_.empty()) {
         return;
+    }
     std::vector<Channel> cleared;
     Resize(cleared, std::max(size, 0), L"clsSetup.ListSize");
     channels_ = std::move(cleared);
@@ -140,16 +147,18 @@ void SetupDocument::Count(int32_t count)
 bool SetupDocument::Parameter(int32_t action, int32_t parameter) const
 {
     const Entry& entry = At(parameter, L"clsSetup.Parameter");
-    if (action < 0 || action > 2)
+    if (action < 0 || action > 2) {
         RaiseSubscript(L"clsSetup.Parameter");
+    }
     return entry.action[static_cast<size_t>(action)];
 }
 
 void SetupDocument::Parameter(int32_t action, int32_t parameter, bool value)
 {
     Entry& entry = At(parameter, L"clsSetup.Parameter");
-    if (action < 0 || action > 2)
+    if (action < 0 || action > 2) {
         RaiseSubscript(L"clsSetup.Parameter");
+    }
     Change(entry.action[static_cast<size_t>(action)], value);
 }
 
@@ -172,8 +181,9 @@ std::wstring SetupDocument::Caption(int32_t parameter) const
 void SetupDocument::Caption(int32_t parameter, std::wstring text)
 {
     Entry& entry = At(parameter, L"clsSetup.Caption");
-    if (parameter == MP_RFLEV)
+    if (parameter == MP_RFLEV) {
         RemoveAll(text, UnitSuffix(levelUnit_));
+    }
     Change(entry.caption, std::move(text));
 }
 
@@ -194,15 +204,17 @@ void SetupDocument::LevelUnit(std::wstring name)
 
 int32_t SetupDocument::XAxis(int32_t destination) const
 {
-    if (destination < 0 || destination > 1)
+    if (destination < 0 || destination > 1) {
         RaiseSubscript(L"clsSetup.XAxis");
+    }
     return xAxis_[static_cast<size_t>(destination)];
 }
 
 void SetupDocument::XAxis(int32_t destination, int32_t choice)
 {
-    if (destination < 0 || destination > 1)
+    if (destination < 0 || destination > 1) {
         RaiseSubscript(L"clsSetup.XAxis");
+    }
     Change(xAxis_[static_cast<size_t>(destination)], choice);
 }
 

@@ -23,8 +23,9 @@ std::wstring Replaced(std::wstring_view text, std::wstring_view part, std::wstri
 {
     std::wstring result;
     size_t start = 0;
-    for (size_t at; (at = text.find(part, start)) != std::wstring_view::npos; start = at + part.size())
+    for (size_t at; (at = text.find(part, start)) != std::wstring_view::npos; start = at + part.size()) {
         result.append(text.substr(start, at - start)).append(replacement);
+    }
     return result.append(text.substr(start));
 }
 
@@ -98,8 +99,9 @@ void Reader::ReadAll()
     ReadStaticSettings();
     ReadParameters();
     ReadNotesAndAxis();
-    for (int32_t parameter = MP_FIRST; parameter <= document_.Count(); ++parameter)
+    for (int32_t parameter = MP_FIRST; parameter <= document_.Count(); ++parameter) {
         document_.Parameter(0, parameter, document_.Parameter(1, parameter) || document_.Parameter(2, parameter));
+    }
     document_.dirty = false;
     ReadBackup();
 }
@@ -109,11 +111,12 @@ void Reader::ReadAll()
 int32_t Reader::ReadCount(int32_t defaultValue, int32_t most)
 {
     const int32_t count = ini_.GetLong(L"Count", defaultValue);
-    if (count > most)
+    if (count > most) {
         throw RaisedError(error::invalidPropertyValue, loadSource,
                           L"The file \"" + ini_.FullPath() + L"\" says [" + ini_.SectionName() + L"] Count=" +
                               std::to_wstring(count) + L", but can hold at most " + std::to_wstring(most) +
                               L". Correct the number, or load a backup of the file.");
+    }
     return count;
 }
 
@@ -122,19 +125,21 @@ void Reader::RequireRows(int32_t count)
     RowKey key(frequencyKey);
     int32_t missing = 0;
     for (int32_t row = 1; row <= count && count > mostMissingRows; ++row) {
-        if (!ini_.Has(key(row)) && ++missing > mostMissingRows)
+        if (!ini_.Has(key(row)) && ++missing > mostMissingRows) {
             throw RaisedError(error::invalidPropertyValue, loadSource,
                               L"The file \"" + ini_.FullPath() + L"\" says [" + ini_.SectionName() + L"] Count=" +
                                   std::to_wstring(count) + L", but lacks more than " +
                                   std::to_wstring(mostMissingRows) +
                                   L" of these rows. Correct the number, or load a backup of the file.");
+        }
     }
 }
 
 double Reader::ToDouble(std::string_view key, const std::optional<std::wstring>& text, double defaultValue) const
 {
-    if (!text)
+    if (!text) {
         return defaultValue;
+    }
     try {
         return ParseNumber(*text, locale_);
     } catch (const RaisedError& raised) {
@@ -150,8 +155,9 @@ double Reader::ToDouble(std::string_view key, const std::optional<std::wstring>&
 int32_t Reader::ReadLong(const char* key, int32_t defaultValue)
 {
     const std::optional<std::wstring> text = ini_.Find(key);
-    if (!text)
+    if (!text) {
         return defaultValue;
+    }
     try {
         const double number = std::nearbyint(ParseNumber(*text, locale_));
         const bool fits =
@@ -202,21 +208,24 @@ void Reader::ReadParameters()
     document_.Count(old_ ? count_ + addedParameters : count_);
     ReadFlags(section::display, 1);
     ReadFlags(section::save, 2);
-    if (old_)
+    if (old_) {
         ReadOldOrder();
-    else
+    } else {
         ReadOrder();
+    }
     ReadCaptions();
-    if (old_)
+    if (old_) {
         RepairOldCaptions();
+    }
 }
 
 void Reader::ReadFlags(const wchar_t* section, int32_t action)
 {
     ini_.SectionName(section);
     RowKey key(parameterKey);
-    for (int32_t parameter = MP_FIRST; parameter <= document_.Count(); ++parameter)
+    for (int32_t parameter = MP_FIRST; parameter <= document_.Count(); ++parameter) {
         document_.Parameter(action, parameter, ini_.FindLong(key(KeyNumber(parameter)), 0) != 0);
+    }
 }
 
 /// A parameter without a position follows behind those that the file counts.
@@ -227,8 +236,9 @@ void Reader::ReadOrder()
     int32_t next = count_;
     for (int32_t parameter = MP_FIRST; parameter <= document_.Count(); ++parameter) {
         auto position = static_cast<int16_t>(ini_.FindLong(key(parameter), -1));
-        if (position == -1)
+        if (position == -1) {
             position = static_cast<int16_t>(std::min(++next, lastPosition));
+        }
         document_.Order(parameter, position);
     }
 }
@@ -252,8 +262,9 @@ void Reader::ReadCaptions()
     RowKey key(parameterKey);
     for (int32_t parameter = MP_FIRST; parameter <= document_.Count(); ++parameter) {
         std::optional<std::wstring> caption = ini_.Find(key(KeyNumber(parameter)));
-        if (caption && *caption != L"MISSING")
+        if (caption && *caption != L"MISSING") {
             document_.StoredCaption(parameter, std::move(*caption));
+        }
     }
 }
 
@@ -284,8 +295,9 @@ void Reader::ReadBackup()
     document_.isBackup = ini_.SectExist(section::backup);
     document_.fullPath = ini_.FullPath();
     document_.dirty = false;
-    if (!document_.isBackup)
+    if (!document_.isBackup) {
         return;
+    }
     ini_.SectionName(section::backup);
     document_.productName = ini_.GetString(L"Product Name", L"");
     document_.appVersion = ini_.GetString(L"App Version", L"");
@@ -301,8 +313,9 @@ std::wstring ProcessCrLf(std::wstring_view text, int32_t mode)
 {
     constexpr std::wstring_view lineEnd = L"\r\n";
     constexpr std::wstring_view encoded = L"\\r\\n";
-    if (mode != 0 && mode != 1)
+    if (mode != 0 && mode != 1) {
         throw RaisedError(1000, L"clsSetup, ProcessCrLf", L"Invalid mode number, " + std::to_wstring(mode));
+    }
     return mode == 0 ? Replaced(text, lineEnd, encoded) : Replaced(text, encoded, lineEnd);
 }
 
@@ -311,12 +324,14 @@ bool LoadSetup(SetupDocument& document, const SetupEnvironment& environment, con
 {
     clsIniFile ini(environment.files, environment.messages, environment.codePage);
     const std::wstring path = NormalisedPath(ini, fullPath);
-    if (ini.Exists(path) == 0)
+    if (ini.Exists(path) == 0) {
         return false;
+    }
     ini.FullPath(path);
     ini.BeginBatch();
-    if (!ini.Readable())
+    if (!ini.Readable()) {
         return false;
+    }
 
     SetupDocument loaded = document;
     Reader reader(ini, loaded, environment.locale);

@@ -30,8 +30,9 @@ bool IsLoadable(double number)
 bool IsLoadable(const SetupDocument& document)
 {
     bool loadable = document.Count() <= mostParameters && IsLoadable(document.DefaultSymbolRate());
-    for (int32_t row = 1; row <= document.ListSize() && loadable; ++row)
+    for (int32_t row = 1; row <= document.ListSize() && loadable; ++row) {
         loadable = IsLoadable(document.Frequency(row)) && IsLoadable(document.SymbolRate(row));
+    }
     return loadable;
 }
 
@@ -46,8 +47,9 @@ std::wstring Protected(const std::wstring& text)
 {
     constexpr std::wstring_view blanks = L" \t\v\f";
     constexpr std::wstring_view quotes = L"\"'";
-    if (text.empty())
+    if (text.empty()) {
         return text;
+    }
     const bool blankEdge =
         blanks.find(text.front()) != std::wstring_view::npos || blanks.find(text.back()) != std::wstring_view::npos;
     const bool quoted =
@@ -182,10 +184,12 @@ void Writer::WriteTable(const wchar_t* section, std::string_view prefix, int32_t
 {
     Section(section);
     RowKey key(prefix);
-    for (int32_t parameter = MP_FIRST; parameter <= document_.Count() && ok_; ++parameter)
+    for (int32_t parameter = MP_FIRST; parameter <= document_.Count() && ok_; ++parameter) {
         value(key(parameter), parameter);
-    for (int32_t parameter = document_.Count() + 1; parameter <= oldCount && ok_; ++parameter)
+    }
+    for (int32_t parameter = document_.Count() + 1; parameter <= oldCount && ok_; ++parameter) {
         Delete(key(parameter));
+    }
 }
 
 void Writer::WriteNotesAndAxis()
@@ -225,18 +229,21 @@ bool CanStoreNotes(const std::wstring& notes)
 bool SaveSetup(SetupDocument& document, const SetupEnvironment& environment, const std::wstring& productName,
                const std::wstring& appVersion, const std::wstring& fullPath)
 {
-    if (fullPath.empty() && document.FileTitle() == L"Untitled")
+    if (fullPath.empty() && document.FileTitle() == L"Untitled") {
         return false;
-    if (!IsLoadable(document))
+    }
+    if (!IsLoadable(document)) {
         return false;
+    }
     clsIniFile ini(environment.files, environment.messages, environment.codePage);
     ini.FullPath(NormalisedPath(ini, fullPath.empty() ? document.fullPath : fullPath));
     ini.BeginBatch();
     Writer writer(ini, document, environment.locale);
     const bool identified = writer.WriteIdentity(productName, appVersion);
     const bool written = identified && writer.WriteContent();
-    if (!ini.CommitBatch())
+    if (!ini.CommitBatch()) {
         return false;
+    }
     if (identified) {
         document.productName = productName;
         document.appVersion = appVersion;
@@ -251,8 +258,9 @@ bool SaveSetup(SetupDocument& document, const SetupEnvironment& environment, con
 bool BackupSetup(const SetupDocument& document, const SetupEnvironment& environment, const std::wstring& productName,
                  const std::wstring& appVersion, const std::wstring& fullPath)
 {
-    if (fullPath.empty())
+    if (fullPath.empty()) {
         return false;
+    }
     clsIniFile ini(environment.files, environment.messages, environment.codePage);
     ini.FullPath(NormalisedPath(ini, fullPath));
     ini.BeginBatch();

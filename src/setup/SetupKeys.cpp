@@ -65,8 +65,9 @@ RowKey::RowKey(std::string_view prefix, bool padded) : prefixLength_(prefix.size
 std::string_view RowKey::operator()(int32_t row)
 {
     char* digits = text_.data() + prefixLength_;
-    if (padded_ && row >= 0 && row < 10)
+    if (padded_ && row >= 0 && row < 10) {
         *digits++ = '0';
+    }
     const char* const end = std::to_chars(digits, text_.data() + text_.size(), row).ptr;
     return {text_.data(), static_cast<size_t>(end - text_.data())};
 }
@@ -80,8 +81,9 @@ int32_t OldKeyNumber(int32_t parameter, int32_t count)
 OldPosition OldPositionOf(int32_t parameter, int32_t count)
 {
     for (const PositionRange& range : positionRanges) {
-        if (parameter < Resolve(range.first, count) || parameter > Resolve(range.last, count))
+        if (parameter < Resolve(range.first, count) || parameter > Resolve(range.last, count)) {
             continue;
+        }
         switch (range.source) {
             case Source::key:
                 return {parameter + range.offset, 0};
@@ -98,8 +100,9 @@ OldPosition OldPositionOf(int32_t parameter, int32_t count)
 
 int32_t TranslatedPosition(int32_t oldPosition)
 {
-    if (oldPosition < 1)
+    if (oldPosition < 1) {
         return oldPosition;
+    }
     return oldPosition <= static_cast<int32_t>(newPositions.size()) ? newPositions[static_cast<size_t>(oldPosition - 1)]
                                                                     : oldPosition + addedParameters;
 }

@@ -32,10 +32,12 @@ std::string Bytes(std::string_view text)
 
 std::wstring WindowsFolder()
 {
-    if (const char* const settings = std::getenv("XDG_CONFIG_HOME"); settings != nullptr && *settings == '/')
+    if (const char* const settings = std::getenv("XDG_CONFIG_HOME"); settings != nullptr && *settings == '/') {
         return FromUtf8(settings);
-    if (const char* const home = std::getenv("HOME"); home != nullptr && *home == '/')
+    }
+    if (const char* const home = std::getenv("HOME"); home != nullptr && *home == '/') {
         return FromUtf8(home) + L"/.config";
+    }
     return L"/etc";
 }
 
@@ -62,8 +64,9 @@ std::string WinIniSection(FileSystem& files, const std::string& section)
 {
     std::string lines;
     ProfileStore store = OpenWinIni(files);
-    for (const std::string& line : store.Profile().GetSection(Text(section)))
+    for (const std::string& line : store.Profile().GetSection(Text(section))) {
         lines.append(Bytes(line)).push_back('\0');
+    }
     return lines;
 }
 
@@ -71,8 +74,9 @@ bool WriteWinIni(FileSystem& files, const std::string& section, const std::optio
                  const std::optional<std::string>& value)
 {
     ProfileStore store = OpenWinIni(files);
-    if (!key)
+    if (!key) {
         return store.DeleteSection(Text(section));
+    }
     return value ? store.Write(Text(section), Text(*key), Text(*value))
                  : store.Write(Text(section), Text(*key), std::nullopt);
 }

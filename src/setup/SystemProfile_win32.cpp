@@ -51,8 +51,9 @@ bool WriteWinIni(FileSystem&, const std::string& section, const std::optional<st
 {
     // The system's own writer puts line ends and what follows them into the file as they are.
     if (!profile::IsWritable(section) || !profile::IsWritable(key.value_or("")) ||
-        !profile::IsWritable(value.value_or("")))
+        !profile::IsWritable(value.value_or(""))) {
         return false;
+    }
     return WriteProfileStringA(section.c_str(), key ? key->c_str() : nullptr,
                                key && value ? value->c_str() : nullptr) != FALSE;
 }

@@ -45,10 +45,12 @@ std::wstring_view TrimText(std::wstring_view text)
 std::wstring_view CurrentRoot(std::wstring_view current)
 {
     constexpr std::wstring_view separators = L"\\/";
-    if (current.size() >= 2 && current[1] == L':')
+    if (current.size() >= 2 && current[1] == L':') {
         return current.substr(0, 2);
-    if (current.size() < 2 || !IsSeparator(current[0]) || !IsSeparator(current[1]))
+    }
+    if (current.size() < 2 || !IsSeparator(current[0]) || !IsSeparator(current[1])) {
         return {};
+    }
     const size_t host = std::min(current.find_first_of(separators, 2), current.size() - 1);
     return current.substr(0, current.find_first_of(separators, host + 1));
 }
@@ -73,8 +75,9 @@ clsIniFile::clsIniFile(FileSystem& files, MessageBoxes& messages, const CodePage
 
 void clsIniFile::UseWinINI(bool use)
 {
-    if (use == useWinIni_)
+    if (use == useWinIni_) {
         return;
+    }
     if (use) {
         TakePath(JoinPath(WindowsFolder(), L"WIN.INI"));
         useWinIni_ = true;
@@ -97,8 +100,9 @@ void clsIniFile::FullPath(const std::wstring& path)
 std::wstring clsIniFile::FileOf(const std::wstring& path) const
 {
     const std::wstring_view name = NamePart(path);
-    if (path.empty())
+    if (path.empty()) {
         return path;
+    }
     return JoinPath(name.size() == path.size() ? WindowsFolder() : ExtractPath(path), name);
 }
 
@@ -131,23 +135,27 @@ std::wstring clsIniFile::ExtractPath(const std::wstring& path) const
         return whole ? folder : std::wstring(CurrentRoot(files_.CurrentFolder())) + folder;
     }
     const bool drive = path.size() >= 2 && path[1] == L':';
-    if (drive && path.size() > 2 && IsSeparator(path[2]))
+    if (drive && path.size() > 2 && IsSeparator(path[2])) {
         return folder;
+    }
 
     // Every drive has a current folder of its own; the one of another drive than the current is taken to be its root.
     std::wstring base = files_.CurrentFolder();
     if (drive &&
-        (base.empty() || std::towupper(static_cast<wint_t>(base[0])) != std::towupper(static_cast<wint_t>(path[0]))))
+        (base.empty() || std::towupper(static_cast<wint_t>(base[0])) != std::towupper(static_cast<wint_t>(path[0])))) {
         base = path.substr(0, 2) + L"\\";
-    if (drive && !folder.empty())
+    }
+    if (drive && !folder.empty()) {
         folder.erase(0, 2);
+    }
     return folder.empty() ? base : JoinPath(base, folder);
 }
 
 int16_t clsIniFile::Exists(const std::wstring& name) const
 {
-    if (name.empty())
+    if (name.empty()) {
         return 0;
+    }
     try {
         return files_.FindFirst(name.find(L'.') == std::wstring::npos ? name + L".*" : name) ? -1 : 0;
     } catch (const std::exception&) {
@@ -157,16 +165,18 @@ int16_t clsIniFile::Exists(const std::wstring& name) const
 
 bool clsIniFile::Registered() const
 {
-    if (!registered_)
+    if (!registered_) {
         messages_.Show(L"[Section] and FileName Not Registered in Private.Ini!", L"IniFile Logic Error",
                        MessageIcon::information);
+    }
     return registered_;
 }
 
 std::wstring clsIniFile::GetString(const std::wstring& key, const std::wstring& defaultValue)
 {
-    if (!Registered())
+    if (!Registered()) {
         return {};
+    }
     if (useWinIni_) {
         const auto section = CodePageText(sectionName_), name = CodePageText(key);
         return section && name ? FromCodePage(WinIniString(files_, *section, *name, ToCodePage(defaultValue)))
@@ -179,8 +189,9 @@ std::wstring clsIniFile::GetString(const std::wstring& key, const std::wstring& 
 
 int32_t clsIniFile::GetLong(const std::wstring& key, int32_t defaultValue)
 {
-    if (!Registered())
+    if (!Registered()) {
         return 0;
+    }
     if (useWinIni_) {
         const auto section = CodePageText(sectionName_), name = CodePageText(key);
         return section && name ? static_cast<int32_t>(WinIniInt(files_, *section, *name, defaultValue)) : defaultValue;
@@ -204,8 +215,9 @@ bool clsIniFile::GetTF(const std::wstring& key, int16_t defaultValue)
 
 bool clsIniFile::WriteKey(const std::wstring& key, const std::optional<std::wstring>& value)
 {
-    if (!Registered())
+    if (!Registered()) {
         return false;
+    }
     if (useWinIni_) {
         const auto section = CodePageText(sectionName_), name = CodePageText(key);
         const auto text = value ? CodePageText(*value) : std::nullopt;
@@ -246,11 +258,13 @@ bool clsIniFile::DeleteNumEntry(const std::wstring& key)
 
 void clsIniFile::DeleteSection()
 {
-    if (!Registered())
+    if (!Registered()) {
         return;
+    }
     if (useWinIni_) {
-        if (const auto section = CodePageText(sectionName_))
+        if (const auto section = CodePageText(sectionName_)) {
             WriteWinIni(files_, *section, std::nullopt, std::nullopt);
+        }
         WinIniWritten();
     } else {
         store_.DeleteSection(section_);
@@ -267,8 +281,9 @@ void clsIniFile::FlushCache()
 
 std::optional<std::wstring> clsIniFile::Find(std::string_view key)
 {
-    if (!Registered())
+    if (!Registered()) {
         return std::nullopt;
+    }
     const ProfileFile& profile = store_.Profile();
     const auto value = profile.Find(section_, key);
     return value ? std::optional<std::wstring>(profile.Decode(ini::FirstCharacters(*value))) : std::nullopt;
@@ -276,24 +291,27 @@ std::optional<std::wstring> clsIniFile::Find(std::string_view key)
 
 bool clsIniFile::Has(std::string_view key)
 {
-    if (!Registered())
+    if (!Registered()) {
         return false;
+    }
     const ProfileFile& profile = store_.Profile();
     return profile.Find(section_, key).has_value();
 }
 
 int32_t clsIniFile::FindLong(std::string_view key, int32_t defaultValue)
 {
-    if (!Registered())
+    if (!Registered()) {
         return 0;
+    }
     const ProfileFile& profile = store_.Profile();
     return static_cast<int32_t>(profile.GetInt(section_, key, static_cast<uint32_t>(defaultValue)));
 }
 
 bool clsIniFile::Put(std::string_view key, std::wstring_view value)
 {
-    if (!Registered())
+    if (!Registered()) {
         return false;
+    }
     return store_.Write(section_, key, profile::FromCaller(value));
 }
 

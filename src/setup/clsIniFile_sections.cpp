@@ -13,24 +13,27 @@ namespace {
 void AppendListed(std::wstring& list, const std::wstring& item)
 {
     const size_t length = std::min(item.find(L'\0'), item.size());
-    if (length != 0)
+    if (length != 0) {
         list.append(item, 0, length).push_back(L'\0');
+    }
 }
 
 }  // namespace
 
 std::wstring clsIniFile::GetSectEntries()
 {
-    if (!Registered())
+    if (!Registered()) {
         return {};
+    }
     if (useWinIni_) {
         const std::string section = ToCodePage(sectionName_);
         return FromCodePage(section) == sectionName_ ? FromCodePage(WinIniSection(files_, section)) : std::wstring();
     }
     const ProfileFile& profile = store_.Profile();
     std::wstring entries;
-    for (const std::string& line : profile.GetSection(section_))
+    for (const std::string& line : profile.GetSection(section_)) {
         AppendListed(entries, profile.Decode(line));
+    }
     return entries;
 }
 
@@ -52,8 +55,9 @@ std::wstring clsIniFile::GetSections()
     std::vector<std::wstring> names;
     GetSectionsEx(names);
     std::wstring list;
-    for (const std::wstring& name : names)
+    for (const std::wstring& name : names) {
         AppendListed(list, name);
+    }
     list.push_back(L'\0');
     return list;
 }
@@ -62,11 +66,13 @@ void clsIniFile::GetSectionsEx(std::vector<std::wstring>& names)
 {
     names.clear();
     ProfileStore winIni(files_, codePage_);
-    if (useWinIni_)
+    if (useWinIni_) {
         winIni.Bind(fullPath_);
+    }
     const ProfileFile& profile = useWinIni_ ? winIni.Profile() : store_.Profile();
-    for (const std::string& name : profile.GetBracketedLines())
+    for (const std::string& name : profile.GetBracketedLines()) {
         names.push_back(profile.Decode(name));
+    }
 }
 
 bool clsIniFile::SectExist(const std::wstring& name)

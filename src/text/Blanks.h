@@ -13,10 +13,12 @@ constexpr bool IsBlank(wchar_t c)
 template <class Character>
 std::basic_string_view<Character> WithoutBlanks(std::basic_string_view<Character> text)
 {
-    while (!text.empty() && IsBlank(static_cast<wchar_t>(text.front())))
+    while (!text.empty() && IsBlank(static_cast<wchar_t>(text.front()))) {
         text.remove_prefix(1);
-    while (!text.empty() && IsBlank(static_cast<wchar_t>(text.back())))
+    }
+    while (!text.empty() && IsBlank(static_cast<wchar_t>(text.back()))) {
         text.remove_suffix(1);
+    }
     return text;
 }
 

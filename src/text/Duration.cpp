@@ -4,7 +4,6 @@
 #include <cmath>
 
 namespace tvn2x {
-
 namespace {
 
 std::wstring TwoDigits(long long value)

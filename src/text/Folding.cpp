@@ -31,8 +31,9 @@ uint64_t LoadEight(const char* bytes)
 uint64_t LoadRest(const char* bytes, size_t count)
 {
     uint64_t value = 0;
-    for (size_t i = 0; i < count; ++i)
+    for (size_t i = 0; i < count; ++i) {
         value |= uint64_t{static_cast<unsigned char>(bytes[i])} << (8 * i);
+    }
     return value;
 }
 
@@ -42,8 +43,9 @@ bool ForEachEight(std::string_view name, Take take)
 {
     size_t at = 0;
     for (; at + 8 <= name.size(); at += 8) {
-        if (!take(at, LoadEight(name.data() + at)))
+        if (!take(at, LoadEight(name.data() + at))) {
             return false;
+        }
     }
     return at == name.size() || take(at, LoadRest(name.data() + at, name.size() - at));
 }
@@ -62,10 +64,12 @@ uint64_t HashSecret()
 
 bool EqualIgnoringCase(std::string_view left, std::string_view right)
 {
-    if (left.size() != right.size())
+    if (left.size() != right.size()) {
         return false;
-    if (left == right)
+    }
+    if (left == right) {
         return true;
+    }
     return ForEachEight(left, [&](size_t at, uint64_t bytes) {
         const bool whole = right.size() - at >= 8;
         const uint64_t other = whole ? LoadEight(right.data() + at) : LoadRest(right.data() + at, right.size() - at);

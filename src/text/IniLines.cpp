@@ -13,19 +13,22 @@ constexpr std::string_view utf16Mark = "\xFF\xFE";
 
 int DigitValue(char c)
 {
-    if (c >= '0' && c <= '9')
+    if (c >= '0' && c <= '9') {
         return c - '0';
+    }
     const char lower = static_cast<char>(c | 0x20);
     return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : 16;
 }
 
 uint32_t TakeBase(std::string_view& digits)
 {
-    if (digits.size() < 2 || digits[0] != '0')
+    if (digits.size() < 2 || digits[0] != '0') {
         return 10;
+    }
     const uint32_t base = digits[1] == 'x' ? 16 : digits[1] == 'o' ? 8 : digits[1] == 'b' ? 2 : 10;
-    if (base != 10)
+    if (base != 10) {
         digits.remove_prefix(2);
+    }
     return base;
 }
 
@@ -58,8 +61,9 @@ size_t LineScanner::NearestOf(char end, size_t& known) const
 
 bool LineScanner::Next(Line& line)
 {
-    if (at_ >= content_.size())
+    if (at_ >= content_.size()) {
         return false;
+    }
     const size_t lf = NearestOf('\n', nextLf_);
     const size_t cr = NearestOf('\r', nextCr_);
     line.start = at_;
@@ -80,16 +84,18 @@ bool LineScanner::Next(Line& line)
 
 std::string_view LineScanner::PrevailingEnd() const
 {
-    if (lfLines_ > std::max(crLfLines_, crLines_))
+    if (lfLines_ > std::max(crLfLines_, crLines_)) {
         return "\n";
+    }
     return crLines_ > std::max(crLfLines_, lfLines_) ? "\r" : "\r\n";
 }
 
 Entry ParseEntry(std::string_view line)
 {
     const size_t equals = line.find('=');
-    if (equals == std::string_view::npos)
+    if (equals == std::string_view::npos) {
         return {TrimBlanks(line), {}, false};
+    }
     return {TrimBlanks(line.substr(0, equals)), TrimBlanks(line.substr(equals + 1)), true};
 }
 
@@ -115,17 +121,20 @@ std::string_view ReadableValue(std::string_view value)
 
 uint32_t ReadInteger(std::string_view value)
 {
-    while (!value.empty() && static_cast<unsigned char>(value.front()) <= ' ')
+    while (!value.empty() && static_cast<unsigned char>(value.front()) <= ' ') {
         value.remove_prefix(1);
+    }
     const bool negative = value.starts_with('-');
-    if (negative || value.starts_with('+'))
+    if (negative || value.starts_with('+')) {
         value.remove_prefix(1);
+    }
     const uint32_t base = TakeBase(value);
     uint32_t number = 0;
     for (const char c : value) {
         const auto digit = static_cast<uint32_t>(DigitValue(c));
-        if (digit >= base)
+        if (digit >= base) {
             break;
+        }
         number = number * base + digit;
     }
     return negative ? 0U - number : number;

@@ -80,7 +80,7 @@ int32_t HexDigit(wchar_t c)
 {
     constexpr std::wstring_view lower = L"0123456789abcdef";
     const wchar_t folded = c >= L'A' && c <= L'F' ? static_cast<wchar_t>(c - L'A' + L'a') : c;
-    const std::size_t value = lower.find(folded);
+    const size_t value = lower.find(folded);
     return value == std::wstring_view::npos ? -1 : static_cast<int32_t>(value);
 }
 
@@ -106,11 +106,13 @@ std::wstring FromSymbols(std::string_view bytes)
 
 std::wstring Decoded(int32_t page, const std::string& bytes)
 {
-    if (page == symbolPage)
+    if (page == symbolPage) {
         return FromSymbols(bytes);
+    }
     std::optional<std::wstring> text;
-    if (page != systemPage)
+    if (page != systemPage) {
         text = DecodeNumbered(static_cast<uint32_t>(page), bytes);
+    }
     return text ? *text : FromCodePage(bytes);
 }
 
@@ -122,8 +124,9 @@ public:
 
     std::wstring Read()
     {
-        while (!rest_.empty() && !ended_)
+        while (!rest_.empty() && !ended_) {
             ReadNext();
+        }
         Flush();
         return std::move(plain_);
     }
@@ -180,8 +183,9 @@ private:
 
     void ReadControl()
     {
-        if (rest_.empty())
+        if (rest_.empty()) {
             return;
+        }
         if (IsLetter(rest_.front())) {
             ReadWord();
             return;
@@ -201,8 +205,9 @@ private:
                 break;
             case L'\r':
             case L'\n':
-                if (c == L'\r' && rest_.starts_with(L'\n'))
+                if (c == L'\r' && rest_.starts_with(L'\n')) {
                     Take();
+                }
                 Append(L'\n');
                 break;
             case L'\t':
@@ -225,18 +230,23 @@ private:
         rest_.remove_prefix(word.size());
         const bool isNegative =
             rest_.size() > 1 && rest_[0] == L'-' && digits.find(rest_[1]) != std::wstring_view::npos;
-        if (isNegative)
+        if (isNegative) {
             Take();
+        }
         constexpr int32_t most = 100'000'000;
         std::optional<int32_t> number;
-        while (!rest_.empty() && digits.find(rest_.front()) != std::wstring_view::npos)
+        while (!rest_.empty() && digits.find(rest_.front()) != std::wstring_view::npos) {
             number = std::min(most, number.value_or(0) * 10 + (Take() - L'0'));
-        if (rest_.starts_with(L' '))
+        }
+        if (rest_.starts_with(L' ')) {
             Take();
-        if (number && isNegative)
+        }
+        if (number && isNegative) {
             number = -*number;
-        if (!ApplyFont(word, number.value_or(0)))
+        }
+        if (!ApplyFont(word, number.value_or(0))) {
             Apply(word, number);
+        }
     }
 
     /// False for a word that has nothing to do with fonts and code pages.
@@ -255,8 +265,9 @@ private:
             group_.isFormat = group_.isFontTable = true;
         } else if (word == L"fcharset" && group_.isFontTable) {
             const auto* const set = std::ranges::find(characterSets, number, &CharacterSet::number);
-            if (set != characterSets.end())
+            if (set != characterSets.end()) {
                 fontPages_.emplace(group_.font, set->page);
+            }
         } else if (word == L"cpg" && group_.isFontTable) {
             fontPages_[group_.font] = number;
         } else {
@@ -273,7 +284,7 @@ private:
         } else if (word == L"uc") {
             group_.fallback = std::clamp(number.value_or(1), 0, 16);
         } else if (word == L"bin") {
-            rest_.remove_prefix(std::min(rest_.size(), static_cast<std::size_t>(std::max(number.value_or(0), 0))));
+            rest_.remove_prefix(std::min(rest_.size(), static_cast<size_t>(std::max(number.value_or(0), 0))));
         } else if (word == L"v") {
             Flush();
             group_.isHidden = number != 0;
@@ -293,30 +304,35 @@ private:
 
     void ReadByte()
     {
-        if (rest_.size() < 2)
+        if (rest_.size() < 2) {
             return;
+        }
         const int32_t high = HexDigit(rest_[0]);
         const int32_t low = HexDigit(rest_[1]);
-        if (high < 0 || low < 0)
+        if (high < 0 || low < 0) {
             return;
+        }
         rest_.remove_prefix(2);
-        if (!Skipped() && high + low != 0)
+        if (!Skipped() && high + low != 0) {
             AppendByte(static_cast<char>(high * 16 + low));
+        }
     }
 
     /// Whether the next character stays out: it is not to be read, or stands in for a Unicode character.
     bool Skipped()
     {
-        if (toSkip_ == 0)
+        if (toSkip_ == 0) {
             return group_.IsSilent();
+        }
         --toSkip_;
         return true;
     }
 
     void Append(wchar_t c)
     {
-        if (Skipped())
+        if (Skipped()) {
             return;
+        }
         Flush();
         plain_ += c;
     }
@@ -342,18 +358,21 @@ private:
         constexpr uint32_t units = 0x10000;
         const auto unit = static_cast<uint32_t>(number < 0 ? number + static_cast<int32_t>(units) : number);
         FlushBytes();
-        if (group_.IsSilent())
+        if (group_.IsSilent()) {
             return;
+        }
         const uint32_t high = std::exchange(highSurrogate_, 0);
         const bool isPair = high != 0 && IsLowSurrogate(unit);
-        if (high != 0 && !isPair)
+        if (high != 0 && !isPair) {
             plain_ += unreadable;
-        if (IsHighSurrogate(unit))
+        }
+        if (IsHighSurrogate(unit)) {
             highSurrogate_ = unit;
-        else if (isPair)
+        } else if (isPair) {
             AppendCharacter(units + ((high - 0xD800) << 10) + (unit - 0xDC00));
-        else if (unit != 0)
+        } else if (unit != 0) {
             AppendCharacter(IsLowSurrogate(unit) || unit > 0x10FFFF ? uint32_t{unreadable} : unit);
+        }
     }
 
     void AppendCharacter(uint32_t c)
@@ -375,15 +394,17 @@ private:
     /// Half a surrogate pair whose other half does not come.
     void EndPair()
     {
-        if (std::exchange(highSurrogate_, 0) != 0)
+        if (std::exchange(highSurrogate_, 0) != 0) {
             plain_ += unreadable;
+        }
     }
 
     /// A character may take several bytes, so they are converted together.
     void FlushBytes()
     {
-        if (bytes_.empty())
+        if (bytes_.empty()) {
             return;
+        }
         const auto font = fontPages_.find(group_.font < 0 ? defaultFont_ : group_.font);
         plain_ += Decoded(font == fontPages_.end() ? page_ : font->second, std::exchange(bytes_, {}));
     }
@@ -406,10 +427,11 @@ std::wstring WithPlainLineEnds(std::wstring_view text)
 {
     std::wstring plain;
     plain.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
+    for (size_t i = 0; i < text.size(); ++i) {
         const bool isPair = text.substr(i, 2) == L"\r\n";
-        if (!isPair)
+        if (!isPair) {
             plain += text[i] == L'\r' ? L'\n' : text[i];
+        }
     }
     return plain;
 }

@@ -7,7 +7,6 @@
 #include "util/Encoding.h"
 
 namespace tvn2x {
-
 namespace {
 
 constexpr size_t largestInput = 4u << 20;

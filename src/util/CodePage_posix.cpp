@@ -19,8 +19,9 @@ constexpr std::array<wchar_t, 32> upperControls = {0x20AC, 0x0081, 0x201A, 0x019
 
 char ToByte(wchar_t c)
 {
-    if ((c >= 0 && c < 0x80) || (c >= 0xA0 && c <= 0xFF))
+    if ((c >= 0 && c < 0x80) || (c >= 0xA0 && c <= 0xFF)) {
         return static_cast<char>(c);
+    }
     const auto* const found = std::find(upperControls.begin(), upperControls.end(), c);
     return found == upperControls.end() ? '?' : static_cast<char>(0x80 + (found - upperControls.begin()));
 }
@@ -59,8 +60,9 @@ public:
     Converter& operator=(const Converter&) = delete;
     ~Converter()
     {
-        if (IsKnown())
+        if (IsKnown()) {
             iconv_close(handle_);
+        }
     }
 
     bool IsKnown() const { return reinterpret_cast<intptr_t>(handle_) != -1; }
@@ -101,8 +103,9 @@ std::optional<std::wstring> DecodeNumbered(uint32_t number, std::string_view byt
 {
     constexpr uint32_t macintosh = 10000;
     constexpr uint32_t utf8 = 65001;
-    if (number == utf8)
+    if (number == utf8) {
         return FromUtf8(bytes);
+    }
     const Converter converter(number == macintosh ? "MACINTOSH" : "CP" + std::to_string(number));
     return converter.IsKnown() ? std::optional(converter.Decode(bytes)) : std::nullopt;
 }

@@ -72,16 +72,20 @@ struct Lead
 
 Lead LeadOf(unsigned char byte)
 {
-    if (byte < 0x80)
+    if (byte < 0x80) {
         return {0, 0, 0};
-    if (byte >= 0xC2 && byte < 0xE0)
+    }
+    if (byte >= 0xC2 && byte < 0xE0) {
         return {1, 0x80, 0xBF};
-    if (byte >= 0xE0 && byte < 0xF0)
+    }
+    if (byte >= 0xE0 && byte < 0xF0) {
         return {2, static_cast<unsigned char>(byte == 0xE0 ? 0xA0 : 0x80),
                 static_cast<unsigned char>(byte == 0xED ? 0x9F : 0xBF)};
-    if (byte >= 0xF0 && byte < 0xF5)
+    }
+    if (byte >= 0xF0 && byte < 0xF5) {
         return {3, static_cast<unsigned char>(byte == 0xF0 ? 0x90 : 0x80),
                 static_cast<unsigned char>(byte == 0xF4 ? 0x8F : 0xBF)};
+    }
     return {-1, 0, 0};
 }
 
@@ -91,17 +95,20 @@ char32_t TakeUtf8(std::string_view& bytes)
     const auto first = static_cast<unsigned char>(bytes[0]);
     bytes.remove_prefix(1);
     const Lead lead = LeadOf(first);
-    if (lead.tails < 0)
+    if (lead.tails < 0) {
         return replacement;
-    if (lead.tails == 0)
+    }
+    if (lead.tails == 0) {
         return first;
+    }
     char32_t c = first & (0x3FU >> lead.tails);
     for (int i = 0; i < lead.tails; ++i) {
         const unsigned char low = i == 0 ? lead.secondFrom : 0x80;
         const unsigned char high = i == 0 ? lead.secondTo : 0xBF;
         const auto byte = bytes.empty() ? 0 : static_cast<unsigned char>(bytes[0]);
-        if (byte < low || byte > high)
+        if (byte < low || byte > high) {
             return replacement;
+        }
         bytes.remove_prefix(1);
         c = c << 6 | (byte & 0x3FU);
     }
@@ -124,8 +131,9 @@ std::string ToUtf8(std::wstring_view text)
 {
     std::string bytes;
     bytes.reserve(text.size());
-    while (!text.empty())
+    while (!text.empty()) {
         AppendUtf8(bytes, TakeWide(text));
+    }
     return bytes;
 }
 
@@ -133,8 +141,9 @@ std::wstring FromUtf8(std::string_view bytes)
 {
     std::wstring text;
     text.reserve(bytes.size());
-    while (!bytes.empty())
+    while (!bytes.empty()) {
         AppendWide(text, TakeUtf8(bytes));
+    }
     return text;
 }
 

@@ -17,10 +17,12 @@ FileFault ReadRest(InputFile& file, size_t expected, std::string& content)
 {
     content.resize(expected + 1);  // the byte too many finds the end of the file without another round
     size_t size = 0;
-    for (size_t got = 1; got != 0 && size < content.size(); size += got)
+    for (size_t got = 1; got != 0 && size < content.size(); size += got) {
         if (const FileFault fault = file.Read(content.data() + size, content.size() - size, got);
-            fault != FileFault::none)
+            fault != FileFault::none) {
             return fault;
+        }
+    }
     content.resize(size);
     return FileFault::none;
 }
@@ -31,19 +33,24 @@ FileFault ReadOneState(InputFile& file, std::string& content, FileStamp& stamp)
 {
     constexpr int attempts = 5;
     FileStamp before;
-    if (const FileFault fault = file.Stamp(before); fault != FileFault::none)
+    if (const FileFault fault = file.Stamp(before); fault != FileFault::none) {
         return fault;
+    }
     for (int attempt = 0; attempt < attempts; ++attempt) {
-        if (before.size > largestFile)
+        if (before.size > largestFile) {
             return FileFault::tooLarge;
+        }
         FileStamp after;
         FileFault fault = file.Rewind();
-        if (fault == FileFault::none)
+        if (fault == FileFault::none) {
             fault = ReadRest(file, static_cast<size_t>(before.size), content);
-        if (fault == FileFault::none)
+        }
+        if (fault == FileFault::none) {
             fault = file.Stamp(after);
-        if (fault != FileFault::none)
+        }
+        if (fault != FileFault::none) {
             return fault;
+        }
         if (before == after && content.size() == after.size) {
             stamp = after;
             return FileFault::none;
@@ -62,8 +69,9 @@ std::wstring UnpredictableName()
     std::wstring name(nameBegin);
     uint32_t bits = 0;
     for (int i = 0; i < nameDigits; ++i, bits >>= 4) {
-        if (i % 8 == 0)
+        if (i % 8 == 0) {
             bits = random();  // the system takes its time for each number
+        }
         name += hexadecimal[bits & 15];
     }
     return name.append(nameEnd);
@@ -72,8 +80,9 @@ std::wstring UnpredictableName()
 bool IsUnpredictableName(std::wstring_view name)
 {
     if (name.size() != nameBegin.size() + nameDigits + nameEnd.size() || !name.starts_with(nameBegin) ||
-        !name.ends_with(nameEnd))
+        !name.ends_with(nameEnd)) {
         return false;
+    }
     return name.substr(nameBegin.size(), nameDigits).find_first_not_of(hexadecimal) == std::wstring_view::npos;
 }
 

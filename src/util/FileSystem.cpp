@@ -40,19 +40,22 @@ uint64_t TickOf(const FileStamp& stamp)
     constexpr uint64_t second = 1'000'000'000;
     // Systems stamp files when their scheduler ticks, however fine their stamps are.
     constexpr uint64_t shortest = second / 50;
-    if (stamp.modified % (2 * second) == 0)
+    if (stamp.modified % (2 * second) == 0) {
         return 2 * second;
+    }
     return stamp.modified % second == 0 ? second : shortest;
 }
 
 bool MatchesPattern(std::wstring_view name, std::wstring_view pattern)
 {
-    if (pattern == L"*.*")
+    if (pattern == L"*.*") {
         return true;
+    }
     if (pattern.ends_with(L'.')) {
         pattern.remove_suffix(1);
-        if (pattern.find_first_of(L"*?") != std::wstring_view::npos && name.find(L'.') != std::wstring_view::npos)
+        if (pattern.find_first_of(L"*?") != std::wstring_view::npos && name.find(L'.') != std::wstring_view::npos) {
             return false;
+        }
     }
 
     // The places of the pattern that may be reached with the name read so far, so that no pattern takes long.
@@ -65,19 +68,23 @@ bool MatchesPattern(std::wstring_view name, std::wstring_view pattern)
                 pattern[p] == L'.' && p + 1 < pattern.size() && (pattern[p + 1] == L'*' || pattern[p + 1] == L'?');
             const bool mayBeNothing =
                 pattern[p] == L'*' || (pattern[p] == L'?' && (end || name[i] == L'.')) || (dotBeforeWildcard && end);
-            if (reached[p] && mayBeNothing)
+            if (reached[p] && mayBeNothing) {
                 reached[p + 1] = true;
+            }
         }
-        if (end)
+        if (end) {
             break;
+        }
         std::vector<bool> next(pattern.size() + 1);
         for (size_t p = 0; p < pattern.size(); ++p) {
-            if (!reached[p])
+            if (!reached[p]) {
                 continue;
-            if (pattern[p] == L'*')
+            }
+            if (pattern[p] == L'*') {
                 next[p] = true;
-            else if (pattern[p] == L'?' ? name[i] != L'.' : std::towupper(pattern[p]) == std::towupper(name[i]))
+            } else if (pattern[p] == L'?' ? name[i] != L'.' : std::towupper(pattern[p]) == std::towupper(name[i])) {
                 next[p + 1] = true;
+            }
         }
         reached = std::move(next);
     }
@@ -90,8 +97,9 @@ FileFault Replacement::Open(const std::wstring& path)
     path_ = path;
     written_ = 0;
     const FileFault fault = files_.CreateTemporary(path, temporary_, file_);
-    if (fault != FileFault::none)
+    if (fault != FileFault::none) {
         temporary_.clear();
+    }
     return fault;
 }
 
@@ -103,8 +111,9 @@ FileFault Replacement::Write(std::string_view bytes)
 
 FileFault Replacement::Finish()
 {
-    if (!file_)
+    if (!file_) {
         return FileFault::none;
+    }
     const FileFault fault = file_->Flush();
     const FileFault closeFault = file_->Close();
     file_.reset();
@@ -125,18 +134,20 @@ FileFault Replacement::Commit(const FileStamp& state)
 
 FileFault Replacement::Ended(FileFault fault)
 {
-    if (fault == FileFault::none)
+    if (fault == FileFault::none) {
         temporary_.clear();
-    else
+    } else {
         Discard();
+    }
     return fault;
 }
 
 void Replacement::Discard() noexcept
 {
     file_.reset();
-    if (temporary_.empty())
+    if (temporary_.empty()) {
         return;
+    }
     try {
         files_.Remove(temporary_);
     } catch (...) {
@@ -156,8 +167,9 @@ FileFault ReplaceContent(FileSystem& files, const std::wstring& path, std::strin
 {
     Replacement replacement(files);
     FileFault fault = replacement.Open(path);
-    if (fault == FileFault::none)
+    if (fault == FileFault::none) {
         fault = replacement.Write(content);
+    }
     return fault == FileFault::none ? replacement.Commit() : fault;
 }
 

@@ -77,11 +77,13 @@ std::string FollowLinks(std::string path)
     std::array<char, 4096> text;
     for (int i = 0; i < mostLinks; ++i) {
         const ssize_t length = readlink(path.c_str(), text.data(), text.size());
-        if (length <= 0)
+        if (length <= 0) {
             break;
+        }
         std::string next(text.data(), static_cast<size_t>(length));
-        if (next.front() != '/')
+        if (next.front() != '/') {
             next.insert(0, FolderOf(path));
+        }
         path = std::move(next);
     }
     return path;
@@ -98,17 +100,22 @@ bool FolderExists(const std::string& path)
 /// Whether a file may be replaced: nothing forbids the renaming itself.
 FileFault CheckTarget(const std::string& path, struct stat& state, bool& exists)
 {
-    if (path.empty())
+    if (path.empty()) {
         return FileFault::pathMissing;
+    }
     exists = stat(path.c_str(), &state) == 0;
-    if (!exists)
+    if (!exists) {
         return errno == ENOENT ? (FolderExists(path) ? FileFault::none : FileFault::pathMissing) : FaultOf(errno);
-    if (S_ISDIR(state.st_mode))
+    }
+    if (S_ISDIR(state.st_mode)) {
         return FileFault::isDirectory;
-    if (!S_ISREG(state.st_mode))
+    }
+    if (!S_ISREG(state.st_mode)) {
         return FileFault::other;
-    if ((state.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0)
+    }
+    if ((state.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) {
         return FileFault::readOnly;
+    }
     return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0 ? FileFault::none : FaultOf(errno);
 }
 
@@ -118,8 +125,9 @@ bool TakeRights(const Descriptor& file, const struct stat& target)
 {
     mode_t mode = target.st_mode & 07777;
     if (fchown(file.Get(), target.st_uid, target.st_gid) != 0 &&
-        fchown(file.Get(), static_cast<uid_t>(-1), target.st_gid) != 0)
+        fchown(file.Get(), static_cast<uid_t>(-1), target.st_gid) != 0) {
         mode &= ~static_cast<mode_t>(S_IRWXG);
+    }
     return fchmod(file.Get(), mode) == 0;
 }
 
@@ -135,8 +143,9 @@ void RemoveStaleTemporaries(const std::string& folder)
         const int at = dirfd(entries.get());
         if (entry->d_name[0] == '~' && IsUnpredictableName(FromUtf8(entry->d_name)) &&
             fstatat(at, entry->d_name, &state, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(state.st_mode) &&
-            state.st_mtim.tv_sec < now - staleAge)
+            state.st_mtim.tv_sec < now - staleAge) {
             unlinkat(at, entry->d_name, 0);
+        }
     }
 }
 
@@ -158,14 +167,17 @@ FileFault LockFolder(Descriptor folder, std::unique_ptr<FileLock>& lock)
     constexpr std::chrono::microseconds pause(200);
     const auto begin = std::chrono::steady_clock::now();
     while (folder && flock(folder.Get(), LOCK_EX | LOCK_NB) != 0) {
-        if (errno != EWOULDBLOCK && errno != EINTR)
+        if (errno != EWOULDBLOCK && errno != EINTR) {
             return FileFault::none;
-        if (std::chrono::steady_clock::now() - begin > longestWait)
+        }
+        if (std::chrono::steady_clock::now() - begin > longestWait) {
             return FileFault::inUse;
+        }
         std::this_thread::sleep_for(pause);
     }
-    if (folder)
+    if (folder) {
         lock = std::make_unique<FolderLock>(std::move(folder));
+    }
     return FileFault::none;
 }
 
@@ -179,12 +191,15 @@ public:
         struct stat state
         {
         };
-        if (fstat(file_.Get(), &state) != 0)
+        if (fstat(file_.Get(), &state) != 0) {
             return FaultOf(errno);
-        if (S_ISDIR(state.st_mode))
+        }
+        if (S_ISDIR(state.st_mode)) {
             return FileFault::isDirectory;
-        if (!S_ISREG(state.st_mode))
+        }
+        if (!S_ISREG(state.st_mode)) {
             return FileFault::other;
+        }
         stamp = StampOf(state);
         return FileFault::none;
     }
@@ -194,9 +209,9 @@ public:
     FileFault Read(char* bytes, size_t size, size_t& got) override
     {
         ssize_t length = 0;
-        do
+        do {
             length = read(file_.Get(), bytes, size);
-        while (length < 0 && errno == EINTR);
+        } while (length < 0 && errno == EINTR);
         got = length < 0 ? 0 : static_cast<size_t>(length);
         return length < 0 ? FaultOf(errno) : FileFault::none;
     }
@@ -214,8 +229,9 @@ public:
     {
         while (!bytes.empty()) {
             const ssize_t length = write(file.Get(), bytes.data(), bytes.size());
-            if (length < 0 && errno != EINTR)
+            if (length < 0 && errno != EINTR) {
                 return FaultOf(errno);
+            }
             bytes.remove_prefix(length < 0 ? 0 : static_cast<size_t>(length));
         }
         return FileFault::none;
@@ -240,8 +256,9 @@ public:
     {
         const std::string native = NativePath(path);
         Descriptor file(open(native.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));  // no waiting for a pipe's other end
-        if (!file)
+        if (!file) {
             return errno == ENOENT && !FolderExists(native) ? FileFault::pathMissing : FaultOf(errno);
+        }
         PosixInput input(std::move(file));
         return ReadOneState(input, content, stamp);
     }
@@ -254,8 +271,9 @@ public:
         {
         };
         bool exists = false;
-        if (const FileFault fault = CheckTarget(native, state, exists); fault != FileFault::none)
+        if (const FileFault fault = CheckTarget(native, state, exists); fault != FileFault::none) {
             return fault;
+        }
 
         RemoveStaleTemporaries(FolderOf(native));
         // Whatever may fail for want of memory comes before the file is made.
@@ -264,8 +282,9 @@ public:
         const std::string nativeName = ToUtf8(name);
         output->file = Descriptor(
             open(nativeName.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, exists ? 0600 : 0666));
-        if (!output->file)
+        if (!output->file) {
             return FaultOf(errno);
+        }
         if (exists && !TakeRights(output->file, state)) {
             const int error = errno;
             unlink(nativeName.c_str());
@@ -289,15 +308,19 @@ public:
         {
         };
         bool exists = false;
-        if (const FileFault fault = CheckTarget(native, state, exists); fault != FileFault::none)
+        if (const FileFault fault = CheckTarget(native, state, exists); fault != FileFault::none) {
             return fault;
-        if (expected != nullptr && !(StampAt(native) == *expected))
+        }
+        if (expected != nullptr && !(StampAt(native) == *expected)) {
             return FileFault::changed;
-        if (rename(NativePath(from).c_str(), native.c_str()) != 0)
+        }
+        if (rename(NativePath(from).c_str(), native.c_str()) != 0) {
             return FaultOf(errno);
+        }
         // The file is in place; a folder that cannot be flushed only delays how soon the disk knows.
-        if (const Descriptor folder(open(FolderOf(native).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)); folder)
+        if (const Descriptor folder(open(FolderOf(native).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)); folder) {
             fsync(folder.Get());
+        }
         return FileFault::none;
     }
 
@@ -311,15 +334,17 @@ public:
         const size_t nameAt = pattern.rfind(L'/') + 1;
         const std::string folder = FolderOf(NativePath(pattern));
         const std::unique_ptr<DIR, int (*)(DIR*)> entries(opendir(folder.c_str()), closedir);
-        if (!entries)
+        if (!entries) {
             return std::nullopt;
+        }
         // The system lists in no order: the first is the first of the alphabet.
         std::optional<std::wstring> first;
         while (const dirent* const entry = readdir(entries.get())) {
             const std::wstring name = FromUtf8(entry->d_name);
             if ((!first || Before(name, *first)) && MatchesPattern(name, std::wstring_view(pattern).substr(nameAt)) &&
-                Stamp(FromUtf8(folder) + name).exists)
+                Stamp(FromUtf8(folder) + name).exists) {
                 first = name;
+            }
         }
         return first;
     }

@@ -51,14 +51,17 @@ Handle Open(const std::wstring& path, DWORD access, DWORD flags)
 std::wstring NativePath(const std::wstring& path)
 {
     constexpr size_t longestPlain = MAX_PATH - 13;  // as far as folders go, which leave room for an 8.3 name
-    if (path.find(L'\0') != std::wstring::npos)
+    if (path.find(L'\0') != std::wstring::npos) {
         return {};
-    if (path.starts_with(L"\\\\?\\") || path.starts_with(L"\\\\.\\"))
+    }
+    if (path.starts_with(L"\\\\?\\") || path.starts_with(L"\\\\.\\")) {
         return path;
+    }
     std::wstring full(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
     full.resize(GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
-    if (full.size() < longestPlain)
+    if (full.size() < longestPlain) {
         return path;
+    }
     return full.starts_with(L"\\\\") ? L"\\\\?\\UNC" + full.substr(1) : L"\\\\?\\" + full;
 }
 
@@ -66,11 +69,13 @@ std::wstring NativePath(const std::wstring& path)
 std::wstring FollowLinks(const std::wstring& path)
 {
     const DWORD attributes = GetFileAttributesW(path.c_str());
-    if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0)
+    if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
         return path;
+    }
     const Handle file = Open(path, FILE_READ_ATTRIBUTES, FILE_FLAG_BACKUP_SEMANTICS);
-    if (!file)
+    if (!file) {
         return path;
+    }
     std::wstring real(GetFinalPathNameByHandleW(file.Get(), nullptr, 0, 0), L'\0');
     const DWORD length = GetFinalPathNameByHandleW(file.Get(), real.data(), static_cast<DWORD>(real.size()), 0);
     return length == 0 || length >= real.size() ? path : real.substr(0, length);
@@ -114,13 +119,16 @@ FileFault StampOf(const Handle& file, FileStamp& stamp)
 {
     FILE_BASIC_INFO basic{};
     FILE_STANDARD_INFO standard{};
-    if (GetFileType(file.Get()) != FILE_TYPE_DISK)
+    if (GetFileType(file.Get()) != FILE_TYPE_DISK) {
         return FileFault::other;
+    }
     if (!GetFileInformationByHandleEx(file.Get(), FileBasicInfo, &basic, sizeof basic) ||
-        !GetFileInformationByHandleEx(file.Get(), FileStandardInfo, &standard, sizeof standard))
+        !GetFileInformationByHandleEx(file.Get(), FileStandardInfo, &standard, sizeof standard)) {
         return LastFault();
-    if (standard.Directory)
+    }
+    if (standard.Directory) {
         return FileFault::isDirectory;
+    }
     stamp = {true, static_cast<uint64_t>(standard.EndOfFile.QuadPart),
              static_cast<uint64_t>(basic.LastWriteTime.QuadPart) * nanosecondsPerTick, IdentityOf(file)};
     return FileFault::none;
@@ -131,36 +139,42 @@ FileStamp StampAt(const std::wstring& path)
 {
     FileStamp stamp;
     if (const Handle file = Open(path, FILE_READ_ATTRIBUTES, FILE_FLAG_BACKUP_SEMANTICS); file) {
-        if (StampOf(file, stamp) != FileFault::none)
+        if (StampOf(file, stamp) != FileFault::none) {
             stamp = {};
+        }
         return stamp;
     }
     // Who may not open the file may still see it in its folder.
     WIN32_FILE_ATTRIBUTE_DATA state{};
     if (GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &state) &&
-        (state.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
+        (state.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
         stamp = {true, Join(state.nFileSizeHigh, state.nFileSizeLow),
                  Join(state.ftLastWriteTime.dwHighDateTime, state.ftLastWriteTime.dwLowDateTime) * nanosecondsPerTick,
                  0};
+    }
     return stamp;
 }
 
 /// Whether a file may be replaced: whoever may not write to it shall not get round that by a rename.
 FileFault CheckTarget(const std::wstring& path, DWORD& attributes)
 {
-    if (path.empty())
+    if (path.empty()) {
         return FileFault::pathMissing;
+    }
     attributes = GetFileAttributesW(path.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES) {
         const FileFault fault = LastFault();
         return fault == FileFault::missing ? FileFault::none : fault;
     }
-    if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
+    if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
         return FileFault::isDirectory;
-    if ((attributes & FILE_ATTRIBUTE_READONLY) != 0)
+    }
+    if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) {
         return FileFault::readOnly;
-    if (Open(path, GENERIC_WRITE, 0))
+    }
+    if (Open(path, GENERIC_WRITE, 0)) {
         return FileFault::none;
+    }
     const FileFault fault = LastFault();
     return fault == FileFault::inUse ? FileFault::none : fault;
 }
@@ -173,18 +187,21 @@ FileFault TakeRights(const Handle& file, const std::wstring& target)
     };
     DWORD size = 0;
     GetFileSecurityW(target.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
-    if (size == 0)
+    if (size == 0) {
         return none(GetLastError()) ? FileFault::none : LastFault();
+    }
     std::vector<unsigned char> descriptor(size);
-    if (!GetFileSecurityW(target.c_str(), DACL_SECURITY_INFORMATION, descriptor.data(), size, &size))
+    if (!GetFileSecurityW(target.c_str(), DACL_SECURITY_INFORMATION, descriptor.data(), size, &size)) {
         return LastFault();
+    }
     SECURITY_DESCRIPTOR_CONTROL control = 0;
     DWORD revision = 0;
     GetSecurityDescriptorControl(descriptor.data(), &control, &revision);
     const SECURITY_INFORMATION inheritance = (control & SE_DACL_PROTECTED) != 0 ? PROTECTED_DACL_SECURITY_INFORMATION
                                                                                 : UNPROTECTED_DACL_SECURITY_INFORMATION;
-    if (SetKernelObjectSecurity(file.Get(), DACL_SECURITY_INFORMATION | inheritance, descriptor.data()))
+    if (SetKernelObjectSecurity(file.Get(), DACL_SECURITY_INFORMATION | inheritance, descriptor.data())) {
         return FileFault::none;
+    }
     return none(GetLastError()) ? FileFault::none : LastFault();
 }
 
@@ -193,10 +210,12 @@ FileFault TakeRights(const Handle& file, const std::wstring& target)
 bool MayPass(const std::wstring& path, FileFault& fault)
 {
     if (fault == FileFault::accessDenied) {
-        if (Open(path, DELETE, 0))
+        if (Open(path, DELETE, 0)) {
             return true;
-        if (LastFault() == FileFault::inUse)
+        }
+        if (LastFault() == FileFault::inUse) {
             fault = FileFault::inUse;
+        }
     }
     return fault == FileFault::inUse;
 }
@@ -209,11 +228,13 @@ FileFault WhileInUse(const std::wstring& path, Call&& call)
     constexpr int attempts = 20;
     constexpr DWORD pause = 25;
     for (int attempt = 1;; ++attempt) {
-        if (call())
+        if (call()) {
             return FileFault::none;
+        }
         FileFault fault = LastFault();
-        if (!MayPass(path, fault) || attempt == attempts)
+        if (!MayPass(path, fault) || attempt == attempts) {
             return fault;
+        }
         Sleep(pause);
     }
 }
@@ -224,14 +245,16 @@ void RemoveStaleTemporaries(const std::wstring& folder)
     const uint64_t oldest = CurrentTicks() - staleAge * ticksPerSecond;
     WIN32_FIND_DATAW found{};
     const HANDLE search = FindFirstFileW(NativePath(folder + L"~tvn*.tmp").c_str(), &found);
-    if (search == INVALID_HANDLE_VALUE)
+    if (search == INVALID_HANDLE_VALUE) {
         return;
+    }
     const std::unique_ptr<void, BOOL(WINAPI*)(HANDLE)> closed(search, FindClose);
     constexpr DWORD noPlainFile = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
     do {
         const uint64_t written = Join(found.ftLastWriteTime.dwHighDateTime, found.ftLastWriteTime.dwLowDateTime);
-        if (IsUnpredictableName(found.cFileName) && (found.dwFileAttributes & noPlainFile) == 0 && written < oldest)
+        if (IsUnpredictableName(found.cFileName) && (found.dwFileAttributes & noPlainFile) == 0 && written < oldest) {
             DeleteFileW(NativePath(folder + found.cFileName).c_str());
+        }
     } while (FindNextFileW(search, &found));
 }
 
@@ -261,8 +284,9 @@ Handle MutexOf(const std::wstring& folder)
     }();
     const bool named = !folder.empty() && folder.back() != L':';
     const Handle opened = Open(named ? folder : folder + L".", FILE_READ_ATTRIBUTES, FILE_FLAG_BACKUP_SEMANTICS);
-    if (!opened)
+    if (!opened) {
         return Handle();
+    }
     const std::wstring name = L"Global\\TVN2x.folder." + std::to_wstring(IdentityOf(opened));
     SECURITY_ATTRIBUTES attributes{sizeof attributes, rights.get(), FALSE};
     const HANDLE mutex = CreateMutexExW(&attributes, name.c_str(), 0, SYNCHRONIZE | MUTEX_MODIFY_STATE);
@@ -304,10 +328,12 @@ public:
         while (!bytes.empty()) {
             DWORD length = 0;
             const auto wanted = static_cast<DWORD>(std::min<size_t>(bytes.size(), 1U << 30));
-            if (!WriteFile(file.Get(), bytes.data(), wanted, &length, nullptr))
+            if (!WriteFile(file.Get(), bytes.data(), wanted, &length, nullptr)) {
                 return LastFault();
-            if (length == 0)
+            }
+            if (length == 0) {
                 return FileFault::diskFull;
+            }
             bytes.remove_prefix(length);
         }
         return FileFault::none;
@@ -343,8 +369,9 @@ public:
                                FILE_ATTRIBUTE_NOT_CONTENT_INDEXED | FILE_ATTRIBUTE_ENCRYPTED;
         const std::wstring native = FollowLinks(NativePath(target));
         DWORD attributes = 0;
-        if (const FileFault fault = CheckTarget(native, attributes); fault != FileFault::none)
+        if (const FileFault fault = CheckTarget(native, attributes); fault != FileFault::none) {
             return fault;
+        }
         const bool exists = attributes != INVALID_FILE_ATTRIBUTES;
         const DWORD taken = exists && (attributes & kept) != 0 ? attributes & kept : FILE_ATTRIBUTE_NORMAL;
 
@@ -377,8 +404,9 @@ public:
         auto folder = std::make_unique<FolderLock>(MutexOf(FolderOf(FollowLinks(NativePath(path)))));
         const DWORD result = folder->Wait(longestWait);
         // One whose process has ended in the middle of its work has left the old file or the new one, as ever.
-        if (result == WAIT_OBJECT_0 || result == WAIT_ABANDONED)
+        if (result == WAIT_OBJECT_0 || result == WAIT_ABANDONED) {
             lock = std::move(folder);
+        }
         return result == WAIT_TIMEOUT ? FileFault::inUse : FileFault::none;
     }
 
@@ -387,8 +415,9 @@ public:
         const std::wstring nativeFrom = NativePath(from);
         const std::wstring native = FollowLinks(NativePath(to));
         DWORD attributes = 0;
-        if (const FileFault fault = CheckTarget(native, attributes); fault != FileFault::none)
+        if (const FileFault fault = CheckTarget(native, attributes); fault != FileFault::none) {
             return fault;
+        }
         bool changed = false;
         const FileFault fault = WhileInUse(native, [&] {
             changed = expected != nullptr && !(StampAt(native) == *expected);
@@ -408,13 +437,15 @@ public:
     {
         WIN32_FIND_DATAW found{};
         const HANDLE search = FindFirstFileW(NativePath(pattern).c_str(), &found);
-        if (search == INVALID_HANDLE_VALUE)
+        if (search == INVALID_HANDLE_VALUE) {
             return std::nullopt;
+        }
         const std::wstring_view name = std::wstring_view(pattern).substr(pattern.find_last_of(L"\\/:") + 1);
         bool match = false;
-        do  // the system's own match also counts short names, which nobody sees
+        do {
+            // the system's own match also counts short names, which nobody sees
             match = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0 && MatchesPattern(found.cFileName, name);
-        while (!match && FindNextFileW(search, &found));
+        } while (!match && FindNextFileW(search, &found));
         FindClose(search);
         return match ? std::optional<std::wstring>(found.cFileName) : std::nullopt;
     }

@@ -23,11 +23,13 @@ size_t FindNonAscii(std::string_view text, size_t at)
     for (; at + 8 <= text.size(); at += 8) {
         uint64_t eight = 0;
         std::memcpy(&eight, text.data() + at, sizeof eight);
-        if ((eight & highBits) != 0)
+        if ((eight & highBits) != 0) {
             break;
+        }
     }
-    while (at < text.size() && IsAscii(text[at]))
+    while (at < text.size() && IsAscii(text[at])) {
         ++at;
+    }
     return at;
 }
 
@@ -36,8 +38,9 @@ void Append(std::string& text, uint32_t c)
     const int tails = c < 0x80 ? 0 : c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
     constexpr unsigned char leads[] = {0, 0xC0, 0xE0, 0xF0};
     text += static_cast<char>(leads[tails] | c >> (6 * tails));
-    for (int shift = 6 * (tails - 1); shift >= 0; shift -= 6)
+    for (int shift = 6 * (tails - 1); shift >= 0; shift -= 6) {
         text += static_cast<char>(0x80 | ((c >> shift) & 0x3F));
+    }
 }
 
 size_t CharacterLength(char first)
@@ -51,8 +54,9 @@ uint32_t Take(std::string_view& text)
     const auto lead = static_cast<unsigned char>(text[0]);
     const size_t length = std::min(CharacterLength(text[0]), text.size());
     uint32_t c = length == 1 ? lead : lead & (0x7FU >> length);
-    for (size_t i = 1; i < length; ++i)
+    for (size_t i = 1; i < length; ++i) {
         c = c << 6 | (static_cast<unsigned char>(text[i]) & 0x3FU);
+    }
     text.remove_prefix(length);
     return c;
 }
@@ -67,8 +71,9 @@ bool StandsForByte(std::string_view text)
 std::string TakeBytes(std::string_view& text)
 {
     std::string bytes;
-    while (StandsForByte(text))
+    while (StandsForByte(text)) {
         bytes += static_cast<char>(Take(text) - byteZero);
+    }
     return bytes;
 }
 
@@ -76,8 +81,9 @@ std::string TakeBytes(std::string_view& text)
 std::string_view TakeCharacters(std::string_view& text)
 {
     size_t end = 0;
-    while (end < text.size() && !StandsForByte(text.substr(end)))
+    while (end < text.size() && !StandsForByte(text.substr(end))) {
         end = FindNonAscii(text, end + CharacterLength(text[end]));
+    }
     const std::string_view characters = text.substr(0, end);
     text.remove_prefix(characters.size());
     return characters;
@@ -99,8 +105,9 @@ void AppendUnits(std::string& text, size_t count, Unit unit)
 {
     for (size_t at = 0; at < count; ++at) {
         uint32_t c = unit(at);
-        if (c >= 0xD800 && c < 0xDC00 && at + 1 < count && unit(at + 1) >= 0xDC00 && unit(at + 1) < 0xE000)
+        if (c >= 0xD800 && c < 0xDC00 && at + 1 < count && unit(at + 1) >= 0xDC00 && unit(at + 1) < 0xE000) {
             c = 0x10000 + ((c - 0xD800) << 10) + (unit(++at) - 0xDC00);
+        }
         Append(text, c > 0x10FFFF ? 0xFFFD : c);
     }
 }
@@ -149,8 +156,9 @@ std::string ConvertedSingly(std::string_view bytes, const CodePage& page)
         text += character;
         if (character.empty()) {
             length = page.DecodeStrictly(bytes.substr(0, length)) ? length : 1;
-            for (const char byte : bytes.substr(0, length))
+            for (const char byte : bytes.substr(0, length)) {
                 Append(text, byteZero + static_cast<unsigned char>(byte));
+            }
         }
         bytes.remove_prefix(length);
     }
@@ -175,8 +183,9 @@ void ConvertPieces(std::string_view bytes, const CodePage& page, Sink sink)
 
 std::string FromBytes(std::string bytes, const CodePage& page)
 {
-    if (FindNonAscii(bytes, 0) == bytes.size())
+    if (FindNonAscii(bytes, 0) == bytes.size()) {
         return bytes;
+    }
     // Measured first: a large file's text must not be moved as it grows.
     size_t size = 0;
     ConvertPieces(bytes, page, [&](std::string_view piece) { size += piece.size(); });
@@ -188,8 +197,9 @@ std::string FromBytes(std::string bytes, const CodePage& page)
 
 std::string ToBytes(std::string text, const CodePage& page)
 {
-    if (FindNonAscii(text, 0) == text.size())
+    if (FindNonAscii(text, 0) == text.size()) {
         return text;
+    }
     std::string bytes;
     bytes.reserve(text.size());
     for (std::string_view rest = text; !rest.empty();) {
@@ -208,8 +218,9 @@ std::string ToBytes(std::string text, const CodePage& page)
 
 bool Fits(std::string_view text, const CodePage& page)
 {
-    if (FindNonAscii(text, 0) == text.size())
+    if (FindNonAscii(text, 0) == text.size()) {
         return true;
+    }
     const std::wstring wide = ToWide(text, page);
     return page.Decode(page.Encode(wide)) == wide;
 }
@@ -218,8 +229,9 @@ bool IsKnown(std::string_view text, const CodePage& page)
 {
     while (!text.empty()) {
         TakeCharacters(text);
-        if (!page.DecodeStrictly(TakeBytes(text)))
+        if (!page.DecodeStrictly(TakeBytes(text))) {
             return false;
+        }
     }
     return true;
 }
@@ -257,8 +269,9 @@ std::string ToUtf16(std::string_view text, const CodePage& page)
             appendCharacter(Take(text));
             continue;
         }
-        for (const wchar_t c : page.Decode(TakeBytes(text)))
+        for (const wchar_t c : page.Decode(TakeBytes(text))) {
             appendCharacter(static_cast<uint32_t>(c));
+        }
     }
     return bytes;
 }
@@ -276,24 +289,27 @@ std::wstring ToWide(std::string_view text, const CodePage& page)
     std::wstring wide;
     wide.reserve(text.size());
     while (!text.empty()) {
-        if (StandsForByte(text))
+        if (StandsForByte(text)) {
             wide += page.Decode(TakeBytes(text));
-        else
+        } else {
             AppendWide(wide, Take(text));
+        }
     }
     return wide;
 }
 
 std::string_view FirstUnits(std::string_view text, size_t units)
 {
-    if (text.size() <= units)
+    if (text.size() <= units) {
         return text;
+    }
     size_t at = 0;
     while (at < text.size()) {
         const size_t length = CharacterLength(text[at]);
         const size_t taken = length == byteLength && !StandsForByte(text.substr(at)) ? 2 : 1;
-        if (taken > units)
+        if (taken > units) {
             break;
+        }
         units -= taken;
         at += length;
     }

@@ -30,8 +30,9 @@ struct FloatingPointWords
             // Loading the word waits for pending exceptions, and would raise those that it unmasks.
             asm volatile("fnclex\n\tfldcw %0" : : "m"(x87) : "memory");
         }
-        if (now.sse != sse)
+        if (now.sse != sse) {
             asm volatile("ldmxcsr %0" : : "m"(sse) : "memory");
+        }
     }
 
     /// Whether both compute alike. The SSE word also holds what has happened so far, which makes no difference.
@@ -48,8 +49,9 @@ constexpr FloatingPointWords ownFloatingPoint{0x037F, 0x1F80};
 /// Makes the thread compute in our own state, whatever came before.
 inline void TakeOwnFloatingPoint() noexcept
 {
-    if (!FloatingPointWords::Now().ComputesLike(ownFloatingPoint))
+    if (!FloatingPointWords::Now().ComputesLike(ownFloatingPoint)) {
         ownFloatingPoint.Load();
+    }
 }
 
 /// Our own state while it lives, and the caller's again afterwards. Stands in every function that somebody else calls.

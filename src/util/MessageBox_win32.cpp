@@ -56,8 +56,9 @@ public:
         const bool shown =
             SomebodyCanAnswer() && MessageBoxW(GetActiveWindow(), std::wstring(text).c_str(),
                                                std::wstring(title).c_str(), MB_OK | MB_TASKMODAL | symbol) != 0;
-        if (!shown)
+        if (!shown) {
             WriteError(MessageLine(text, title, icon));
+        }
     }
 };
 

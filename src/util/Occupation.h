@@ -16,8 +16,9 @@ public:
     Occupation(Mark& mark, const wchar_t* what, const wchar_t* source) : mark_(mark)
     {
         constexpr int32_t alreadyRunning = 5;
-        if (mark_)
+        if (mark_) {
             throw RaisedError(alreadyRunning, source, mark_);
+        }
         mark_ = what;
     }
     Occupation(const Occupation&) = delete;

@@ -11,8 +11,9 @@ namespace tvn2x {
 
 void clsQuickSort::Check(int64_t value, int64_t lowest, int64_t highest, const wchar_t* source)
 {
-    if (value < lowest || value > highest)
+    if (value < lowest || value > highest) {
         throw RaisedError(error::invalidPropertyValue, source, L"Invalid property value");
+    }
 }
 
 size_t clsQuickSort::Place(int32_t number, int32_t count, const wchar_t* source)
@@ -103,24 +104,28 @@ clsQuickSort::Key clsQuickSort::MakeKey(int32_t column) const
     const wchar_t mark = locale_.DecimalMark();
     for (const Row& row : rows_) {
         const std::wstring& cell = row[static_cast<size_t>(column) - 1];
-        if (key.isNumeric)
+        if (key.isNumeric) {
             key.numbers.push_back(ParseNumber(cell, mark));
-        else
+        } else {
             key.texts.push_back(&cell);
+        }
     }
     return key;
 }
 
 bool clsQuickSort::Sort()
 {
-    if (Rows() > mostRows)
+    if (Rows() > mostRows) {
         throw RaisedError(error::overflow, L"clsQuickSort.Sort", L"Overflow");
-    if (Rows() < 2)
+    }
+    if (Rows() < 2) {
         return false;
+    }
     std::vector<Key> keys;
     for (const Column& column : columns_) {
-        if (column.priority != 0)
+        if (column.priority != 0) {
             keys.push_back(MakeKey(column.priority));
+        }
     }
 
     std::vector<int32_t> order(rows_.size());
@@ -133,8 +138,9 @@ bool clsQuickSort::Sort()
         };
         for (int32_t first = 0, next = 0; first < Rows(); first = next) {
             for (next = first + 1; next < Rows(); ++next) {
-                if (!sameSoFar(order[static_cast<size_t>(next) - 1], order[static_cast<size_t>(next)]))
+                if (!sameSoFar(order[static_cast<size_t>(next) - 1], order[static_cast<size_t>(next)])) {
                     break;
+                }
             }
             changed = SortRun(order, first, next - 1, keys[rank]) || changed;
         }
@@ -156,8 +162,9 @@ bool clsQuickSort::SortRun(std::vector<int32_t>& order, int32_t low, int32_t hig
     while (low < high) {
         const auto begin = order.begin() + low;
         const auto end = order.begin() + high + 1;
-        if (std::is_sorted(begin, end, [&](int32_t left, int32_t right) { return key.Compare(left, right) < 0; }))
+        if (std::is_sorted(begin, end, [&](int32_t left, int32_t right) { return key.Compare(left, right) < 0; })) {
             break;
+        }
         changed = true;
         const int32_t pivot = Partition(order, low, high, key);
         if (pivot - low < high - pivot) {
@@ -187,11 +194,13 @@ int32_t clsQuickSort::Partition(std::vector<int32_t>& order, int32_t low, int32_
     int32_t i = low;
     int32_t j = high;
     while (i != j) {
-        while (i < j && key.Compare(at(j), pivot) >= 0)
+        while (i < j && key.Compare(at(j), pivot) >= 0) {
             --j;
+        }
         at(i) = at(j);
-        while (i < j && key.Compare(at(i), pivot) <= 0)
+        while (i < j && key.Compare(at(i), pivot) <= 0) {
             ++i;
+        }
         at(j) = at(i);
     }
     at(i) = pivot;

@@ -13,8 +13,9 @@ constexpr float day = 86400.0F;
 void RequireAnEnd(float seconds, const wchar_t* source)
 {
     const bool ends = seconds < std::numeric_limits<float>::infinity();
-    if (!ends)
+    if (!ends) {
         throw RaisedError(error::invalidPropertyValue, source, L"Invalid property value");
+    }
 }
 
 }  // namespace
@@ -28,8 +29,9 @@ void clsTimeout::Interval(float seconds)
 void clsTimeout::Start(float seconds)
 {
     RequireAnEnd(seconds, L"clsTimeout.Start");
-    if (seconds != 0)
+    if (seconds != 0) {
         interval_ = seconds;
+    }
     end_ = Now();
     end_.seconds += interval_;
     if (interval_ < 0) {
@@ -45,8 +47,9 @@ tmoStates clsTimeout::State()
 {
     if (state_ == tmoRunning) {
         const Mark now = Now();
-        if (now.day > end_.day || (now.day == end_.day && now.seconds > end_.seconds))
+        if (now.day > end_.day || (now.day == end_.day && now.seconds > end_.seconds)) {
             state_ = tmoExpired;
+        }
     }
     return state_;
 }

@@ -27,22 +27,26 @@ struct Decimal
 
 void DropTrailingZeros(Decimal& decimal)
 {
-    while (decimal.count > 0 && decimal.Digits()[decimal.count - 1] == '0')
+    while (decimal.count > 0 && decimal.Digits()[decimal.count - 1] == '0') {
         --decimal.count;
-    if (decimal.count == 0)
+    }
+    if (decimal.count == 0) {
         decimal.point = 0;
+    }
 }
 
 /// Keeps the first `keep` digits, rounded half away from zero.
 void Round(Decimal& decimal, int keep)
 {
-    if (keep >= decimal.count)
+    if (keep >= decimal.count) {
         return;
+    }
     const bool up = keep >= 0 && decimal.Digits()[keep] >= '5';
     decimal.count = std::max(keep, 0);
     if (up) {
-        while (decimal.count > 0 && decimal.Digits()[decimal.count - 1] == '9')
+        while (decimal.count > 0 && decimal.Digits()[decimal.count - 1] == '9') {
             --decimal.count;
+        }
         if (decimal.count > 0) {
             ++decimal.Digits()[decimal.count - 1];
         } else {
@@ -59,8 +63,9 @@ void TakeScientific(Decimal& decimal, const char* end)
 {
     const char* const mark = end[-4] == 'e' ? end - 4 : end - 5;
     int exponent = 0;
-    for (const char* digit = mark + 2; digit != end; ++digit)
+    for (const char* digit = mark + 2; digit != end; ++digit) {
         exponent = exponent * 10 + (*digit - '0');
+    }
     decimal.point = (mark[1] == '-' ? -exponent : exponent) + 1;
     decimal.text[1] = decimal.text[0];
     decimal.count = std::max(static_cast<int>(mark - decimal.Digits()), 1);
@@ -73,8 +78,9 @@ Decimal SignificantDigits(double value)
 {
     Decimal decimal;
     const double magnitude = std::fabs(value);
-    if (magnitude == 0)
+    if (magnitude == 0) {
         return decimal;
+    }
     decimal.negative = value < 0;
 
     char* const begin = decimal.text.data();
@@ -84,9 +90,10 @@ Decimal SignificantDigits(double value)
         TakeScientific(decimal, std::to_chars(begin, limit, magnitude, std::chars_format::scientific).ptr);
         settled = decimal.count != significantDigits + 1 || decimal.Digits()[significantDigits] != '5';
     }
-    if (!settled)
+    if (!settled) {
         TakeScientific(decimal,
                        std::to_chars(begin, limit, magnitude, std::chars_format::scientific, digitsToSettleTies).ptr);
+    }
     Round(decimal, significantDigits);
     DropTrailingZeros(decimal);
     return decimal;
@@ -110,8 +117,9 @@ Picture ParsePicture(std::wstring_view pattern)
         } else if (c == L'0' || c == L'#') {
             if (picture.point) {
                 ++picture.maxDecimals;
-                if (c == L'0')
+                if (c == L'0') {
                     picture.minDecimals = picture.maxDecimals;
+                }
             } else {
                 zeroSeen = zeroSeen || c == L'0';
                 picture.minWhole += zeroSeen ? 1 : 0;
@@ -129,15 +137,18 @@ void AppendFixed(std::wstring& text, const Decimal& decimal, const Picture& pict
     text.append(static_cast<size_t>(decimal.negative) + whole + (picture.point ? 1 + decimals : 0), L'0');
 
     wchar_t* begin = text.data() + start;
-    if (decimal.negative)
+    if (decimal.negative) {
         *begin++ = L'-';
+    }
     int digit = 0;
-    for (; digit < decimal.count && digit < decimal.point; ++digit)
+    for (; digit < decimal.count && digit < decimal.point; ++digit) {
         begin[whole - decimal.point + digit] = static_cast<wchar_t>(decimal.Digits()[digit]);
+    }
     if (picture.point) {
         begin[whole] = mark;
-        for (; digit < decimal.count; ++digit)
+        for (; digit < decimal.count; ++digit) {
             begin[whole + 1 + digit - decimal.point] = static_cast<wchar_t>(decimal.Digits()[digit]);
+        }
     }
 }
 
@@ -145,19 +156,22 @@ void AppendScientific(std::wstring& text, const Decimal& decimal, wchar_t mark)
 {
     std::array<wchar_t, significantDigits + 8> buffer;
     wchar_t* out = buffer.data();
-    if (decimal.negative)
+    if (decimal.negative) {
         *out++ = L'-';
+    }
     *out++ = static_cast<wchar_t>(decimal.Digits()[0]);
-    if (decimal.count > 1)
+    if (decimal.count > 1) {
         *out++ = mark;
+    }
     out = std::copy(decimal.Digits() + 1, decimal.Digits() + decimal.count, out);
 
     const int exponent = decimal.point - 1;
     const int size = std::abs(exponent);
     *out++ = L'E';
     *out++ = exponent < 0 ? L'-' : L'+';
-    if (size >= 100)
+    if (size >= 100) {
         *out++ = static_cast<wchar_t>(L'0' + size / 100);
+    }
     *out++ = static_cast<wchar_t>(L'0' + size / 10 % 10);
     *out++ = static_cast<wchar_t>(L'0' + size % 10);
     text.append(buffer.data(), out);
@@ -166,17 +180,19 @@ void AppendScientific(std::wstring& text, const Decimal& decimal, wchar_t mark)
 void AppendGeneral(std::wstring& text, const Decimal& decimal, wchar_t mark)
 {
     constexpr int smallestFixedPoint = -3;  // 0.0001
-    if (decimal.point > significantDigits || decimal.point < smallestFixedPoint)
+    if (decimal.point > significantDigits || decimal.point < smallestFixedPoint) {
         AppendScientific(text, decimal, mark);
-    else
+    } else {
         AppendFixed(text, decimal, {.minWhole = 1, .point = decimal.count > decimal.point}, mark);
+    }
 }
 
 /// What no pattern can show. True where the value was one.
 bool AppendInWords(std::wstring& text, double value)
 {
-    if (std::isfinite(value))
+    if (std::isfinite(value)) {
         return false;
+    }
     text += std::isnan(value) ? L"NaN" : value < 0 ? L"-Infinity" : L"Infinity";
     return true;
 }
@@ -185,8 +201,9 @@ bool AppendInWords(std::wstring& text, double value)
 
 void AppendNumber(std::wstring& text, double value, std::wstring_view pattern, bool useLocale, const Locale& locale)
 {
-    if (AppendInWords(text, value))
+    if (AppendInWords(text, value)) {
         return;
+    }
     const wchar_t mark = useLocale ? locale.DecimalMark() : L'.';
     Decimal decimal = SignificantDigits(value);
     if (pattern.empty()) {
@@ -208,8 +225,9 @@ std::wstring FormatNumber(double value, std::wstring_view pattern, bool useLocal
 std::wstring FormatSignificant(double value, int32_t digits, bool useLocale, const Locale& locale)
 {
     std::wstring text;
-    if (AppendInWords(text, value))
+    if (AppendInWords(text, value)) {
         return text;
+    }
     constexpr int mostDecimals = significantDigits;
     Decimal decimal = SignificantDigits(value);
     Round(decimal, std::min<int>(digits, decimal.point + mostDecimals));

@@ -17,8 +17,9 @@ struct ListItem
 constexpr int32_t FindListText(std::span<const ListItem> list, std::wstring_view text)
 {
     for (size_t position = 0; position < list.size(); ++position) {
-        if (list[position].text == text)
+        if (list[position].text == text) {
             return static_cast<int32_t>(position);
+        }
     }
     return -1;
 }
@@ -27,8 +28,9 @@ constexpr int32_t FindListText(std::span<const ListItem> list, std::wstring_view
 constexpr int32_t FindListData(std::span<const ListItem> list, int32_t value)
 {
     for (size_t position = 0; position < list.size(); ++position) {
-        if (list[position].value == value)
+        if (list[position].value == value) {
             return static_cast<int32_t>(position);
+        }
     }
     return -1;
 }

@@ -26,8 +26,9 @@ std::wstring_view Trim(std::wstring_view text)
 /// Takes a sign, and the blanks behind it, from the front.
 bool TakeSign(std::wstring_view& text)
 {
-    if (text.empty() || (text[0] != L'-' && text[0] != L'+'))
+    if (text.empty() || (text[0] != L'-' && text[0] != L'+')) {
         return false;
+    }
     const bool negative = text[0] == L'-';
     text = SkipBlanks(text.substr(1));
     return negative;
@@ -43,10 +44,12 @@ bool IsTiny(std::string_view number)
     long long exponent = 0;
     if (exponentMark != std::string_view::npos) {
         std::string_view power = number.substr(exponentMark + 1);
-        if (power.front() == '+')
+        if (power.front() == '+') {
             power.remove_prefix(1);
-        if (std::from_chars(power.data(), power.data() + power.size(), exponent).ec != std::errc())
+        }
+        if (std::from_chars(power.data(), power.data() + power.size(), exponent).ec != std::errc()) {
             return power.front() == '-';
+        }
     }
     return exponent < first - point;
 }
@@ -64,21 +67,24 @@ std::optional<Prefix> ReadPrefix(std::wstring_view text, wchar_t decimalMark)
     for (const wchar_t c : text) {
         const bool digit = c >= L'0' && c <= L'9';
         const bool exponent = (c == L'e' || c == L'E' || c == L'+' || c == L'-') && !number.empty();
-        if (c == L'.' || c == decimalMark)
+        if (c == L'.' || c == decimalMark) {
             number += '.';
-        else if (digit || exponent)
+        } else if (digit || exponent) {
             number += static_cast<char>(c);
-        else
+        } else {
             break;
+        }
     }
     double value = 0;
     const char* const begin = number.data();
     const auto [end, fault] = std::from_chars(begin, begin + number.size(), value);
-    if (fault == std::errc::invalid_argument)
+    if (fault == std::errc::invalid_argument) {
         return std::nullopt;
+    }
     const auto length = static_cast<size_t>(end - begin);
-    if (fault == std::errc::result_out_of_range)
+    if (fault == std::errc::result_out_of_range) {
         value = IsTiny({begin, length}) ? 0 : std::numeric_limits<double>::infinity();
+    }
     return Prefix{value, length};
 }
 
@@ -105,8 +111,9 @@ double ParseNumber(std::wstring_view text, wchar_t decimalMark)
     std::wstring_view rest = Trim(text);
     const bool negative = TakeSign(rest);
     const std::optional<Prefix> number = ReadPrefix(rest, decimalMark);
-    if (!number || number->length != rest.size() || std::isinf(number->value))
+    if (!number || number->length != rest.size() || std::isinf(number->value)) {
         throw RaisedError(error::typeMismatch, L"modLocaleInfo.ParseNumber", L"Type mismatch");
+    }
     return negative ? -number->value : number->value;
 }
 
@@ -115,8 +122,9 @@ double LeadingNumber(std::wstring_view text)
     std::wstring_view rest = SkipBlanks(text);
     const bool negative = TakeSign(rest);
     const std::optional<Prefix> number = ReadPrefix(rest, L'.');
-    if (!number)
+    if (!number) {
         return 0;
+    }
     return negative ? -number->value : number->value;
 }
 

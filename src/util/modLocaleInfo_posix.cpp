@@ -18,13 +18,15 @@ class EnvironmentLocale : public Locale
 public:
     EnvironmentLocale() : locale_(newlocale(LC_ALL_MASK, "", nullptr))
     {
-        if (locale_ == nullptr)
+        if (locale_ == nullptr) {
             locale_ = newlocale(LC_ALL_MASK, "C", nullptr);
+        }
         const char* const mark = nl_langinfo_l(RADIXCHAR, locale_);
         const bool utf8 = std::strcmp(nl_langinfo_l(CODESET, locale_), "UTF-8") == 0;
         const std::wstring text = utf8 ? FromUtf8(mark) : FromCodePage(mark);
-        if (!text.empty())
+        if (!text.empty()) {
             mark_ = text.front();
+        }
     }
     ~EnvironmentLocale() override { freelocale(locale_); }
     EnvironmentLocale(const EnvironmentLocale&) = delete;

@@ -19,11 +19,13 @@ public:
     {
         const LCID locale = GetUserDefaultLCID();
         const int length = GetLocaleInfoA(locale, constant, nullptr, 0);
-        if (length <= 0)
+        if (length <= 0) {
             return {};
+        }
         std::string text(static_cast<size_t>(length), '\0');
-        if (GetLocaleInfoA(locale, constant, text.data(), length) <= 0)
+        if (GetLocaleInfoA(locale, constant, text.data(), length) <= 0) {
             return {};
+        }
         return FromCodePage(text.substr(0, text.find('\0')));
     }
 
@@ -32,8 +34,9 @@ public:
         // One word, so that no reader sees half of it: the time in milliseconds above, the character below.
         const uint64_t now = GetTickCount64();
         const uint64_t kept = mark_.load(std::memory_order_relaxed);
-        if (kept != 0 && now - (kept >> 16) < cacheMilliseconds)
+        if (kept != 0 && now - (kept >> 16) < cacheMilliseconds) {
             return static_cast<wchar_t>(kept & 0xFFFF);
+        }
         const wchar_t mark = Locale::DecimalMark();
         mark_.store(now << 16 | mark, std::memory_order_relaxed);
         return mark;
@@ -51,11 +54,13 @@ public:
                                0};
         wchar_t text[128];
         std::wstring result;
-        if (GetDateFormatW(LOCALE_USER_DEFAULT, DATE_SHORTDATE, &parts, nullptr, text, 128) > 0)
+        if (GetDateFormatW(LOCALE_USER_DEFAULT, DATE_SHORTDATE, &parts, nullptr, text, 128) > 0) {
             result = text;
+        }
         const bool midnight = time.hour == 0 && time.minute == 0 && time.second == 0;
-        if (!midnight && GetTimeFormatW(LOCALE_USER_DEFAULT, 0, &parts, nullptr, text, 128) > 0)
+        if (!midnight && GetTimeFormatW(LOCALE_USER_DEFAULT, 0, &parts, nullptr, text, 128) > 0) {
             result.append(L" ").append(text);
+        }
         return result;
     }
 

@@ -42,8 +42,9 @@ Lines LinesOf(const std::string& rendered, bool withBlank, const CodePage& page)
     Lines lines;
     ini::LineScanner scanner(text);
     for (ini::Line line; scanner.Next(line);) {
-        if (withBlank || !TrimBlanks(line.Text(text)).empty())
+        if (withBlank || !TrimBlanks(line.Text(text)).empty()) {
             lines.push_back(file_text::ToWide(line.Text(text), page));
+        }
     }
     return lines;
 }
@@ -53,11 +54,13 @@ void RequireOneChange(const Lines& before, const Lines& after, size_t mostGone, 
 {
     const size_t shorter = std::min(before.size(), after.size());
     size_t head = 0;
-    while (head < shorter && before[head] == after[head])
+    while (head < shorter && before[head] == after[head]) {
         ++head;
+    }
     size_t tail = 0;
-    while (tail < shorter - head && before[before.size() - 1 - tail] == after[after.size() - 1 - tail])
+    while (tail < shorter - head && before[before.size() - 1 - tail] == after[after.size() - 1 - tail]) {
         ++tail;
+    }
     Require(before.size() - head - tail <= mostGone, "no other line is gone");
     Require(after.size() - head - tail <= mostNew, "no other line is new");
 }
@@ -71,8 +74,9 @@ void RequireSameAnswers(const ProfileFile& left, const ProfileFile& right, std::
     const std::vector<std::string> names = left.GetSectionNames();
     Require(names == right.GetSectionNames(), "the sections");
     Require(left.GetBracketedLines() == right.GetBracketedLines(), "the section lines");
-    for (size_t i = 0; i < std::min<size_t>(names.size(), 20); ++i)
+    for (size_t i = 0; i < std::min<size_t>(names.size(), 20); ++i) {
         Require(left.GetSection(names[i]) == right.GetSection(names[i]), "a section's lines");
+    }
 }
 
 std::string_view NextPart(std::string_view& rest, char end)
@@ -92,8 +96,9 @@ struct Step
 Step Decoded(std::string_view bytes)
 {
     Step step;
-    if (bytes.empty())
+    if (bytes.empty()) {
         return step;
+    }
     step.kind = bytes.front();
     bytes.remove_prefix(1);
     for (std::string& text : step.text) {
@@ -123,15 +128,17 @@ void RequireReadBack(const ProfileFile& profile, const Step& step)
 {
     const std::string_view section = profile::TrimSpaces(step.text[0]);
     const std::string_view key = profile::TrimSpaces(step.text[1]);
-    if (step.kind == 'w' && profile::IsPlainSection(section) && profile::IsPlainKey(key))
+    if (step.kind == 'w' && profile::IsPlainSection(section) && profile::IsPlainKey(key)) {
         Require(profile.Find(section, key) == ini::ReadableValue(TrimBlanks(step.text[2])), "it reads back");
+    }
 }
 
 /// How many lines a step on a file as it was read may take away and bring.
 void RequireLocal(const Lines& before, const Lines& after, const Step& step)
 {
-    if (step.kind == 'w' || step.kind == 'd' || step.kind == 's')
+    if (step.kind == 'w' || step.kind == 'd' || step.kind == 's') {
         RequireOneChange(before, after, step.kind == 's' ? before.size() : 1, step.kind == 'w' ? 2 : 0);
+    }
 }
 
 }  // namespace
@@ -151,9 +158,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         const bool done = Apply(profile, step);
         Require(done == Apply(fresh, step), "the same result");
         const std::string alone = fresh.Render();
-        if (!done)
+        if (!done) {
             Require(alone == rendered, "a refused write changes nothing");
-        else {
+        } else {
             RequireReadBack(profile, step);
             RequireReadBack(fresh, step);
             RequireLocal(before, LinesOf(alone, true, page), step);

@@ -40,8 +40,9 @@ void RequireSame(const SetupDocument& left, const SetupDocument& right)
     // A parameter without a position is given one when the file is read.
     SetupDocument placed = left;
     for (int32_t parameter = 1; parameter <= std::min(left.Count(), right.Count()); ++parameter) {
-        if (left.Order(parameter) == -1)
+        if (left.Order(parameter) == -1) {
             placed.Order(parameter, right.Order(parameter));
+        }
     }
     Require(ParametersOf(placed) == ParametersOf(right), "the parameters");
     Require(SettingsOf(left) == SettingsOf(right), "a setting");

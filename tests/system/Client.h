@@ -106,8 +106,9 @@ public:
     {
         const bool known = id == IID_IUnknown || id == IID_IDispatch || id == __uuidof(IMeasureParent);
         *out = known ? this : nullptr;
-        if (known)
+        if (known) {
             AddRef();
+        }
         return known ? S_OK : E_NOINTERFACE;
     }
     ULONG STDMETHODCALLTYPE AddRef() noexcept override { return ++references; }

@@ -56,8 +56,9 @@ public:
         std::thread person([&] {
             Settle();  // the first message loop that runs is the dialog's
             dialog = GetAncestor(GuiState().hwndActive, GA_ROOT);
-            if (IsWindow(dialog))
+            if (IsWindow(dialog)) {
                 deeds(*this);
+            }
             for (int attempt = 0; attempt < 8 && IsWindow(dialog); ++attempt) {
                 PostMessageW(IsWindow(MessageBoxWindow()) ? MessageBoxWindow() : dialog, WM_CLOSE, 0, 0);
                 Settle();
@@ -68,8 +69,9 @@ public:
         // The person may still be looking at what happened.
         while (MsgWaitForMultipleObjects(1, &done_, FALSE, INFINITE, QS_ALLINPUT) != WAIT_OBJECT_0) {
             MSG message;
-            while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+            while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
                 DispatchMessageW(&message);
+            }
         }
         person.join();
     }
@@ -128,8 +130,9 @@ public:
             dialog,
             [](HWND child, LPARAM wanted) -> BOOL {
                 auto& sought = *reinterpret_cast<Search*>(wanted);
-                if (GetDlgCtrlID(child) == sought.id)
+                if (GetDlgCtrlID(child) == sought.id) {
                     sought.found = child;
+                }
                 return sought.found == nullptr;
             },
             reinterpret_cast<LPARAM>(&search));
@@ -163,8 +166,9 @@ public:
     std::wstring AnswerMessageBox()
     {
         const HWND box = MessageBoxWindow();
-        if (!box)
+        if (!box) {
             return {};
+        }
         constexpr int textOfBox = 0xFFFF;
         const std::wstring message = TextOf(box) + L"|" + TextOf(GetDlgItem(box, textOfBox));
         PostMessageW(Focus(), WM_KEYDOWN, VK_RETURN, 1);
@@ -184,12 +188,13 @@ private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
     {
         auto* const self = reinterpret_cast<EditorDriver*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-        if (message == WM_APP)
+        if (message == WM_APP) {
             SetEvent(self->settled_);
-        else if (message == WM_APP + 1)
+        } else if (message == WM_APP + 1) {
             (*reinterpret_cast<const std::function<void()>*>(lParam))();
-        else
+        } else {
             return DefWindowProcW(window, message, wParam, lParam);
+        }
         return 0;
     }
 

@@ -17,8 +17,9 @@ struct HeldHandles
         const HANDLE self = GetCurrentProcess();
         HeldHandles held{static_cast<int>(GetGuiResources(self, GR_GDIOBJECTS)),
                          static_cast<int>(GetGuiResources(self, GR_USEROBJECTS))};
-        if (held.graphics != 0)
+        if (held.graphics != 0) {
             return held;
+        }
         // A system that does not count them is asked one by one: their lower halves alone name them there.
         for (uintptr_t lower = 0; lower < 0x10000; ++lower) {
             held.graphics += GetObjectType(reinterpret_cast<HGDIOBJ>(lower)) != 0;

@@ -61,8 +61,9 @@ protected:
     ~WrongDriver() override
     {
         misbehave(nullptr, Answer::rightly);
-        for (const DWORD cookie : cookies)
+        for (const DWORD cookie : cookies) {
             CoRevokeClassObject(cookie);
+        }
     }
 
     std::vector<DWORD> cookies;
@@ -152,11 +153,13 @@ protected:
     std::vector<std::string> Operations() const
     {
         Driven driven;
-        for (const auto& member : driven.members)
+        for (const auto& member : driven.members) {
             EXPECT_EQ(FromUnmaskedHost(member.call), S_OK) << member.name;
+        }
         std::vector<std::string> names;
-        while (const char* name = operation(static_cast<int>(names.size())))
+        while (const char* name = operation(static_cast<int>(names.size()))) {
             names.emplace_back(name);
+        }
         return names;
     }
 
@@ -272,11 +275,13 @@ public:
     {
         const bool known = id == IID_IUnknown || id == IID_IDispatch;
         *out = known ? this : reinterpret_cast<void*>(0x51);
-        if (known)
+        if (known) {
             return S_OK;
+        }
         // A success with nothing behind it, and a failure with something in front of it.
-        if (id == IID_IDispatchEx)
+        if (id == IID_IDispatchEx) {
             *out = nullptr;
+        }
         return id == IID_IDispatchEx ? S_OK : E_NOINTERFACE;
     }
     ULONG STDMETHODCALLTYPE AddRef() noexcept override { return 2; }

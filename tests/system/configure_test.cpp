@@ -226,8 +226,9 @@ TEST_F(Configure, IdentityInAnyLetterCaseAndOffLine)
     setup->put_ReferenceSource(1);
     VARIANT_BOOL result;
     for (const HRESULT failure : {check->Mode(&mode), check->InputPort(&result), check->SawFilterBw(&result),
-                                  check->ExtRef(&result), measure->GetConfiguration(), Write()})
+                                  check->ExtRef(&result), measure->GetConfiguration(), Write()}) {
         EXPECT_LT(failure, 0);
+    }
     EXPECT_THAT(LastError().description, testing::HasSubstr(L"does not answer"));
 }
 
@@ -260,8 +261,9 @@ TEST_F(Configure, ParentMayCallBackOrReleaseThePlugIn)
         ++notices;
         VARIANT_BOOL result;
         for (const HRESULT call :
-             {measure->Measure(1, VARIANT{}, &result), measure->GetConfiguration(), measure->SetConfiguration()})
+             {measure->Measure(1, VARIANT{}, &result), measure->GetConfiguration(), measure->SetConfiguration()}) {
             refused += call == RuntimeError(5) ? 1 : 0;
+        }
         setup->put_ListSize(notices % 3);
         return S_OK;
     };

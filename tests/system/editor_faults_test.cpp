@@ -38,8 +38,9 @@ void WorkThrough(EditorDriver& editor)
         }
     };
     const auto act = [&](auto deed) {
-        if (IsWindow(editor.dialog))
+        if (IsWindow(editor.dialog)) {
             deed();
+        }
         answer();
     };
     answer();

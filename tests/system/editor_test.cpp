@@ -73,8 +73,9 @@ TEST_F(SetupEditor, LeavesAHostThatHasUnmaskedExceptionsItsControlWords)
     VARIANT_BOOL accepted = VARIANT_FALSE;
     person.Work([&] { result = FromUnmaskedHost([&] { return setup.As<ISetup>()->Edit(&accepted); }); },
                 [](EditorDriver& editor) {
-                    for (const Page page : {Page::notes, Page::frequencies})
+                    for (const Page page : {Page::notes, Page::frequencies}) {
                         editor.ClickTab(page);
+                    }
                     editor.Alt(L'r');
                     editor.Type(L" ");
                     editor.Press(VK_TAB);
@@ -242,11 +243,12 @@ TEST_F(SetupEditor, AccessKeysWorkOnTheirOwnPageAndGoRoundWhereTwoAreAlike)
         EXPECT_EQ(editor.CurrentPage(), Page::settings);
         editor.Press(VK_TAB, control | shift);
         EXPECT_EQ(editor.CurrentPage(), Page::xAxis);
-        for (const Page page : {Page::settings, Page::frequencies, Page::notes})
+        for (const Page page : {Page::settings, Page::frequencies, Page::notes}) {
             EXPECT_FALSE(
                 IsWindowEnabled(GetParent(editor.Find(page == Page::settings ? control_id::Of(Choice::sawFilter)
                                                       : page == Page::notes  ? control_id::notes
                                                                              : control_id::List(10)))));
+        }
     });
 }
 
@@ -258,14 +260,16 @@ TEST_F(SetupEditor, ListsScrollAndSelectInStep)
         EXPECT_EQ(editor.Rows(MP_USERFIELD), 5001);
         editor.Alt(L'f');
         editor.Press(VK_END);
-        for (const Column column : {MP_USERFIELD, MP_FREQUENCY, MP_SYMBOLRATE})
+        for (const Column column : {MP_USERFIELD, MP_FREQUENCY, MP_SYMBOLRATE}) {
             EXPECT_EQ(editor.SelectedRow(column), 5000) << column;
+        }
         const long last = editor.TopRow(MP_FREQUENCY);
         EXPECT_GT(last, 4900);
         PostMessageW(editor.List(MP_SYMBOLRATE), WM_VSCROLL, SB_LINEUP, 0);
         editor.Press(VK_SHIFT);
-        for (const Column column : {MP_USERFIELD, MP_FREQUENCY, MP_SYMBOLRATE})
+        for (const Column column : {MP_USERFIELD, MP_FREQUENCY, MP_SYMBOLRATE}) {
             EXPECT_EQ(editor.TopRow(column), last - 1) << column;
+        }
     });
 }
 

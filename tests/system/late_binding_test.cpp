@@ -225,8 +225,9 @@ TEST_F(LateBinding, ReferencesWorkByNameAsByPositionAndWhatIsLeftOutStaysLeftOut
                                                                      {L"strModel", Reference(model)},
                                                                      {L"udtMode", Reference(mode)}};
         std::vector<VARIANT> positional;
-        for (; arguments.size() > static_cast<size_t>(named); arguments.erase(arguments.begin()))
+        for (; arguments.size() > static_cast<size_t>(named); arguments.erase(arguments.begin())) {
             positional.push_back(arguments.front().second);
+        }
         std::reverse(arguments.begin(), arguments.end());
         EXPECT_EQ(Call(document, L"Load", DISPATCH_METHOD, positional, arguments, &loaded), S_OK);
         EXPECT_EQ(loaded.boolVal, VARIANT_TRUE);

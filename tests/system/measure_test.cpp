@@ -19,8 +19,9 @@ protected:
     Measure()
     {
         EXPECT_EQ(simulator->put_NetworkModel(Bstr(TVN_TEST_DATA L"\\clean.ini").Get()), S_OK);
-        for (const wchar_t* channel : {L"Channel 1", L"Channel 2"})
+        for (const wchar_t* channel : {L"Channel 1", L"Channel 2"}) {
             Set(channel, L"Order of QAM", L"256");
+        }
         simulator->put_OrderOfQam(256);
         setup->put_OrderOfQam(256);
         setup->put_BerSamples(1);
@@ -55,8 +56,9 @@ TEST_F(Measure, FillsTheRowAndTellsTheParent)
     EXPECT_GT(parent.cells, 18);
     EXPECT_EQ(Cell(1, status, 2), L"Done");
     EXPECT_EQ(Cell(1, userField, 2), L"channel 2");
-    for (const short lock : {18, 19, 20})
+    for (const short lock : {18, 19, 20}) {
         EXPECT_EQ(Cell(0, lock, 2), L"OK");
+    }
     EXPECT_GT(_wtof(Cell(0, mer, 2).c_str()), 30) << "a clean channel";
     EXPECT_THAT(Cell(0, ber, 2), testing::HasSubstr(L"E-"));
     EXPECT_EQ(Cell(1, status, 1), L"Un-measured");
@@ -76,8 +78,9 @@ TEST_F(Measure, ParentMayCallBackInAnyWay)
             Bstr model;
             long mode = 0;
             setup.As<ISetup>()->Load(Bstr(L"x").Get(), Bstr(L"C:\\none.ini").Get(), model.Put(), &mode, &result);
-            for (short parameter = 10; parameter <= 30; ++parameter)
+            for (short parameter = 10; parameter <= 30; ++parameter) {
                 Cell(0, parameter, 1);
+            }
         },
     };
     for (const auto& callback : callbacks) {
@@ -86,8 +89,9 @@ TEST_F(Measure, ParentMayCallBackInAnyWay)
             Channels({466, 474, 482});
             measure->putref_Parent(&parent);
             parent.onNotice = [&, when](const std::wstring& notice) {
-                if (notice == when)
+                if (notice == when) {
                     callback();
+                }
                 return S_OK;
             };
             VARIANT_BOOL result;
@@ -132,8 +136,9 @@ TEST_F(Measure, ParentThatRaisesAnErrorAtAnyNoticeLeavesADefinedChannel)
         const bool unhurt = notices <= failing;
         EXPECT_EQ(result != VARIANT_FALSE, unhurt) << "notice " << failing;
         EXPECT_THAT(Cell(1, status, 1), testing::AnyOf(L"Done", L"Control Error"));
-        if (unhurt)
+        if (unhurt) {
             break;
+        }
     }
 }
 
@@ -145,9 +150,11 @@ TEST_F(Measure, ObjectThatIsNoParentAndIndexOutsideTheListAreRefused)
     EXPECT_TRUE(Measured(1)) << "without a parent, as before";
     VARIANT_BOOL result;
     Bstr text;
-    for (const HRESULT call : {measure->Measure(4, VARIANT{}, &result), measure->Measure(0, VARIANT{}, &result),
-                               measure->get_Result(3, status, 1, text.Put()), measure->get_Result(0, 9, 1, text.Put())})
+    for (const HRESULT call :
+         {measure->Measure(4, VARIANT{}, &result), measure->Measure(0, VARIANT{}, &result),
+          measure->get_Result(3, status, 1, text.Put()), measure->get_Result(0, 9, 1, text.Put())}) {
         EXPECT_EQ(call, RuntimeError(9));
+    }
 }
 
 TEST_F(Measure, ResultsOfAnEarlierRunArePutBackIntoTheTable)
@@ -163,8 +170,9 @@ TEST_F(Measure, ResultsOfAnEarlierRunArePutBackIntoTheTable)
     VARIANT value{};
     for (const HRESULT call : {results->put_Result(3, mer, 2, nullptr), results->put_Result(0, 31, 2, nullptr),
                                results->put_Result(0, mer, 4, nullptr), results->put_Measured(0, VARIANT_TRUE),
-                               results->get_Value(mer, 4, &value), results->get_Value(31, 2, &value)})
+                               results->get_Value(mer, 4, &value), results->get_Value(31, 2, &value)}) {
         EXPECT_EQ(call, RuntimeError(9));
+    }
 }
 
 TEST_F(Measure, ResultHasTheNumberThatItsTextShows)
@@ -209,8 +217,9 @@ TEST_F(Measure, ResultFileIsReplacedByTheNextOneOrStaysAsItWas)
     EXPECT_THAT(saved, testing::ContainsRegex("channel 2,.*,Done,"));
     EXPECT_THAT(saved, testing::EndsWith("\r\n\r\nNotes\r\ncold morning\r\n"));
 
-    for (const wchar_t* to : {L"", L"C:\\no such folder\\results.csv", L"C:\\windows"})
+    for (const wchar_t* to : {L"", L"C:\\no such folder\\results.csv", L"C:\\windows"}) {
         EXPECT_FALSE(save(to));
+    }
     setup->put_ListSize(5);
     const HANDLE held = CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
     EXPECT_FALSE(save(path.wstring())) << "somebody holds it open";

@@ -58,8 +58,9 @@ std::string SystemAnswer(const Rule& rule, const fs::path& path)
     const char* const file = name.c_str();
     const std::vector<std::string> arguments = Split(rule.arguments, ',');
     std::vector<RuleText> texts;
-    for (const std::string& argument : arguments)
+    for (const std::string& argument : arguments) {
         texts.push_back(Unescape(argument));
+    }
     const auto text = [&](size_t i) { return texts[i] ? texts[i]->c_str() : nullptr; };
     // The result and the part of the buffer that was written; its size is the last argument.
     const auto filled = [&](auto call) {
@@ -69,16 +70,20 @@ std::string SystemAnswer(const Rule& rule, const fs::path& path)
         buffer.erase(buffer.find_last_not_of('\xCC') + 1);
         return "ret=" + std::to_string(result) + " buf=" + Escape(buffer);
     };
-    if (rule.call == "GetPrivateProfileStringA")
+    if (rule.call == "GetPrivateProfileStringA") {
         return filled([&](char* buffer, DWORD size) {
             return GetPrivateProfileStringA(text(0), text(1), text(2), buffer, size, file);
         });
-    if (rule.call == "GetPrivateProfileSectionA")
+    }
+    if (rule.call == "GetPrivateProfileSectionA") {
         return filled([&](char* buffer, DWORD size) { return GetPrivateProfileSectionA(text(0), buffer, size, file); });
-    if (rule.call == "GetPrivateProfileSectionNamesA")
+    }
+    if (rule.call == "GetPrivateProfileSectionNamesA") {
         return filled([&](char* buffer, DWORD size) { return GetPrivateProfileSectionNamesA(buffer, size, file); });
-    if (rule.call == "GetPrivateProfileIntA")
+    }
+    if (rule.call == "GetPrivateProfileIntA") {
         return "ret=" + std::to_string(GetPrivateProfileIntA(text(0), text(1), std::stoi(arguments[2]), file));
+    }
     const BOOL result = rule.call == "WritePrivateProfileStringA"
                             ? WritePrivateProfileStringA(text(0), text(1), text(2), file)
                             : WritePrivateProfileSectionA(text(0), text(1), file);
@@ -92,8 +97,9 @@ TEST_F(ProfileRulesOnWindows, TheSystemAndTheEngineAnswerAlike)
 {
     int compared = 0;
     for (const Rule& rule : Rules(fs::path(TVN_TEST_DATA) / L"profile-rules.tsv")) {
-        if (rule.windows != "same")
+        if (rule.windows != "same") {
             continue;
+        }
         ++compared;
         const std::wstring name = std::wstring(rule.id.begin(), rule.id.end()) + L".ini";
         const RuleText content = Unescape(rule.file);
@@ -237,8 +243,9 @@ TEST_F(FilesOnWindows, TwoProcessesLoseNoneOfTheirWritesOfOneFile)
     const ProfileFile profile(ContentOf(path));
     int kept = 0;
     for (int i = 1; i <= count; ++i) {
-        for (const char letter : {'a', 'b'})
+        for (const char letter : {'a', 'b'}) {
             kept += profile.GetInt("s", letter + std::to_string(i), 0) == static_cast<uint32_t>(i);
+        }
     }
     EXPECT_EQ(kept, 2 * count);
     EXPECT_EQ(FilesInFolder(), 1u);
@@ -261,8 +268,9 @@ TEST_F(FilesOnWindows, AFileIsOneWritersAloneByWhateverPathUntilItsProcessIsKill
     fs::current_path(folder);
     for (const std::wstring& same :
          {path.wstring(), upper, shortForm, LongForm(path).wstring(), folder.wstring() + L"/./the network.ini",
-          std::wstring(L"the network.ini"), L"\\\\.\\" + path.wstring()})
+          std::wstring(L"the network.ini"), L"\\\\.\\" + path.wstring()}) {
         EXPECT_EQ(ReplaceContent(SystemFiles(), same, "new"), FileFault::inUse) << fs::path(same).string();
+    }
     fs::current_path(old);
     EXPECT_EQ(ContentOf(path), "old");
     const fs::path other = fs::temp_directory_path() / UnpredictableName();

@@ -17,8 +17,9 @@ int Hold(const std::wstring& path, const wchar_t* event)
 {
     std::unique_ptr<FileLock> lock;
     const HANDLE ready = OpenEventW(EVENT_MODIFY_STATE, FALSE, event);
-    if (SystemFiles().Exclude(path, lock) != FileFault::none || !lock || !SetEvent(ready))
+    if (SystemFiles().Exclude(path, lock) != FileFault::none || !lock || !SetEvent(ready)) {
         return 1;
+    }
     Sleep(INFINITE);
     return 0;
 }
@@ -30,9 +31,11 @@ int WriteKeys(const std::wstring& path, char letter, int count)
     store.Bind(path);
     int refusals = 0;
     for (int i = 1; i <= count; ++i) {
-        while (!store.Write("s", letter + std::to_string(i), std::to_string(i)))
-            if (++refusals == mostRefusals)
+        while (!store.Write("s", letter + std::to_string(i), std::to_string(i))) {
+            if (++refusals == mostRefusals) {
                 return 1;
+            }
+        }
     }
     return 0;
 }
@@ -41,8 +44,9 @@ int WriteKeys(const std::wstring& path, char letter, int count)
 
 int wmain(int argc, wchar_t** argv)
 {
-    if (argc != 4)
+    if (argc != 4) {
         return 2;
+    }
     const bool holds = std::wstring(argv[2]) == L"hold";
     return holds ? Hold(argv[1], argv[3]) : WriteKeys(argv[1], static_cast<char>(argv[2][0]), std::stoi(argv[3]));
 }

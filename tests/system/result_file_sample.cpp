@@ -27,8 +27,9 @@ void MakeMeasurement(SetupDocument& document, ResultTable& table, const Locale& 
         document.Frequency(channel, 105.2512345 + 8 * channel);
         document.SymbolRate(channel, 6.9);
     }
-    for (int32_t parameter = MP_TIMESTAMP; parameter <= MP_LAST; ++parameter)
+    for (int32_t parameter = MP_TIMESTAMP; parameter <= MP_LAST; ++parameter) {
         document.Parameter(2, parameter, parameter == MP_RFLEV || parameter == MP_BER || parameter == MP_FREQOFF);
+    }
 
     table.Reset(document, locale);
     const auto number = [&](double value) { return FormatNumber(value, L"0.0", true, locale); };

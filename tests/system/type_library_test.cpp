@@ -89,12 +89,15 @@ private:
         wchar_t id[40];
         StringFromGUID2(attributes->guid, id, 40);
         text += fmt::format("{} {} {}\n", kinds[attributes->typekind], NameOf(info), Narrow(id));
-        for (WORD i = 0; i < attributes->cVars; ++i)
+        for (WORD i = 0; i < attributes->cVars; ++i) {
             AddConstant(info, i);
-        for (WORD i = 0; attributes->typekind == TKIND_COCLASS && i < attributes->cImplTypes; ++i)
+        }
+        for (WORD i = 0; attributes->typekind == TKIND_COCLASS && i < attributes->cImplTypes; ++i) {
             AddImplemented(info, i);
-        if (attributes->typekind == TKIND_DISPATCH)
+        }
+        if (attributes->typekind == TKIND_DISPATCH) {
             AddFunctions(VtableOf(info).Get());
+        }
     }
 
     /// The other face of a dual interface, which shows its own functions as they stand in the vtable.
@@ -154,10 +157,12 @@ private:
                                                          {PARAMFLAG_FOUT, "out "},
                                                          {PARAMFLAG_FRETVAL, "retval "},
                                                          {PARAMFLAG_FOPT, "optional "}};
-            for (const auto& [flag, word] : flags)
+            for (const auto& [flag, word] : flags) {
                 text += parameter.paramdesc.wParamFlags & flag ? word : "";
-            if (parameter.paramdesc.wParamFlags & PARAMFLAG_FHASDEFAULT)
+            }
+            if (parameter.paramdesc.wParamFlags & PARAMFLAG_FHASDEFAULT) {
                 text += fmt::format("= {} ", parameter.paramdesc.pparamdescex->varDefaultValue.lVal);
+            }
             text += TypeOf(info, parameter.tdesc) + (i + 1 < named ? " " + names[i + 1] : "");
         }
         text += ")\n";
@@ -169,8 +174,9 @@ private:
         UINT count = 0;
         EXPECT_EQ(info->GetNames(member, names, 16, &count), S_OK);
         std::vector<std::string> read;
-        for (UINT i = 0; i < count; ++i)
+        for (UINT i = 0; i < count; ++i) {
             read.push_back(Narrow(Bstr::Attach(names[i]).View()));
+        }
         return read;
     }
 
@@ -179,10 +185,12 @@ private:
         const std::map<VARTYPE, const char*> simple = {
             {VT_I2, "short"},  {VT_I4, "long"},           {VT_R4, "float"},        {VT_R8, "double"},
             {VT_BSTR, "BSTR"}, {VT_BOOL, "VARIANT_BOOL"}, {VT_VARIANT, "VARIANT"}, {VT_DISPATCH, "IDispatch*"}};
-        if (type.vt == VT_PTR)
+        if (type.vt == VT_PTR) {
             return TypeOf(info, *type.lptdesc) + "*";
-        if (type.vt == VT_USERDEFINED)
+        }
+        if (type.vt == VT_USERDEFINED) {
             return Referred(info, type.hreftype);
+        }
         return simple.contains(type.vt) ? simple.at(type.vt) : fmt::format("VT {}", type.vt);
     }
 
@@ -193,8 +201,9 @@ private:
         ComPtr<ITypeLib> library;
         UINT index = 0;
         const HRESULT found = info->GetRefTypeInfo(reference, type.Put());
-        if (FAILED(found) || FAILED(type->GetContainingTypeLib(library.Put(), &index)))
+        if (FAILED(found) || FAILED(type->GetContainingTypeLib(library.Put(), &index))) {
             return fmt::format("nothing ({:X})", static_cast<uint32_t>(found));
+        }
         Bstr name;
         library->GetDocumentation(-1, name.Put(), nullptr, nullptr, nullptr);
         return (library.Get() == library_ ? "" : Narrow(name.View()) + ".") + NameOf(type.Get());

@@ -43,10 +43,12 @@ tvn2x::ReceiverAnswers answers = RightAnswers();
 Answer Next(const char* operation)
 {
     if (std::find_if(operations.begin(), operations.end(),
-                     [&](const char* known) { return std::string(known) == operation; }) == operations.end())
+                     [&](const char* known) { return std::string(known) == operation; }) == operations.end()) {
         operations.push_back(operation);
-    if (wrongOperation != operation)
+    }
+    if (wrongOperation != operation) {
         return Answer::rightly;
+    }
     ++misdeeds;
     return wrongAnswer;
 }
@@ -121,8 +123,9 @@ template <class Integer>
 Integer Odd(Answer answer, Integer right)
 {
     using Limits = std::numeric_limits<Integer>;
-    if (answer == Answer::notANumber || answer == Answer::minusInfinite)
+    if (answer == Answer::notANumber || answer == Answer::minusInfinite) {
         return Limits::min();
+    }
     return answer == Answer::infinite || answer == Answer::huge ? Limits::max() : right;
 }
 
@@ -153,20 +156,22 @@ Interface* Odd(Answer, Interface* right)
 template <class Out>
 Out Rubbish()
 {
-    if constexpr (std::is_pointer_v<Out>)
+    if constexpr (std::is_pointer_v<Out>) {
         return reinterpret_cast<Out>(0x51);
-    else
+    } else {
         return static_cast<Out>(81);
+    }
 }
 
 template <class Out, class Right>
 HRESULT Give(const char* operation, Out* out, Right right)
 {
     const Answer answer = Next(operation);
-    if (tvn2x::wrong::Fails(answer))
+    if (tvn2x::wrong::Fails(answer)) {
         *out = Rubbish<Out>();
-    else if (answer != Answer::untouched)
+    } else if (answer != Answer::untouched) {
         *out = Odd(answer, right);
+    }
     return Status(answer);
 }
 
@@ -179,18 +184,20 @@ template <class Setting>
 HRESULT Take(const char* operation, Setting& setting, Setting value)
 {
     const HRESULT result = Take(operation);
-    if (SUCCEEDED(result))
+    if (SUCCEEDED(result)) {
         setting = value;
+    }
     return result;
 }
 
 template <class Value>
 auto Right(const Value& answer)
 {
-    if constexpr (std::is_same_v<Value, std::wstring>)
+    if constexpr (std::is_same_v<Value, std::wstring>) {
         return answer.c_str();
-    else
+    } else {
         return tvn2x::com::ToWire(answer);
+    }
 }
 
 class Support final : public ISupportErrorInfo
@@ -210,10 +217,11 @@ public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) noexcept override
     {
         *out = nullptr;
-        if (id == __uuidof(Interface) || id == IID_IUnknown || id == IID_IDispatch)
+        if (id == __uuidof(Interface) || id == IID_IUnknown || id == IID_IDispatch) {
             *out = static_cast<Interface*>(this);
-        else if (id == IID_ISupportErrorInfo)
+        } else if (id == IID_ISupportErrorInfo) {
             *out = &support;
+        }
         return *out ? S_OK : E_NOINTERFACE;
     }
     ULONG STDMETHODCALLTYPE AddRef() noexcept override { return 2; }
@@ -268,9 +276,11 @@ class IdentitySide final : public Lasting<IIdentification>{
 
 class Receiver final : public Lasting<IReceiver>{
     public : HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) noexcept override{
-        if (id == __uuidof(IDriver)) return Give("QueryInterface IDriver", out, static_cast<void*>(&driverSide));
-if (id == __uuidof(IIdentification))
+        if (id == __uuidof(IDriver)){return Give("QueryInterface IDriver", out, static_cast<void*>(&driverSide));
+}  // namespace
+if (id == __uuidof(IIdentification)) {
     return Give("QueryInterface IIdentification", out, static_cast<void*>(&identitySide));
+}
 return Lasting::QueryInterface(id, out);
 }  // namespace
 #define RECEIVER_READING(name, parameter)                       \
@@ -342,8 +352,9 @@ public:
     {
         *out = nullptr;
         const Answer answer = Next(operation_);
-        if (answer != Answer::untouched && !tvn2x::wrong::Fails(answer))
+        if (answer != Answer::untouched && !tvn2x::wrong::Fails(answer)) {
             *out = &object_;
+        }
         return Status(answer);
     }
     HRESULT STDMETHODCALLTYPE LockServer(BOOL) noexcept override { return S_OK; }
@@ -366,8 +377,9 @@ Factory factories[] = {
 STDAPI DllGetClassObject(REFCLSID classId, REFIID interfaceId, void** out)
 {
     for (Factory& factory : factories) {
-        if (factory.id == classId)
+        if (factory.id == classId) {
             return factory.QueryInterface(interfaceId, out);
+        }
     }
     return CLASS_E_CLASSNOTAVAILABLE;
 }

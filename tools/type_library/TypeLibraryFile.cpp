@@ -95,8 +95,9 @@ constexpr int32_t identifiedByGuid = 0x10000;
 
 size_t WordsOf(int32_t bytes)
 {
-    if (bytes < 0 || bytes % word != 0)
+    if (bytes < 0 || bytes % word != 0) {
         Refuse("a part of the library has no whole number of words");
+    }
     return static_cast<size_t>(bytes) / word;
 }
 
@@ -107,8 +108,9 @@ int32_t BytesOf(const std::vector<int32_t>& words)
 
 std::vector<int32_t> Slice(const std::vector<int32_t>& words, size_t from, size_t count)
 {
-    if (from > words.size() || count > words.size() - from)
+    if (from > words.size() || count > words.size() - from) {
         Refuse("the library ends too early");
+    }
     const auto first = words.begin() + static_cast<ptrdiff_t>(from);
     return {first, first + static_cast<ptrdiff_t>(count)};
 }
@@ -119,8 +121,9 @@ std::vector<int32_t> WordsOfFile(const std::filesystem::path& path)
     const std::string bytes{std::istreambuf_iterator<char>(file), {}};
     std::vector<int32_t> words(WordsOf(static_cast<int32_t>(bytes.size())));
     std::memcpy(words.data(), bytes.data(), bytes.size());
-    if (words.empty() || words.front() != signature)
+    if (words.empty() || words.front() != signature) {
         Refuse("this is no type library of the form that the interface compiler writes");
+    }
     return words;
 }
 
@@ -144,8 +147,9 @@ public:
     int32_t Move(int32_t offset, size_t (*count)(const int32_t* record))
     {
         const auto [moved, isNew] = moved_.try_emplace(offset, BytesOf(words));
-        if (isNew)
+        if (isNew) {
             Append(words, Slice(from_, WordsOf(offset), count(&from_.at(WordsOf(offset)))));
+        }
         return moved->second;
     }
 
@@ -175,16 +179,18 @@ TypeLibraryFile::TypeLibraryFile(const std::filesystem::path& path)
     for (size_t i = 0; i < segments_.size(); ++i) {
         std::array<int32_t, 4> entry;
         read(entry);
-        if (entry[1] != 0)
+        if (entry[1] != 0) {
             segments_[i] = Slice(file, WordsOf(entry[0]), WordsOf(entry[1]));
+        }
         directory_[i] = {entry[2], entry[3]};
     }
     for (size_t i = 0; i < types_.size(); ++i) {
         Type& described = types_[i];
         const Words record = Slice(segments_[segment::types], i * described.record.size(), described.record.size());
         std::ranges::copy(record, described.record.begin());
-        if (described.Count() == 0)
+        if (described.Count() == 0) {
             continue;
+        }
         const size_t first = WordsOf(described.record[type::elements]);
         described.elements = Slice(file, first, 1 + WordsOf(file.at(first)) + 3 * described.Count());
     }
@@ -195,8 +201,9 @@ void TypeLibraryFile::Write(const std::filesystem::path& path) const
     std::array<Words, 15> segments = segments_;
     segments[segment::types].resize(types_.size() * (type::bytes / word));
     std::array<std::array<int32_t, 4>, 15> directory;
-    for (size_t i = 0; i < directory.size(); ++i)
+    for (size_t i = 0; i < directory.size(); ++i) {
         directory[i] = {none, BytesOf(segments[i]), directory_[i][0], directory_[i][1]};
+    }
     auto end = static_cast<int32_t>(header_.size() + helpLibrary_.size() + types_.size() + directory.size() * 4) * word;
     const auto place = [&](size_t index) {
         directory[index][0] = segments[index].empty() ? none : end;
@@ -217,24 +224,28 @@ void TypeLibraryFile::Write(const std::filesystem::path& path) const
     Words file(header_.begin(), header_.end());
     Append(file, helpLibrary_);
     Append(file, offsets);
-    for (const auto& entry : directory)
+    for (const auto& entry : directory) {
         Append(file, entry);
+    }
     Append(file, segments[segment::types]);
-    for (const segment::Index index : segment::order)
+    for (const segment::Index index : segment::order) {
         Append(file, segments[index]);
+    }
     Append(file, elements);
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
     out.write(reinterpret_cast<const char*>(file.data()), BytesOf(file));
-    if (!out.flush())
+    if (!out.flush()) {
         Refuse("the library cannot be written");
+    }
 }
 
 void TypeLibraryFile::ReferTo(const TypeLibraryFile& owner, const std::string& fileName)
 {
     std::map<Identity, const Type*> owned;
     for (const Type& defined : owner.types_) {
-        if (defined.IsInterface())
+        if (defined.IsInterface()) {
             owned[owner.IdentityAt(defined.record[type::identity])] = &defined;
+        }
     }
     int32_t file = none;
     std::vector<int32_t> references;
@@ -259,17 +270,21 @@ void TypeLibraryFile::ReferTo(const TypeLibraryFile& owner, const std::string& f
 void TypeLibraryFile::Redirect(const std::vector<int32_t>& references)
 {
     const auto redirect = [&](int32_t& reference) {
-        if (IsOwnType(reference))
+        if (IsOwnType(reference)) {
             reference = references.at(static_cast<size_t>(reference / type::bytes));
+        }
     };
-    for (size_t i = 0; i < segments_[segment::implemented].size(); i += implementedWords)
+    for (size_t i = 0; i < segments_[segment::implemented].size(); i += implementedWords) {
         redirect(segments_[segment::implemented][i]);
-    for (size_t i = 0; i < segments_[segment::identities].size(); i += identityWords)
+    }
+    for (size_t i = 0; i < segments_[segment::identities].size(); i += identityWords) {
         redirect(segments_[segment::identities].at(i + 4));
+    }
     Words& descriptions = segments_[segment::descriptions];
     for (size_t i = 0; i < descriptions.size(); i += descriptionWords) {
-        if ((descriptions[i] & 0xFFFF) == userDefined)
+        if ((descriptions[i] & 0xFFFF) == userDefined) {
             redirect(descriptions.at(i + 1));
+        }
     }
     Words& names = segments_[segment::names];
     for (size_t i = 0; i < names.size(); i += nameHeadWords + ((names.at(i + 2) & 0xFF) + 3) / word) {
@@ -280,8 +295,9 @@ void TypeLibraryFile::Redirect(const std::vector<int32_t>& references)
     for (size_t i = 0; i < types_.size(); ++i) {
         auto& record = types_[i].record;
         record[type::kind] = (record[type::kind] & 0xFFFF) | static_cast<int32_t>(i << 16);
-        if (types_[i].IsInterface())
+        if (types_[i].IsInterface()) {
             redirect(record[type::base]);
+        }
     }
 }
 
@@ -324,21 +340,24 @@ void TypeLibraryFile::DropUnusedStrings()
 void TypeLibraryFile::ForEachName(const std::function<void(int32_t& name, int32_t type)>& visit)
 {
     const auto visitNamed = [&](int32_t& name, int32_t owner) {
-        if (name != none)
+        if (name != none) {
             visit(name, owner);
+        }
     };
     visitNamed(header_[header::name], none);
     for (size_t t = 0; t < types_.size(); ++t) {
         Type& named = types_[t];
         const auto offset = static_cast<int32_t>(t) * type::bytes;
         visitNamed(named.record[type::name], offset);
-        for (size_t i = 0; i < named.Count(); ++i)
+        for (size_t i = 0; i < named.Count(); ++i) {
             visitNamed(named.elements[named.NamePlace(i)], offset);
+        }
         for (size_t i = 0; i < named.Functions(); ++i) {
             const auto [first, count] = named.Function(i);
             const auto parameters = static_cast<size_t>(named.elements[first + function::parameters] & 0xFFFF);
-            for (size_t p = 1; p <= parameters; ++p)
+            for (size_t p = 1; p <= parameters; ++p) {
                 visitNamed(named.elements.at(first + count - p * function::parameterWords + 1), none);
+            }
         }
     }
 }
@@ -346,8 +365,9 @@ void TypeLibraryFile::ForEachName(const std::function<void(int32_t& name, int32_
 void TypeLibraryFile::ForEachString(const std::function<void(int32_t& text)>& visit)
 {
     const auto visitText = [&](int32_t& text) {
-        if (text != none)
+        if (text != none) {
             visit(text);
+        }
     };
     visitText(header_[header::help]);
     visitText(header_[header::helpFile]);
@@ -358,8 +378,9 @@ void TypeLibraryFile::ForEachString(const std::function<void(int32_t& text)>& vi
             const auto [first, count] = helped.Function(i);
             const auto parameters = static_cast<size_t>(helped.elements[first + function::parameters] & 0xFFFF);
             const bool hasDefaults = helped.elements[first + function::flags] & function::hasDefaults;
-            if (count - parameters * (function::parameterWords + hasDefaults) > function::help)
+            if (count - parameters * (function::parameterWords + hasDefaults) > function::help) {
                 visitText(helped.elements[first + function::help]);
+            }
         }
     }
 }
@@ -376,8 +397,9 @@ int32_t TypeLibraryFile::AddIdentity(const Identity& identity, int32_t reference
     std::array<uint16_t, 8> halves;
     std::memcpy(halves.data(), identity.data(), sizeof halves);
     size_t key = 0;
-    for (const uint16_t half : halves)
+    for (const uint16_t half : halves) {
         key ^= half;
+    }
     Words& hash = segments_[segment::identityHash];
     Words& identities = segments_[segment::identities];
     const int32_t offset = BytesOf(identities);
@@ -442,8 +464,9 @@ std::pair<size_t, size_t> TypeLibraryFile::Type::Function(size_t index) const
 {
     const size_t first = 1 + WordsOf(elements.at(NamePlace(index) + Count()));
     const size_t count = WordsOf(elements.at(first) & 0xFFFF);
-    if (count < function::words + function::parameterWords * (elements.at(first + function::parameters) & 0xFFFF))
+    if (count < function::words + function::parameterWords * (elements.at(first + function::parameters) & 0xFFFF)) {
         Refuse("a function of the library is too short");
+    }
     return {first, count};
 }
 

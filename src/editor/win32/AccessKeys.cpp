@@ -31,10 +31,12 @@ std::optional<AccessTarget> AccessKeys::Find(Page page, wchar_t letter, HWND foc
     bool isBehind = false;
     for (const Entry& entry : entries) {
         if (entry.letter == UpperCase(letter)) {
-            if (isBehind)
+            if (isBehind) {
                 return entry.target;
-            if (!first)
+            }
+            if (!first) {
                 first = entry.target;
+            }
         }
         isBehind = isBehind || entry.target.control == focused;
     }
@@ -44,8 +46,9 @@ std::optional<AccessTarget> AccessKeys::Find(Page page, wchar_t letter, HWND foc
 std::optional<Page> AccessKeys::FindTab(wchar_t letter)
 {
     for (int32_t page = 0; page < pageCount; ++page) {
-        if (LetterOf(CaptionOf(static_cast<Page>(page))) == UpperCase(letter))
+        if (LetterOf(CaptionOf(static_cast<Page>(page))) == UpperCase(letter)) {
             return static_cast<Page>(page);
+        }
     }
     return std::nullopt;
 }

@@ -21,9 +21,10 @@ HWND CreateControl(HWND page, const wchar_t* windowClass, std::wstring_view text
 {
     const HWND control = CreateWindowExW(exStyle, windowClass, std::wstring(text).c_str(), WS_CHILD | style, 0, 0, 0, 0,
                                          page, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), OwnModule(), nullptr);
-    if (!control)
+    if (!control) {
         throw RaisedError(HRESULT_FROM_WIN32(GetLastError()), L"clsSetup.Edit",
                           L"A control of the setup editor cannot be created");
+    }
     SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
     return control;
 }
@@ -69,8 +70,9 @@ void GridPane::Arrange(const RECT& place)
         widths[2] = widths[1] + bar;
         widths[0] = width - widths[1] - widths[2];
     } else {
-        for (size_t index = 0; index + 1 < columns; ++index)
+        for (size_t index = 0; index + 1 < columns; ++index) {
             widths[index] = MulDiv(width - bar, channelShares[index], 100);
+        }
         widths[2] = width - widths[0] - widths[1];
     }
     // As high as whole rows are, so that none is seen in part.
@@ -87,8 +89,9 @@ void GridPane::Arrange(const RECT& place)
         left = right;
     }
     editor_.SetVisibleRows(grid_, ClientSize(list_[0]).cy / rowHeight);
-    if (editor_.CurrentEdit().open)
+    if (editor_.CurrentEdit().open) {
         ShowCellEditor();
+    }
 }
 
 void GridPane::SynchroniseLists()
@@ -97,33 +100,40 @@ void GridPane::SynchroniseLists()
     const int32_t top = editor_.TopRow(grid_);
     const int32_t selected = editor_.SelectedRow(grid_);
     for (const HWND list : list_) {
-        if (SendMessageW(list, LB_GETCOUNT, 0, 0) != count)
+        if (SendMessageW(list, LB_GETCOUNT, 0, 0) != count) {
             SendMessageW(list, LB_SETCOUNT, static_cast<WPARAM>(count), 0);
-        if (SendMessageW(list, LB_GETCURSEL, 0, 0) != selected)
+        }
+        if (SendMessageW(list, LB_GETCURSEL, 0, 0) != selected) {
             SendMessageW(list, LB_SETCURSEL, static_cast<WPARAM>(selected), 0);
-        if (SendMessageW(list, LB_GETTOPINDEX, 0, 0) != top)
+        }
+        if (SendMessageW(list, LB_GETTOPINDEX, 0, 0) != top) {
             SendMessageW(list, LB_SETTOPINDEX, static_cast<WPARAM>(top), 0);
+        }
     }
 }
 
 void GridPane::Refresh()
 {
     SynchroniseLists();
-    for (const HWND list : list_)
+    for (const HWND list : list_) {
         InvalidateRect(list, nullptr, TRUE);
+    }
 }
 
 void GridPane::CellChanged(Column column, int32_t row) const
 {
     RECT cell{};
-    if (SendMessageW(List(column), LB_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&cell)) != LB_ERR)
+    if (SendMessageW(List(column), LB_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&cell)) !=
+        LB_ERR) {
         InvalidateRect(List(column), &cell, FALSE);
+    }
 }
 
 void GridPane::SelectionColourChanged() const
 {
-    for (size_t index = 0; index < columns; ++index)
+    for (size_t index = 0; index < columns; ++index) {
         CellChanged(ColumnAt(index), editor_.SelectedRow(grid_));
+    }
 }
 
 bool GridPane::HasFocus() const
@@ -137,8 +147,9 @@ void GridPane::ShowCellEditor()
     const CellEdit& edit = editor_.CurrentEdit();
     const FlagGuard updating(updating_);
     if (!edit.open || GridOf(edit.column) != grid_) {
-        if (GetFocus() == cellEditor_)
+        if (GetFocus() == cellEditor_) {
             SetFocus(List(GridOf(edit.column) == grid_ ? edit.column : static_cast<Column>(grid_)));
+        }
         ShowWindow(cellEditor_, SW_HIDE);
         return;
     }
@@ -150,10 +161,12 @@ void GridPane::ShowCellEditor()
     constexpr int frame = 2;
     InflateRect(&cell, 0, std::min(frame - (look_.metrics.RowHeight() - look_.metrics.LineHeight()) / 2, 0));
     Move(cellEditor_, cell);
-    if (WindowText(cellEditor_) != edit.text)
+    if (WindowText(cellEditor_) != edit.text) {
         SetWindowTextW(cellEditor_, edit.text.c_str());
-    if (!IsWindowVisible(cellEditor_))
+    }
+    if (!IsWindowVisible(cellEditor_)) {
         SendMessageW(cellEditor_, EM_EMPTYUNDOBUFFER, 0, 0);
+    }
     SendMessageW(cellEditor_, EM_SETSEL, static_cast<WPARAM>(edit.selectionStart),
                  edit.selectionStart + edit.selectionLength);
     ShowWindow(cellEditor_, SW_SHOW);
@@ -173,8 +186,9 @@ void GridPane::OnWheel(Column column, WPARAM wParam)
     wheel_ += static_cast<int16_t>(HIWORD(wParam));
     const int notches = wheel_ / WHEEL_DELTA;
     wheel_ -= notches * WHEEL_DELTA;
-    if (lines == WHEEL_PAGESCROLL)
+    if (lines == WHEEL_PAGESCROLL) {
         lines = static_cast<UINT>(ClientSize(List(column)).cy / look_.metrics.RowHeight());
+    }
     editor_.Scrolled(column, editor_.TopRow(grid_) - notches * static_cast<int>(lines));
 }
 
@@ -204,8 +218,9 @@ LRESULT GridPane::OnListMessage(const Subclass& list, UINT message, WPARAM wPara
             }
             const LRESULT result = list.Default(message, wParam, lParam);
             const auto selected = static_cast<int32_t>(SendMessageW(list.window, LB_GETCURSEL, 0, 0));
-            if (selected != LB_ERR && selected != editor_.SelectedRow(grid_))
+            if (selected != LB_ERR && selected != editor_.SelectedRow(grid_)) {
                 editor_.RowSelected(column, selected);
+            }
             return result;
         }
         case WM_VSCROLL: {
@@ -224,13 +239,15 @@ LRESULT GridPane::OnCellEditorMessage(const Subclass& cellEditor, UINT message, 
         case WM_GETDLGCODE:
             return cellEditor.Default(message, wParam, lParam) | DLGC_WANTALLKEYS;
         case WM_KEYDOWN:
-            if (editor_.CellKeyDown(static_cast<int32_t>(wParam), GetKeyState(VK_SHIFT) < 0))
+            if (editor_.CellKeyDown(static_cast<int32_t>(wParam), GetKeyState(VK_SHIFT) < 0)) {
                 return 0;
+            }
             break;
         case WM_CHAR:
             // The character of a Tab that has already led to another cell.
-            if (wParam == key::tab || !editor_.CellChar(static_cast<wchar_t>(wParam)))
+            if (wParam == key::tab || !editor_.CellChar(static_cast<wchar_t>(wParam))) {
                 return 0;
+            }
             break;
         default:
             break;
@@ -240,8 +257,9 @@ LRESULT GridPane::OnCellEditorMessage(const Subclass& cellEditor, UINT message, 
 
 void GridPane::OnCellTextChanged()
 {
-    if (!updating_)
+    if (!updating_) {
         editor_.CellTextChanged(WindowText(cellEditor_));
+    }
 }
 
 }  // namespace tvn2x

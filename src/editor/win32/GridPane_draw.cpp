@@ -24,8 +24,9 @@ using ThemeData = Owned<HTHEME, CloseTheme>;
 void DrawLines(HDC context, Colour colour, std::initializer_list<RECT> lines)
 {
     SetBkColor(context, colour);
-    for (const RECT& line : lines)
+    for (const RECT& line : lines) {
         ExtTextOutW(context, 0, 0, ETO_OPAQUE, &line, nullptr, 0, nullptr);
+    }
 }
 
 /// A frame two pixels wide along the inside of an area.
@@ -55,8 +56,9 @@ void GridLook::MakeArrows()
     const Brush background(CreateSolidBrush(transparent));
     for (const bool up : {true, false}) {
         const Bitmap bitmap(CreateCompatibleBitmap(screen.Get(), width, height));
-        if (!memory.Get() || !bitmap.Get())
+        if (!memory.Get() || !bitmap.Get()) {
             throw RaisedError(E_OUTOFMEMORY, L"clsSetup.Edit", L"The sort arrows cannot be drawn");
+        }
         {
             const Selected drawing(memory.Get(), bitmap.Get());
             const RECT all{0, 0, width, height};
@@ -96,8 +98,9 @@ void GridPane::DrawHeading(const DRAWITEMSTRUCT& item) const
 void GridPane::DrawRow(const DRAWITEMSTRUCT& item) const
 {
     const auto row = static_cast<int32_t>(item.itemID);
-    if (row < 0 || row >= editor_.RowCount(grid_))
+    if (row < 0 || row >= editor_.RowCount(grid_)) {
         return;
+    }
     const Column column =
         static_cast<Column>(std::ranges::find(list_, item.hwndItem) - list_.begin()) + static_cast<Column>(grid_);
     const bool selected = row == editor_.SelectedRow(grid_);
@@ -135,11 +138,12 @@ void GridPane::DrawCheck(HDC context, const RECT& cell, bool checked) const
     const LONG top = (cell.top + cell.bottom - size) / 2;
     RECT box{left, top, left + size, top + size};
     const ThemeData theme(OpenThemeData(nullptr, L"BUTTON"));  // of no window: it would become that one's own
-    if (theme.Get())
+    if (theme.Get()) {
         DrawThemeBackground(theme.Get(), context, BP_CHECKBOX, checked ? CBS_CHECKEDNORMAL : CBS_UNCHECKEDNORMAL, &box,
                             nullptr);
-    else
+    } else {
         DrawFrameControl(context, &box, DFC_BUTTON, DFCS_BUTTONCHECK | (checked ? DFCS_CHECKED : 0));
+    }
 }
 
 }  // namespace tvn2x

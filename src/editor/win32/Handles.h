@@ -23,8 +23,9 @@ public:
     }
     ~Owned()
     {
-        if (handle_)
+        if (handle_) {
             GiveBack(handle_);
+        }
     }
     Handle Get() const { return handle_; }
 

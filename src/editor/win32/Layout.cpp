@@ -27,8 +27,9 @@ RECT InPixels(const Area& area, const Metrics& metrics, SIZE parent)
 
 void Layout::Apply(const Metrics& metrics, SIZE parent) const
 {
-    for (const Place& place : places_)
+    for (const Place& place : places_) {
         Move(place.control, InPixels(place.area, metrics, parent));
+    }
 }
 
 SIZE ClientSize(HWND window)

@@ -28,10 +28,11 @@ std::string InBytes(const std::wstring& richText)
     std::string bytes;
     bytes.reserve(richText.size());
     for (const wchar_t each : richText) {
-        if (each < 0x80)
+        if (each < 0x80) {
             bytes += static_cast<char>(each);
-        else
+        } else {
             bytes += "\\u" + std::to_string(static_cast<int16_t>(each)) + "?";
+        }
     }
     return bytes;
 }
@@ -49,8 +50,9 @@ bool WindowsAreDark()
 
 std::string Replaced(std::string text, std::string_view from, std::string_view to)
 {
-    for (size_t at = text.find(from); at != text.npos; at = text.find(from, at + to.size()))
+    for (size_t at = text.find(from); at != text.npos; at = text.find(from, at + to.size())) {
         text.replace(at, from.size(), to);
+    }
     return text;
 }
 
@@ -119,9 +121,10 @@ HWND NotesField::Create(HWND parent, const RECT& place, int id)
                         WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL | ES_WANTRETURN,
                         place.left, place.top, place.right - place.left, place.bottom - place.top, parent,
                         reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), OwnModule(), nullptr);
-    if (!window_)
+    if (!window_) {
         throw RaisedError(HRESULT_FROM_WIN32(GetLastError()), L"clsSetup.Edit",
                           L"The system's rich-text control (msftedit.dll) cannot be created");
+    }
     constexpr LPARAM most = 0x7FFFFFFE;
     SendMessageW(window_, EM_EXLIMITTEXT, 0, most);
     SendMessageW(window_, EM_SETEVENTMASK, 0, ENM_PROTECTED | ENM_CHANGE);
@@ -177,8 +180,9 @@ void NotesField::ProtectHidden() const
             SendMessageW(window_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&one));
             CHARFORMAT2W format = NewFormat(0);
             SendMessageW(window_, EM_GETCHARFORMAT, SCF_SELECTION, reinterpret_cast<LPARAM>(&format));
-            if ((format.dwEffects & CFE_HIDDEN) != 0)
+            if ((format.dwEffects & CFE_HIDDEN) != 0) {
                 Format(shown, SCF_SELECTION);
+            }
         }
     });
 }
@@ -188,15 +192,18 @@ std::wstring NotesField::AsRichText() const
     std::string bytes;
     EDITSTREAM stream{reinterpret_cast<DWORD_PTR>(&bytes), 0, WritePiece};
     SendMessageW(window_, EM_STREAMOUT, SF_RTF, reinterpret_cast<LPARAM>(&stream));
-    if (stream.dwError != 0)
+    if (stream.dwError != 0) {
         throw std::bad_alloc();
-    if (isDark_)
+    }
+    if (isDark_) {
         bytes = Replaced(std::move(bytes), paleBlue, darkBlue);
+    }
     std::wstring text;
     text.reserve(bytes.size());
     for (const char each : bytes) {
-        if (each != '\0')
+        if (each != '\0') {
             text += static_cast<wchar_t>(static_cast<unsigned char>(each));
+        }
     }
     return text;
 }
@@ -243,8 +250,9 @@ void NotesField::Quietly(Work work) const
 
 bool NotesField::HasProtected(CHARRANGE range) const
 {
-    if (range.cpMin == range.cpMax)
+    if (range.cpMin == range.cpMax) {
         return false;
+    }
     bool found = false;
     Quietly([&] {
         SendMessageW(window_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&range));
@@ -265,21 +273,24 @@ LONG NotesField::WordEdge(LONG from, WPARAM direction) const
 CHARRANGE NotesField::Affected(UINT message, WPARAM wParam) const
 {
     CHARRANGE range = Selection();
-    if (range.cpMin != range.cpMax)
+    if (range.cpMin != range.cpMax) {
         return range;
+    }
     const bool wholeWord = GetKeyState(VK_CONTROL) < 0;
-    if (message == WM_KEYDOWN && wParam == VK_DELETE)
+    if (message == WM_KEYDOWN && wParam == VK_DELETE) {
         range.cpMax = wholeWord ? WordEdge(range.cpMin, WB_MOVEWORDRIGHT) : range.cpMin + 1;
-    else if (message == WM_KEYDOWN && wParam == VK_BACK && range.cpMin > 0)
+    } else if (message == WM_KEYDOWN && wParam == VK_BACK && range.cpMin > 0) {
         range.cpMin = wholeWord ? WordEdge(range.cpMin, WB_MOVEWORDLEFT) : range.cpMin - 1;
+    }
     return range;
 }
 
 /// An empty range splits protected text where there is some on both of its sides.
 bool NotesField::TouchesProtected(CHARRANGE range) const
 {
-    if (range.cpMin != range.cpMax)
+    if (range.cpMin != range.cpMax) {
         return HasProtected(range);
+    }
     return range.cpMin > 0 && HasProtected({range.cpMin - 1, range.cpMin}) &&
            HasProtected({range.cpMin, range.cpMin + 1});
 }
@@ -288,8 +299,9 @@ bool NotesField::TouchesProtected(CHARRANGE range) const
 void NotesField::TypeUnprotected()
 {
     const CHARRANGE range = Selection();
-    if (range.cpMin != range.cpMax || range.cpMin == 0 || !HasProtected({range.cpMin - 1, range.cpMin}))
+    if (range.cpMin != range.cpMax || range.cpMin == 0 || !HasProtected({range.cpMin - 1, range.cpMin})) {
         return;
+    }
     const FlagGuard updating(updating_);
     CHARFORMAT2W format = NewFormat(CFM_PROTECTED | CFM_COLOR);
     format.dwEffects = CFE_AUTOCOLOR;
@@ -310,10 +322,12 @@ LRESULT NotesField::OnMessage(const Subclass& control, UINT message, WPARAM wPar
     const bool isControlKey =
         message == WM_KEYDOWN && GetKeyState(VK_CONTROL) < 0 && (wParam == L'V' || wParam == L'X');
     const bool isShiftKey = message == WM_KEYDOWN && GetKeyState(VK_SHIFT) < 0 && wParam == VK_INSERT;
-    if (updating_ || !(isKey || isText || isCommand || isControlKey || isShiftKey))
+    if (updating_ || !(isKey || isText || isCommand || isControlKey || isShiftKey)) {
         return control.Default(message, wParam, lParam);
-    if (!editor_.AllowNotesEdit(TouchesProtected(Affected(message, wParam))))
+    }
+    if (!editor_.AllowNotesEdit(TouchesProtected(Affected(message, wParam)))) {
         return 0;
+    }
     TypeUnprotected();
     return control.Default(message, wParam, lParam);
 }
@@ -326,8 +340,9 @@ LRESULT NotesField::OnProtected(const ENPROTECTED& question)
 
 void NotesField::OnChanged()
 {
-    if (!updating_)
+    if (!updating_) {
         editor_.NotesChanged();
+    }
 }
 
 }  // namespace tvn2x

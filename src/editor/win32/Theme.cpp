@@ -24,10 +24,12 @@ ThemeScope::ThemeScope()
 
 ThemeScope::~ThemeScope()
 {
-    if (active_)
+    if (active_) {
         DeactivateActCtx(0, cookie_);
-    if (context_ != INVALID_HANDLE_VALUE)
+    }
+    if (context_ != INVALID_HANDLE_VALUE) {
         ReleaseActCtx(context_);
+    }
 }
 
 }  // namespace tvn2x

@@ -27,15 +27,17 @@ class DisabledOwner
 public:
     explicit DisabledOwner(HWND owner) : owner_(owner && IsWindowEnabled(owner) ? owner : nullptr)
     {
-        if (owner_)
+        if (owner_) {
             EnableWindow(owner_, FALSE);
+        }
     }
     DisabledOwner(const DisabledOwner&) = delete;
     DisabledOwner& operator=(const DisabledOwner&) = delete;
     ~DisabledOwner()
     {
-        if (owner_)
+        if (owner_) {
             EnableWindow(owner_, TRUE);
+        }
     }
 
 private:
@@ -48,8 +50,9 @@ HWND PresentWindow()
     HWND window = GetActiveWindow();
     if (!window) {
         const HWND foreground = GetForegroundWindow();
-        if (foreground && GetWindowThreadProcessId(foreground, nullptr) == GetCurrentThreadId())
+        if (foreground && GetWindowThreadProcessId(foreground, nullptr) == GetCurrentThreadId()) {
             window = foreground;
+        }
     }
     return window ? GetAncestor(window, GA_ROOT) : nullptr;
 }
@@ -58,9 +61,10 @@ void RequireScreen()
 {
     USEROBJECTFLAGS flags{};
     if (GetUserObjectInformationW(GetProcessWindowStation(), UOI_FLAGS, &flags, sizeof flags, nullptr) &&
-        (flags.dwFlags & WSF_VISIBLE) == 0)
+        (flags.dwFlags & WSF_VISIBLE) == 0) {
         throw RaisedError(noScreen, L"clsSetup.Edit",
                           L"The setup editor needs a screen, and this process (a service, for example) has none");
+    }
 }
 
 }  // namespace
@@ -97,8 +101,9 @@ bool frmFreqList::ShowModal(HWND owner)
         closed_ = true;
     }
     dialog_ = {};
-    if (owner)
+    if (owner) {
         SetActiveWindow(owner);
+    }
     return editor_.Tag() == L"OK";
 }
 
@@ -110,12 +115,14 @@ void frmFreqList::Run()
     while (!closed_) {
         const BOOL got = GetMessageW(&message, nullptr, 0, 0);
         if (got <= 0) {
-            if (got == 0)
+            if (got == 0) {
                 PostQuitMessage(static_cast<int>(message.wParam));
+            }
             return;
         }
-        if (BeforeDialog(message) || IsDialogMessageW(dialog_.Get(), &message))
+        if (BeforeDialog(message) || IsDialogMessageW(dialog_.Get(), &message)) {
             continue;
+        }
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }
@@ -133,8 +140,9 @@ void frmFreqList::PageChanged()
     const HWND focused = GetFocus();
     SendMessageW(tabs_, TCM_SETCURSEL, current, 0);
     for (size_t page = 0; page < pages_.size(); ++page) {
-        if (page != current && focused && IsChild(pages_[page], focused))
+        if (page != current && focused && IsChild(pages_[page], focused)) {
             SetFocus(tabs_);
+        }
         EnableWindow(pages_[page], page == current);
         ShowWindow(pages_[page], page == current ? SW_SHOWNA : SW_HIDE);
     }
@@ -144,8 +152,9 @@ void frmFreqList::ChoiceChanged(Choice choice)
 {
     const HWND list = choices_[static_cast<size_t>(choice)];
     SendMessageW(list, CB_RESETCONTENT, 0, 0);
-    for (const ListItem& item : ItemsOf(choice))
+    for (const ListItem& item : ItemsOf(choice)) {
         SendMessageW(list, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(std::wstring(item.text).c_str()));
+    }
     SendMessageW(list, CB_SETCURSEL, static_cast<WPARAM>(editor_.SelectedItem(choice)), 0);
 }
 

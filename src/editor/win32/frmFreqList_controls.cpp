@@ -47,9 +47,10 @@ HWND CreateEmpty(DWORD style, DWORD exStyle, HWND parent, DLGPROC procedure, voi
     empty.head.dwExtendedStyle = exStyle;
     const HWND dialog =
         CreateDialogIndirectParamW(OwnModule(), &empty.head, parent, procedure, reinterpret_cast<LPARAM>(form));
-    if (!dialog)
+    if (!dialog) {
         throw RaisedError(HRESULT_FROM_WIN32(GetLastError()), L"clsSetup.Edit",
                           L"The setup editor's window cannot be created. It needs a screen");
+    }
     return dialog;
 }
 
@@ -72,8 +73,9 @@ void frmFreqList::CreateDialogs(HWND owner, const std::wstring& title)
 
 void frmFreqList::CreateControls()
 {
-    for (int32_t choice = 0; choice <= static_cast<int32_t>(Choice::berIntegration); ++choice)
+    for (int32_t choice = 0; choice <= static_cast<int32_t>(Choice::berIntegration); ++choice) {
         AddChoice(Page::settings, static_cast<Choice>(choice), choice, 90);
+    }
     AddField(Page::application, Field::defaultSymbolRate, 0);
     AddField(Page::application, Field::maxSettlingTime, 1);
     CreateGridPage(Grid::channels, Page::frequencies);
@@ -109,9 +111,10 @@ HWND frmFreqList::AddControl(HWND parent, const wchar_t* windowClass, std::wstri
     const HWND control =
         CreateWindowExW(exStyle, windowClass, std::wstring(text).c_str(), WS_CHILD | WS_VISIBLE | style, 0, 0, 0, 0,
                         parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), OwnModule(), nullptr);
-    if (!control)
+    if (!control) {
         throw RaisedError(HRESULT_FROM_WIN32(GetLastError()), L"clsSetup.Edit",
                           L"A control of the setup editor cannot be created");
+    }
     SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_.Get()), FALSE);
     const auto page = std::ranges::find(pages_, parent);
     (page == pages_.end() ? frameLayout_ : layouts_[static_cast<size_t>(page - pages_.begin())]).Add(control, area);
@@ -165,10 +168,11 @@ void frmFreqList::CreateGridPage(Grid grid, Page page)
         AddButton(page, CaptionOf(each), BS_PUSHBUTTON, control_id::Of(each, grid),
                   {commandLeft, top, -margin, top + buttonHeight});
     }
-    if (grid == Grid::parameters)
+    if (grid == Grid::parameters) {
         checks_[static_cast<size_t>(Check::couple)] =
             AddButton(page, CaptionOf(Check::couple), BS_AUTOCHECKBOX, control_id::Of(Check::couple),
                       {margin, -margin - 11, commandLeft - gap, -margin});
+    }
 }
 
 void frmFreqList::CreateNotesPage()
@@ -225,8 +229,9 @@ void frmFreqList::PlaceOver(HWND owner)
     GetMonitorInfoW(MonitorFromWindow(owner ? owner : dialog_.Get(), MONITOR_DEFAULTTONEAREST), &monitor);
     const RECT& screen = monitor.rcWork;
     RECT around = screen;
-    if (owner && !IsIconic(owner))
+    if (owner && !IsIconic(owner)) {
         GetWindowRect(owner, &around);
+    }
     const auto [width, height] = smallest_;
     const LONG left = std::max(screen.left, std::min((around.left + around.right - width) / 2, screen.right - width));
     const LONG top = std::max(screen.top, std::min((around.top + around.bottom - height) / 2, screen.bottom - height));

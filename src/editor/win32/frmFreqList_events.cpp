@@ -17,15 +17,19 @@ bool IsPushButton(HWND window)
 /// Keys that the system's dialogs do not know, or know otherwise. True where one is taken.
 bool frmFreqList::BeforeDialog(const MSG& message)
 {
-    if (!IsChild(dialog_.Get(), message.hwnd))
+    if (!IsChild(dialog_.Get(), message.hwnd)) {
         return false;
+    }
     try {
-        if (message.message == WM_SYSCHAR)
+        if (message.message == WM_SYSCHAR) {
             return OnAccessKey(static_cast<wchar_t>(message.wParam));
-        if (message.message != WM_KEYDOWN)
+        }
+        if (message.message != WM_KEYDOWN) {
             return false;
-        if (GetKeyState(VK_CONTROL) < 0)
+        }
+        if (GetKeyState(VK_CONTROL) < 0) {
             return OnPageKey(message.wParam);
+        }
         if (message.wParam == VK_RETURN && IsPushButton(message.hwnd)) {
             SendMessageW(message.hwnd, BM_CLICK, 0, 0);
             return true;
@@ -39,8 +43,9 @@ bool frmFreqList::BeforeDialog(const MSG& message)
 bool frmFreqList::OnPageKey(WPARAM key)
 {
     const bool isTab = key == VK_TAB;
-    if (!isTab && key != VK_NEXT && key != VK_PRIOR)
+    if (!isTab && key != VK_NEXT && key != VK_PRIOR) {
         return false;
+    }
     const bool backwards = isTab ? GetKeyState(VK_SHIFT) < 0 : key == VK_PRIOR;
     const int32_t page = static_cast<int32_t>(editor_.CurrentPage()) + (backwards ? pageCount - 1 : 1);
     editor_.SelectPage(static_cast<Page>(page % pageCount));
@@ -56,15 +61,17 @@ bool frmFreqList::OnAccessKey(wchar_t letter)
         }
         SetFocus(target->control);
         const LRESULT code = SendMessageW(target->control, WM_GETDLGCODE, 0, 0);
-        if ((code & (DLGC_BUTTON | DLGC_DEFPUSHBUTTON | DLGC_UNDEFPUSHBUTTON)) != 0)
+        if ((code & (DLGC_BUTTON | DLGC_DEFPUSHBUTTON | DLGC_UNDEFPUSHBUTTON)) != 0) {
             SendMessageW(target->control, BM_CLICK, 0, 0);
-        else if ((code & DLGC_HASSETSEL) != 0)
+        } else if ((code & DLGC_HASSETSEL) != 0) {
             SendMessageW(target->control, EM_SETSEL, 0, -1);
+        }
         return true;
     }
     const auto page = AccessKeys::FindTab(letter);
-    if (!page)
+    if (!page) {
         return false;
+    }
     SetFocus(tabs_);
     editor_.SelectPage(*page);
     return true;
@@ -78,8 +85,9 @@ INT_PTR CALLBACK frmFreqList::Procedure(HWND window, UINT message, WPARAM wParam
         return FALSE;
     }
     auto* const self = reinterpret_cast<frmFreqList*>(GetWindowLongPtrW(window, DWLP_USER));
-    if (!self)
+    if (!self) {
         return FALSE;
+    }
     try {
         return self->OnDialogMessage(window, message, wParam, lParam);
     } catch (...) {
@@ -104,24 +112,29 @@ INT_PTR frmFreqList::OnDialogMessage(HWND window, UINT message, WPARAM wParam, L
             return TRUE;
         }
         case WM_LBUTTONDOWN:
-            if (!isFrame)
+            if (!isFrame) {
                 editor_.BackgroundClicked();
+            }
             return !isFrame;
         case WM_SIZE:
-            if (isFrame && tabs_ && wParam != SIZE_MINIMIZED)
+            if (isFrame && tabs_ && wParam != SIZE_MINIMIZED) {
                 Arrange();
+            }
             return FALSE;
         case WM_GETMINMAXINFO:
-            if (isFrame)
+            if (isFrame) {
                 reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {smallest_.cx, smallest_.cy};
+            }
             return FALSE;
         case WM_SYSCOLORCHANGE:
-            if (isFrame)
+            if (isFrame) {
                 OnColoursChanged();
+            }
             return FALSE;
         case WM_CLOSE:
-            if (isFrame)
+            if (isFrame) {
                 editor_.Cancel();
+            }
             return TRUE;
         default:
             return FALSE;
@@ -131,8 +144,9 @@ INT_PTR frmFreqList::OnDialogMessage(HWND window, UINT message, WPARAM wParam, L
 void frmFreqList::OnColoursChanged()
 {
     look_.MakeArrows();
-    for (const Subclass& each : subclasses_)
+    for (const Subclass& each : subclasses_) {
         SendMessageW(each.window, WM_SYSCOLORCHANGE, 0, 0);
+    }
     RedrawWindow(dialog_.Get(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
@@ -154,30 +168,40 @@ INT_PTR frmFreqList::OnNotify(HWND window, const NMHDR& notice)
 void frmFreqList::OnCommand(int id, int event, HWND control)
 {
     using namespace control_id;
-    if (id == ok && event == BN_CLICKED)
+    if (id == ok && event == BN_CLICKED) {
         return editor_.Ok();
-    if (id == cancel)
+    }
+    if (id == cancel) {
         return editor_.CancelIsCancel() ? editor_.Cancel() : void();
-    if (id == notes && event == EN_CHANGE)
+    }
+    if (id == notes && event == EN_CHANGE) {
         return notes_.OnChanged();
-    if ((id == protect || id == unprotect) && event == BN_CLICKED)
+    }
+    if ((id == protect || id == unprotect) && event == BN_CLICKED) {
         return editor_.NotesButton(id == protect);
+    }
     const auto in = [id](int first, int count) { return id >= first && id < first + count; };
-    if (in(Of(Choice{}), choiceCount) && event == CBN_SELCHANGE)
+    if (in(Of(Choice{}), choiceCount) && event == CBN_SELCHANGE) {
         return editor_.SelectItem(static_cast<Choice>(id - Of(Choice{})),
                                   static_cast<int32_t>(SendMessageW(control, CB_GETCURSEL, 0, 0)));
-    if (in(Of(Field{}), fieldCount) && event == EN_CHANGE && !updating_)
+    }
+    if (in(Of(Field{}), fieldCount) && event == EN_CHANGE && !updating_) {
         return editor_.TextChanged(static_cast<Field>(id - Of(Field{})), WindowText(control));
-    if (in(Of(Check{}), checkCount) && event == BN_CLICKED)
+    }
+    if (in(Of(Check{}), checkCount) && event == BN_CLICKED) {
         return editor_.SetCheck(static_cast<Check>(id - Of(Check{})),
                                 SendMessageW(control, BM_GETCHECK, 0, 0) == BST_CHECKED);
+    }
     for (const Grid grid : {Grid::parameters, Grid::channels}) {
-        if (in(Of(RowCommand{}, grid), rowCommandCount) && event == BN_CLICKED)
+        if (in(Of(RowCommand{}, grid), rowCommandCount) && event == BN_CLICKED) {
             return editor_.Execute(static_cast<RowCommand>(id - Of(RowCommand{}, grid)), grid);
-        if (in(Heading(static_cast<Column>(grid)), 3) && (event == STN_CLICKED || event == STN_DBLCLK))
+        }
+        if (in(Heading(static_cast<Column>(grid)), 3) && (event == STN_CLICKED || event == STN_DBLCLK)) {
             return editor_.HeadingClicked(id - Heading(0));
-        if (id == CellEditor(grid) && event == EN_CHANGE)
+        }
+        if (id == CellEditor(grid) && event == EN_CHANGE) {
             return Pane(grid).OnCellTextChanged();
+        }
     }
 }
 
@@ -187,9 +211,10 @@ LRESULT frmFreqList::OnMessage(const Subclass& control, UINT message, WPARAM wPa
         const LRESULT result = control.Default(message, wParam, lParam);
         parameters_.SelectionColourChanged();
         channels_.SelectionColourChanged();
-        if (message == WM_SETFOCUS && !closed_)
+        if (message == WM_SETFOCUS && !closed_) {
             editor_.FocusMoved(control.control,
                                control.control == Control::cellEditor ? editor_.CurrentEdit().column : control.number);
+        }
         return result;
     }
     switch (control.control) {
@@ -202,8 +227,9 @@ LRESULT frmFreqList::OnMessage(const Subclass& control, UINT message, WPARAM wPa
         case Control::defaultSymbolRate:
         case Control::maxSettlingTime:
             if (message == WM_CHAR &&
-                !editor_.FieldChar(static_cast<Field>(control.number), static_cast<wchar_t>(wParam)))
+                !editor_.FieldChar(static_cast<Field>(control.number), static_cast<wchar_t>(wParam))) {
                 return 0;
+            }
             break;
         default:
             break;

@@ -28,8 +28,9 @@ std::span<const LevelUnitFact> LevelUnits()
 std::wstring LevelUnitList()
 {
     std::wstring list;
-    for (const LevelUnitFact& fact : units)
+    for (const LevelUnitFact& fact : units) {
         (list += list.empty() ? L"" : L", ") += fact.name;
+    }
     return list;
 }
 

@@ -46,8 +46,9 @@ constexpr std::array<Parameter, MP_LAST> parameters{{
 constexpr bool IsByNumber()
 {
     for (size_t i = 0; i < parameters.size(); ++i) {
-        if (parameters[i].number != MP_FIRST + static_cast<int32_t>(i))
+        if (parameters[i].number != MP_FIRST + static_cast<int32_t>(i)) {
             return false;
+        }
     }
     return true;
 }

@@ -10,8 +10,9 @@ namespace {
 TEST(LevelTilt, FollowsTheSquareRootOfTheFrequency)
 {
     std::vector<LevelPoint> points;
-    for (const double frequency : {625.0, 100.0, 400.0, 0.0, 225.0})
+    for (const double frequency : {625.0, 100.0, 400.0, 0.0, 225.0}) {
         points.push_back({frequency, 70 - 0.5 * std::sqrt(frequency)});
+    }
     const auto tilt = FitTilt(points);
     EXPECT_NEAR(tilt->Tilt(), -7.5, 1e-9);
     EXPECT_NEAR(tilt->At(225), 62.5, 1e-9);

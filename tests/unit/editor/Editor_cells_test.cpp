@@ -114,13 +114,15 @@ TEST(EditorCells, FilterKeysByColumnAndLocale)
     for (const Column column : {MP_FREQUENCY, MP_SYMBOLRATE}) {
         test.editor.BeginCellEdit(column, 0, 0);
         test.view.beeps = 0;
-        for (const wchar_t passes : {L'\3', L'\x16', L'\x18', L'\x1A', L'\b', L'0', L'9', L','})
+        for (const wchar_t passes : {L'\3', L'\x16', L'\x18', L'\x1A', L'\b', L'0', L'9', L','}) {
             EXPECT_TRUE(test.editor.CellChar(passes)) << int{passes};
+        }
         EXPECT_FALSE(test.editor.CellChar(13));
         EXPECT_FALSE(test.editor.CellChar(27));
         EXPECT_EQ(0, test.view.beeps);
-        for (const wchar_t stopped : {L'.', L'-', L'a', L' ', L'/', L':', L'\u0663'})
+        for (const wchar_t stopped : {L'.', L'-', L'a', L' ', L'/', L':', L'\u0663'}) {
             EXPECT_FALSE(test.editor.CellChar(stopped)) << int{stopped};
+        }
         EXPECT_EQ(7, test.view.beeps);
     }
     test.editor.BeginCellEdit(MP_USERFIELD, 0, 0);

@@ -187,8 +187,9 @@ TEST(EditorFaults, NoMemoryLeavesTheDocumentWhole)
         SCOPED_TRACE(n);
         TestEditor test;
         test.Put({499, 498, 497});
-        for (int32_t channel = 1; channel <= 3; ++channel)
+        for (int32_t channel = 1; channel <= 3; ++channel) {
             test.document.UserField(channel, L"a channel with a name that takes memory");
+        }
         test.document.dirty = false;
         const std::wstring before = Everything(test.document);
         FailAllocationsFrom(n);
@@ -205,16 +206,18 @@ TEST(EditorFaults, NoMemoryLeavesTheDocumentWhole)
         } catch (const std::bad_alloc&) {
         }
         failed = AllowAllocations();
-        if (failed)
+        if (failed) {
             EXPECT_EQ(before, Everything(test.document));
-        else
+        } else {
             EXPECT_EQ(4, test.document.ListSize());
+        }
         EXPECT_EQ(failed, test.editor.Tag() != L"OK");
 
         // And the user can try again.
         test.editor.Activate();
-        if (failed)
+        if (failed) {
             test.editor.Ok();
+        }
         EXPECT_EQ(failed, before == Everything(test.document));
     }
 }

@@ -91,8 +91,9 @@ TEST(EditorRows, ThousandsOfChannelsSortLikeAStableSort)
     std::mt19937 random(1);
     TestEditor test(L",");
     std::vector<double> frequencies(count);
-    for (double& frequency : frequencies)
+    for (double& frequency : frequencies) {
         frequency = 100 + static_cast<double>(random() % 500);
+    }
     test.Open(frequencies);
     for (const SortArrow arrow : {SortArrow::up, SortArrow::down}) {
         std::vector<int> order(count);
@@ -103,9 +104,10 @@ TEST(EditorRows, ThousandsOfChannelsSortLikeAStableSort)
         });
         test.editor.HeadingClicked(MP_FREQUENCY);
         ASSERT_EQ(arrow, test.editor.Arrow(MP_FREQUENCY));
-        for (int row = 0; row < count; ++row)
+        for (int row = 0; row < count; ++row) {
             ASSERT_EQ(std::wstring(1, static_cast<wchar_t>(L'A' + order[row])), test.editor.CellText(MP_USERFIELD, row))
                 << row;
+        }
         // The second click starts from the first one's order, in which equal channels keep theirs.
     }
 }
@@ -152,13 +154,15 @@ TEST(EditorParameters, ChecksAreCoupledAndTheFirstRowStandsForAll)
     EXPECT_TRUE(test.editor.CellChecked(saveColumn, 0));
     test.editor.RowSelected(displayColumn, 0);
     test.editor.ListChar(displayColumn, L' ');
-    for (int32_t row = 0; row <= 30; ++row)
+    for (int32_t row = 0; row <= 30; ++row) {
         EXPECT_TRUE(test.editor.CellChecked(displayColumn, row) && test.editor.CellChecked(saveColumn, row)) << row;
+    }
 
     test.editor.SetCheck(Check::couple, false);
     test.editor.CellClicked(displayColumn, 0);
-    for (int32_t row = 0; row <= 30; ++row)
+    for (int32_t row = 0; row <= 30; ++row) {
         EXPECT_TRUE(!test.editor.CellChecked(displayColumn, row) && test.editor.CellChecked(saveColumn, row)) << row;
+    }
     test.editor.Ok();
     EXPECT_FALSE(test.document.Parameter(1, MP_MER));
     EXPECT_TRUE(test.document.Parameter(2, MP_MER));

@@ -27,8 +27,9 @@ public:
     }
     void RowsInserted(Grid grid, int32_t row, int32_t count) override
     {
-        for (int32_t each = row; each < row + count; ++each)
+        for (int32_t each = row; each < row + count; ++each) {
             grids[grid].insert(grids[grid].begin() + each, Row(grid, each));
+        }
     }
     void RowsRemoved(Grid grid, int32_t row, int32_t count) override
     {
@@ -67,8 +68,9 @@ public:
     Cells Content(Grid grid) const
     {
         Cells cells;
-        for (int32_t row = 0; row < editor->RowCount(grid); ++row)
+        for (int32_t row = 0; row < editor->RowCount(grid); ++row) {
             cells.push_back(Row(grid, row));
+        }
         return cells;
     }
 
@@ -86,8 +88,9 @@ private:
     std::wstring Row(Grid grid, int32_t row) const
     {
         std::wstring cells;
-        for (Column column = static_cast<Column>(grid); column < static_cast<Column>(grid) + 3; ++column)
+        for (Column column = static_cast<Column>(grid); column < static_cast<Column>(grid) + 3; ++column) {
             cells += editor->CellText(column, row) + (editor->CellChecked(column, row) ? L"*|" : L"|");
+        }
         return cells;
     }
 };
@@ -100,8 +103,9 @@ public:
     /// Every test ends with the window showing what the editor holds.
     ~TestEditor()
     {
-        for (const auto& [grid, cells] : view.grids)
+        for (const auto& [grid, cells] : view.grids) {
             EXPECT_EQ(view.Content(grid), cells);
+        }
         EXPECT_EQ(editor.OkIsDefault(), view.okIsDefault);
     }
 
@@ -133,8 +137,9 @@ public:
     {
         std::wstring text;
         for (const wchar_t character : keys) {
-            if (editor.CellChar(character))
+            if (editor.CellChar(character)) {
                 text += character;
+            }
         }
         editor.CellTextChanged(text);
     }
@@ -159,8 +164,9 @@ public:
     std::wstring Texts(Column column) const
     {
         std::wstring texts;
-        for (int32_t row = 0; row < editor.RowCount(GridOf(column)); ++row)
+        for (int32_t row = 0; row < editor.RowCount(GridOf(column)); ++row) {
             texts += (row == 0 ? L"" : L" ") + editor.CellText(column, row);
+        }
         return texts;
     }
     /// The cell being edited: "10/0 text", "" where none is.
@@ -172,8 +178,9 @@ public:
     int32_t RowOf(int32_t parameter) const
     {
         int32_t row = 0;
-        while (editor.ItemData(Grid::parameters, row) != parameter)
+        while (editor.ItemData(Grid::parameters, row) != parameter) {
             ++row;
+        }
         return row;
     }
     void Choose(Choice choice, std::wstring_view text)

@@ -35,10 +35,12 @@ TEST_F(ValidateChannelTest, AcceptsTheLimitsAndNothingBeyond)
     EXPECT_EQ(1, Validate(3, 0.1));
     EXPECT_EQ(1, Validate(1000, 7));
     EXPECT_TRUE(messages.messages.empty());
-    for (const double frequency : {2.9999999, 1000.000001, nan, -std::numeric_limits<double>::infinity()})
+    for (const double frequency : {2.9999999, 1000.000001, nan, -std::numeric_limits<double>::infinity()}) {
         EXPECT_EQ(2, Validate(frequency, 6.9)) << frequency;
-    for (const double symbolRate : {0.0999, 7.001, nan, std::numeric_limits<double>::infinity()})
+    }
+    for (const double symbolRate : {0.0999, 7.001, nan, std::numeric_limits<double>::infinity()}) {
         EXPECT_EQ(3, Validate(500, symbolRate)) << symbolRate;
+    }
     EXPECT_EQ(2, Validate(nan, nan));
 
     double value = 1;  // what is not given is left out
@@ -74,8 +76,9 @@ TEST_F(ValidateChannelTest, WritesNumbersWithTheUsersSeparator)
 
 TEST_F(ValidateChannelTest, CutsFrequenciesDownToTheirRaster)
 {
-    for (const double onRaster : {213.0, 474.25, 858.0, 3.1, 999.9999999})
+    for (const double onRaster : {213.0, 474.25, 858.0, 3.1, 999.9999999}) {
         EXPECT_EQ(1, Validate(onRaster, 6.9)) << onRaster;
+    }
     const std::pair<double, double> steps[] = {{3.3, 3.2999999}, {3.4, 3.3999999}, {3.8, 3.7999999},
                                                {4.1, 4.0999999}, {4.3, 4.2999999}, {500.00000019, 500.0000001},
                                                {3.00000009, 3.0}};

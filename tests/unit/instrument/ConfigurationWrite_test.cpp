@@ -89,8 +89,9 @@ TEST(ConfigurationWrite, SawFilterThatIsNotTheRightOneIsSwitchedOff)
         SCOPED_TRACE(std::to_string(wanted) + " " + std::to_string(taken));
         Writing test;
         test.document.SawBw(wanted);
-        if (taken != wanted)
+        if (taken != wanted) {
             test.receiver.sawTaken[wanted] = taken;
+        }
         EXPECT_EQ(test.Run(), L"");
         EXPECT_EQ(test.receiver.answers.SawBandwidth, off ? 0 : taken);
         EXPECT_EQ(test.log.Count("SawBandwidth"), off ? 3 : 2);

@@ -76,8 +76,9 @@ inline std::string Lines(const std::vector<std::string>& calls)
 {
     std::string text;
     for (const std::string& call : calls) {
-        if (!text.empty())
+        if (!text.empty()) {
             text += call == "StopFlag" ? "\n" : ", ";
+        }
         text += call;
     }
     return text;

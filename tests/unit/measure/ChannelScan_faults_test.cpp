@@ -13,8 +13,9 @@ namespace {
 /// Every wanted cell holds a value, a marker or "---", every indicator a lock text; the status is final.
 void ExpectDefined(const TestScan& test)
 {
-    for (const MP_TYPES column : valueColumns)
+    for (const MP_TYPES column : valueColumns) {
         EXPECT_NE(test.Cell(column), L"") << column;
+    }
     for (const MP_TYPES column : lockIndicators) {
         const std::wstring text = test.Cell(column);
         EXPECT_TRUE(text == L"OK" || text == L"UNSYNC" || text == L"INTERMITTENT") << column;
@@ -124,10 +125,12 @@ TEST(ChannelScanFaults, StopOrErrorWhileSynchronisingReadsNothing)
             TestScan test;
             stop ? test.log.StopAt(1, when) : test.log.FailAt(1, 7, when);
             EXPECT_EQ(test.Measure(), stop);
-            for (const MP_TYPES column : valueColumns)
+            for (const MP_TYPES column : valueColumns) {
                 EXPECT_EQ(test.Cell(column), L"---");
-            for (const MP_TYPES column : lockIndicators)
+            }
+            for (const MP_TYPES column : lockIndicators) {
                 EXPECT_EQ(test.Cell(column), L"UNSYNC");
+            }
             EXPECT_EQ(test.log.Count("Read"), 0);
             EXPECT_EQ(test.Status(), stop ? L"Done" : L"Control Error");
         }

@@ -19,8 +19,9 @@ std::string Steps(const std::vector<std::string>& calls)
     std::string text;
     for (const std::string& call : calls) {
         text += call + (call.starts_with("Progress") ? "\n" : ", ");
-        if (text.ends_with(locks))
+        if (text.ends_with(locks)) {
             text.replace(text.size() - locks.size(), locks.size(), "Locks, ");
+        }
     }
     return text;
 }
@@ -150,8 +151,9 @@ TEST(ChannelScan, WithoutRfSignalTheLaterWaitsAreSkippedAndTheRestIsRead)
     const std::pair<MP_TYPES, const wchar_t*> cells[] = {{MP_RFLEV, L"---"},   {MP_BER, L"---"},     {MP_REF, L"OK"},
                                                          {MP_SYNC, L"UNSYNC"}, {MP_DATA, L"UNSYNC"}, {MP_SY, L"100.0"},
                                                          {MP_DE, L"100.0"}};
-    for (const auto& [column, text] : cells)
+    for (const auto& [column, text] : cells) {
         EXPECT_EQ(test.Cell(column), text);
+    }
     EXPECT_NE(test.Cell(MP_MER), L"---");
     EXPECT_EQ(test.Status(), L"Done");
 
@@ -203,8 +205,9 @@ TEST(ChannelScan, LockThatGoesWhileMeasuringReadsIntermittentEvenWhenItComesBack
                 test.log.Once("Progress 23", toggle);
             });
             EXPECT_TRUE(test.Measure());
-            for (const MP_TYPES indicator : lockIndicators)
+            for (const MP_TYPES indicator : lockIndicators) {
                 EXPECT_EQ(test.Cell(indicator), indicator == lost ? L"INTERMITTENT" : L"OK") << indicator << when;
+            }
         }
     }
 }
@@ -432,8 +435,9 @@ TEST(ChannelScan, ChannelThatDoesNotFitIsRefusedBeforeAnythingIsSent)
         EXPECT_EQ(RaisedBy([&] { test.Measure(channel); }), L"9 clsSetup.Measure: Subscript out of range") << channel;
         EXPECT_TRUE(test.log.calls.empty());
     };
-    for (const int32_t channel : {-1, 0, 3})
+    for (const int32_t channel : {-1, 0, 3}) {
         expectRefused(channel);
+    }
     test.document.ListSize(3);
     expectRefused(1);
     test.document.ListSize(0);

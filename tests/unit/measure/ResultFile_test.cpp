@@ -42,8 +42,9 @@ struct ResultFileTest : testing::Test
 
     void Save(std::initializer_list<int32_t> parameters)
     {
-        for (int32_t parameter = MP_FIRST; parameter <= MP_LAST; ++parameter)
+        for (int32_t parameter = MP_FIRST; parameter <= MP_LAST; ++parameter) {
             document.Parameter(2, parameter, std::ranges::find(parameters, parameter) != parameters.end());
+        }
     }
 
     std::vector<std::string> Rows() const
@@ -218,8 +219,9 @@ TEST_F(ResultFileTest, FaultOfAnyFileOperationLeavesTheOldFileOrTheNewOne)
         EXPECT_EQ(files.Content(path), saved ? ResultFileContent(document, table, locale) : "old") << failing;
         EXPECT_THAT(files.Paths(), ElementsAre(path)) << "no piece is left behind";
         EXPECT_EQ(messages.messages.size(), saved ? 0u : 1u);
-        if (unhurt)
+        if (unhurt) {
             break;
+        }
     }
 }
 

@@ -46,9 +46,11 @@ TEST_F(ResultTableTest, ResetLeavesTheFixedColumnsAndTheStatusAlone)
     EXPECT_EQ(table.Result(1, MP_SYMBOLRATE, 2), L"0,500");
     EXPECT_EQ(table.Result(1, MP_STATUS, 2), L"Un-measured");
     int filled = 0;
-    for (int32_t parameter = MP_FIRSTFIXED; parameter <= MP_LAST; ++parameter)
-        for (int32_t field = 0; field < ResultTable::fieldCount; ++field)
+    for (int32_t parameter = MP_FIRSTFIXED; parameter <= MP_LAST; ++parameter) {
+        for (int32_t field = 0; field < ResultTable::fieldCount; ++field) {
             filled += table.Result(field, parameter, 2).empty() ? 0 : 1;
+        }
+    }
     EXPECT_EQ(filled, 4);
 }
 
@@ -94,8 +96,9 @@ TEST_F(ResultTableTest, IndexOutsideNamesTheMember)
                    {0, MP_STATUS, 0},
                    {0, MP_STATUS, 3}});
     EXPECT_EQ(RaisedBy([&] { table.Measured(3, true); }), outsideMeasured);
-    for (const int32_t item : {3, -1})
+    for (const int32_t item : {3, -1}) {
         EXPECT_EQ(RaisedBy([&] { Reset(item); }), outsideReset);
+    }
 }
 
 TEST_F(ResultTableTest, NumberGoesWithTheTextThatShowsIt)
@@ -122,12 +125,16 @@ TEST_F(ResultTableTest, NumberGoesWithTheTextThatShowsIt)
     store();
     table.Result(1, MP_RFLEV, 1, L"beside it");
     EXPECT_EQ(table.Value(MP_RFLEV, 1), 61.0625);
-    for (const auto& [parameter, channel] : {std::pair{MP_RFLEV, 2}, {MP_FREQUENCY, 1}, {MP_FIRSTFIXED, 1}})
+    for (const auto& [parameter, channel] : {std::pair{MP_RFLEV, 2}, {MP_FREQUENCY, 1}, {MP_FIRSTFIXED, 1}}) {
         EXPECT_EQ(table.Value(parameter, channel), std::nullopt);
+    }
     for (const auto& [parameter, channel] :
-         {std::pair{MP_LASTSTATIC + 0, 1}, {MP_LAST + 1, 1}, {INT32_MAX, 1}, {MP_RFLEV + 0, 0}, {MP_RFLEV + 0, 3}})
-        EXPECT_EQ(RaisedBy([&] { static_cast<void>(table.Value(parameter, channel)); }),
+         {std::pair{MP_LASTSTATIC + 0, 1}, {MP_LAST + 1, 1}, {INT32_MAX, 1}, {MP_RFLEV + 0, 0}, {MP_RFLEV + 0, 3}}) {
+        EXPECT_EQ(RaisedBy([&, parameter = parameter, channel = channel] {
+                      static_cast<void>(table.Value(parameter, channel));
+                  }),
                   L"9 clsSetup.Value: Subscript out of range");
+    }
 }
 
 TEST_F(ResultTableTest, CellsKeepTheirTextsWhateverTheirNeighboursDo)
@@ -136,14 +143,18 @@ TEST_F(ResultTableTest, CellsKeepTheirTextsWhateverTheirNeighboursDo)
     const std::wstring texts[] = {L"", L"x", std::wstring(70000, L'l'), L"---", std::wstring(L"a\0b", 3)};
     for (int32_t round = 0; round < 3; ++round) {
         const auto expected = [&](int32_t field, int32_t parameter) {
-            return texts[static_cast<std::size_t>(round + 3 * field + parameter) % std::size(texts)];
+            return texts[static_cast<size_t>(round + 3 * field + parameter) % std::size(texts)];
         };
-        for (int32_t parameter = MP_LAST; parameter >= MP_FIRSTFIXED; --parameter)
-            for (int32_t field = 0; field < ResultTable::fieldCount; ++field)
+        for (int32_t parameter = MP_LAST; parameter >= MP_FIRSTFIXED; --parameter) {
+            for (int32_t field = 0; field < ResultTable::fieldCount; ++field) {
                 table.Result(field, parameter, 1, expected(field, parameter));
-        for (int32_t parameter = MP_FIRSTFIXED; parameter <= MP_LAST; ++parameter)
-            for (int32_t field = 0; field < ResultTable::fieldCount; ++field)
+            }
+        }
+        for (int32_t parameter = MP_FIRSTFIXED; parameter <= MP_LAST; ++parameter) {
+            for (int32_t field = 0; field < ResultTable::fieldCount; ++field) {
                 EXPECT_TRUE(table.Result(field, parameter, 1) == expected(field, parameter)) << parameter << field;
+            }
+        }
     }
     EXPECT_EQ(table.Result(1, MP_STATUS, 2), L"Un-measured");
 }

@@ -13,8 +13,9 @@ namespace {
 std::string Row(std::initializer_list<std::wstring_view> cells, const FixedLocale& locale = CommaLocale())
 {
     SpreadsheetText text(locale);
-    for (const std::wstring_view cell : cells)
+    for (const std::wstring_view cell : cells) {
         text.Cell(cell);
+    }
     text.EndRow();
     const std::string bytes = text.Take();
     EXPECT_TRUE(bytes.starts_with("\xEF\xBB\xBF") && bytes.ends_with("\r\n"));
@@ -36,8 +37,9 @@ TEST(SpreadsheetText, SeparatorIsTheOneThatTheSpreadsheetSplitsAt)
         {L".", L",", "a,b"},  {L",", L";", "a;b"}, {L".", L";", "a;b"}, {L".", L"\t", "a\tb"},
         {L",", L"; ", "a;b"}, {L",", L",", "a;b"}, {L".", L"", "a,b"},  {L",", L"", "a;b"},
         {L".", L"\"", "a;b"}, {L".", L"x", "a;b"}, {L"", L",", "a,b"}};
-    for (const auto& [decimal, list, row] : locales)
+    for (const auto& [decimal, list, row] : locales) {
         EXPECT_EQ(Row({L"a", L"b"}, FixedLocale(decimal, list)), row);
+    }
 }
 
 TEST(SpreadsheetText, TextThatBeginsLikeAFormulaIsMadeHarmless)

@@ -38,8 +38,9 @@ struct TestScan
 
     void WantOnly(std::initializer_list<MP_TYPES> parameters)
     {
-        for (int32_t parameter = MP_STATUS; parameter <= MP_LAST; ++parameter)
+        for (int32_t parameter = MP_STATUS; parameter <= MP_LAST; ++parameter) {
             document.Parameter(0, parameter, std::count(parameters.begin(), parameters.end(), parameter) > 0);
+        }
     }
 
     bool Measure(int32_t channel = 1)

@@ -31,8 +31,9 @@ std::vector<std::string> Lines(const std::string& content)
     std::vector<std::string> lines;
     ini::LineScanner scanner(content);
     for (ini::Line line; scanner.Next(line);) {
-        if (!TrimBlanks(line.Text(content)).empty())
+        if (!TrimBlanks(line.Text(content)).empty()) {
             lines.emplace_back(line.Text(content));
+        }
     }
     return lines;
 }
@@ -41,9 +42,10 @@ TEST(ProfileRules, EveryCallAnswersAsTheTableSays)
 {
     const std::vector<Rule> rules = Rules(TVN_TEST_DATA "/profile-rules.tsv");
     ASSERT_GT(rules.size(), 190u);
-    for (const Rule& rule : rules)
+    for (const Rule& rule : rules) {
         EXPECT_EQ(rule.expected, AnswerTo(rule))
             << rule.id << ": " << rule.call << "(" << rule.arguments << ") on " << rule.file << "  " << rule.note;
+    }
 }
 
 TEST(ProfileFile, BytesThatNoWriteTouchesStayAsTheyWere)
@@ -104,26 +106,29 @@ TEST(ProfileFile, AnswersBeforeRenderingAsTheRenderedFileDoes)
     const auto pick = [&](const std::vector<std::string>& from) { return from[random() % from.size()]; };
     for (int round = 0; round < 3000; ++round) {
         std::string content;
-        for (size_t i = random() % 14; i > 0; --i)
+        for (size_t i = random() % 14; i > 0; --i) {
             content += pick(pieces);
+        }
         ProfileFile profile(content);
         for (size_t step = random() % 8; step > 0; --step) {
             const std::string section = pick(names), key = pick(names), value = pick(values);
             const size_t kind = random() % 12;
             ProfileFile fresh(profile.Render());
             for (ProfileFile* const file : {&profile, &fresh}) {
-                if (kind == 0)
+                if (kind == 0) {
                     file->DeleteSection(section);
-                else
+                } else {
                     file->Write(section, key, kind < 5 ? std::nullopt : std::optional<std::string_view>(value));
+                }
             }
             ASSERT_EQ(Lines(fresh.Render()), Lines(profile.Render())) << content;
         }
         const ProfileFile again(profile.Render());
         for (const std::string& section : names) {
             ASSERT_EQ(again.GetSection(section), profile.GetSection(section)) << content;
-            for (const std::string& key : names)
+            for (const std::string& key : names) {
                 ASSERT_EQ(again.Find(section, key), profile.Find(section, key)) << content << section << "|" << key;
+            }
         }
     }
 }
@@ -178,8 +183,9 @@ TEST(ProfileFile, EveryShapeOfALargeFileTakesLinearTime)
                                   " ",  "\r\r\n", "k=1\r", "[s]\n=\n"};
     for (const std::string& shape : shapes) {
         std::string content = "[s]\r";
-        while (content.size() < size)
+        while (content.size() < size) {
             content += shape;
+        }
         ProfileFile profile(content);
         profile.Find("s", "k");
         profile.Write("s", "new", "1");
@@ -187,8 +193,9 @@ TEST(ProfileFile, EveryShapeOfALargeFileTakesLinearTime)
         EXPECT_GE(profile.Render().size(), content.size());
     }
     std::string distinct;
-    for (int i = 0; distinct.size() < size; ++i)
+    for (int i = 0; distinct.size() < size; ++i) {
         distinct += "[" + std::to_string(i) + "]\nk=1\nK=2\n";
+    }
     ProfileFile profile(distinct);
     for (int i = 0; i < 1000; ++i) {
         EXPECT_TRUE(profile.Write(std::to_string(i), "k", std::nullopt));
@@ -196,8 +203,9 @@ TEST(ProfileFile, EveryShapeOfALargeFileTakesLinearTime)
     }
     const auto key = [](int i) { return "k" + std::to_string(i % 20000); };
     std::string repeated = "[s]\n";
-    for (int i = 0; i < 60000; ++i)
+    for (int i = 0; i < 60000; ++i) {
         repeated += key(i) + "=" + std::to_string(i) + "\n";
+    }
     ProfileFile shrinking(repeated);
     for (int i = 0; i < 60000; ++i) {
         ASSERT_EQ(std::to_string(i), *shrinking.Find("S", key(i)));

@@ -33,8 +33,9 @@ void* operator new(size_t size, const std::nothrow_t&) noexcept
 void* operator new(size_t size)
 {
     void* const block = operator new(size, std::nothrow);
-    if (block == nullptr)
+    if (block == nullptr) {
         throw std::bad_alloc();
+    }
     return block;
 }
 
@@ -59,8 +60,9 @@ const std::string head = "[Application]\r\nName=P\r\nVersion=2.0\r\n[Hardware]\r
 std::string Filled(std::string content, const std::string& shape)
 {
     content.reserve(fileSize);
-    while (content.size() + shape.size() <= fileSize)
+    while (content.size() + shape.size() <= fileSize) {
         content += shape;
+    }
     return content;
 }
 
@@ -71,8 +73,9 @@ std::string Distinct(std::string content, const std::string& opener,
     content.reserve(fileSize);
     for (size_t number = 0; content.size() + 8 <= fileSize; ++number) {
         content += opener;
-        for (size_t rest = number + 1; rest != 0; rest /= letters.size())
+        for (size_t rest = number + 1; rest != 0; rest /= letters.size()) {
             content += letters[rest % letters.size()];
+        }
         content += '\n';
     }
     return content;
@@ -83,8 +86,9 @@ std::string Rows()
 {
     std::string content = head + "[Frequency List]\r\nCount=175000\r\n";
     content.reserve(fileSize);
-    for (int row = 1; content.size() + 24 <= fileSize; ++row)
+    for (int row = 1; content.size() + 24 <= fileSize; ++row) {
         content += "Frequency   " + std::string(row < 10 ? "0" : "") + std::to_string(row) + "=1\n";
+    }
     return content;
 }
 
@@ -95,8 +99,9 @@ TEST(ProfileMemory, NoFileMakesTheLoaderGrowBeyondASmallMultipleOfItsSize)
     constexpr double most = 4.2;
     constexpr double mostBeyond = 6;
     std::string beyond;
-    for (int byte = 0x80; byte < 0x100; ++byte)
+    for (int byte = 0x80; byte < 0x100; ++byte) {
         beyond += static_cast<char>(byte);
+    }
     const std::tuple<const char*, std::string, double> cases[] = {
         {"no section", Filled("", "x\n"), most},
         {"keys in a section that nobody reads", Distinct(head + "[Other]\n", ""), most},

@@ -61,8 +61,9 @@ inline std::vector<Rule> Rules(const std::filesystem::path& table)
 /// A C literal with its quotes; "-" and NULL are no text.
 inline RuleText Unescape(const std::string& literal)
 {
-    if (literal.empty() || literal[0] != '"')
+    if (literal.empty() || literal[0] != '"') {
         return std::nullopt;
+    }
     std::string text;
     for (size_t i = 1; i + 1 < literal.size(); ++i) {
         if (literal[i] != '\\') {
@@ -87,13 +88,14 @@ inline std::string Escape(const std::string& text)
     for (const char c : text) {
         const size_t special = std::string("\r\n\t\"\\").find(c);
         const auto byte = static_cast<unsigned char>(c);
-        if (special != std::string::npos)
+        if (special != std::string::npos) {
             literal.append("\\").push_back("rnt\"\\"[special]);
-        else if (byte < 32 || byte > 126)
+        } else if (byte < 32 || byte > 126) {
             literal.append({'\\', static_cast<char>('0' + byte / 64), static_cast<char>('0' + byte / 8 % 8),
                             static_cast<char>('0' + byte % 8)});
-        else
+        } else {
             literal += c;
+        }
     }
     return literal + '"';
 }
@@ -104,8 +106,9 @@ inline std::string AnswerTo(const Rule& rule)
     using Names = std::vector<std::string>;
     const std::wstring path = L"C:\\data\\rules.ini";
     MemoryFiles files;
-    if (const RuleText content = Unescape(rule.file))
+    if (const RuleText content = Unescape(rule.file)) {
         files.Put(path, *content);
+    }
     ProfileStore store(files);
     store.Bind(path);
     const ProfileFile& profile = store.Profile();
@@ -129,8 +132,9 @@ inline std::string AnswerTo(const Rule& rule)
     // Names that are each ended by a NUL. A list that is too long is cut two characters short of the buffer.
     const auto list = [&](const Names& names, size_t nulsIfEmpty) {
         std::string all;
-        for (const std::string& name : names)
+        for (const std::string& name : names) {
             all.append(bytes(name)).push_back('\0');
+        }
         const auto size = static_cast<size_t>(number());
         const bool fits = all.size() < size && !all.empty();
         all.resize(fits ? all.size() : std::min(all.size(), size - 2));
@@ -142,30 +146,37 @@ inline std::string AnswerTo(const Rule& rule)
     };
 
     const std::string& call = rule.call;
-    if (call == "GetPrivateProfileSectionNamesA")
+    if (call == "GetPrivateProfileSectionNamesA") {
         return list(profile.GetSectionNames(), 1);
+    }
     const RuleText section = text(0);
-    if (call == "GetPrivateProfileSectionA")
+    if (call == "GetPrivateProfileSectionA") {
         return section ? list(profile.GetSection(*section), 2) : filled("", 0);
+    }
     const RuleText key = text(1);
-    if (call == "GetPrivateProfileIntA")
+    if (call == "GetPrivateProfileIntA") {
         return "ret=" +
                std::to_string(section && key ? profile.GetInt(*section, *key, static_cast<uint32_t>(number())) : 0);
+    }
     if (call == "GetPrivateProfileStringA") {
-        if (section && key)
+        if (section && key) {
             return single(bytes(profile.GetString(*section, *key, text(2).value_or(""))));
+        }
         Names names = section ? profile.GetSection(*section) : profile.GetSectionNames();
-        for (std::string& name : names)
+        for (std::string& name : names) {
             name.resize(std::min(name.size(), section ? name.find('=') : name.size()));
+        }
         return names.empty() ? single(section ? text(2).value_or("") : "") : list(names, 1);
     }
-    if (call == "WritePrivateProfileStringA")
+    if (call == "WritePrivateProfileStringA") {
         return written(section && (key ? store.Write(*section, *key, text(2)) : store.DeleteSection(*section)));
+    }
     if (call == "WritePrivateProfileSectionA") {
         ProfileFile changed(files.Content(path));
         std::vector<std::string_view> lines;
-        for (std::string_view rest = *key; !rest.empty(); rest.remove_prefix(lines.back().size() + 1))
+        for (std::string_view rest = *key; !rest.empty(); rest.remove_prefix(lines.back().size() + 1)) {
             lines.push_back(rest.substr(0, rest.find('\0')));
+        }
         const bool result = changed.WriteSection(*section, lines);
         files.Put(path, changed.Render());
         return written(result);

@@ -69,8 +69,9 @@ TEST(ProfileStore, AStrangersChangeIsKeptWheneverItComesBeforeTheFileIsReplaced)
             meddled = false;
             int operation = 0;
             files.before = [&] {
-                if (operation++ != moment || (now != 0 && files.isRenaming))
+                if (operation++ != moment || (now != 0 && files.isRenaming)) {
                     return;
+                }
                 meddled = true;
                 files.Put(path, "[s]\nk=7\n");
             };
@@ -181,8 +182,9 @@ TEST_F(SharedOnDisk, TwoProcessesLoseNoneOfTheirWritesOfOneFile)
     for (size_t i = 0; i < writers.size(); ++i) {
         writers[i] = fork();
         ASSERT_GE(writers[i], 0);
-        if (writers[i] == 0)
+        if (writers[i] == 0) {
             _exit(WriteKeys(folder / (i == 0 ? "net.ini" : "link.ini"), i == 0 ? 'a' : 'b', count));
+        }
     }
     for (const pid_t writer : writers) {
         int status = 0;
@@ -192,8 +194,9 @@ TEST_F(SharedOnDisk, TwoProcessesLoseNoneOfTheirWritesOfOneFile)
     const ProfileFile profile = Written();
     int kept = 0;
     for (int i = 1; i <= count; ++i) {
-        for (const char writer : {'a', 'b'})
+        for (const char writer : {'a', 'b'}) {
             kept += profile.GetInt("s", Key(writer, i), 0) == static_cast<uint32_t>(i);
+        }
     }
     EXPECT_EQ(kept, 2 * count);
     EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 2) << "the file and its link";
@@ -212,10 +215,12 @@ TEST_F(SharedOnDisk, AWriterThatIsKilledAnywhereKeepsNobodyOut)
         if (writer == 0) {
             ProfileStore own(SystemFiles());
             own.Bind((folder / "net.ini").wstring());
-            for (int i = 1;; ++i)
+            for (int i = 1;; ++i) {
                 if (!own.Write("s", Key('a', i % 50), std::to_string(round * 100'000 + i)) ||
-                    write(acknowledged[1], &i, sizeof i) != sizeof i)
+                    write(acknowledged[1], &i, sizeof i) != sizeof i) {
                     _exit(1);
+                }
+            }
         }
         close(acknowledged[1]);
         const timespec pause{0, static_cast<long>(random() % 12'000'000)};

@@ -30,9 +30,10 @@ TEST(SetupDocument, StartsUntitledWithOneChannelAndEverythingMeasuredShown)
     EXPECT_EQ(6.9, document.DefaultSymbolRate());
     EXPECT_EQ(std::tuple(L"dBmV"s, 0, 10, 8, 64, 15, 75, 10, true, 2, 2, L""s, false, false), SettingsOf(document));
     ASSERT_EQ(30, document.Count());
-    for (int32_t parameter = MP_FIRST; parameter <= MP_LAST; ++parameter)
+    for (int32_t parameter = MP_FIRST; parameter <= MP_LAST; ++parameter) {
         EXPECT_EQ(std::tuple(true, parameter > MP_LASTSTATIC, true, parameter, DefaultCaption(parameter)),
                   ParametersOf(document)[static_cast<size_t>(parameter) - 1]);
+    }
 }
 
 TEST(SetupDocument, EverySetterMarksItDirtyForANewValueOnly)
@@ -145,8 +146,9 @@ TEST(SetupDocument, AnIndexOutsideItsTableRaisesNineAndNamesTheProperty)
         {L"XAxis", [&] { document.XAxis(2); }},
         {L"XAxis", [&] { document.XAxis(-1, 1); }},
     };
-    for (const auto& [property, access] : accesses)
+    for (const auto& [property, access] : accesses) {
         EXPECT_EQ(std::wstring(L"9 clsSetup.") + property + L": Subscript out of range", RaisedBy(access));
+    }
     EXPECT_FALSE(document.dirty);
 }
 

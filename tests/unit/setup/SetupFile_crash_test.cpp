@@ -38,8 +38,9 @@ protected:
     {
         SetupDocument document;
         document.ListSize(channels);
-        for (int32_t channel = 1; channel <= channels; ++channel)
+        for (int32_t channel = 1; channel <= channels; ++channel) {
             document.Frequency(channel, 100 + channel + shift);
+        }
         return document;
     }
     bool Save(SetupDocument document, const fs::path& path)
@@ -84,9 +85,11 @@ TEST_F(SavedOnDisk, AProcessKilledAnywhereLeavesTheOldFileOrTheNew)
         const pid_t saver = fork();
         ASSERT_GE(saver, 0);
         if (saver == 0) {
-            for (int i = 0;; ++i)
-                if (!Save(documents[i % 2], path))
+            for (int i = 0;; ++i) {
+                if (!Save(documents[i % 2], path)) {
                     _exit(1);
+                }
+            }
         }
         const auto moment = random() % static_cast<uint64_t>(std::min<int64_t>(longest.count(), 900'000'000));
         const timespec pause{0, static_cast<long>(moment)};
@@ -104,8 +107,9 @@ TEST_F(SavedOnDisk, AProcessKilledAnywhereLeavesTheOldFileOrTheNew)
 
     // What they left does not hinder anybody, and goes when it is a day old.
     for (const fs::path& file : FilesIn(folder)) {
-        if (file != path)
+        if (file != path) {
             fs::last_write_time(file, fs::file_time_type::clock::now() - std::chrono::hours(25));
+        }
     }
     EXPECT_TRUE(Save(Made(41, 0), path));
     EXPECT_EQ(1u, FilesIn(folder).size());
@@ -119,14 +123,16 @@ public:
     {
         fs::create_directory(folder_);
         isMounted_ = mount("tmpfs", folder_.c_str(), "tmpfs", 0, "size=64k") == 0;
-        if (!isMounted_)
+        if (!isMounted_) {
             std::cout << "no small disk can be mounted (" << std::strerror(errno) << "): a limit on the size of files "
                       << "takes its place\n";
+        }
     }
     ~SmallDisk()
     {
-        if (isMounted_)
+        if (isMounted_) {
             umount(folder_.c_str());
+        }
     }
     SmallDisk(const SmallDisk&) = delete;
     SmallDisk& operator=(const SmallDisk&) = delete;

@@ -78,8 +78,9 @@ template <class Value>
 std::string Keys(const std::string& key, int count, Value value)
 {
     std::string keys;
-    for (int number = 1; number <= count; ++number)
+    for (int number = 1; number <= count; ++number) {
         keys += key + (number < 10 ? "0" : "") + std::to_string(number) + "=" + value(number) + "\r\n";
+    }
     return keys;
 }
 
@@ -163,8 +164,9 @@ TEST_F(SetupFile, RandomDocumentsComeBackAsTheyWere)
         using D = SetupDocument;
         for (void (D::*const set)(int32_t) :
              std::initializer_list<void (D::*)(int32_t)>{&D::ReferenceSource, &D::BerSamples, &D::SawBw, &D::OrderOfQam,
-                                                         &D::RollOffFactor, &D::Zin, &D::MaxSettlingTime})
+                                                         &D::RollOffFactor, &D::Zin, &D::MaxSettlingTime}) {
             (saved.*set)(number());
+        }
         saved.CoupleDisplayAndSave(flag());
         saved.XAxis(0, number());
         saved.mode = number();
@@ -242,8 +244,9 @@ TEST_F(SetupFile, Version14IsConverted)
     // Without position keys every parameter takes the place that its own number had become.
     const std::vector<int> places{3,  7,  2,  1,  9,  4,  5,  6,  8,  10, 11, 12, 16, 25, 23,
                                   17, 21, 22, 27, 24, 15, 26, 13, 14, 18, 19, 20, 28, 29, 30};
-    for (int32_t parameter = 1; parameter <= 30; ++parameter)
+    for (int32_t parameter = 1; parameter <= 30; ++parameter) {
         EXPECT_EQ(places[static_cast<size_t>(parameter - 1)], document.Order(parameter)) << parameter;
+    }
     ASSERT_TRUE(Load(content + "[Parameters Display Order]\r\nPosition 01=20\r\nPosition 06=25\r\n"));
     EXPECT_EQ(14, document.Order(1));
     EXPECT_EQ(35, document.Order(10)) << "a position beyond the old ones moves by the ten new parameters";
@@ -256,8 +259,9 @@ TEST_F(SetupFile, SurplusRowsStayAndSurplusParametersGo)
     ASSERT_TRUE(Save());
     files.Put(path,
               "; kept\r\n" + files.Content(path) + "[Frequency List]\r\n[Other]\r\nx=1\r\n[Backup]\r\nDirty=True\r\n");
-    for (const wchar_t* const early : {L"Frequency 6", L"Symbol Rate (MSymb/s) 8", L"Frequency 9"})
+    for (const wchar_t* const early : {L"Frequency 6", L"Symbol Rate (MSymb/s) 8", L"Frequency 9"}) {
         clsIniFile(files, messages).IniWrite(L"Frequency List", early, L"1", path);
+    }
     document.ListSize(5);
     document.Count(30);
     ASSERT_TRUE(Save());
@@ -274,8 +278,9 @@ TEST_F(SetupFile, SurplusRowsStayAndSurplusParametersGo)
         {L"Other", L"x", L"1"},
         {L"Backup", L"Dirty", L"True"},
     };
-    for (const auto& [section, key, value] : expected)
+    for (const auto& [section, key, value] : expected) {
         EXPECT_EQ(value, Stored(section, key));
+    }
     EXPECT_TRUE(files.Content(path).starts_with("; kept\r\n"));
     ASSERT_TRUE(Load());
     EXPECT_EQ(5, document.ListSize());
@@ -468,8 +473,9 @@ TEST_F(SetupFile, EveryFileOperationMayFailAndTheFileIsTheOldOrTheNew)
         const bool failed = faulty.Failed();
         faulty.Heal();
         EXPECT_TRUE(loaded || trial.dirty) << n;
-        if (!failed)
+        if (!failed) {
             break;
+        }
     }
 }
 

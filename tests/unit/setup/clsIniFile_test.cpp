@@ -105,10 +105,12 @@ TEST_F(IniFile, ReadsTrueFromItsSevenWordsOnly)
         files.Put(path, "[s]\r\nk=" + text + "\r\n");
         return ini.GetTF(L"k", defaultValue);
     };
-    for (const char* const text : {"yes ", "Y", "True", "t", "On", "1", "-1"})
+    for (const char* const text : {"yes ", "Y", "True", "t", "On", "1", "-1"}) {
         EXPECT_TRUE(read(text, 0)) << text;
-    for (const char* const text : {"2", "No", "n", "FALSE", "off", "0", "", "truee", "-2"})
+    }
+    for (const char* const text : {"2", "No", "n", "FALSE", "off", "0", "", "truee", "-2"}) {
         EXPECT_FALSE(read(text, -1)) << text;
+    }
     EXPECT_TRUE(ini.GetTF(L"missing", -1));
     EXPECT_FALSE(ini.GetTF(L"missing", 0));
 }
@@ -152,8 +154,9 @@ TEST_F(IniFile, ATextThatTheCodePageLacksStaysWholeInAUtf16File)
     // 32,767 characters in either encoding, whatever they take inside.
     for (const wchar_t* const text : {L"e", L"\u00E9", L"\u041C"}) {
         std::wstring longest;
-        while (longest.size() < 32767)
+        while (longest.size() < 32767) {
             longest += text;
+        }
         EXPECT_NE(0, ini.PutString(L"long", longest));
         EXPECT_EQ(0, ini.PutString(L"long", longest + text));
         EXPECT_EQ(longest, ini.GetString(L"long", L""));

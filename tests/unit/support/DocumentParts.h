@@ -21,10 +21,11 @@ inline auto SettingsOf(const SetupDocument& document)
 inline auto ParametersOf(const SetupDocument& document)
 {
     std::vector<std::tuple<bool, bool, bool, int16_t, std::wstring>> parameters;
-    for (int32_t parameter = 1; parameter <= document.Count(); ++parameter)
+    for (int32_t parameter = 1; parameter <= document.Count(); ++parameter) {
         parameters.emplace_back(document.Parameter(0, parameter), document.Parameter(1, parameter),
                                 document.Parameter(2, parameter), document.Order(parameter),
                                 document.StoredCaption(parameter));
+    }
     return parameters;
 }
 

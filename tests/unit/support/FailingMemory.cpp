@@ -22,8 +22,9 @@ void* operator new(std::size_t size, const std::nothrow_t&) noexcept
 void* operator new(std::size_t size)
 {
     void* const memory = operator new(size, std::nothrow);
-    if (memory == nullptr)
+    if (memory == nullptr) {
         throw std::bad_alloc();
+    }
     return memory;
 }
 

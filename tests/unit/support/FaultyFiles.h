@@ -55,10 +55,12 @@ public:
                               std::unique_ptr<OutputFile>& file) override
     {
         FileFault fault = Fault(FileOperation::create);
-        if (fault == FileFault::none)
+        if (fault == FileFault::none) {
             fault = files_.CreateTemporary(target, path, file);
-        if (fault == FileFault::none)
+        }
+        if (fault == FileFault::none) {
             file = std::make_unique<Output>(*this, std::move(file));
+        }
         return fault;
     }
     uint64_t Now() override { return files_.Now(); }
@@ -100,8 +102,9 @@ private:
         FileFault Write(std::string_view bytes) override
         {
             const FileFault fault = owner_.Fault(FileOperation::write);
-            if (fault == FileFault::none)
+            if (fault == FileFault::none) {
                 return inner_->Write(bytes);
+            }
             inner_->Write(bytes.substr(0, bytes.size() / 2));
             return fault;
         }
@@ -125,8 +128,9 @@ private:
     FileFault Fault(FileOperation kind)
     {
         ++counts_[static_cast<size_t>(kind)];
-        if (plan_.fault == FileFault::none || (plan_.kind && *plan_.kind != kind))
+        if (plan_.fault == FileFault::none || (plan_.kind && *plan_.kind != kind)) {
             return FileFault::none;
+        }
         --plan_.countdown;
         return plan_.countdown == 0 || (plan_.countdown < 0 && plan_.lasting) ? plan_.fault : FileFault::none;
     }

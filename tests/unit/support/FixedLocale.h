@@ -35,9 +35,10 @@ public:
     {
         std::array<char, 96> text{};
         int length = std::snprintf(text.data(), text.size(), "%04d-%02d-%02d", time.year, time.month, time.day);
-        if (time.hour != 0 || time.minute != 0 || time.second != 0)
+        if (time.hour != 0 || time.minute != 0 || time.second != 0) {
             length += std::snprintf(text.data() + length, text.size() - length, " %02d:%02d:%02d", time.hour,
                                     time.minute, time.second);
+        }
         return std::wstring(text.data(), text.data() + length);
     }
 

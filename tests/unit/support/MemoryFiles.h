@@ -19,8 +19,9 @@ public:
     void Put(const std::wstring& path, std::string_view content)
     {
         std::shared_ptr<Entry>& entry = entries_[path];
-        if (!entry)
+        if (!entry) {
             entry = std::make_shared<Entry>(Entry{.identity = ++counter_});
+        }
         entry->content = content;
         entry->modified = Time();
     }
@@ -34,8 +35,9 @@ public:
     std::vector<std::wstring> Paths() const
     {
         std::vector<std::wstring> paths;
-        for (const auto& [path, entry] : entries_)
+        for (const auto& [path, entry] : entries_) {
             paths.push_back(path);
+        }
         return paths;
     }
 
@@ -50,8 +52,9 @@ public:
     FileFault Read(const std::wstring& path, std::string& content, FileStamp& stamp) override
     {
         const auto found = entries_.find(path);
-        if (found == entries_.end())
+        if (found == entries_.end()) {
             return FileFault::missing;
+        }
         content = found->second->content;
         stamp = StampOf(*found->second);
         return FileFault::none;
@@ -60,8 +63,9 @@ public:
     FileFault CreateTemporary(const std::wstring& target, std::wstring& path,
                               std::unique_ptr<OutputFile>& file) override
     {
-        if (readOnly.count(target) != 0)
+        if (readOnly.count(target) != 0) {
             return FileFault::readOnly;
+        }
         path = target + L"." + std::to_wstring(++counter_) + L".tmp";
         Put(path, {});
         file = std::make_unique<Output>(entries_[path], *this);
@@ -76,13 +80,16 @@ public:
 
     FileFault Rename(const std::wstring& from, const std::wstring& to, const FileStamp* expected) override
     {
-        if (expected != nullptr && !(Stamp(to) == *expected))
+        if (expected != nullptr && !(Stamp(to) == *expected)) {
             return FileFault::changed;
-        if (readOnly.count(to) != 0)
+        }
+        if (readOnly.count(to) != 0) {
             return FileFault::readOnly;
+        }
         const auto found = entries_.find(from);
-        if (found == entries_.end())
+        if (found == entries_.end()) {
             return FileFault::missing;
+        }
         entries_[to] = found->second;
         entries_.erase(from);
         return FileFault::none;
@@ -96,10 +103,12 @@ public:
     std::optional<std::wstring> FindFirst(const std::wstring& pattern) override
     {
         const std::wstring folder = Folder(pattern);
-        for (const auto& [path, entry] : entries_)
+        for (const auto& [path, entry] : entries_) {
             if (Folder(path) == folder &&
-                MatchesPattern(std::wstring_view(path).substr(folder.size()), pattern.substr(folder.size())))
+                MatchesPattern(std::wstring_view(path).substr(folder.size()), pattern.substr(folder.size()))) {
                 return path.substr(folder.size());
+            }
+        }
         return std::nullopt;
     }
 

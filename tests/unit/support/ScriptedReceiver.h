@@ -172,8 +172,9 @@ private:
     }
     int32_t Taken(const int32_t& stored, int32_t value)
     {
-        if (&stored == &answers.Mode && ignoresModes)
+        if (&stored == &answers.Mode && ignoresModes) {
             return stored;
+        }
         const bool swapped = &stored == &answers.SawBandwidth && sawTaken.contains(value);
         return swapped ? sawTaken[value] : value;
     }
@@ -230,8 +231,9 @@ public:
     {
         log_.Call("Report " + std::to_string(number) + (raise ? " raise" : ""));
         reported.emplace_back(number, source, description);
-        if (raise && raises)
+        if (raise && raises) {
             throw reported.back();
+        }
     }
 
 private:

@@ -20,12 +20,13 @@ public:
     {
         std::string bytes;
         for (const wchar_t c : text) {
-            if (c < 0x80)
+            if (c < 0x80) {
                 bytes += static_cast<char>(c);
-            else if (c >= 0xFF61 && c <= 0xFF9F)
+            } else if (c >= 0xFF61 && c <= 0xFF9F) {
                 bytes += static_cast<char>(c - 0xFF61 + 0xA1);
-            else
+            } else {
                 bytes += PairOf(c);
+            }
         }
         return bytes;
     }
@@ -55,8 +56,9 @@ private:
     static std::string PairOf(wchar_t c)
     {
         for (const auto& [bytes, character] : pairs) {
-            if (character == c)
+            if (character == c) {
                 return std::string(bytes);
+            }
         }
         return "?";
     }
@@ -67,10 +69,12 @@ private:
             const auto byte = static_cast<unsigned char>(bytes[0]);
             const size_t length = std::min(Length(bytes[0]), bytes.size());
             wchar_t c = byte < 0x80 ? byte : byte >= 0xA1 && byte <= 0xDF ? byte - 0xA1 + 0xFF61 : 0;
-            for (const auto& [pair, character] : pairs)
+            for (const auto& [pair, character] : pairs) {
                 c = pair == bytes.substr(0, length) ? character : c;
-            if (c == 0 && byte != 0 && strictly)
+            }
+            if (c == 0 && byte != 0 && strictly) {
                 return std::nullopt;
+            }
             text += c == 0 && byte != 0 ? L'\u30FB' : c;
             bytes.remove_prefix(length);
         }

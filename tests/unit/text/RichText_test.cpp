@@ -14,8 +14,9 @@ using Cases = std::initializer_list<std::pair<std::wstring, std::wstring>>;
 /// Each body of a rich text says what stands beside it.
 void ExpectBodies(Cases cases)
 {
-    for (const auto& [body, plain] : cases)
+    for (const auto& [body, plain] : cases) {
         EXPECT_EQ(PlainText(L"{\\rtf1\\ansi " + body + L"}"), plain) << body.substr(0, 100);
+    }
 }
 
 TEST(RichText, PlainNotesStayAsTheyAreButForTheirLineEnds)
@@ -24,8 +25,9 @@ TEST(RichText, PlainNotesStayAsTheyAreButForTheirLineEnds)
                                             {L"a {b} \\par c\r\n\r\n", L"a {b} \\par c"},
                                             {L"a\r\nb\rc\nd ", L"a\nb\nc\nd "},
                                             {L"{\\rt", L"{\\rt"},
-                                            {L" {\\rtf1 x}", L" {\\rtf1 x}"}})
+                                            {L" {\\rtf1 x}", L" {\\rtf1 x}"}}) {
         EXPECT_EQ(PlainText(notes), plain);
+    }
 }
 
 TEST(RichText, OnlyTheWordsOfAnEditorsNotesAreLeft)

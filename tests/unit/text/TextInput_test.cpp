@@ -18,8 +18,9 @@ TEST(TextInput, LinesEndWithLfOrCrLfAndLoseTheirBlanks)
 {
     LineReader reader("\xEF\xBB\xBF one \r\n\t\r\ntwo\f\n\nlast");
     std::vector<std::string> lines;
-    for (std::string_view line; reader.Next(line);)
+    for (std::string_view line; reader.Next(line);) {
         lines.emplace_back(line);
+    }
     EXPECT_EQ(lines, (std::vector<std::string>{"one", "", "two", "", "last"}));
     EXPECT_EQ(reader.Number(), 5);
     EXPECT_EQ(TrimBlanks(L" \tµ "), L"µ");
@@ -29,8 +30,9 @@ TEST(TextInput, AnExcerptIsShortAndShowsThatItIs)
 {
     const std::string wide = ToUtf8(L"\U0001F4E1");
     std::string many;
-    for (int i = 0; i < 41; ++i)
+    for (int i = 0; i < 41; ++i) {
         many += wide;
+    }
     EXPECT_EQ(Excerpt(std::string(40, 'a')), L"\"" + std::wstring(40, L'a') + L"\"");
     EXPECT_EQ(Excerpt(std::string(41, 'a')), L"\"" + std::wstring(40, L'a') + L"…\"");
     EXPECT_TRUE(Excerpt(many).ends_with(L"\U0001F4E1…\""));

@@ -7,9 +7,10 @@ namespace {
 
 TEST(CodePage, KeepsEveryByteAndHasAQuestionMarkForWhatIsNotOfWesternEurope)
 {
-    for (int byte = 0; byte < 256; ++byte)
+    for (int byte = 0; byte < 256; ++byte) {
         EXPECT_EQ(ToCodePage(FromCodePage(std::string(1, static_cast<char>(byte)))),
                   std::string(1, static_cast<char>(byte)));
+    }
     EXPECT_EQ(ToCodePage(L"dB\u00B5V \u20AC \u2013 \u0178"), "dB\xB5V \x80 \x96 \x9F");
     EXPECT_EQ(FromCodePage("\x80\x81\x8D\x8E\x9F\xA0\xFF"), L"\u20AC\u0081\u008D\u017D\u0178\u00A0\u00FF");
     EXPECT_EQ(ToCodePage(L"\u03A9 \uFF3B\uFF1D \u0080 \uFFFD"), "? ?? ? ?");

@@ -35,8 +35,9 @@ public:
         position_ = std::min(position_, content_.size());
         got = content_.copy(bytes, std::min<size_t>(size, 4), position_);
         position_ += got;
-        if (onRead)
+        if (onRead) {
             onRead(++reads_);
+        }
         return fault;
     }
 
@@ -66,8 +67,9 @@ TEST_F(ReadOneStateTest, ReadsAgainWhenTheFileGrewShrankOrChangedAndGivesUpWhere
     for (const std::string next : {"the first state", "a second state, which is longer", "short", "the other state"}) {
         file.Become("the first state");
         file.onRead = [&, changed = false](int) mutable {
-            if (!std::exchange(changed, true))
+            if (!std::exchange(changed, true)) {
                 file.Become(next);
+            }
         };
         EXPECT_EQ(Read(), FileFault::none);
         EXPECT_EQ(content, next);

@@ -78,16 +78,19 @@ TEST(MatchesPattern, FollowsTheRulesOfTheCommandLine)
         {L"net", {}, {L"net.ini"}},
     };
     for (const auto& [pattern, matching, others] : cases) {
-        for (const wchar_t* const name : matching)
+        for (const wchar_t* const name : matching) {
             EXPECT_TRUE(MatchesPattern(name, pattern)) << ToUtf8(name) << " " << ToUtf8(pattern);
-        for (const wchar_t* const name : others)
+        }
+        for (const wchar_t* const name : others) {
             EXPECT_FALSE(MatchesPattern(name, pattern)) << ToUtf8(name) << " " << ToUtf8(pattern);
+        }
     }
 
     // Of many stars: this takes no time that grows with their number's power.
     std::wstring pattern;
-    for (int i = 0; i < 60; ++i)
+    for (int i = 0; i < 60; ++i) {
         pattern += L"*a";
+    }
     EXPECT_FALSE(MatchesPattern(std::wstring(250, L'a') + L"b", pattern));
 }
 
@@ -180,8 +183,9 @@ public:
         process_ = fork();
         if (process_ == 0) {
             std::unique_ptr<FileLock> lock;
-            if (SystemFiles().Exclude(path, lock) != FileFault::none || !lock || write(ready[1], "!", 1) != 1)
+            if (SystemFiles().Exclude(path, lock) != FileFault::none || !lock || write(ready[1], "!", 1) != 1) {
                 _exit(1);
+            }
             pause();
             _exit(2);
         }
@@ -217,8 +221,9 @@ TEST_F(SystemFilesTest, AFileIsOneWritersAloneByWhateverPathUntilItsProcessEnds)
     const FileStamp stampBefore = files.Stamp(far);
     {
         Holder holder(path);
-        for (const std::wstring& same : {path, Path("near/../near/./net.ini")})
+        for (const std::wstring& same : {path, Path("near/../near/./net.ini")}) {
             EXPECT_EQ(files.Exclude(same, lock), FileFault::inUse);
+        }
         EXPECT_EQ(ReplaceContent(files, far, "new"), FileFault::inUse);
         EXPECT_EQ(files.Exclude(Path("elsewhere.ini"), lock), FileFault::none);
         holder.Kill();
@@ -281,8 +286,9 @@ TEST_F(SystemFilesTest, TellsFaultsApart)
 TEST_F(SystemFilesTest, FindsTheFirstFileOfThePattern)
 {
     fs::create_directory(folder / "aa.ini");
-    for (const char* name : {"net.txt", "NET.ini", "other.ini"})
+    for (const char* name : {"net.txt", "NET.ini", "other.ini"}) {
         Put(Path(name), "");
+    }
     EXPECT_EQ(files.FindFirst(Path("net.*")), L"NET.ini");
     EXPECT_EQ(files.FindFirst(Path("*.ini")), L"NET.ini") << "no folder";
     EXPECT_EQ(files.FindFirst(Path("none.*")), std::nullopt);
@@ -294,8 +300,9 @@ TEST_F(SystemFilesTest, FindsTheFirstFileOfThePattern)
 
 TEST(FaultText, NamesEveryFault)
 {
-    for (int fault = 0; fault < static_cast<int>(FileFault::other); ++fault)
+    for (int fault = 0; fault < static_cast<int>(FileFault::other); ++fault) {
         EXPECT_NE(FaultText(static_cast<FileFault>(fault)), FaultText(FileFault::other)) << fault;
+    }
     EXPECT_EQ(FaultText(FileFault::diskFull), L"the disk is full");
 }
 

@@ -23,10 +23,12 @@ TEST(FileText, EveryBytesOfEveryCodePageComeBack)
                                        "\xFF",     "=",        "A  b",     "\xF0\x9F\x98\x80"};
     for (int round = 0; round < 3000; ++round) {
         std::string bytes;
-        for (size_t i = random() % 20; i > 0; --i)
+        for (size_t i = random() % 20; i > 0; --i) {
             bytes += random() % 3 == 0 ? std::string(1, static_cast<char>(random())) : pieces[random() % 14];
-        if (round % 500 == 0)
+        }
+        if (round % 500 == 0) {
             bytes = std::string(4093 + static_cast<size_t>(round) / 500, '\x83') + bytes;
+        }
         for (const CodePage* const page : pages) {
             const std::string text = FromBytes(bytes, *page);
             ASSERT_EQ(bytes, ToBytes(text, *page));

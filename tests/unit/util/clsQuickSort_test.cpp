@@ -19,20 +19,23 @@ protected:
     void AddRow(const std::vector<std::wstring>& cells)
     {
         const int32_t row = sorter.AddRow();
-        for (int32_t column = 1; column <= sorter.Cols(); ++column)
+        for (int32_t column = 1; column <= sorter.Cols(); ++column) {
             sorter.Cell(row, column, cells[static_cast<size_t>(column) - 1]);
+        }
     }
     void Fill(int32_t columns, const std::vector<std::vector<std::wstring>>& rows)
     {
         sorter.Cols(columns);
-        for (const auto& row : rows)
+        for (const auto& row : rows) {
             AddRow(row);
+        }
     }
     std::wstring Column(int32_t column) const
     {
         std::wstring text;
-        for (int32_t row = 1; row <= sorter.Rows(); ++row)
+        for (int32_t row = 1; row <= sorter.Rows(); ++row) {
             text += (row == 1 ? L"" : L" ") + sorter.Cell(row, column);
+        }
         return text;
     }
 
@@ -57,8 +60,9 @@ TEST_F(QuickSortTest, RefusesArgumentsOutsideTheirRange)
         {L"Cell", [&] { sorter.Cell(1, 3, L"x"); }},
         {L"Data", [&] { sorter.Data(0); }},
     };
-    for (const auto& [member, call] : calls)
+    for (const auto& [member, call] : calls) {
         EXPECT_EQ(L"380 clsQuickSort." + std::wstring(member) + L": Invalid property value", RaisedBy(call));
+    }
     EXPECT_EQ(2, sorter.Cols());
     EXPECT_EQ(1, sorter.Rows());
     sorter.Cols(3);
@@ -84,8 +88,9 @@ TEST_F(QuickSortTest, LaterColumnsOrderTheRunsOfEarlierOnes)
 {
     Fill(3, {{L"1", L"b", L"2"}, {L"1.0", L"a", L"1"}, {L"0", L"z", L"5"}, {L"1", L"b", L"1"}, {L"2", L"a", L"0"}});
     sorter.ColType(1, clsQuickSort::numeric);
-    for (const int32_t column : {1, 2, 3})
+    for (const int32_t column : {1, 2, 3}) {
         sorter.ColPriority(column, column);
+    }
     EXPECT_TRUE(sorter.Sort());
     EXPECT_EQ(L"z a b b a", Column(2));
     EXPECT_EQ(L"5 1 1 2 0", Column(3));
@@ -99,8 +104,9 @@ TEST_F(QuickSortTest, FewerThanTwoRowsNeverMoveAndMoreThanTheLimitOverflow)
 {
     sorter.ColPriority(1, 1);
     for (const int32_t rows : {0, 1, 32767}) {
-        while (sorter.Rows() < rows)
+        while (sorter.Rows() < rows) {
             sorter.AddRow();
+        }
         EXPECT_FALSE(sorter.Sort());
     }
     sorter.AddRow();
@@ -140,8 +146,9 @@ TEST_F(QuickSortTest, SortsEveryKindOfInputLikeAStableSort)
             }
             sorter.ColDirection(1, direction);
             EXPECT_EQ(!std::is_sorted(order.begin(), order.end()), sorter.Sort());
-            for (int row = 0; row < count; ++row)
+            for (int row = 0; row < count; ++row) {
                 ASSERT_EQ(std::to_wstring(order[row]), sorter.Cell(row + 1, 2)) << row;
+            }
         }
     }
 }

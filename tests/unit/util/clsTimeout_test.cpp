@@ -130,8 +130,9 @@ public:
     /// The seconds between two polls: from a hundredth of the wait to many times it, its very end, or a day.
     double Rhythm(float interval)
     {
-        if (OneIn(10))
+        if (OneIn(10)) {
             return day;
+        }
         return OneIn(4) ? std::max(interval / 4.0, 1e-3) : (interval + 1e-3) * std::pow(10, Between(-2, 3));
     }
 

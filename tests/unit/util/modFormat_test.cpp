@@ -62,8 +62,9 @@ TEST(FormatSignificant, KeepsItsDigitsAtEverySizeWithoutAnExponent)
         {1e-300, L"0.000"},
         {std::nan(""), L"NaN"},
     };
-    for (const auto& [value, text] : cases)
+    for (const auto& [value, text] : cases) {
         EXPECT_EQ(FormatSignificant(value, 4, false, FixedLocale()), text) << value;
+    }
     EXPECT_EQ(FormatSignificant(0.5, 2, true, CommaLocale()), L"0,50");
     EXPECT_EQ(FormatSignificant(0.5, 2, false, CommaLocale()), L"0.50");
 }

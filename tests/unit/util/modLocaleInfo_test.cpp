@@ -28,8 +28,9 @@ TEST(ParseNumber, TakesEitherSeparatorBlanksSignAndExponent)
         {L"4.9e-324", 4.9e-324},
         {L"-0", -0.0},
     };
-    for (const auto& [text, value] : cases)
+    for (const auto& [text, value] : cases) {
         EXPECT_EQ(ParseNumber(text, L'.'), value) << ToUtf8(text);
+    }
     EXPECT_EQ(ParseNumber(L"1e-9999999999999999999", L'.'), 0);
     EXPECT_EQ(ParseNumber(L"6.900", CommaLocale()), 6.9);
     EXPECT_EQ(ParseNumber(L"6,900", CommaLocale()), 6.9);
@@ -42,8 +43,9 @@ TEST(ParseNumber, RaisesTypeMismatchForEverythingElse)
 {
     const std::wstring mismatch = L"13 modLocaleInfo.ParseNumber: Type mismatch";
     for (const wchar_t* text : {L"", L"  ", L"abc", L"1 2", L"6,9", L"1.2.3", L"1e", L"--1", L"1-", L".", L"e5", L"inf",
-                                L"nan", L"0x10", L"1e400", L"-1e400", L"1e9999999999999999999", L"\u0661"})
+                                L"nan", L"0x10", L"1e400", L"-1e400", L"1e9999999999999999999", L"\u0661"}) {
         EXPECT_EQ(RaisedBy([&] { ParseNumber(text, FixedLocale()); }), mismatch) << ToUtf8(text);
+    }
     EXPECT_THROW(ParseNumber(L"1.234,5", CommaLocale()), RaisedError);
     EXPECT_THROW(ParseNumber(std::wstring_view(L"1\0", 2), L'.'), RaisedError);
 }
@@ -52,8 +54,9 @@ TEST(LeadingNumber, StopsWhereTheNumberDoes)
 {
     const std::pair<const wchar_t*, double> cases[] = {
         {L"2.0.1", 2.0}, {L"  1.4 beta", 1.4}, {L"-3,7", -3}, {L"1.5e", 1.5}, {L"abc", 0}, {L"infinity", 0}, {L"", 0}};
-    for (const auto& [text, value] : cases)
+    for (const auto& [text, value] : cases) {
         EXPECT_EQ(LeadingNumber(text), value) << ToUtf8(text);
+    }
 }
 
 TEST(SystemLocale, HasSeparatorsThatDifferAndLeavesTheTimeOutAtMidnight)

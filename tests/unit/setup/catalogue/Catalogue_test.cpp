@@ -21,8 +21,9 @@ TEST(LevelUnits, MapToTheReceiversCodesAndBack)
     }
     EXPECT_EQ(L"", LevelUnitName(6));
     EXPECT_EQ(L"", LevelUnitName(-1));
-    for (const wchar_t* const none : {L"", L"dbmv", L"DBM", L"dB\u03BCV", L"dBmV "})
+    for (const wchar_t* const none : {L"", L"dbmv", L"DBM", L"dB\u03BCV", L"dBmV "}) {
         EXPECT_EQ(-1, LevelUnitCode(none)) << none;
+    }
     EXPECT_EQ(0, SignificantLevelDigits(L"dBm"));
     EXPECT_EQ(0, SignificantLevelDigits(L"mv"));
     EXPECT_EQ(4, SignificantLevelDigits(L"mV"));
@@ -30,8 +31,9 @@ TEST(LevelUnits, MapToTheReceiversCodesAndBack)
 
 TEST(Parameters, HaveACaptionAndOnlyReadingsAFormat)
 {
-    for (int32_t parameter = MP_FIRST; parameter <= MP_LAST; ++parameter)
+    for (int32_t parameter = MP_FIRST; parameter <= MP_LAST; ++parameter) {
         EXPECT_TRUE(!DefaultCaption(parameter).empty() && (parameter >= MP_RFLEV || DisplayFormat(parameter).empty()));
+    }
     EXPECT_EQ(L"", DefaultCaption(0));
     EXPECT_EQ(L"", DefaultCaption(31));
     EXPECT_EQ(L"#0", DisplayFormat(MP_FREQOFF));
@@ -41,16 +43,18 @@ TEST(Parameters, HaveACaptionAndOnlyReadingsAFormat)
 TEST(Parameters, ThatAFileMayNameHaveANameOfTheirOwn)
 {
     std::set<std::string> names;
-    for (const Parameter& parameter : Parameters().subspan(MP_FIRSTFIXED - MP_FIRST))
+    for (const Parameter& parameter : Parameters().subspan(MP_FIRSTFIXED - MP_FIRST)) {
         EXPECT_TRUE(names.insert(parameter.name).second) << parameter.number;
+    }
     EXPECT_FALSE(names.contains(""));
 }
 
 TEST(LevelUnits, AreTheChoicesOfTheirSetting)
 {
     EXPECT_EQ(LevelUnits().size(), setting::levelUnit.choices.size());
-    for (const ListItem& choice : setting::levelUnit.choices)
+    for (const ListItem& choice : setting::levelUnit.choices) {
         EXPECT_EQ(LevelUnitName(choice.value), choice.text);
+    }
 }
 
 TEST(Settings, ThatHaveAClosedListOfNumbersTakeOneOfThemWhereTheyAreMissing)
@@ -66,8 +70,9 @@ TEST(Settings, ThatHaveAClosedListOfNumbersTakeOneOfThemWhereTheyAreMissing)
 TEST(Options, ThatAreNeededAreKnownAndFoundInAListOfAll)
 {
     std::wstring all;
-    for (const OptionFact& option : Options())
+    for (const OptionFact& option : Options()) {
         all += (all.empty() ? L"" : L",") + std::wstring(option.code);
+    }
     for (const ListItem& filter : setting::sawBandwidth.choices) {
         const OptionNeed* const need = FindNeed(Capability::filter, filter.value);
         EXPECT_EQ(filter.value != 0, need != nullptr) << filter.value;

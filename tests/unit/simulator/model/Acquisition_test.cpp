@@ -10,8 +10,9 @@ double SampledUnlockedTime(const Acquisition& acquisition, double from, double t
 {
     int samples = 0;
     const int count = static_cast<int>((to - from) * 1000);
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i) {
         samples += acquisition.Locked(Stage::reedSolomon, from + (i + 0.5) / 1000) ? 0 : 1;
+    }
     return samples / 1000.0;
 }
 
@@ -25,10 +26,11 @@ TEST(Acquisition, AddsUpExactlyTheTimeThatItShowsAsUnlocked)
     reception.outages = {
         {LockKind::carrier, 3, 2}, {LockKind::ts, 4, 0.1}, {LockKind::rf, 4.9, 1}, {LockKind::ts, 0.1, 0.4}};
     const Acquisition acquisition(reception, SeededNoise(1, 1));
-    for (const double from : {0.0, 0.3, 3.5, 5.95, 8.0})
+    for (const double from : {0.0, 0.3, 3.5, 5.95, 8.0}) {
         EXPECT_NEAR(acquisition.UnlockedTime(Stage::reedSolomon, from, 10), SampledUnlockedTime(acquisition, from, 10),
                     0.004)
             << from;
+    }
     EXPECT_EQ(acquisition.UnlockedTime(Stage::reedSolomon, 8, 10), 0);
 }
 

@@ -66,8 +66,9 @@ TEST(NetworkModel, NamesFileLineLimitAndRemedyOfAWrongLine)
 
 TEST(NetworkModel, RefusesNumbersThatAreNone)
 {
-    for (const char* text : {"", " ", "nan", "inf", "1e999", "6,9", "0x10", "1 2", "--1", "+-1", "1\xE2\x82\xAC"})
+    for (const char* text : {"", " ", "nan", "inf", "1e999", "6,9", "0x10", "1 2", "--1", "+-1", "1\xE2\x82\xAC"}) {
         EXPECT_THAT(ComplaintOfLine(std::string("Level (dBuV)=") + text), HasSubstr("is no number")) << text;
+    }
     EXPECT_THAT(Complaint("[Network]\nSeed=1.5\n"), HasSubstr("write a whole number from 0 to 2147483647"));
 }
 

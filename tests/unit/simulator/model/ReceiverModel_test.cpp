@@ -38,8 +38,9 @@ protected:
     void Set(const std::wstring& section, const Values& values)
     {
         NetworkModel model = receiver.Physics().Network();
-        for (const auto& [key, value] : values)
+        for (const auto& [key, value] : values) {
             model.Set(section, key, value);
+        }
         receiver.Physics().Network(model);
     }
 
@@ -58,8 +59,9 @@ protected:
     {
         const double start = time.now;
         for (; time.now < start + 10; time.now += 0.001) {
-            if (!receiver.TsError())
+            if (!receiver.TsError()) {
                 return time.now - start;
+            }
         }
         return 0;
     }
@@ -87,8 +89,9 @@ TEST_F(ReceiverModelTest, LocksStepByStep)
     std::vector<std::string> seen;
     for (int i = 0; i < 1000; ++i) {
         const std::string locks = LocksAfter(0.001);
-        if (seen.empty() || seen.back() != locks)
+        if (seen.empty() || seen.back() != locks) {
             seen.push_back(locks);
+        }
     }
     EXPECT_EQ(seen, (std::vector<std::string>{"", "R", "RS", "RSC", "RSCT"}));
 }
@@ -332,12 +335,15 @@ TEST_F(ReceiverModelTest, RefusesWhatItCannotBeSetTo)
     receiver.SawBandwidth(7);
     EXPECT_EQ(receiver.SawBandwidth(), 6);
     EXPECT_FALSE(receiver.ReferenceLocked());
-    for (const int32_t route : {2, 50})
+    for (const int32_t route : {2, 50}) {
         EXPECT_THROW(receiver.InputRoute(route), RaisedError) << route;
-    for (const int32_t filter : {2, 8})
+    }
+    for (const int32_t filter : {2, 8}) {
         EXPECT_THROW(receiver.SawBandwidth(filter), RaisedError) << filter;
-    for (const int32_t mode : {6, 7, 8, 13, 14})
+    }
+    for (const int32_t mode : {6, 7, 8, 13, 14}) {
         EXPECT_THROW(receiver.Mode(mode), RaisedError) << mode;
+    }
 }
 
 TEST_F(ReceiverModelTest, GoesBackToItsBasicState)
