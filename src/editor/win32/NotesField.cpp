@@ -1,7 +1,6 @@
 #include "editor/win32/NotesField.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "editor/EditorKeys.h"
 #include "editor/win32/Theme.h"
@@ -86,7 +85,7 @@ DWORD CALLBACK ReadPiece(DWORD_PTR cookie, BYTE* buffer, LONG room, LONG* done) 
     const OwnFloatingPoint floatingPoint;
     auto& reading = *reinterpret_cast<Reading*>(cookie);
     const size_t size = std::min(static_cast<size_t>(room), reading.text.size() - reading.at);
-    std::memcpy(buffer, reading.text.data() + reading.at, size);
+    std::copy_n(reading.text.data() + reading.at, size, buffer);
     reading.at += size;
     *done = static_cast<LONG>(size);
     return 0;
