@@ -176,7 +176,7 @@ protected:
 
 TEST_F(SharedOnDisk, TwoProcessesLoseNoneOfTheirWritesOfOneFile)
 {
-    constexpr int count = 300;
+    constexpr int count = 100;
     fs::create_symlink(folder / "net.ini", folder / "link.ini");
     std::array<pid_t, 2> writers{};
     for (size_t i = 0; i < writers.size(); ++i) {
@@ -207,7 +207,7 @@ TEST_F(SharedOnDisk, AWriterThatIsKilledAnywhereKeepsNobodyOut)
     std::mt19937 random(20240315);
     ProfileStore store(SystemFiles());
     store.Bind((folder / "net.ini").wstring());
-    for (int round = 0; round < 60; ++round) {
+    for (int round = 0; round < 30; ++round) {
         std::array<int, 2> acknowledged{};
         ASSERT_EQ(pipe(acknowledged.data()), 0);
         const pid_t writer = fork();

@@ -142,7 +142,7 @@ TEST_F(SetupFile, RandomDocumentsComeBackAsTheyWere)
     const auto number = [&] { return static_cast<int32_t>(random()); };
     const auto flag = [&] { return random() % 2 == 0; };
     const FixedLocale comma = CommaLocale();
-    for (int round = 0; round < 60; ++round) {
+    for (int round = 0; round < 20; ++round) {
         const SetupEnvironment around{files, messages, round % 2 == 0 ? static_cast<const Locale&>(locale) : comma};
         SetupDocument saved;
         saved.ListSize(static_cast<int32_t>(random() % 130));

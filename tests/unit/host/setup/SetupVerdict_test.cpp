@@ -213,7 +213,7 @@ private:
 
 TEST(SetupVerdict, IsThePlugInsOwnHoweverASetupIsDamaged)
 {
-    constexpr uint32_t trials = 3000;
+    constexpr uint32_t trials = 400;
     constexpr size_t mostTimes = 3;
     constexpr size_t remarksPerDamage = 8;
     const ShiftedCodePage shifted;
