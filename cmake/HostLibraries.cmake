@@ -2,7 +2,8 @@
 tvn_header_library(fmt fmt)
 target_compile_definitions(fmt_headers INTERFACE FMT_HEADER_ONLY)
 tvn_header_library(nlohmann nlohmann)
-target_link_libraries(tvn_host_run PUBLIC fmt_headers PRIVATE nlohmann_headers)
+target_link_libraries(tvn_host_plan PUBLIC fmt_headers)
+target_link_libraries(tvn_host_run PRIVATE nlohmann_headers)
 target_link_libraries(tvn_host_report PRIVATE nlohmann_headers)
 
 # The limits for cable outlets are a file to read and to copy, and are built into the program.

@@ -53,20 +53,33 @@ private:
     HRESULT result_;
 };
 
-/// The order of QAM for channels whose plan leaves it open.
-void AddOrder(CLI::App& command, int32_t& orderForAuto)
+/// Where the plan comes from: a file, or a raster of frequencies.
+void AddPlan(CLI::App& command, PlanSource& plan)
 {
-    command.add_option("--order", orderForAuto, "Order of QAM where the plan says QAM/AUTO")
+    CLI::Option* file =
+        AddText(command, "plan", plan.file, "Channel plan: DVBv5 channel file, or label,frequency,symbol rate,QAM")
+            ->type_name("FILE");
+    CLI::Option* from = command.add_option("--from", plan.from, "Instead of a plan: first centre frequency in MHz");
+    CLI::Option* to = command.add_option("--to", plan.to, "Last centre frequency");
+    CLI::Option* step = command.add_option("--step", plan.step, "From one to the next")->capture_default_str();
+    for (CLI::Option* option : {from, to, step}) {
+        option->type_name("MHZ")->excludes(file);
+    }
+    from->needs(to);
+    to->needs(from);
+    step->needs(from);
+    command.add_option("--order", plan.defaults.orderOfQam, "Order of QAM where the plan names none")
         ->type_name("ORDER")
         ->check(CLI::IsMember(std::vector<int32_t>(dvbc::ordersOfQam.begin(), dvbc::ordersOfQam.end())));
+    command
+        .add_option("--symbol-rate", plan.defaults.symbolRate, "MSymb/s where the plan names none (6.9 without a plan)")
+        ->type_name("RATE");
 }
 
 CLI::App* AddImport(CLI::App& app, Arguments& arguments)
 {
     CLI::App* command = app.add_subcommand("import", "Make a setup from a network's channel plan");
-    AddText(*command, "plan", arguments.import.plan, "Channel plan (DVBv5 channel file)")
-        ->type_name("FILE")
-        ->required();
+    AddPlan(*command, arguments.import.plan);
     AddText(*command, "-o,--output", arguments.import.setup, "Setup file to write")->type_name("FILE")->required();
     command->add_option("--ber-samples", arguments.import.berSamples, "Bit error count, in blocks of 10^7 bits")
         ->type_name("N")
@@ -79,7 +92,6 @@ CLI::App* AddImport(CLI::App& app, Arguments& arguments)
     AddText(*command, "--level-unit", arguments.levelUnit, "dBmV, dBpW, dBuW, dBm, dBuV or mV")
         ->type_name("UNIT")
         ->default_str("dBuV");
-    AddOrder(*command, arguments.import.orderForAuto);
     AddText(*command, "--title", arguments.import.title, "First line of the setup's notes")->type_name("TEXT");
     command->footer("A setup has one order of QAM. A plan that mixes orders gives one setup each: SETUP-64qam, ...");
     return command;
@@ -88,14 +100,13 @@ CLI::App* AddImport(CLI::App& app, Arguments& arguments)
 CLI::App* AddNetwork(CLI::App& app, Arguments& arguments)
 {
     CLI::App* command = app.add_subcommand("network", "Make a network model for the simulated receiver from a plan");
-    AddText(*command, "plan", arguments.model.plan, "Channel plan (DVBv5 channel file)")->type_name("FILE")->required();
+    AddPlan(*command, arguments.model.plan);
     AddText(*command, "-o,--output", arguments.model.model, "Network model file to write")
         ->type_name("FILE")
         ->required();
     command->add_option("--seed", arguments.model.seed, "The same seed gives the same network")
         ->type_name("N")
         ->capture_default_str();
-    AddOrder(*command, arguments.model.orderForAuto);
     command->add_flag("--clean", arguments.model.isClean, "Without impaired channels");
     return command;
 }
@@ -106,7 +117,8 @@ CLI::App* AddScan(CLI::App& app, Arguments& arguments)
     AddText(*command, "setup", arguments.scan.setup, "Setup file")->type_name("FILE")->required();
     AddText(*command, "--network", arguments.scan.network, "Network model for the simulated receiver")
         ->type_name("FILE");
-    AddText(*command, "--channels", arguments.scan.channels, "Channels to measure, like 3-7,12,30- (all)")
+    AddText(*command, "--channels", arguments.scan.channels,
+            "Channels by label, number or MHz, like K45-K63,12,474 (all)")
         ->type_name("LIST");
     AddText(*command, "--parameters", arguments.scan.parameters, "Columns to show, like status,rflev,mer,ber")
         ->type_name("LIST");

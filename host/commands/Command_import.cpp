@@ -4,10 +4,9 @@
 #include "fmt/xchar.h"
 #include "host/commands/Commands.h"
 #include "host/commands/Files.h"
+#include "host/commands/PlanSource.h"
 #include "host/commands/Plugin.h"
 #include "host/commands/SetupFiles.h"
-#include "host/plan/ChannelPlan.h"
-#include "host/plan/ChannelRaster.h"
 #include "host/setup/Product.h"
 #include "host/setup/SetupDraft.h"
 #include "text/InputError.h"
@@ -17,17 +16,12 @@
 namespace tvn2x {
 namespace {
 
-std::wstring FileName(const std::wstring& path)
-{
-    return path.substr(path.find_last_of(L'\\') + 1);
-}
-
 std::wstring NotesText(const ImportOptions& options, const ChannelPlan& plan)
 {
     const DateTime now = SystemClock().Now();
     const std::wstring& title = options.title.empty() ? plan.title : options.title;
     return fmt::format(L"{}{}Imported from {} on {:04}-{:02}-{:02} {:02}:{:02}", title, title.empty() ? L"" : L"\r\n",
-                       FileName(AbsolutePath(options.plan)), now.year, now.month, now.day, now.hour, now.minute);
+                       NameOf(options.plan), now.year, now.month, now.day, now.hour, now.minute);
 }
 
 void FillSetup(const Plugin& plugin, const SetupDraft& draft, const ImportOptions& options, const std::wstring& notes)
@@ -45,7 +39,7 @@ void FillSetup(const Plugin& plugin, const SetupDraft& draft, const ImportOption
         ++index;
         Call(document, &_clsSetup::put_Frequency, index, channel.frequency);
         Call(document, &_clsSetup::put_SymbolRate, index, channel.symbolRate);
-        Call(document, &_clsSetup::put_UserField, index, com::Bstr(ChannelLabel(channel.frequency)).Get());
+        Call(document, &_clsSetup::put_UserField, index, com::Bstr(channel.Label()).Get());
     }
     Call(plugin.setup, &ISetup::put_Mode, 4);
 }
@@ -62,15 +56,14 @@ std::wstring Summary(const SetupDraft& draft)
 
 void Report(const PlanRemark& remark, const ImportOptions& options, const wchar_t* what, Console& console)
 {
-    console.Notice(AtLine(options.plan, remark.line) + what + remark.text);
+    console.Notice(AtLine(options.plan.file, remark.line) + what + remark.text);
 }
 
 }  // namespace
 
 int Import(const ImportOptions& options, Console& console)
 {
-    const std::wstring planPath = AbsolutePath(options.plan);
-    const ChannelPlan plan = ReadChannelPlan(ReadInput(planPath), options.plan, options.orderForAuto);
+    const ChannelPlan plan = LoadPlan(options.plan);
     const SetupDrafts drafts = DraftSetups(plan, AbsolutePath(options.setup));
     for (const PlanRemark& remark : plan.leftOut) {
         Report(remark, options, L"left out: ", console);
@@ -83,7 +76,9 @@ int Import(const ImportOptions& options, Console& console)
                                    drafts.setups.size(), drafts.setups.size()));
     }
     for (const SetupDraft& draft : drafts.setups) {
-        RequireDifferent(planPath, draft.path);
+        if (!options.plan.file.empty()) {
+            RequireDifferent(AbsolutePath(options.plan.file), draft.path);
+        }
     }
     const std::wstring notes = NotesText(options, plan);
     // All of them or none: each is written before the first one takes its place.

@@ -4,8 +4,7 @@
 #include "fmt/xchar.h"
 #include "host/commands/Commands.h"
 #include "host/commands/Files.h"
-#include "host/plan/ChannelPlan.h"
-#include "host/plan/ChannelRaster.h"
+#include "host/commands/PlanSource.h"
 #include "host/plan/NetworkWriter.h"
 #include "text/TextInput.h"
 
@@ -13,18 +12,18 @@ namespace tvn2x {
 
 int Network(const NetworkOptions& options, Console& console)
 {
-    const std::wstring planPath = AbsolutePath(options.plan);
     const std::wstring modelPath = AbsolutePath(options.model);
-    RequireDifferent(planPath, modelPath);
-    const ChannelPlan plan = ReadChannelPlan(ReadInput(planPath), options.plan, options.orderForAuto);
+    if (!options.plan.file.empty()) {
+        RequireDifferent(AbsolutePath(options.plan.file), modelPath);
+    }
+    const ChannelPlan plan = LoadPlan(options.plan);
     const NetworkDraft network = DraftNetwork(plan, options.seed, !options.isClean);
     for (const auto* remarks : {&plan.leftOut, &network.leftOut}) {
         for (const PlanRemark& remark : *remarks) {
-            console.Notice(AtLine(options.plan, remark.line) + L"left out: " + remark.text);
+            console.Notice(AtLine(options.plan.file, remark.line) + L"left out: " + remark.text);
         }
     }
-    const std::wstring planName = planPath.substr(planPath.find_last_of(L'\\') + 1);
-    RequireWritten(SaveNetworkModel(SystemFiles(), modelPath, network, planName), modelPath);
+    RequireWritten(SaveNetworkModel(SystemFiles(), modelPath, network, NameOf(options.plan)), modelPath);
 
     const auto impaired =
         std::ranges::count_if(network.channels, [](const auto& channel) { return !channel.fault.empty(); });
@@ -32,7 +31,7 @@ int Network(const NetworkOptions& options, Console& console)
         fmt::format(L"{}: {} channels, {} of them impaired\n", modelPath, network.channels.size(), impaired));
     for (const NetworkChannel& channel : network.channels) {
         if (!channel.fault.empty()) {
-            console.Result(fmt::format(L"  {:<8} {}\n", ChannelLabel(channel.frequency), channel.fault));
+            console.Result(fmt::format(L"  {:<8} {}\n", channel.label, channel.fault));
         }
     }
     return exitDone;

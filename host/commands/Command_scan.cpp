@@ -221,7 +221,8 @@ StoredRun BeginRun(const Plugin& plugin, const Setup& setup, const std::wstring&
     const auto size = static_cast<int32_t>(setup.channels.size());
     if (options.resume.empty()) {
         StoredRun begun{.run = DescribeRun(plugin, setup, sha256, options.parameters)};
-        begun.run.selection = SelectChannels(options.channels, size);
+        begun.run.selection =
+            options.channels ? SelectChannels(*options.channels, setup.channels) : AllChannels(setup.channels);
         begun.run.passes = options.repeat;
         begun.run.interval = options.interval;
         return begun;
@@ -278,7 +279,6 @@ int Scan(const ScanOptions& options, Console& console)
     }
     const std::optional<Limits> limits = LoadLimits(options.reports.limits);
     RequireTargets(options, path);
-    SelectChannels(options.channels, size);
     const Plugin plugin;
     plugin.Load(path);
     const Setup setup = ReadSetup(plugin, path);

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "host/commands/Console.h"
+#include "host/commands/PlanSource.h"
 #include "host/commands/Reports.h"
 
 namespace tvn2x {
@@ -20,31 +21,29 @@ enum ExitCode : int
 
 struct ImportOptions
 {
-    std::wstring plan;
+    PlanSource plan;
     std::wstring setup;
     std::wstring title;  ///< first line of the notes, "" for the plan's own
     std::wstring levelUnit = L"dBµV";
     int32_t berSamples = 10;       ///< blocks of 10^7 bits
     int32_t maxSettlingTime = 10;  ///< seconds
-    int32_t orderForAuto = 0;      ///< 0: channels with QAM/AUTO are left out
 };
 
 struct NetworkOptions
 {
-    std::wstring plan;
+    PlanSource plan;
     std::wstring model;
     uint64_t seed = 1;
-    int32_t orderForAuto = 0;
     bool isClean = false;  ///< without impaired channels
 };
 
 struct ScanOptions
 {
     std::wstring setup;
-    std::wstring network;     ///< "" leaves the receiver as it is
-    std::wstring channels;    ///< "" is all
-    std::wstring parameters;  ///< "" is what the setup displays
-    double timeScale = 1;     ///< of the simulated receiver
+    std::wstring network;                  ///< "" leaves the receiver as it is
+    std::optional<std::wstring> channels;  ///< nothing is all
+    std::wstring parameters;               ///< "" is what the setup displays
+    double timeScale = 1;                  ///< of the simulated receiver
     bool hasTimeScale = false;
     std::wstring journal;  ///< "" for none
     std::wstring resume;   ///< journal to go on with, "" for a new run

@@ -1,47 +1,56 @@
 #include "host/plan/ChannelPlan.h"
 
-#include <algorithm>
-#include <array>
 #include <charconv>
+#include <cmath>
 #include <optional>
 
-#include "dvbc/Qam.h"
-#include "setup/catalogue/Patterns.h"
+#include "fmt/format.h"
+#include "fmt/xchar.h"
+#include "host/plan/ChannelRaster.h"
+#include "host/plan/PlanFields.h"
+#include "host/plan/TablePlan.h"
 #include "text/Blanks.h"
 #include "text/InputError.h"
 #include "text/TextInput.h"
 #include "util/Encoding.h"
-#include "util/modFormat.h"
 
 namespace tvn2x {
 namespace {
 
 const std::wstring planRemedy =
-    L"A plan has a [CHANNEL] block per channel, with DELIVERY_SYSTEM, FREQUENCY, SYMBOL_RATE and MODULATION.";
+    L"A plan has a [CHANNEL] block per channel, with DELIVERY_SYSTEM, FREQUENCY, SYMBOL_RATE and MODULATION, or a row "
+    L"per channel: label, frequency, symbol rate, QAM.";
 
 /// The keys of one block as they stand; an empty view is a key that the block lacks.
 struct Block
 {
     int32_t line = 0;
+    std::string_view name;
     std::string_view deliverySystem;
     std::string_view frequency;
     std::string_view symbolRate;
     std::string_view modulation;
 };
 
+/// The name of a block's first line; nothing for any other line. A name may hold "#" and "]": it ends where the line
+/// does, or a comment begins behind it.
+std::optional<std::string_view> NameIn(std::string_view line)
+{
+    if (!line.starts_with('[')) {
+        return std::nullopt;
+    }
+    for (size_t end = line.find(']'); end != std::string_view::npos; end = line.find(']', end + 1)) {
+        const std::string_view behind = TrimBlanks(line.substr(end + 1));
+        if (behind.empty() || behind.starts_with('#')) {
+            return TrimBlanks(line.substr(1, end - 1));
+        }
+    }
+    return std::nullopt;
+}
+
 std::string_view WithoutComment(std::string_view line)
 {
     return TrimBlanks(line.substr(0, line.find('#')));
-}
-
-/// A heading such as "freq sr fec mod" or a ruler of dashes is no title.
-bool IsTitle(std::string_view comment)
-{
-    const auto isLetter = [](char c) {
-        return static_cast<unsigned char>(c) >= 0x80 || ((c | 0x20) >= 'a' && (c | 0x20) <= 'z');
-    };
-    return std::count_if(comment.begin(), comment.end(), isLetter) >= 3 && !comment.starts_with("freq") &&
-           comment.find("automatically generated") == std::string_view::npos;
 }
 
 /// The older format has one line a channel, which begins with the letter of its delivery system: "C 314000000 6900000".
@@ -64,56 +73,20 @@ void Assign(Block& block, std::string_view key, std::string_view value)
     }
 }
 
-/// Reads hertz or symbols per second as millions. A reason where the text is no whole number or outside the limits.
-std::optional<std::wstring> ReadMillions(std::string_view text, const wchar_t* key, double lowest, double highest,
-                                         const wchar_t* unit, double& value)
+/// Reads hertz or symbols per second as millions; 0 where there are none. A reason where the text is no whole number.
+std::optional<std::wstring> ReadMillions(std::string_view text, const wchar_t* key, double& value)
 {
-    if (text.empty()) {
-        return std::wstring(key) + L" is missing";
-    }
     uint64_t units = 0;
     const auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), units);
-    if (fault != std::errc() || end != text.data() + text.size()) {
+    if (!text.empty() && (fault != std::errc() || end != text.data() + text.size())) {
         return std::wstring(key) + L" " + Excerpt(text) + L" is not a whole number";
     }
     value = static_cast<double>(units) / 1e6;
-    if (value < lowest || value > highest) {
-        const auto number = [](double x) { return FormatNumber(x, false, SystemLocale()); };
-        return number(value) + L" " + unit + L" is outside the receiver's " + number(lowest) + L" to " +
-               number(highest) + L" " + unit;
-    }
-    return std::nullopt;
-}
-
-/// "QAM/64", "QAM64" and "64QAM" are the spellings that occur. A reason where the modulation is another one.
-std::optional<std::wstring> ReadModulation(std::string_view text, int32_t orderForAuto, int32_t& order)
-{
-    if (text.empty()) {
-        return L"MODULATION is missing";
-    }
-    if (text == "QAM/AUTO" || text == "AUTO") {
-        order = orderForAuto;
-        return order != 0 ? std::nullopt
-                          : std::optional<std::wstring>(
-                                L"the plan does not name the order of QAM (QAM/AUTO); "
-                                L"give it with --order");
-    }
-    std::string_view digits = text;
-    if (digits.starts_with("QAM")) {
-        digits.remove_prefix(digits.starts_with("QAM/") ? 4 : 3);
-    } else if (digits.ends_with("QAM")) {
-        digits.remove_suffix(3);
-    }
-    const auto [end, fault] = std::from_chars(digits.data(), digits.data() + digits.size(), order);
-    if (fault != std::errc() || end != digits.data() + digits.size() || digits.size() == text.size() ||
-        !dvbc::IsOrderOfQam(order)) {
-        return L"modulation " + Excerpt(text) + L" is none of QAM/4, 16, 32, 64, 128, 256";
-    }
     return std::nullopt;
 }
 
 /// Why a block cannot be measured; nothing where it can, and the channel is filled in.
-std::optional<std::wstring> ReadBlock(const Block& block, int32_t orderForAuto, PlanChannel& channel)
+std::optional<std::wstring> ReadBlock(const Block& block, const PlanDefaults& defaults, PlanChannel& channel)
 {
     if (block.deliverySystem.empty()) {
         return L"DELIVERY_SYSTEM is missing";
@@ -123,23 +96,24 @@ std::optional<std::wstring> ReadBlock(const Block& block, int32_t orderForAuto, 
         return L"delivery system " + Excerpt(block.deliverySystem) + L" is not DVB-C";
     }
     channel.line = block.line;
-    if (auto reason = ReadMillions(block.frequency, L"FREQUENCY", channel_limit::lowestFrequency,
-                                   channel_limit::highestFrequency, L"MHz", channel.frequency)) {
+    channel.label = block.name == "CHANNEL" ? L"" : FromUtf8(block.name);
+    if (block.frequency.empty()) {
+        return L"FREQUENCY is missing";
+    }
+    double frequency = 0, symbolRate = 0;
+    if (auto reason = ReadMillions(block.frequency, L"FREQUENCY", frequency)) {
         return reason;
     }
-    if (auto reason = ReadMillions(block.symbolRate, L"SYMBOL_RATE", channel_limit::lowestSymbolRate,
-                                   channel_limit::highestSymbolRate, L"MSymb/s", channel.symbolRate)) {
+    if (auto reason = ReadMillions(block.symbolRate, L"SYMBOL_RATE", symbolRate)) {
         return reason;
     }
-    return ReadModulation(block.modulation, orderForAuto, channel.orderOfQam);
-}
-
-/// The text of a comment line behind its "#" signs, "" where it is no title.
-std::wstring TitleOf(std::string_view line)
-{
-    const size_t begin = std::min(line.find_first_not_of('#'), line.size());
-    const std::string_view comment = TrimBlanks(line.substr(begin));
-    return IsTitle(comment) ? FromUtf8(comment) : std::wstring();
+    if (auto reason = TakeFrequency(frequency, channel)) {
+        return reason;
+    }
+    if (auto reason = TakeSymbolRate(symbolRate, defaults, channel)) {
+        return reason;
+    }
+    return TakeModulation(block.modulation, defaults, channel);
 }
 
 [[noreturn]] void RefuseLine(std::string_view line, const std::wstring& place)
@@ -162,14 +136,21 @@ std::vector<Block> ReadBlocks(std::string_view content, const std::wstring& path
         if (line.starts_with('#') && blocks.empty() && title.empty()) {
             title = TitleOf(line);
         }
+        if (const auto name = NameIn(line)) {
+            blocks.push_back({.line = reader.Number(),
+                              .name = *name,
+                              .deliverySystem{},
+                              .frequency{},
+                              .symbolRate{},
+                              .modulation{}});
+            continue;
+        }
         line = WithoutComment(line);
         if (line.empty()) {
             continue;
         }
         const size_t equals = line.find('=');
-        if (line.starts_with('[') && line.ends_with(']')) {
-            blocks.push_back({.line = reader.Number(), .deliverySystem{}, .frequency{}, .symbolRate{}, .modulation{}});
-        } else if (equals == std::string_view::npos || blocks.empty()) {
+        if (equals == std::string_view::npos || blocks.empty()) {
             RefuseLine(line, AtLine(path, reader.Number()));
         } else {
             Assign(blocks.back(), TrimBlanks(line.substr(0, equals)), TrimBlanks(line.substr(equals + 1)));
@@ -178,21 +159,46 @@ std::vector<Block> ReadBlocks(std::string_view content, const std::wstring& path
     return blocks;
 }
 
-}  // namespace
-
-ChannelPlan ReadChannelPlan(std::string_view content, const std::wstring& path, int32_t orderForAuto)
+ChannelPlan ReadBlockPlan(std::string_view content, const std::wstring& path, const PlanDefaults& defaults)
 {
-    RequireText(content, path, L"channel plan", planRemedy);
     ChannelPlan plan;
     const std::vector<Block> blocks = ReadBlocks(content, path, plan.title);
     for (const Block& block : blocks) {
         PlanChannel channel;
-        if (auto reason = ReadBlock(block, orderForAuto, channel)) {
+        if (auto reason = ReadBlock(block, defaults, channel)) {
             plan.leftOut.push_back({block.line, *reason});
         } else {
-            plan.channels.push_back(channel);
+            plan.channels.push_back(std::move(channel));
         }
     }
+    return plan;
+}
+
+/// The first line that is neither empty nor a comment.
+std::string_view FirstLine(std::string_view content)
+{
+    LineReader reader(content);
+    std::string_view line;
+    while (reader.Next(line)) {
+        if (!line.empty() && !line.starts_with('#')) {
+            return line;
+        }
+    }
+    return {};
+}
+
+}  // namespace
+
+std::wstring PlanChannel::Label() const
+{
+    return label.empty() ? ChannelLabel(frequency) : label;
+}
+
+ChannelPlan ReadChannelPlan(std::string_view content, const std::wstring& path, const PlanDefaults& defaults)
+{
+    RequireText(content, path, L"channel plan", planRemedy);
+    ChannelPlan plan = IsTableRow(FirstLine(content)) ? ReadTablePlan(content, path, defaults)
+                                                      : ReadBlockPlan(content, path, defaults);
     if (plan.leftOut.empty() && plan.channels.empty()) {
         RaiseInput(path + L" has no channels. " + planRemedy);
     }
@@ -200,6 +206,31 @@ ChannelPlan ReadChannelPlan(std::string_view content, const std::wstring& path, 
         const PlanRemark& first = plan.leftOut.front();
         RaiseInput(AtLine(path, first.line) + first.text + L"; no channel of the plan can be measured. " +
                    L"Take the plan of a DVB-C network.");
+    }
+    return plan;
+}
+
+ChannelPlan RasterPlan(double from, double to, double step, const PlanDefaults& defaults)
+{
+    constexpr double mostChannels = 1000, rounding = 1e-6;
+    const double steps = std::floor((to - from) / step + rounding);
+    if (!(step > 0 && steps >= 0 && steps < mostChannels)) {
+        RaiseInput(
+            fmt::format(L"{:g} to {:g} MHz in steps of {:g} MHz are not 1 to {:g} channels. Write --from 306 --to "
+                        L"858 --step 8.",
+                        from, to, step, mostChannels));
+    }
+    ChannelPlan plan;
+    for (int i = 0; i <= static_cast<int>(steps); ++i) {
+        PlanChannel channel;
+        const auto kilohertz = std::round((from + i * step) * 1000);
+        for (const auto& reason : {TakeFrequency(kilohertz / 1000, channel), TakeSymbolRate(0, defaults, channel),
+                                   TakeModulation("", defaults, channel)}) {
+            if (reason) {
+                RaiseInput(*reason);
+            }
+        }
+        plan.channels.push_back(std::move(channel));
     }
     return plan;
 }

@@ -36,8 +36,10 @@ NetworkChannel GoodChannel(const PlanChannel& planned, double ripplePhase, uint6
 {
     // Seeded by the frequency: a channel keeps its values whatever else is in the plan.
     SeededRandom random(seed ^ static_cast<uint64_t>(planned.frequency * 1e6));
-    NetworkChannel channel{
-        .frequency = planned.frequency, .symbolRate = planned.symbolRate, .orderOfQam = planned.orderOfQam, .fault{}};
+    NetworkChannel channel{.frequency = planned.frequency,
+                           .symbolRate = planned.symbolRate,
+                           .orderOfQam = planned.orderOfQam,
+                           .label = planned.Label()};
     // Networks run the dense constellations 6 dB above the others.
     const double base = planned.orderOfQam > 64 ? 66 : 60;
     const double ripple = std::sin(2 * pi * planned.frequency / 130 + ripplePhase);

@@ -26,7 +26,8 @@ struct NetworkChannel
     double symbolRateOffset = 0;    ///< ppm
     bool dropsOut = false;          ///< the transport stream comes and goes
     bool isMissing = false;         ///< no carrier at all
-    std::wstring fault;             ///< what a cable engineer would call it, "" for a good channel
+    std::wstring label{};           ///< as in the plan
+    std::wstring fault{};           ///< what a cable engineer would call it, "" for a good channel
 };
 
 struct NetworkDraft

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "host/plan/ChannelRaster.h"
 #include "util/Encoding.h"
 #include "util/modFormat.h"
 
@@ -43,9 +42,8 @@ std::wstring Outages()
 void WriteChannel(const NetworkChannel& channel, size_t number, Lines& lines)
 {
     const std::wstring section = L"Channel " + std::to_wstring(number);
-    const std::wstring label = ChannelLabel(channel.frequency);
     lines.Blank();
-    lines.Comment(label + (channel.fault.empty() ? L"" : L": " + channel.fault));
+    lines.Comment(channel.label + (channel.fault.empty() ? L"" : L": " + channel.fault));
     if (channel.isMissing) {
         lines.Comment(L"[" + section + L"] would be " + Number(channel.frequency, L"") + L" MHz");
         return;

@@ -1,67 +1,220 @@
 #include "host/run/ChannelSelection.h"
 
+#include <algorithm>
+#include <cmath>
 #include <numeric>
+#include <optional>
 #include <set>
 #include <string>
 
+#include "fmt/format.h"
+#include "fmt/xchar.h"
+#include "text/Blanks.h"
 #include "text/InputError.h"
+#include "text/TextInput.h"
+#include "util/modLocaleInfo.h"
 
 namespace tvn2x {
 namespace {
 
-/// Takes the digits at the front of a text. -1 where there are none, or more than a channel number has.
-int32_t TakeNumber(std::wstring_view& text)
+using Channels = std::vector<Setup::Channel>;
+
+/// A text between two separators. A protected one is nothing but a label.
+struct Word
 {
-    constexpr size_t mostDigits = 6;
-    int32_t number = 0;
-    size_t digits = 0;
-    while (digits < text.size() && text[digits] >= L'0' && text[digits] <= L'9' && digits <= mostDigits) {
-        number = number * 10 + (text[digits++] - L'0');
-    }
-    text.remove_prefix(digits);
-    return digits == 0 || digits > mostDigits ? -1 : number;
+    std::wstring text;
+    bool isProtected = false;
+};
+
+/// What stands between two commas: words with a dash between each two.
+using Part = std::vector<Word>;
+
+/// What a word names: a channel, a frequency (of a channel, where it has one), or nothing.
+struct Place
+{
+    std::optional<int32_t> channel{};
+    std::optional<double> frequency{};
+
+    bool IsFound() const { return channel || frequency; }
+};
+
+[[noreturn]] void Refuse(const std::wstring& text, const std::wstring& why)
+{
+    RaiseInput(L"--channels: " + Excerpt(text) + L" " + why +
+               L". Write labels, numbers or MHz like K45-K63,12,474; quotation marks protect a label.");
 }
 
-void Refuse(std::wstring_view part, const std::wstring& why)
+std::vector<Part> PartsOf(std::wstring_view selection)
 {
-    RaiseInput(L"--channels: \"" + std::wstring(part) + L"\" " + why + L". Write channels like 3-7,12,30-.");
+    std::vector<Part> parts(1, Part(1));
+    bool isOpen = false;
+    for (const wchar_t c : selection) {
+        if (c == L'"') {
+            isOpen = !isOpen;
+            parts.back().back().isProtected = true;
+        } else if (isOpen || (c != L',' && c != L'-')) {
+            parts.back().back().text += c;
+        } else if (c == L'-') {
+            parts.back().emplace_back();
+        } else {
+            parts.emplace_back(1);
+        }
+    }
+    if (isOpen) {
+        Refuse(std::wstring(selection), L"lacks a closing quotation mark");
+    }
+    return parts;
+}
+
+/// Some words of a part as one, with the dashes that stood between them.
+Word Joined(Part::const_iterator begin, Part::const_iterator end)
+{
+    Word word = *begin;
+    for (auto next = begin + 1; next != end; ++next) {
+        word.text += L"-" + next->text;
+        word.isProtected = false;
+    }
+    word.text = std::wstring(TrimBlanks(std::wstring_view(word.text)));
+    return word;
+}
+
+/// A number without sign and exponent, nothing for any other text.
+std::optional<double> NumberIn(std::wstring_view text)
+{
+    constexpr size_t mostDigits = 12;
+    if (text.empty() || text.size() > mostDigits || text.find_first_not_of(L"0123456789.") != std::wstring_view::npos) {
+        return std::nullopt;
+    }
+    try {
+        return ParseNumber(text, L'.');
+    } catch (const RaisedError&) {
+        return std::nullopt;
+    }
+}
+
+/// The only channel that something holds for, nothing where there is none; more than one is refused.
+template <class Holds>
+std::optional<int32_t> Only(const Channels& channels, const std::wstring& text, Holds holds)
+{
+    std::optional<int32_t> found;
+    for (size_t i = 0; i < channels.size(); ++i) {
+        const auto number = static_cast<int32_t>(i + 1);
+        if (holds(channels[i]) && found) {
+            Refuse(text, fmt::format(L"means channel {} and channel {}; give the number", *found, number));
+        } else if (holds(channels[i])) {
+            found = number;
+        }
+    }
+    return found;
+}
+
+Place Find(const Word& word, const Channels& channels)
+{
+    constexpr double halfKilohertz = 0.0005;  // MHz
+    const std::wstring& text = word.text;
+    if (text.empty()) {
+        return {};
+    }
+    if (const auto labelled = Only(channels, text, [&](const auto& channel) { return channel.userField == text; });
+        labelled || word.isProtected) {
+        return {.channel = labelled};
+    }
+    const bool hasUnit = text.ends_with(L"MHz");
+    const auto number = NumberIn(TrimBlanks(std::wstring_view(text).substr(0, text.size() - (hasUnit ? 3 : 0))));
+    if (!number) {
+        return {};
+    }
+    const bool isWhole = !hasUnit && text.find(L'.') == std::wstring::npos;
+    if (isWhole && *number >= 1 && *number <= static_cast<double>(channels.size())) {
+        return {.channel = static_cast<int32_t>(*number)};
+    }
+    const auto tuned = Only(channels, text,
+                            [&](const auto& channel) { return std::abs(channel.frequency - *number) < halfKilohertz; });
+    return {.channel = tuned, .frequency = number};
+}
+
+std::vector<int32_t> Between(double low, double high, const Channels& channels)
+{
+    std::vector<int32_t> found;
+    for (size_t i = 0; i < channels.size(); ++i) {
+        if (channels[i].frequency >= low && channels[i].frequency <= high) {
+            found.push_back(static_cast<int32_t>(i + 1));
+        }
+    }
+    return found;
+}
+
+/// The channels of a range, none where its ends name none or stand the wrong way round. Without a second word it is
+/// open.
+std::vector<int32_t> Range(const Word& from, const Word& to, const Channels& channels)
+{
+    const Place first = Find(from, channels);
+    const Place last = to.text.empty() ? Place{.channel = static_cast<int32_t>(channels.size()), .frequency = HUGE_VAL}
+                                       : Find(to, channels);
+    if (!first.IsFound() || !last.IsFound()) {
+        return {};
+    }
+    const bool isOfFrequencies = first.frequency && last.frequency;
+    if (!isOfFrequencies && (!first.channel || !last.channel)) {
+        return {};
+    }
+    if (isOfFrequencies) {
+        return Between(*first.frequency, *last.frequency, channels);
+    }
+    std::vector<int32_t> numbers(static_cast<size_t>(std::max(0, *last.channel - *first.channel + 1)));
+    std::iota(numbers.begin(), numbers.end(), *first.channel);
+    return numbers;
+}
+
+std::vector<int32_t> SelectPart(const Part& part, const Channels& channels)
+{
+    const Word whole = Joined(part.begin(), part.end());
+    std::vector<int32_t> chosen;
+    bool endsFirst = false;
+    const auto take = [&](std::vector<int32_t> found) {
+        if (!found.empty() && !chosen.empty()) {
+            Refuse(whole.text, L"means two things; protect the labels with quotation marks");
+        }
+        chosen = chosen.empty() ? std::move(found) : chosen;
+    };
+    if (const auto channel = Find(whole, channels).channel) {
+        take({*channel});
+    }
+    for (auto next = part.begin() + 1; next < part.end(); ++next) {
+        const Word from = Joined(part.begin(), next);
+        const Word to = Joined(next, part.end());
+        take(Range(from, to, channels));
+        endsFirst = endsFirst || (!from.text.empty() && !to.text.empty() && !Range(to, from, channels).empty());
+    }
+    if (chosen.empty() && endsFirst) {
+        Refuse(whole.text, L"ends before it begins");
+    }
+    if (chosen.empty()) {
+        Refuse(whole.text,
+               fmt::format(L"is no channel and no range of channels: it is no label, no number from 1 to {} "
+                           L"and no channel's frequency",
+                           channels.size()));
+    }
+    return chosen;
 }
 
 }  // namespace
 
-std::vector<int32_t> SelectChannels(std::wstring_view selection, int32_t channels)
+std::vector<int32_t> SelectChannels(std::wstring_view selection, const std::vector<Setup::Channel>& channels)
 {
-    if (selection.empty()) {
-        std::vector<int32_t> all(static_cast<size_t>(channels));
-        std::iota(all.begin(), all.end(), 1);
-        return all;
-    }
     std::set<int32_t> chosen;
-    for (size_t begin = 0; begin <= selection.size();) {
-        const size_t end = std::min(selection.find(L',', begin), selection.size());
-        const std::wstring_view part = selection.substr(begin, end - begin);
-        std::wstring_view rest = part;
-        const int32_t first = TakeNumber(rest);
-        int32_t last = first;
-        if (rest.starts_with(L'-')) {
-            rest.remove_prefix(1);
-            last = rest.empty() ? channels : TakeNumber(rest);
-        }
-        if (first < 0 || last < 0 || !rest.empty()) {
-            Refuse(part, L"is no channel and no range of channels");
-        }
-        if (first < 1 || first > channels || last > channels) {
-            Refuse(part, L"is outside the setup's channels 1 to " + std::to_wstring(channels));
-        }
-        if (last < first) {
-            Refuse(part, L"ends before it begins");
-        }
-        for (int32_t channel = first; channel <= last; ++channel) {
-            chosen.insert(channel);
-        }
-        begin = end + 1;
+    for (const Part& part : PartsOf(selection)) {
+        const std::vector<int32_t> numbers = SelectPart(part, channels);
+        chosen.insert(numbers.begin(), numbers.end());
     }
     return {chosen.begin(), chosen.end()};
+}
+
+std::vector<int32_t> AllChannels(const std::vector<Setup::Channel>& channels)
+{
+    std::vector<int32_t> all(channels.size());
+    std::iota(all.begin(), all.end(), 1);
+    return all;
 }
 
 }  // namespace tvn2x

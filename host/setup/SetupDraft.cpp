@@ -30,16 +30,22 @@ double MostFrequentSymbolRate(const std::vector<PlanChannel>& channels)
     return std::ranges::max_element(uses, {}, [](const auto& entry) { return entry.second; })->first;
 }
 
-/// Drops what comes twice. The first one in the file stays.
+/// Drops what comes twice. The first one in the file stays. Services that share a channel are no fault of the plan:
+/// they have one notice in all.
 void DropDuplicates(std::vector<PlanChannel>& channels, std::vector<PlanRemark>& notices)
 {
     std::vector<PlanChannel> kept;
+    int32_t firstShared = 0;
     for (const PlanChannel& channel : channels) {
         if (kept.empty() || kept.back().frequency != channel.frequency) {
             kept.push_back(channel);
             continue;
         }
         const PlanChannel& first = kept.back();
+        if (!channel.label.empty() && channel.label != first.label && channel.symbolRate == first.symbolRate) {
+            firstShared = firstShared == 0 ? channel.line : std::min(firstShared, channel.line);
+            continue;
+        }
         std::wstring text =
             Number(channel.frequency) + L" MHz is in the plan already (line " + std::to_wstring(first.line) + L")";
         if (channel.symbolRate != first.symbolRate) {
@@ -47,6 +53,11 @@ void DropDuplicates(std::vector<PlanChannel>& channels, std::vector<PlanRemark>&
                     L" MSymb/s";
         }
         notices.push_back({channel.line, text + L"; dropped"});
+    }
+    if (firstShared != 0) {
+        notices.push_back({firstShared,
+                           L"here and below are names of channels that the plan has already; a channel keeps "
+                           L"its first one"});
     }
     channels = std::move(kept);
 }

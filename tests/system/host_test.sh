@@ -46,6 +46,12 @@ expect_notice "town, line $(($(grep -n QAM/AUTO town | cut -d: -f1) - 4)): left 
 expect_exit 0 import town -o town.ini --order 256
 grep -q '^Count=4' town.ini || fail 'does not replace the older setup'
 
+printf 'Label;Frequency;Symbol rate;QAM\nSport, live;474,0;6,9;256\nRadio;482;6,9;64-QAM\n' >table.csv
+expect_exit 0 import table.csv -o table.ini
+expect_text 'table-64qam.ini: 1 channel' 'table-256qam.ini: 1 channel'
+expect_exit 0 import --from 306 --to 858 --step 8 --order 256 -o raster.ini
+expect_text 'raster.ini: 70 channels, 256-QAM, 306 to 858 MHz'
+
 # Plans become networks.
 expect_exit 0 network "$plans/at-Kabelsignal" -o clean.ini --clean
 expect_text 'clean.ini: 36 channels, 0 of them impaired'
@@ -61,7 +67,7 @@ expect_text No. User Frequency '(MSymb/s)' Status '(dBµV)' Offset Suppression M
 expect_notice '   4/4  K63 810 MHz       synchronised'
 cat "$work/out" "$work/err" | grep -q $'[\r\033]' && fail "writes a terminal's control characters into a file"
 
-expect_exit 1 scan net.ini --network impaired.ini "${fast[@]}" --channels 23-25 --parameters ber,mer
+expect_exit 1 scan net.ini --network impaired.ini "${fast[@]}" --channels K50-714,25 --parameters ber,mer
 expect_rows '23 24 25'
 expect_text '3 channels, 2 synchronised, 1 not synchronised, 0 errors'
 expect_notice 'K51 714 MHz       not synchronised'
@@ -83,7 +89,10 @@ for command in import network; do
 done
 # The first of two setups could be written.
 expect_refusal "cannot write $(at blocked-256qam.ini): it is a folder" import "$plans/at-Liwest" -o blocked.ini
-expect_refusal '"5-99" is outside the setup'\''s channels 1 to 36' scan net.ini --channels 5-99
+expect_refusal '"5-99" is no channel and no range' scan net.ini --channels 5-99
+expect_refusal '"" is no channel' scan net.ini --channels ''
+expect_refusal 'give it with --order' import --from 306 --to 858 -o new.ini
+expect_refusal 'a channel plan is required, or --from' import -o new.ini
 expect_refusal 'time-scale' scan net.ini --time-scale 0
 expect_refusal 'required' scan
 

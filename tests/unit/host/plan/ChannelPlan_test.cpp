@@ -1,5 +1,9 @@
 #include "host/plan/ChannelPlan.h"
 
+#include <cmath>
+#include <limits>
+#include <tuple>
+
 #include "support/TestFiles.h"
 
 namespace tvn2x {
@@ -18,7 +22,7 @@ const std::string goodBlock = Block("DVBC/ANNEX_A", "474000000", "6900000", "QAM
 
 ChannelPlan Read(const std::string& content, int32_t orderForAuto = 0)
 {
-    return ReadChannelPlan(content, L"net", orderForAuto);
+    return ReadChannelPlan(content, L"net", {.orderOfQam = orderForAuto});
 }
 
 TEST(ChannelPlan, TitleIsTheFirstCommentThatSaysSomethingAndNothingElseBesidesTheKeysMatters)
@@ -49,8 +53,10 @@ TEST(ChannelPlan, LeavesOutWhatCannotBeMeasuredWithLineAndReason)
         {Block("DVBC/ANNEX_A", "474.0", "6900000", "QAM/64"), L"FREQUENCY \"474.0\" is not a whole number"},
         {Block("DVBC/ANNEX_A", "99999999999999999999999", "6900000", "QAM/64"), L"is not a whole number"},
         {Block("DVBC/ANNEX_A", "", "6900000", "QAM/64"), L"FREQUENCY is missing"},
+        {Block("DVBC/ANNEX_A", "474000000", "", "QAM/64"),
+         L"does not name the symbol rate; give it with --symbol-rate"},
         {Block("DVBC/ANNEX_A", "474000000", "6900000", "QAM/512"), L"modulation \"QAM/512\" is none of"},
-        {Block("DVBC/ANNEX_A", "474000000", "6900000", "64"), L"modulation \"64\" is none of"},
+        {Block("DVBC/ANNEX_A", "474000000", "6900000", "64PSK"), L"modulation \"64PSK\" is none of"},
         {Block("DVBC/ANNEX_A", "474000000", "6900000", "QAM/AUTO"), L"give it with --order"},
         {"[CHANNEL]\nFREQUENCY = 474000000\n", L"DELIVERY_SYSTEM is missing"},
     };
@@ -68,6 +74,74 @@ TEST(ChannelPlan, LeavesOutWhatCannotBeMeasuredWithLineAndReason)
              64);
     ASSERT_EQ(plan.channels.size(), 3u);
     EXPECT_EQ(plan.channels[2].orderOfQam, 64);
+}
+
+TEST(ChannelPlan, ABlockWithANameIsAServiceWhateverSignsItHolds)
+{
+    const std::string block = goodBlock.substr(goodBlock.find('\n'));
+    const ChannelPlan plan =
+        Read("# Linz\n[Sport #1]" + block + "[A] [B] # c]" + block + "[\xC4\x8CT1]  #" + block + goodBlock);
+    ASSERT_EQ(plan.channels.size(), 4u);
+    EXPECT_EQ(plan.channels[0].Label(), L"Sport #1");
+    EXPECT_EQ(plan.channels[1].Label(), L"A] [B");
+    EXPECT_EQ(plan.channels[2].Label(), L"\u010CT1");
+    EXPECT_EQ(plan.channels[3].Label(), L"K21") << "as the raster calls it";
+}
+
+TEST(ChannelPlan, ReadsTablesWithAndWithoutHeadingInAnyUnit)
+{
+    const std::string tables[] = {
+        "# Linz\nK21,474,6.9,64\n\"a, \"\"b\"\"\",482.5,6.875,256-QAM\n",
+        "K21;474000000;6900000;QAM/64\r\n\"a, \"\"b\"\"\";482,5;6,875;qam256\r\n",
+        "QAM;Symbol Rate (kSymb/s);Label;Centre Frequency;remark\n64;6900;K21;474000;\n256;6875;a, \"b\";482500",
+        "Label,Frequency (MHz)\n# later\nK21,474\n,482.5\n",
+    };
+    for (const std::string& table : tables) {
+        const bool isBare = table.starts_with("Label");
+        const ChannelPlan plan = ReadChannelPlan(table, L"net", isBare ? PlanDefaults{64, 6.9} : PlanDefaults{});
+        ASSERT_EQ(plan.channels.size(), 2u) << table;
+        EXPECT_EQ(plan.channels[0].Label(), L"K21");
+        EXPECT_EQ(plan.channels[0].frequency, 474);
+        EXPECT_EQ(plan.channels[0].symbolRate, 6.9);
+        EXPECT_EQ(plan.channels[0].orderOfQam, 64);
+        EXPECT_EQ(plan.channels[1].frequency, 482.5);
+        EXPECT_EQ(plan.channels[1].label, isBare ? L"" : L"a, \"b\"");
+        EXPECT_EQ(plan.channels[1].orderOfQam, isBare ? 64 : 256);
+    }
+    const ChannelPlan plan = Read("K21,474,6.9,64\nK22,x,6.9,64\nK23,490,7.5,64\nK24,498,6.9,\nK25,1200,6.9,64\n");
+    ASSERT_EQ(plan.leftOut.size(), 4u);
+    EXPECT_EQ(plan.leftOut[0].line, 2);
+    EXPECT_EQ(plan.leftOut[0].text, L"frequency \"x\" is no number");
+    EXPECT_THAT(plan.leftOut[1].text, HasSubstr(L"7.5 MSymb/s is outside"));
+    EXPECT_THAT(plan.leftOut[2].text, HasSubstr(L"give it with --order"));
+    EXPECT_THAT(plan.leftOut[3].text, HasSubstr(L"1200 MHz is outside"));
+    ExpectRefusals([](const std::string& content) { Read(content); },
+                   {{"Label,QAM\nK21,64\n", L"net, line 1: the heading names no column \"frequency\""},
+                    {"474,6.9,64\n", L"net, line 1: 0.064 MSymb/s is outside"}});
+}
+
+TEST(ChannelPlan, ARasterHasAChannelEveryStepAndItsEndWhereAStepMeetsIt)
+{
+    const ChannelPlan plan = RasterPlan(306, 858, 8, {256, 6.9});
+    ASSERT_EQ(plan.channels.size(), 70u);
+    EXPECT_EQ(plan.channels.back().frequency, 858);
+    EXPECT_EQ(plan.channels.back().Label(), L"K69");
+    EXPECT_EQ(RasterPlan(113.1, 113.4, 0.1, {64, 6.9}).channels.size(), 4u);
+    EXPECT_EQ(RasterPlan(474, 489, 8, {64, 6.9}).channels.size(), 2u);
+    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+    for (const auto& band : {std::tuple{858.0, 306.0, 8.0},
+                             {306, 858, 0},
+                             {306, 858, -8},
+                             {306, 858, 0.001},
+                             {nan, 858, 8},
+                             {306, 858, nan}}) {
+        EXPECT_THAT(Refusal([&] {
+                        RasterPlan(std::get<0>(band), std::get<1>(band), std::get<2>(band), {256, 6.9});
+                    }),
+                    HasSubstr(L"are not 1 to 1000 channels"));
+    }
+    EXPECT_THAT(Refusal([] { RasterPlan(306, 858, 8, {0, 6.9}); }), HasSubstr(L"give it with --order"));
+    EXPECT_THAT(Refusal([] { RasterPlan(1, 9, 8, {64, 6.9}); }), HasSubstr(L"1 MHz is outside"));
 }
 
 TEST(ChannelPlan, RefusesWhatIsNoPlanAndNamesItsKind)

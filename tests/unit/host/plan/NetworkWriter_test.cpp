@@ -101,8 +101,10 @@ TEST(NetworkWriter, WritesSectionsWithACommentAbove)
                                 .quadratureError = -0.1,
                                 .frequencyOffset = -1234.5,
                                 .symbolRateOffset = 2,
+                                .label = L"K36",
                                 .fault = L"low level"});
-    network.channels.push_back({.frequency = 602, .isMissing = true, .fault = L"the carrier is missing"});
+    network.channels.push_back(
+        {.frequency = 602, .isMissing = true, .label = L"K37", .fault = L"the carrier is missing"});
     EXPECT_EQ(WriteNetworkModel(network, L"Käse"),
               "; A network that the plan K\xC3\xA4se could belong to, seed 5000000000\r\n"
               "[Network]\r\nNoise Figure (dB)=8.0\r\nTilt (dB)=8.0\r\nHead-end MER (dB)=43.0\r\nSeed=705032704\r\n"
@@ -112,7 +114,7 @@ TEST(NetworkWriter, WritesSectionsWithACommentAbove)
               "Frequency Offset (Hz)=-1235\r\nSymbol Rate Offset (ppm)=2.0\r\n"
               "\r\n; K37: the carrier is missing\r\n; [Channel 2] would be 602 MHz\r\n");
     // Echoes and outages only where there are some.
-    network.channels.assign(1, {.frequency = 594, .echoRatio = 30, .echoLength = 400, .dropsOut = true, .fault{}});
+    network.channels.assign(1, {.frequency = 594, .echoRatio = 30, .echoLength = 400, .dropsOut = true});
     const std::string text = WriteNetworkModel(network, L"plan");
     EXPECT_THAT(text, HasSubstr("Echo (dB)=30.0\r\nEcho Length (m)=400\r\n"));
     EXPECT_THAT(text, HasSubstr("Outages=TS 1.5 0.5, TS 2.7 0.5, "));

@@ -29,6 +29,14 @@ TEST(SetupDraft, OneOrderGivesOneSetupSortedByFrequencyWithoutDuplicates)
     EXPECT_EQ(drafts.notices[0].line, 7);
     EXPECT_EQ(drafts.notices[0].text, L"474 MHz is in the plan already (line 1); dropped");
     EXPECT_THAT(drafts.notices[1].text, HasSubstr(L"there with 6.9 instead of 6.875 MSymb/s; dropped"));
+
+    plan.channels = {
+        {482, 6.9, 64, 9, L"d"}, {474, 6.9, 64, 1, L"a"}, {474, 6.9, 64, 5, L"b"}, {482, 6.9, 64, 3, L"c"}};
+    drafts = DraftSetups(plan, L"net.ini");
+    ASSERT_EQ(drafts.setups[0].channels.size(), 2u);
+    EXPECT_EQ(drafts.setups[0].channels[0].label, L"a");
+    ASSERT_EQ(drafts.notices.size(), 1u) << "services that share a channel are told once";
+    EXPECT_EQ(drafts.notices[0].line, 3);
 }
 
 TEST(SetupDraft, AMixedPlanGivesOneSetupAnOrderWithTheOrderBeforeTheExtension)
