@@ -18,6 +18,7 @@
 #include "host/commands/Plugin.h"
 #include "host/commands/RunArguments.h"
 #include "host/commands/TextOption.h"
+#include "host/commands/Usage.h"
 #include "setup/catalogue/LevelUnits.h"
 #include "util/Encoding.h"
 
@@ -248,18 +249,19 @@ std::string WithoutLineEnd(std::string text)
 }
 
 /// Help and version are results; anything else that the parser stops with is a wrong usage.
-int Explain(const CLI::App& app, const CLI::ParseError& error, Console& console)
+int Explain(const CLI::App& app, const CLI::ParseError& error, const std::vector<std::string>& words, Console& console)
 {
-    std::ostringstream result, complaint;
-    if (app.exit(error, result, complaint) == 0) {
-        console.Result(FromUtf8(WithoutLineEnd(result.str())) + L"\n");
-        return exitDone;
+    if (error.get_exit_code() != 0) {
+        console.Notice(UsageComplaint(app, error, words));
+        return exitUnusable;
     }
-    console.Notice(L"tvnhost: " + FromUtf8(WithoutLineEnd(complaint.str())));
-    return exitUnusable;
+    std::ostringstream result, nothing;
+    app.exit(error, result, nothing);
+    console.Result(FromUtf8(WithoutLineEnd(result.str())) + L"\n");
+    return exitDone;
 }
 
-int Main(std::vector<std::string> words, Console& console)
+int Main(const std::vector<std::string>& words, Console& console)
 {
     Arguments arguments;
     CLI::App app("Reference host of the TVN2x measurement plug-in: scans the channels of a cable network.", "tvnhost");
@@ -283,12 +285,11 @@ int Main(std::vector<std::string> words, Console& console)
         "Example:    tvnhost import at-Kabelsignal -o net.ini\n"
         "            tvnhost scan net.ini --channels 3-7");
     try {
-        std::ranges::reverse(words);
-        app.parse(words);
+        app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
         const Apartment apartment;
         return Run(app, arguments, console);
     } catch (const CLI::ParseError& error) {
-        return Explain(app, error, console);
+        return Explain(app, error, words, console);
     }
 }
 
@@ -305,7 +306,7 @@ int wmain(int count, wchar_t** words)
         for (int i = 1; i < count; ++i) {
             arguments.push_back(tvn2x::ToUtf8(words[i]));
         }
-        return tvn2x::Main(std::move(arguments), console);
+        return tvn2x::Main(arguments, console);
     } catch (const tvn2x::RaisedError& error) {
         console.Notice(L"tvnhost: " + tvn2x::ErrorText(error));
     } catch (const std::bad_alloc&) {

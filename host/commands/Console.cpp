@@ -4,7 +4,7 @@
 
 #include "fmt/format.h"
 #include "fmt/xchar.h"
-#include "host/terminal/TextGrid.h"
+#include "host/terminal/Words.h"
 #include "text/InputError.h"
 #include "util/Encoding.h"
 
@@ -51,7 +51,7 @@ int32_t OutputStream::Width() const
 void Console::Result(std::wstring_view text)
 {
     ClearProgress();
-    const DWORD fault = results_.Write(text);
+    const DWORD fault = results_.Write(WrapWords(Printable(text), results_.Width()));
     constexpr DWORD nobodyReads[] = {ERROR_SUCCESS, ERROR_INVALID_HANDLE, ERROR_BROKEN_PIPE, ERROR_NO_DATA};
     if (std::ranges::find(nobodyReads, fault) == std::end(nobodyReads)) {
         RaiseInput(fmt::format(L"the results cannot be written ({}). Make room, or send them to another place.",
@@ -62,7 +62,7 @@ void Console::Result(std::wstring_view text)
 void Console::Notice(std::wstring_view line)
 {
     ClearProgress();
-    notices_.Write(std::wstring(line) + L"\n");
+    notices_.Write(WrapWords(Printable(line), notices_.Width()) + L"\n");
 }
 
 void Console::Progress(std::wstring_view line)
@@ -70,8 +70,10 @@ void Console::Progress(std::wstring_view line)
     if (!notices_.IsTerminal() || line == progress_) {
         return;
     }
-    const int32_t rest = std::max(0, notices_.Width() - DisplayWidth(line));
-    notices_.Write(L"\r" + std::wstring(line) + std::wstring(static_cast<size_t>(rest), L' '));
+    std::wstring shown = Printable(line);
+    std::ranges::replace(shown, L'\n', L' ');
+    const int32_t rest = std::max(0, notices_.Width() - DisplayWidth(shown));
+    notices_.Write(L"\r" + shown + std::wstring(static_cast<size_t>(rest), L' '));
     progress_ = line;
 }
 

@@ -27,7 +27,8 @@ private:
 };
 
 /// Where the program talks to its user: results on the standard output; notices, progress and errors on the standard
-/// error stream.
+/// error stream. Lines that a terminal is too narrow for are wrapped at words, and of what setups, plans and
+/// instruments say no control character gets out.
 class Console
 {
 public:

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "host/terminal/TextGrid.h"
+#include "host/terminal/Words.h"
 #include "text/Duration.h"
 
 namespace tvn2x {

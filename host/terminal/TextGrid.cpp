@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <numeric>
 
+#include "host/terminal/Words.h"
+
 namespace tvn2x {
 namespace {
 
 constexpr int32_t gap = 2;
+constexpr int32_t narrowestText = 8;  ///< that a column of texts is narrowed to
 
 bool IsDigit(wchar_t c)
 {
@@ -106,21 +109,6 @@ std::wstring Join(const std::vector<std::wstring>& cells)
 
 }  // namespace
 
-int32_t DisplayWidth(std::wstring_view text)
-{
-    int32_t width = 0;
-    for (const wchar_t unit : text) {
-        const auto c = static_cast<char32_t>(unit);
-        const bool isZero = (c >= 0x300 && c < 0x370) || (c >= 0xDC00 && c < 0xE000) || (c >= 0x200B && c < 0x2010) ||
-                            (c >= 0xFE00 && c < 0xFE10);
-        const bool isWide = (c >= 0x1100 && c < 0x1160) || (c >= 0x2E80 && c < 0xA4D0) || (c >= 0xAC00 && c < 0xDC00) ||
-                            (c >= 0xF900 && c < 0xFB00) || (c >= 0xFE30 && c < 0xFE70) || (c >= 0xFF00 && c < 0xFF61) ||
-                            c > 0xFFFF;
-        width += isZero ? 0 : isWide ? 2 : 1;
-    }
-    return width;
-}
-
 TextGrid::TextGrid(std::vector<std::wstring> captions, size_t keyColumns)
     : captions_(std::move(captions)), keyColumns_(std::min(keyColumns, captions_.size()))
 {
@@ -130,8 +118,8 @@ void TextGrid::AddRow(std::vector<std::wstring> cells)
 {
     cells.resize(captions_.size());
     for (std::wstring& cell : cells) {
-        std::ranges::replace_if(
-            cell, [](wchar_t c) { return c < 0x20 || (c >= 0x7F && c < 0xA0); }, L' ');
+        cell = Printable(cell);
+        std::ranges::replace(cell, L'\n', L' ');
     }
     rows_.push_back(std::move(cells));
 }
@@ -155,36 +143,77 @@ TextGrid::Column TextGrid::Layout(size_t index) const
     column.width = std::max(column.width, column.before + behind);
     const std::vector<std::wstring> pieces = Pieces(captions_[index]);
     for (const std::wstring& piece : pieces) {
-        column.width = std::max(column.width, DisplayWidth(piece));
+        column.least = std::max(column.least, DisplayWidth(piece));
     }
+    column.width = std::max(column.width, column.least);
+    column.least = column.isNumeric ? column.width : std::min(column.width, std::max(column.least, narrowestText));
     column.before = column.width - behind;
     column.caption = Wrap(pieces, column.width);
     return column;
 }
 
-std::vector<std::vector<size_t>> TextGrid::Panels(const std::vector<Column>& columns, int32_t maxWidth) const
+void TextGrid::Narrow(Column& column, size_t index, int32_t width) const
 {
-    std::vector<size_t> keys(keyColumns_);
-    std::iota(keys.begin(), keys.end(), size_t{0});
-    const auto added = [&](size_t index) { return columns[index].width + gap; };
-    const int32_t keyWidth =
-        std::accumulate(keys.begin(), keys.end(), -gap, [&](int32_t sum, size_t index) { return sum + added(index); });
+    if (width < column.width) {
+        column.width = std::max(width, column.least);
+        column.caption = Wrap(Pieces(captions_[index]), column.width);
+    }
+}
 
-    std::vector<std::vector<size_t>> panels{keys};
+int32_t TextGrid::NarrowKeys(std::vector<Column>& columns, int32_t maxWidth) const
+{
+    const auto width = [&] {
+        return std::accumulate(columns.begin(), columns.begin() + static_cast<std::ptrdiff_t>(keyColumns_), -gap,
+                               [](int32_t sum, const Column& column) { return sum + column.width + gap; });
+    };
+    for (size_t index = 0; index < keyColumns_ && maxWidth > 0; ++index) {
+        Narrow(columns[index], index, columns[index].width - std::max(0, width() - maxWidth / 2));
+    }
+    return width();
+}
+
+std::vector<TextGrid::Panel> TextGrid::Panels(std::vector<Column>& columns, int32_t maxWidth) const
+{
+    constexpr int32_t readableText = 24;
+    Panel keys(keyColumns_);
+    std::iota(keys.begin(), keys.end(), size_t{0});
+    const int32_t keyWidth = NarrowKeys(columns, maxWidth);
+    std::vector<Panel> panels{keys};
     int32_t width = keyWidth;
     for (size_t index = keyColumns_; index < columns.size(); ++index) {
+        Column& column = columns[index];
+        if (maxWidth > 0 && !column.isNumeric && width + gap + readableText <= maxWidth) {
+            Narrow(column, index, maxWidth - width - gap);
+        }
         const bool isFirst = panels.back().size() == keyColumns_;
-        if (maxWidth > 0 && !isFirst && width + added(index) > maxWidth) {
+        if (maxWidth > 0 && !isFirst && width + gap + column.width > maxWidth) {
             panels.push_back(keys);
             width = keyWidth;
         }
+        if (maxWidth > 0) {
+            Narrow(column, index, maxWidth - width - gap);
+        }
         panels.back().push_back(index);
-        width += added(index);
+        width += gap + column.width;
     }
     return panels;
 }
 
-std::wstring TextGrid::RenderPanel(const std::vector<Column>& columns, const std::vector<size_t>& panel) const
+std::vector<std::wstring> TextGrid::CellLines(const std::wstring& cell, const Column& column)
+{
+    if (!column.isNumeric) {
+        std::vector<std::wstring> lines = WrappedLines(cell, column.width, true);
+        for (std::wstring& line : lines) {
+            line = Pad(line, column.width, false);
+        }
+        return lines;
+    }
+    const bool alignsPoint = IsNumber(cell);
+    const int32_t indent = alignsPoint ? column.before - WidthBeforePoint(cell) : 0;
+    return {Pad(std::wstring(static_cast<size_t>(indent), L' ') + cell, column.width, !alignsPoint)};
+}
+
+std::wstring TextGrid::RenderPanel(const std::vector<Column>& columns, const Panel& panel) const
 {
     size_t captionLines = 0;
     std::vector<std::wstring> rules;
@@ -208,15 +237,18 @@ std::wstring TextGrid::RenderPanel(const std::vector<Column>& columns, const std
     }
     text += Join(rules);
     for (const auto& row : rows_) {
-        for (size_t i = 0; i < panel.size(); ++i) {
-            const Column& column = columns[panel[i]];
-            const std::wstring& cell = row[panel[i]];
-            const bool alignPoint = column.isNumeric && IsNumber(cell);
-            const int32_t indent = alignPoint ? column.before - WidthBeforePoint(cell) : 0;
-            cells[i] = Pad(std::wstring(static_cast<size_t>(indent), L' ') + cell, column.width,
-                           column.isNumeric && !alignPoint);
+        std::vector<std::vector<std::wstring>> lines;
+        size_t height = 1;
+        for (const size_t index : panel) {
+            lines.push_back(CellLines(row[index], columns[index]));
+            height = std::max(height, lines.back().size());
         }
-        text += Join(cells);
+        for (size_t line = 0; line < height; ++line) {
+            for (size_t i = 0; i < panel.size(); ++i) {
+                cells[i] = line < lines[i].size() ? lines[i][line] : Pad(L"", columns[panel[i]].width, false);
+            }
+            text += Join(cells);
+        }
     }
     return text + frame;
 }
@@ -228,7 +260,7 @@ std::wstring TextGrid::Render(int32_t maxWidth) const
         columns.push_back(Layout(index));
     }
     std::wstring text;
-    for (const std::vector<size_t>& panel : Panels(columns, maxWidth)) {
+    for (const Panel& panel : Panels(columns, maxWidth)) {
         text += (text.empty() ? L"" : L"\n") + RenderPanel(columns, panel);
     }
     return text;

@@ -95,6 +95,10 @@ expect_refusal 'give it with --order' import --from 306 --to 858 -o new.ini
 expect_refusal 'a channel plan is required, or --from' import -o new.ini
 expect_refusal 'time-scale' scan net.ini --time-scale 0
 expect_refusal 'required' scan
+expect_refusal 'unknown command "scna"; the nearest is scan' scna net.ini
+expect_refusal 'unknown option "--chanels"; the nearest is --channels (scan)' scan --chanels 3 net.ini
+expect_refusal 'unknown command "x": import, network, scan' x
+[ "$(wc -l <"$work/err")" = 2 ] || fail "takes more than two lines for it"
 
 said='tvnhost scan >/dev/full' status=0
 "$wine_program" "$bin/tvnhost.exe" scan net.ini --network clean.ini "${fast[@]}" --channels 1 >/dev/full 2>"$work/err" </dev/null || status=$?

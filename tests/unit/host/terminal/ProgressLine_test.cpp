@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/terminal/TextGrid.h"
+#include "host/terminal/Words.h"
 #include "text/Duration.h"
 
 namespace tvn2x {

@@ -1,4 +1,5 @@
 #include "host/terminal/TextGrid.h"
+#include "host/terminal/Words.h"
 
 #include <gtest/gtest.h>
 
@@ -49,12 +50,57 @@ TEST(TextGrid, FoldsIntoPanelsThatRepeatTheKeyColumns)
     EXPECT_EQ(text.find_first_of(L"\x1B\r\x9B"), std::wstring::npos);
 }
 
-TEST(TextGrid, WidthsAreThoseOfATerminal)
+TEST(TextGrid, WrapsTextsThatLeaveNoRoomAndKeepsNumbersWhole)
+{
+    TextGrid grid({L"No.", L"Label", L"MER", L"Why"}, 2);
+    grid.AddRow({L"1", L"a label of forty characters, no fewer ab", L"31.25", L"it is below the limit"});
+    grid.AddRow({L"2", L"AnUnbrokenOneOfTwentySix..", L"---", L"x"});
+    EXPECT_EQ(grid.Render(50),
+              L"━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━\n"
+              L"No.  Label                   MER\n"
+              L"───  ────────────────────  ─────\n"
+              L"  1  a label of forty      31.25\n"
+              L"     characters, no fewer\n"
+              L"     ab\n"
+              L"  2  AnUnbrokenOneOfTwent    ---\n"
+              L"     ySix..\n"
+              L"━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━\n"
+              L"\n"
+              L"━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━\n"
+              L"No.  Label                 Why\n"
+              L"───  ────────────────────  ─────────────────────\n"
+              L"  1  a label of forty      it is below the limit\n"
+              L"     characters, no fewer\n"
+              L"     ab\n"
+              L"  2  AnUnbrokenOneOfTwent  x\n"
+              L"     ySix..\n"
+              L"━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━\n");
+}
+
+TEST(Words, WidthsAreThoseOfATerminal)
 {
     EXPECT_EQ(DisplayWidth(L"dBµV"), 4);
     EXPECT_EQ(DisplayWidth(L"e\u0301"), 1);
     EXPECT_EQ(DisplayWidth(L"電視"), 4);
     EXPECT_EQ(DisplayWidth(L"😀"), 2);
+}
+
+TEST(Words, LinesAreCutAtWordsAndNothingThatMovesATerminalIsLeft)
+{
+    EXPECT_EQ(WrapWords(L"one two three\n  a b\n\nfourteen fif\n", 8), L"one two\nthree\n  a b\n\nfourteen\nfif\n");
+    EXPECT_EQ(WrapWords(L"C:\\a\\long\\path is long", 8), L"C:\\a\\long\\path\nis long");
+    EXPECT_EQ(WrapWords(L"one two", 0), L"one two");
+    EXPECT_EQ(WrappedLines(L"電視電視 a", 3, true), (std::vector<std::wstring>{L"電", L"視", L"電", L"視", L"a"}));
+    EXPECT_EQ(Printable(L"a\x1B[2J\r\nb\rc\td\x9B\x7F\u202Ee\u2028f"), L"a [2J\nb c d   e f");
+}
+
+TEST(Words, TheNearestWordIsFoundWhereOneIsNear)
+{
+    const std::vector<std::string> known{"scan", "show", "--channels", "--parameters"};
+    EXPECT_EQ(NearestWord("scna", known), "scan");
+    EXPECT_EQ(NearestWord("quit", known), "");
+    EXPECT_EQ(NearestWord("--chanels", known), "--channels");
+    EXPECT_EQ(NearestWord("--journal", known), "");
 }
 
 }  // namespace
