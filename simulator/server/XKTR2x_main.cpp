@@ -18,7 +18,7 @@ namespace {
 using namespace tvn2x;
 
 const com::ServedClass classes[] = {
-    {CLSID_clsReceiver, L"XKTR2x.clsReceiver", L"Test receiver, simulated", com::Create<tvn2x::clsReceiver>},
+    {CLSID_clsReceiver, L"XKTR2x.clsReceiver", L"Test receiver", com::Create<tvn2x::clsReceiver>},
     {CLSID_clsRunControl, L"XKTR2x.clsRunControl", L"Run control of the calling thread", tvn2x::clsRunControl::Create},
     {CLSID_clsErrorReport, L"XKTR2x.clsErrorReport", L"Error reporting of the calling thread",
      tvn2x::clsErrorReport::Create},
@@ -46,6 +46,11 @@ STDAPI DllRegisterServer()
 STDAPI DllUnregisterServer()
 {
     return server.Unregister();
+}
+
+STDAPI DllInstall(BOOL isInstalled, const wchar_t* words)
+{
+    return server.Install(isInstalled != FALSE, words);
 }
 
 BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* processEnds)

@@ -93,10 +93,10 @@ std::optional<RawValue> RawValueIn(HKEY key, const std::wstring& name)
 
 }  // namespace
 
-ClassesKey::ClassesKey()
+ClassesKey::ClassesKey(RegisteredFor whom)
+    : hive_(whom == RegisteredFor::machine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER)
 {
-    CheckStatus(
-        RegCreateKeyExW(HKEY_LOCAL_MACHINE, classes, 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, &root_, nullptr));
+    CheckStatus(RegCreateKeyExW(hive_, classes, 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, &root_, nullptr));
     turn_ = CreateMutexW(nullptr, FALSE, L"Global\\TVN2x registration");
     // Whoever holds it that long hangs, and whoever has died with it has left nothing behind that could not be read.
     if (turn_ && WaitForSingleObject(turn_, longestWait) == WAIT_TIMEOUT) {
@@ -124,7 +124,7 @@ std::optional<std::wstring> ClassesKey::Read(const std::wstring& key, const wcha
 
 std::optional<std::wstring> ClassesKey::ReadOtherView(const std::wstring& key) const
 {
-    const Key open(HKEY_LOCAL_MACHINE, std::wstring(classes) + L'\\' + key, KEY_READ | otherView);
+    const Key open(hive_, std::wstring(classes) + L'\\' + key, KEY_READ | otherView);
     return open ? TextIn(open, nullptr) : std::nullopt;
 }
 

@@ -9,15 +9,22 @@
 
 namespace tvn2x::com {
 
-/// The classes of the machine in the registry, with keys named from there on. One program at a time: while it lives,
-/// another one that makes a ClassesKey waits. Failures throw.
+/// For whom something is registered.
+enum class RegisteredFor
+{
+    machine,  ///< every user; takes an administrator
+    user,     ///< the present user, who sees it instead of what the machine has
+};
+
+/// The classes of the machine or of the user in the registry, with keys named from there on. One program at a time:
+/// while it lives, another one that makes a ClassesKey waits. Failures throw.
 ///
 /// Unless Keep is called, what was written is taken back at the end: what had been there before is there again, and
 /// nothing else. What was removed stays removed.
 class ClassesKey
 {
 public:
-    ClassesKey();
+    explicit ClassesKey(RegisteredFor whom);
     ClassesKey(const ClassesKey&) = delete;
     ClassesKey& operator=(const ClassesKey&) = delete;
     ~ClassesKey();
@@ -40,6 +47,7 @@ private:
     void RememberMissing(const std::wstring& key);
     void RememberValue(const std::wstring& key, const std::wstring& name);
 
+    HKEY hive_;
     HANDLE turn_ = nullptr;  ///< a mutex, held; null where it could not be had
     HKEY root_ = nullptr;
     std::vector<std::function<void()>> undo_;

@@ -13,8 +13,8 @@ constexpr wchar_t version[] = L"1.0";
 
 }  // namespace
 
-Registration::Registration(REFGUID typeLibrary)
-    : moduleName_(Module::FileName()), module_(moduleName_), library_(TextOf(typeLibrary))
+Registration::Registration(REFGUID typeLibrary, RegisteredFor whom)
+    : classes_(whom), moduleName_(Module::FileName()), module_(moduleName_), library_(TextOf(typeLibrary))
 {
 }
 

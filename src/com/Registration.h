@@ -11,8 +11,8 @@
 
 namespace tvn2x::com {
 
-/// What this module writes below the machine's classes in the registry, and takes back again. Failures throw; without
-/// Keep nothing of it stays.
+/// What this module writes below the machine's or the user's classes in the registry, and takes back again. Failures
+/// throw; without Keep nothing of it stays.
 ///
 /// An entry belongs to the file that its path names, one whose file is gone to nobody. Adding takes over the module's
 /// classes and its own library from whatever file had them; removing takes what belongs to this module or to nobody.
@@ -20,7 +20,7 @@ class Registration
 {
 public:
     /// `typeLibrary` is the one that describes the classes.
-    explicit Registration(REFGUID typeLibrary);
+    Registration(REFGUID typeLibrary, RegisteredFor whom);
 
     void Add(const ServedClass& served);
     void Remove(const ServedClass& served);

@@ -59,10 +59,10 @@ HRESULT Server::ClassObject(REFCLSID classId, REFIID interfaceId, void** out) co
     return CLASS_E_CLASSNOTAVAILABLE;
 }
 
-HRESULT Server::Register() const noexcept
+HRESULT Server::Register(RegisteredFor whom) const noexcept
 {
     return Guard(IID_NULL, [&] {
-        Registration registration(typeLibrary_);
+        Registration registration(typeLibrary_, whom);
         for (const ServedClass& served : classes_) {
             registration.Add(served);
         }
@@ -71,16 +71,26 @@ HRESULT Server::Register() const noexcept
     });
 }
 
-HRESULT Server::Unregister() const noexcept
+HRESULT Server::Unregister(RegisteredFor whom) const noexcept
 {
     return Guard(IID_NULL, [&] {
-        Registration registration(typeLibrary_);
+        Registration registration(typeLibrary_, whom);
         for (const ServedClass& served : classes_) {
             registration.Remove(served);
         }
         registration.RemoveTypeLibraries();
         registration.Keep();
     });
+}
+
+HRESULT Server::Install(bool isInstalled, const wchar_t* words) const noexcept
+{
+    const bool isForUser = words && CompareStringOrdinal(words, -1, L"user", -1, TRUE) == CSTR_EQUAL;
+    if (!isForUser && words && *words) {
+        return E_INVALIDARG;
+    }
+    const RegisteredFor whom = isForUser ? RegisteredFor::user : RegisteredFor::machine;
+    return isInstalled ? Register(whom) : Unregister(whom);
 }
 
 }  // namespace tvn2x::com

@@ -6,6 +6,8 @@
 
 #include <span>
 
+#include "com/ClassesKey.h"
+
 namespace tvn2x::com {
 
 /// A creatable class of a component server.
@@ -25,10 +27,13 @@ public:
     Server(std::span<const ServedClass> classes, REFGUID typeLibrary) : classes_(classes), typeLibrary_(typeLibrary) {}
 
     HRESULT ClassObject(REFCLSID classId, REFIID interfaceId, void** out) const noexcept;
-    /// For all users of the machine. A registration that fails half-way is taken back: what was there before stays.
-    HRESULT Register() const noexcept;
+    /// A registration that fails half-way is taken back: what was there before stays.
+    HRESULT Register(RegisteredFor whom = RegisteredFor::machine) const noexcept;
     /// Takes back what belongs to this module alone; the other libraries that it needed go to whoever needs them, too.
-    HRESULT Unregister() const noexcept;
+    HRESULT Unregister(RegisteredFor whom = RegisteredFor::machine) const noexcept;
+    /// What DllInstall does: `words` "user" for the present user, nothing (or null) for the machine; E_INVALIDARG for
+    /// anything else.
+    HRESULT Install(bool isInstalled, const wchar_t* words) const noexcept;
 
 private:
     std::span<const ServedClass> classes_;

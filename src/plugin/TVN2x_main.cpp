@@ -49,6 +49,11 @@ STDAPI DllUnregisterServer()
     return server.Unregister();
 }
 
+STDAPI DllInstall(BOOL isInstalled, const wchar_t* words)
+{
+    return server.Install(isInstalled != FALSE, words);
+}
+
 BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* processEnds)
 {
     if (reason == DLL_PROCESS_ATTACH) {

@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
-entry_points='DllCanUnloadNow DllGetClassObject DllRegisterServer DllUnregisterServer'
+entry_points='DllCanUnloadNow DllGetClassObject DllInstall DllRegisterServer DllUnregisterServer'
 for build in win64:x86_64-w64-mingw32 win32:i686-w64-mingw32; do
     objdump=${build#*:}-objdump
     for name in TVN2x XKTR2x; do
