@@ -26,7 +26,9 @@ add_library(tvn_settings INTERFACE)
 target_compile_options(tvn_settings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Werror -fstack-protector-strong)
 if(WIN32)
   target_compile_definitions(tvn_settings INTERFACE UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
-  target_link_options(tvn_settings INTERFACE -static -fstack-protector-strong -Wl,--gc-sections -Wl,--enable-stdcall-fixup)
+  # No times in the files: the same sources give the same programs.
+  target_link_options(tvn_settings INTERFACE -static -fstack-protector-strong -Wl,--gc-sections -Wl,--enable-stdcall-fixup
+    -Wl,--no-insert-timestamp)
 endif()
 if(TVN_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)

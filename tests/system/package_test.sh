@@ -1,0 +1,142 @@
+#!/usr/bin/env bash
+# The installer, in Wine prefixes of its own: what it puts where, what it registers, what stays when it goes.
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+root=$PWD
+. tools/common.sh
+work=$root/build/package_test
+rm -rf "$work"
+mkdir -p "$work"
+said=
+fail() { echo "${said:+$said: }$*"; exit 1; }
+
+export WINEPREFIX=$work/prefix WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml=;winemenubuilder.exe=d'
+wine() { "/usr/lib/wine/wine64" "$@" </dev/null; }
+trap 'wineserver -k || true' EXIT
+# Registry and disk, without the installer's own records and what Wine writes at any time.
+state() {
+    local hive
+    for hive in HKLM HKCU; do
+        wine reg export "$hive\\Software" "$(wine_path "$work/$hive.reg")" /y >/dev/null
+        iconv -f UTF-16 -t UTF-8 "$work/$hive.reg" | tr -d '\r' |
+            awk '/^\[/ { key = $0 } key !~ /\\Installer|\\Uninstall\\|\\Wine\\|\\Microsoft\\Windows NT/ && /[^ ]/ && !(/^\[/ && /\\(Classes|CLSID|Interface|TypeLib)\]$/)'
+    done >"$work/$1.registry"
+    (cd "$WINEPREFIX/drive_c" && find . -type f ! -path './windows/Installer/*' | LC_ALL=C sort) >"$work/$1.disk"
+}
+same() { # WHAT BEFORE AFTER
+    diff "$work/$2.registry" "$work/$3.registry" >"$work/difference" || fail "$1: $(head -20 "$work/difference")"
+    diff "$work/$2.disk" "$work/$3.disk" >"$work/difference" || fail "$1: $(head -20 "$work/difference")"
+}
+installer() { wine msiexec "$@" /qn /l "$(wine_path "$work/msi.log")"; }
+
+TVN_PACKAGE_VERSION=9.8.0 ./package x64 >/dev/null
+cp build/package/TVN2x-9.8.0-x64.msi "$work/newer.msi"
+./package x64 >/dev/null
+cp build/package/TVN2x-*-x64.msi "$work/package.msi"
+(cd build/package && sha256sum --quiet -c SHA256SUMS)
+wine wineboot -i >/dev/null 2>&1
+echo 'WScript.Echo 1' >"$work/first.vbs"
+wine cscript //nologo "$(wine_path "$work/first.vbs")" >/dev/null # registers itself when it is first used
+package=$(wine_path "$work/package.msi")
+newer=$(wine_path "$work/newer.msi")
+state clean
+
+said='for the machine'
+folder='C:\Prüf technik\TVN 2x'
+installer /i "$package" "INSTALLDIR=$folder"
+state machine
+for name in TVN2x.dll XKTR2x.dll tvnhost.exe guide.html LICENSE.txt NOTICES.txt examples/scan.vbs; do
+    grep -qxF "./Prüf technik/TVN 2x/$name" "$work/machine.disk" || fail "$name is not there"
+done
+[ "$(grep -c 'Start Menu.*TVN2x' "$work/machine.disk")" = 3 ] || fail 'the start menu lacks an entry'
+wine "$folder\\tvnhost.exe" scan "$folder\\examples\\first-scan.ini" --write \
+    --network "$folder\\examples\\first-scan-network.ini" >"$work/grid" || [ $? -eq 1 ] || fail "the scan ended with $?"
+grep -q '8 channels, 7 synchronised, 1 not' "$work/grid" || fail "the scan: $(tail -5 "$work/grid")"
+wine cscript //nologo "$folder\\examples\\scan.vbs" "$folder\\examples\\first-scan.ini" \
+    "$folder\\examples\\first-scan-network.ini" | tr -d '\r' >"$work/script" || [ $? -eq 1 ] || fail "the script ended with $?"
+[ "$(tail -1 "$work/script")" = '7 of 8 channels synchronised' ] || fail "the script: $(tail -3 "$work/script")"
+
+# What the libraries would register themselves is there already, but for folders of help that they have not got.
+state before
+wine "$folder\\tvnhost.exe" register >/dev/null
+wine regsvr32 /s "$folder\\XKTR2x.dll"
+wine regsvr32 /s "$folder\\TVN2x.dll"
+state after
+diff "$work/before.registry" "$work/after.registry" | grep '^[<>]' | grep -vE 'HELPDIR|^> @="C:.*TVN 2x"$' >"$work/difference" &&
+    fail "the libraries register more: $(head -20 "$work/difference")"
+wine regsvr32 /u /s "$folder\\TVN2x.dll"
+wine regsvr32 /u /s "$folder\\XKTR2x.dll"
+wine "$folder\\tvnhost.exe" unregister >/dev/null
+
+said=repair
+rm "$WINEPREFIX/drive_c/Prüf technik/TVN 2x/TVN2x.dll"
+installer /i "$package" REINSTALL=ALL REINSTALLMODE=omus
+state repaired
+same 'is not as new' machine repaired
+
+said=upgrade
+echo '[x]' >"$WINEPREFIX/drive_c/Prüf technik/TVN 2x/mine.ini"
+installer /i "$newer"
+[ -f "$WINEPREFIX/drive_c/Prüf technik/TVN 2x/mine.ini" ] || fail "the user's setup is gone"
+rm "$WINEPREFIX/drive_c/Prüf technik/TVN 2x/mine.ini"
+state newer
+same 'is not where the older version was' machine newer
+said=downgrade
+installer /i "$package" && fail 'is not refused'
+state kept
+same 'has changed something' newer kept
+
+said=uninstall
+installer /x "$newer"
+state left
+same 'leaves something behind' clean left
+
+# Another vendor's driver and another host's library keep their places, and outlive ours.
+said='beside others'
+classes='HKLM\Software\Classes'
+wine reg add "$classes\\CLSID\\{78BE4523-D7A7-4F15-B0C0-964A5FB290E8}\\InprocServer32" /ve /d 'C:\vendor\driver.dll' /f >/dev/null
+wine reg add "$classes\\TypeLib\\{CCFB3DDF-7A82-4F26-92C6-0E7D10C02784}\\1.0\\0\\win64" /ve /d 'C:\vendor\host.exe' /f >/dev/null
+state vendor
+installer /i "$package"
+state beside
+grep -q 'driver.dll' "$work/beside.registry" || fail "the vendor's driver is replaced"
+grep -q 'host.exe' "$work/beside.registry" || fail "the other host's library is replaced"
+grep -q 'XKTR2x.dll' "$work/beside.disk" || fail 'the simulated receiver is missing'
+installer /x "$package"
+state vendor_after
+same 'takes something with it' vendor vendor_after
+wine reg delete "$classes\\CLSID\\{78BE4523-D7A7-4F15-B0C0-964A5FB290E8}" /f >/dev/null
+wine reg delete "$classes\\TypeLib\\{CCFB3DDF-7A82-4F26-92C6-0E7D10C02784}" /f >/dev/null
+
+said='for the user'
+installer /i "$package" ALLUSERS=
+state user
+diff <(grep HKEY_LOCAL_MACHINE "$work/clean.registry") <(grep HKEY_LOCAL_MACHINE "$work/user.registry") || fail "the machine's part has changed"
+grep -q '^./users/.*/Local/Programs/TVN2x/TVN2x.dll' "$work/user.disk" || fail "is not in the user's folder"
+installer /x "$package" ALLUSERS=
+state user_left
+same 'leaves something behind' clean user_left
+
+said='without the simulated receiver'
+installer /i "$package" ADDLOCAL=Measurement
+state bare
+grep -q 'XKTR2x.dll' "$work/bare.disk" && fail 'it is there'
+installer /x "$package"
+
+said='unregistered, from a folder of its own'
+mkdir "$work/own"
+(cd "$work/own" && unzip -q -o -j ../../package/TVN2x-*-x64.zip)
+cp build/win64/bin/example_scan.exe "$work/own/scan.exe"
+mv "$work/own/program.exe.manifest" "$work/own/scan.exe.manifest"
+(cd "$work/own" && wine scan.exe first-scan.ini first-scan-network.ini) | tr -d '\r' >"$work/own/out" ||
+    [ $? -eq 1 ] || fail "the program ended with $?: $(tail -3 "$work/own/out")"
+[ "$(tail -1 "$work/own/out")" = '7 of 8 channels synchronised' ] || fail "the program: $(tail -3 "$work/own/out")"
+
+said=signed
+openssl req -x509 -newkey rsa:2048 -nodes -keyout "$work/key" -out "$work/certificate" -days 2 -subj /CN=test 2>/dev/null
+openssl pkcs12 -export -inkey "$work/key" -in "$work/certificate" -out "$work/both.p12" -passout pass:secret
+echo -n secret >"$work/password"
+tools/sign "$work/both.p12" "$work/password" >/dev/null
+osslsigncode verify -CAfile "$work/certificate" build/package/TVN2x-*-x64.msi >"$work/verified" 2>&1 || fail "$(tail -3 "$work/verified")"
+(cd build/package && sha256sum --quiet -c SHA256SUMS)
+echo 'installed, upgraded and gone without a trace'
