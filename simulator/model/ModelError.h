@@ -11,23 +11,18 @@ class ModelError : public RaisedError
 {
 public:
     /// line: counted from 1; 0 where the fault belongs to no line. An empty file stands for a value set by a program.
-    ModelError(const std::wstring& modelFile, int modelLine, const std::wstring& text)
-        : RaisedError(error::invalidPropertyValue, L"XKTR2x.NetworkModel", Place(modelFile, modelLine) + text),
-          file(modelFile),
-          line(modelLine)
+    ModelError(const std::wstring& file, int line, const std::wstring& text)
+        : RaisedError(error::invalidPropertyValue, L"XKTR2x.NetworkModel", Place(file, line) + text)
     {
     }
 
-    std::wstring file;
-    int line;
-
 private:
-    static std::wstring Place(const std::wstring& modelFile, int modelLine)
+    static std::wstring Place(const std::wstring& file, int line)
     {
-        if (modelFile.empty()) {
+        if (file.empty()) {
             return {};
         }
-        return modelFile + (modelLine > 0 ? L":" + std::to_wstring(modelLine) : L"") + L": ";
+        return file + (line > 0 ? L":" + std::to_wstring(line) : L"") + L": ";
     }
 };
 

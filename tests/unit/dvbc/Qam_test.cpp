@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cmath>
 
 #include "dvbc/Impairments.h"
 #include "dvbc/LevelUnit.h"
@@ -19,7 +20,9 @@ TEST(Qam, NeedsTheKnownEsN0ForABitErrorRatio)
         EXPECT_NEAR(RequiredEsN0(order, 2e-4), at2e4, 0.006) << order;
         EXPECT_NEAR(RequiredEsN0(order, 1e-4), at1e4, 0.006) << order;
         EXPECT_NEAR(RequiredEsN0(order, 1e-6), at1e6, 0.006) << order;
+        EXPECT_TRUE(IsOrderOfQam(order));
     }
+    EXPECT_FALSE(IsOrderOfQam(0));
 }
 
 TEST(Impairments, LeaveTheKnownMerEach)
@@ -49,15 +52,12 @@ TEST(Qam, FailsOnePacketAnHourAtAnErrorRatioOf3e5)
 
 TEST(LevelUnit, ConvertsAtSeventyFiveOhm)
 {
-    EXPECT_DOUBLE_EQ(LevelIn(LevelUnit::dBmV, 61), 1);
-    EXPECT_DOUBLE_EQ(LevelIn(LevelUnit::dBpW, 61), 42.25);
-    EXPECT_DOUBLE_EQ(LevelIn(LevelUnit::dBuW, 61), -17.75);
-    EXPECT_DOUBLE_EQ(LevelIn(LevelUnit::dBm, 61), -47.75);
-    EXPECT_DOUBLE_EQ(LevelIn(LevelUnit::dBuV, 61), 61);
-    EXPECT_DOUBLE_EQ(LevelIn(LevelUnit::mV, 80), 10);
+    // By the units' codes, which stand in files: dBmV, dBpW, dBµW, dBm, dBµV, mV.
+    const double levels[] = {1, 42.25, -17.75, -47.75, 61, std::pow(10, 1.0 / 20)};
     for (int32_t code = 0; code <= 5; ++code) {
         const auto unit = static_cast<LevelUnit>(code);
-        EXPECT_NEAR(*DecibelMicrovolts(unit, LevelIn(unit, 61)), 61, 1e-9) << code;
+        EXPECT_NEAR(LevelIn(unit, 61), levels[code], 1e-9) << code;
+        EXPECT_NEAR(*DecibelMicrovolts(unit, levels[code]), 61, 1e-9) << code;
     }
     EXPECT_FALSE(DecibelMicrovolts(LevelUnit::mV, 0));
 }

@@ -136,7 +136,7 @@ TEST_F(ReceiverModelTest, LocksAsFarAsOffsetEchoAndLevelLetIt)
         {1, {{L"Echo (dB)", L"12"}, {L"Echo Length (m)", L"1000"}}, "RS"},
         {2, {{L"Level (dBuV)", L"42"}}, "RSCT"},
         {2, {{L"Level (dBuV)", L"36"}}, "RSC"},
-        {2, {{L"Level (dBuV)", L"31"}}, "RS"},
+        {2, {{L"Level (dBuV)", L"30.5"}}, "RS"},
         {2, {{L"Level (dBuV)", L"29"}}, ""},
         {1, {{L"Echo (dB)", L"12"}, {L"Echo Length (m)", L"40"}}, "RSCT"},
     };
@@ -192,6 +192,14 @@ TEST_F(ReceiverModelTest, ReadsThePhysicsOfAChannel)
     Set(L"Channel 2", {{L"Frequency (MHz)", L"862"}});
     TuneTo(862, 1);
     EXPECT_NEAR(receiver.ReadRfLevel(), 56, 0.01) << "less what the tilt takes";
+
+    // Third-order products: 2 dB less of them for each dB below the intercept point of 115 dBµV.
+    receiver.InputAttenuation(0);
+    Set(L"Network", {{L"Tilt (dB)", L"0"}});
+    const double weak = (TuneTo(474, 1), receiver.ReadMer());
+    Set(L"Channel 1", {{L"Level (dBuV)", L"95"}});
+    const double strong = (TuneTo(474, 1), receiver.ReadMer());
+    EXPECT_NEAR(strong, dvbc::CombineRatios(std::array{weak, 2.0 * (115 - 95)}), 0.1);
 }
 
 TEST_F(ReceiverModelTest, MarksWhatIsOutsideItsRange)
@@ -232,6 +240,7 @@ TEST_F(ReceiverModelTest, CountsBitErrorsTowardsThePhysics)
     receiver.BerSamples(20);
     TuneTo(474);
     EXPECT_EQ(receiver.BerState(), L"---");
+    EXPECT_EQ(Marked(receiver.ReadBer()), Shown(0, L"---"));
     SecondsToLock();
     EXPECT_EQ(receiver.BerState(), L"0 of 20");
     receiver.ReadBer();
@@ -369,6 +378,7 @@ TEST_F(ReceiverModelTest, CountsOperationsTakesLatencyAndFailsByScript)
     const double start = time.now;
     receiver.Faults().FailAt(L"get Frequency", 2, RaisedError(50001, L"script", L"enough"));
     receiver.Faults().FailAt(L"*", 5, RaisedError(7, L"script", L"any"));
+    receiver.Faults().FailAt(L"let Mode", 1, RaisedError(8, L"script", L"half"));
     receiver.Frequency(474e6);
     receiver.Frequency();
     receiver.TsError();
@@ -377,6 +387,8 @@ TEST_F(ReceiverModelTest, CountsOperationsTakesLatencyAndFailsByScript)
     receiver.TsError();
     EXPECT_EQ(receiver.Operations() - before, 6);
     EXPECT_NEAR(time.now - start, 0.06, 1e-9);
+    EXPECT_EQ(receiver.Mode(), 4);
+    EXPECT_THROW(receiver.Mode(7), RaisedError);
     EXPECT_THROW(receiver.Faults().FailAt(L"Frequenzy", 1, RaisedError(1, L"", L"")), RaisedError);
     EXPECT_THROW(receiver.Faults().FailAt(L"*", 0, RaisedError(1, L"", L"")), RaisedError);
 }
