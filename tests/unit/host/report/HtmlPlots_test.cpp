@@ -1,0 +1,283 @@
+#include "host/report/HtmlPlots.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <regex>
+
+#include "fmt/format.h"
+#include "host/judge/SignalAnalysis.h"
+#include "host/report/Chart.h"
+#include "support/TestRun.h"
+
+namespace tvn2x {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::UnorderedElementsAre;
+
+/// Every match of a pattern, as its groups.
+std::vector<std::vector<std::string>> Matches(const std::string& text, const std::string& pattern)
+{
+    const std::regex expression(pattern);
+    std::vector<std::vector<std::string>> matches;
+    for (std::sregex_iterator at(text.begin(), text.end(), expression), end; at != end; ++at) {
+        matches.emplace_back(std::next(at->begin()), at->end());
+    }
+    return matches;
+}
+
+/// A chart's picture, whose places are read as values by the numbers at its grid lines.
+class Picture
+{
+public:
+    explicit Picture(std::string drawn) : svg(std::move(drawn))
+    {
+        const std::string grid = R"x(<line class="grid" )x", number = R"x([^<]*>(?:10<tspan[^>]*>)?([-\d.]+)<)x";
+        x_ = Scale(Matches(
+            svg, grid + R"x(x1="([\d.]+)" x2="\1"[^<]*<text x="\1" y="[\d.]+" text-anchor="middle")x" + number));
+        y_ = Scale(Matches(svg, grid + R"x([^>]*y1="([\d.]+)" y2="\1"[^<]*<text[^>]*text-anchor="end")x" + number));
+    }
+
+    double X(const std::string& left, double shift = 0) const { return x_.ValueAt(std::stod(left) + shift); }
+    double Y(const std::string& top, double shift = 0) const { return y_.ValueAt(std::stod(top) + shift); }
+
+    /// "pass 474.0 60.0": every mark, by shape.
+    std::vector<std::string> Marks() const
+    {
+        struct
+        {
+            const char* name;
+            const char* pattern;
+            double right, down;  ///< from the coordinates to the place that is marked
+        } const shapes[] = {
+            {"pass", R"x(<circle class="pass" cx="([\d.]+)" cy="([\d.]+)")x", 0, 0},
+            {"warning", R"x(<polygon class="warning" points="[\d.]+,[\d.]+ [\d.]+,[\d.]+ ([\d.]+),([\d.]+)")x", 0, 5},
+            {"fail", R"x(<rect class="fail" x="([\d.]+)" y="([\d.]+)" width="8" height="8")x", 4, 4},
+            {"missing", R"x(<path class="unmeasured-line" d="M([\d.]+),([\d.]+)l8,8m0,-8l-8,8")x", 4, 4},
+            {"below", R"x(<path class="pass-line" d="M([\d.]+),([\d.]+)h8m-4,0v9m-3,-3l3,3l3,-3")x", 4, 0},
+            {"above", R"x(<path class="pass-line" d="M([\d.]+),([\d.]+)h8m-4,0v-9m-3,3l3,-3l3,3")x", 4, 0},
+        };
+        std::vector<std::string> marks;
+        for (const auto& [name, pattern, right, down] : shapes) {
+            for (const auto& place : Matches(svg, pattern)) {
+                marks.push_back(fmt::format("{} {:.1f} {:.1f}", name, X(place[0], right), Y(place[1], down)));
+            }
+        }
+        return marks;
+    }
+
+    /// "fail 48.0 " with the dashes of the line.
+    std::vector<std::string> LimitLines() const
+    {
+        std::vector<std::string> lines;
+        for (const auto& line :
+             Matches(svg, R"x(<line class="(\w+)-line" x1="58" x2="708" y1="([\d.]+)" y2="\2"[^/]*"1.5"([^/]*)/>)x")) {
+            lines.push_back(fmt::format("{} {:.1f}{}", line[0], Y(line[1]), line[2]));
+        }
+        return lines;
+    }
+
+    std::string svg;
+
+private:
+    struct Linear
+    {
+        double ValueAt(double place) const { return value + (place - from) * slope; }
+
+        double from, value, slope;
+    };
+
+    static Linear Scale(const std::vector<std::vector<std::string>>& ticks)
+    {
+        EXPECT_GE(ticks.size(), 3u);
+        const auto place = [&](size_t i) { return std::stod(ticks[i][0]); };
+        const auto value = [&](size_t i) { return std::stod(ticks[i][1]); };
+        const size_t last = ticks.size() - 1;
+        const Linear scale{place(0), value(0), (value(last) - value(0)) / (place(last) - place(0))};
+        for (size_t i = 0; i <= last; ++i) {
+            EXPECT_NEAR(scale.ValueAt(place(i)), value(i), std::abs(scale.slope) / 10) << "the steps are even";
+        }
+        return scale;
+    }
+
+    Linear x_{}, y_{};
+};
+
+/// The rows of a report: channels of 8 MHz with one reading each, and what was found of it.
+class Rows
+{
+public:
+    explicit Rows(int32_t parameter) : parameter_(parameter) {}
+
+    void Add(double frequency, const wchar_t* cell, Verdict verdict, std::optional<double> step = {})
+    {
+        channels_.push_back(TestChannel(static_cast<int32_t>(channels_.size()) + 1, frequency, {{parameter_, cell}}));
+        judgements_.push_back({verdict, {{.parameter = step ? levelStep : parameter_, .verdict = verdict}}, L""});
+        steps_.push_back(step);
+    }
+    std::vector<ReportRow> All() const
+    {
+        std::vector<ReportRow> rows;
+        for (size_t i = 0; i < channels_.size(); ++i) {
+            rows.push_back({channels_[i], judgements_[i], steps_[i]});
+        }
+        return rows;
+    }
+    std::vector<const ChannelResult*> Channels() const
+    {
+        std::vector<const ChannelResult*> channels;
+        for (const ChannelResult& channel : channels_) {
+            channels.push_back(&channel);
+        }
+        return channels;
+    }
+
+private:
+    int32_t parameter_;
+    std::vector<ChannelResult> channels_;
+    std::vector<ChannelJudgement> judgements_;
+    std::vector<std::optional<double>> steps_;
+};
+
+constexpr Limit levelLimit{.failBelow = 48, .warnBelow = 54, .warnAbove = 74, .failAbove = 80};
+
+TEST(LevelPlot, MarksEveryLevelAtItsFrequencyBetweenTheLimits)
+{
+    Rows rows(MP_RFLEV);
+    rows.Add(474, L"60.0", Verdict::pass);
+    rows.Add(482, L"52.5", Verdict::warning);
+    rows.Add(490, L"45.1", Verdict::fail);
+    rows.Add(498, L"---", Verdict::notMeasured);
+    rows.Add(770, L"58.4", Verdict::pass);
+    const ReportPlot plot = LevelPlot(rows.All(), &levelLimit);
+    const Picture picture(plot.svg);
+    EXPECT_THAT(picture.Marks(), UnorderedElementsAre("pass 474.0 60.0", "pass 770.0 58.4", "warning 482.0 52.5",
+                                                      "fail 490.0 45.1", "missing 498.0 40.0"));
+    const std::string dashes = R"( stroke-dasharray="6 4")";
+    EXPECT_THAT(picture.LimitLines(),
+                UnorderedElementsAre("fail 48.0", "fail 80.0", "warning 54.0" + dashes, "warning 74.0" + dashes));
+    EXPECT_THAT(plot.caption, HasSubstr(" Limit (solid line): 48 to 80 dBµV. Warning (dashed line): 54 to 74 dBµV."));
+    EXPECT_THAT(plot.svg, HasSubstr("<title>C3 490 MHz: 45.1 dBµV</title>"));
+
+    const auto tilt = FitTilt(rows.Channels());
+    const auto curve = Matches(Matches(plot.svg, "<polyline[^>]*points=\"([^\"]*)\"").at(0)[0], R"(([\d.]+),([\d.]+))");
+    ASSERT_GT(curve.size(), 20u);
+    EXPECT_NEAR(picture.X(curve.front()[0]), 474, 0.1);
+    EXPECT_NEAR(picture.X(curve.back()[0]), 770, 0.1);
+    for (const auto& place : curve) {
+        EXPECT_NEAR(picture.Y(place[1]), tilt->At(picture.X(place[0])), 0.05);
+    }
+    EXPECT_THAT(plot.caption, HasSubstr(fmt::format("{:+.1f} dB from 474 to 770 MHz; the levels spread {:.1f} dB round",
+                                                    tilt->Tilt(), tilt->spread)));
+    EXPECT_THAT(LevelPlot(rows.All(), nullptr).caption, testing::Not(HasSubstr("Limit")));
+}
+
+TEST(LevelPlot, NamesWhatIsNotGoodWithoutCoveringAName)
+{
+    Chart chart(L"t", L"d", {L"x", 400, 800}, {L"y", 40, 80});
+    const std::tuple<double, double, const wchar_t*> points[] = {
+        {500, 60, L"one"}, {505, 60, L"two"}, {506, 59, L"three"}, {600, 79.5, L"top"}, {800, 60, L"end"}};
+    for (const auto& [x, y, label] : points) {
+        chart.Point(x, y, Verdict::fail, Bound::exact, L"", label);
+    }
+    const Picture picture(chart.Svg());
+    std::vector<std::string> labels;
+    for (const auto& label :
+         Matches(picture.svg, R"x(<text x="([\d.]+)" y="([\d.]+)" font-size="10" text-anchor="(\w+)"[^>]*>(\w+)<)x")) {
+        labels.push_back(fmt::format("{} {} {} {}", label[3], label[0], label[1], label[2]));
+    }
+    // The chart is 650 x 180 from 58, 30 on; a mark's name stands 7 above it, 15 below it at the upper edge.
+    EXPECT_THAT(labels, ElementsAre("one 220.5 113.0 middle", "two 228.6 101.0 middle", "three 230.2 81.5 middle",
+                                    "top 383.0 47.2 middle", "end 712.0 113.0 end"));
+}
+
+TEST(StepPlot, DrawsEachStepFromZeroOverHalfAChannel)
+{
+    Rows rows(MP_RFLEV);
+    rows.Add(474, L"60.0", Verdict::pass);
+    rows.Add(482, L"61.5", Verdict::pass, 1.5);
+    rows.Add(490, L"57.3", Verdict::fail, -4.2);
+    const Limit limit{.warnAbove = 2, .failAbove = 3};
+    const ReportPlot plot = StepPlot(rows.All(), &limit);
+    const Picture picture(plot.svg);
+    std::vector<std::string> bars;
+    for (const auto& bar : Matches(
+             picture.svg, R"x(<rect class="(\w+)" x="([\d.]+)" y="([\d.]+)" width="([\d.]+)" height="([\d.]+)")x")) {
+        const double width = std::stod(bar[3]), height = std::stod(bar[4]);
+        bars.push_back(fmt::format("{} {:.1f} {:.1f} to {:.1f} {:.1f}", bar[0], picture.X(bar[1]), picture.Y(bar[2]),
+                                   picture.X(bar[1], width), picture.Y(bar[2], height)));
+    }
+    EXPECT_THAT(bars, ElementsAre("pass 480.0 1.5 to 484.0 0.0", "fail 488.0 0.0 to 492.0 -4.2"));
+    EXPECT_THAT(picture.LimitLines(), UnorderedElementsAre("fail 3.0", "fail -3.0", testing::StartsWith("warning 2.0 "),
+                                                           testing::StartsWith("warning -2.0 ")));
+    EXPECT_THAT(plot.caption, HasSubstr("the largest step is -4.2 dB at C3 490 MHz."));
+}
+
+TEST(BerPlot, MarksRatiosByTheirPowersAndBoundsByArrows)
+{
+    Rows rows(MP_BER);
+    rows.Add(474, L"1E-6", Verdict::pass);
+    rows.Add(482, L"<1E-8", Verdict::pass);
+    rows.Add(490, L"2E-4", Verdict::fail);
+    const Limit limit{.failAbove = 1e-4};
+    const Picture picture(BerPlot(rows.All(), &limit).svg);
+    EXPECT_THAT(picture.Marks(), UnorderedElementsAre("pass 474.0 -6.0", "below 482.0 -8.0", "fail 490.0 -3.7"));
+    EXPECT_THAT(picture.LimitLines(), ElementsAre("fail -4.0"));
+    EXPECT_NEAR(picture.Y("210"), -9, 0.01) << "room for the arrow";
+    EXPECT_NEAR(picture.Y("30"), -3, 0.01);
+}
+
+TEST(BudgetPlot, StacksTheSharesOfTheChannelsWithTheLowestMer)
+{
+    std::vector<ChannelResult> channels;
+    for (int32_t i = 0; i < 14; ++i) {
+        channels.push_back(TestChannel(i, 474 + 8 * i, {{MP_MER, std::to_wstring(40 - i)}, {MP_SN, L"41"}}));
+    }
+    const ChannelJudgement judgement;
+    std::vector<ReportRow> rows;
+    for (const ChannelResult& channel : channels) {
+        rows.push_back({channel, judgement, {}});
+    }
+    const std::string svg = BudgetPlot(rows).svg;
+    const auto names = Matches(svg, R"x(<text x="0" y="([\d.]+)"[^>]*>C(\d+) )x");
+    ASSERT_EQ(names.size(), 12u);
+    const auto bars = Matches(
+        svg,
+        R"x(<rect class="(\w+)" x="([\d.]+)" y="([\d.]+)" width="([\d.]+)" height="15"[^>]*><title>([^:]*): (\d+) %)x");
+    ASSERT_EQ(bars.size(), 12 * impairments);
+    for (size_t row = 0; row < names.size(); ++row) {
+        EXPECT_EQ(names[row][1], std::to_string(13 - row)) << "the lowest first";
+        const auto budget = BudgetOf(channels[13 - row]);
+        double left = 150;
+        for (size_t i = 0; i < impairments; ++i) {
+            const auto& bar = bars[row * impairments + i];
+            EXPECT_NEAR(std::stod(bar[1]), left, 0.06);
+            EXPECT_EQ(std::stod(bar[2]) + 12, std::stod(names[row][0])) << "beside its name";
+            EXPECT_NEAR(std::stod(bar[3]), 380 * budget->share[i], 0.06);
+            EXPECT_EQ(bar[4], ImpairmentName(static_cast<Impairment>(i)));
+            EXPECT_EQ(std::stol(bar[5]), std::lround(100 * budget->share[i]));
+            left += 380 * budget->share[i];
+        }
+    }
+    EXPECT_THAT(svg, HasSubstr(R"(viewBox="0 0 720 300")"));
+    EXPECT_THAT(svg, HasSubstr(">27.0 dB<"));
+    EXPECT_EQ(Matches(svg, "mostly (other causes)").size(), 11u);
+    EXPECT_EQ(Matches(svg, "mostly (noise)").size(), 1u) << "of the last, at 38 dB";
+}
+
+TEST(Plots, OfNothingAreNone)
+{
+    Rows rows(MP_SN);
+    rows.Add(474, L"41", Verdict::pass);
+    const std::vector<ReportRow> all = rows.All();
+    for (const ReportPlot& plot : {LevelPlot(all, &levelLimit), StepPlot(all, nullptr), MerPlot(all, nullptr),
+                                   BerPlot(all, nullptr), BudgetPlot(all)}) {
+        EXPECT_EQ(plot.svg + plot.caption, "");
+    }
+}
+
+}  // namespace
+}  // namespace tvn2x
