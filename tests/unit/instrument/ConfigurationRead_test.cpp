@@ -126,6 +126,19 @@ TEST(ConfigurationRead, ReferenceSourceCountsOnlyWithItsInput)
     EXPECT_EQ(test.log.Count("ReferenceSource"), 1) << "not even asked";
 }
 
+TEST(ConfigurationRead, AnotherModeIsReportedAndReadAllTheSame)
+{
+    Reading test;
+    test.receiver.answers.Mode = 6;
+    EXPECT_EQ(test.Run(), L"");
+    ASSERT_EQ(test.errors.reported.size(), 1u);
+    const RaisedError& error = test.errors.reported[0];
+    EXPECT_EQ(error.number, 1002);
+    EXPECT_EQ(error.source, L"frmMain.IMeasure_GetConfiguration");
+    EXPECT_EQ(error.description, L"KTR must be in DVB-C Demod. mode");
+    EXPECT_EQ(test.document.OrderOfQam(), 64);
+}
+
 TEST(ConfigurationRead, EndsInOrderWhereverAnErrorOrTheStopFlagComes)
 {
     ExpectOrderlyEndInEachCall<Reading>("Progress 10", 4);

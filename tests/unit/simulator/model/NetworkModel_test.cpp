@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <regex>
+
 #include "util/Encoding.h"
 
 namespace tvn2x {
@@ -91,6 +94,44 @@ TEST(NetworkModel, FindsNoWayToReadAPieceOfAFileAsSomethingElse)
         const std::string complaint = Complaint(std::string_view(whole).substr(0, length));
         EXPECT_TRUE(complaint == "accepted" || complaint.starts_with("net.ini")) << length << ": " << complaint;
     }
+}
+
+/// The page that people write their models by.
+TEST(NetworkModel, HasTheRangesAndDefaultsThatItsPageTells)
+{
+    std::ifstream page(TVN_TEST_DATA "/../../docs/network-model.md");
+    const std::regex row(R"(\| `([^`]+)` \| ([^|]+) \| ([^|]+) \|.*)"), range(R"((-?[\d.]+) to ([\d.]+))");
+    NetworkModel model = NetworkModel::Parse("[Channel 1]\nFrequency (MHz)=474\n", L"net.ini");
+    std::wstring section = L"Network";
+    int keys = 0;
+    for (std::string line; std::getline(page, line);) {
+        std::smatch cells, ends;
+        if (!std::regex_match(line, cells, row)) {
+            continue;
+        }
+        ++keys;
+        const std::wstring key = FromUtf8(cells.str(1));
+        const std::string allowed = cells.str(2), standard = cells.str(3);
+        section = key == L"Frequency (MHz)" ? L"Channel 1" : section;
+        if (standard != "all" && !standard.starts_with("none")) {
+            EXPECT_EQ(ToUtf8(model.Get(section, key)), standard) << line;
+        }
+        if (std::regex_match(allowed, ends, range)) {
+            const double low = std::stod(ends.str(1)), high = std::stod(ends.str(2));
+            const bool isWhole = key == L"Seed";
+            const double step = isWhole ? 1 : 0.001;
+            const auto text = [&](double value) {
+                return isWhole ? std::to_wstring(static_cast<int64_t>(value)) : std::to_wstring(value);
+            };
+            for (const double good : {low, high}) {
+                EXPECT_NO_THROW(model.Set(section, key, text(good))) << line;
+            }
+            for (const double bad : {low - step, high + step}) {
+                EXPECT_THROW(model.Set(section, key, text(bad)), ModelError) << line;
+            }
+        }
+    }
+    EXPECT_GT(keys, 30);
 }
 
 TEST(NetworkModel, ChangesSingleValuesUnderTheSameRules)

@@ -5,6 +5,7 @@
 
 #include <cfenv>
 #include <cmath>
+#include <functional>
 
 #include "dvbc/Impairments.h"
 #include "dvbc/Qam.h"
@@ -336,6 +337,23 @@ TEST_F(ReceiverModelTest, RefusesWhatItCannotBeSetTo)
 {
     EXPECT_THAT(RaisedBy([&] { receiver.OrderOfQam(65); }),
                 testing::EndsWith(L": Let OrderOfQam failed: 65 is none of 4, 16, 32, 64, 128 and 256"));
+    const std::tuple<std::function<void(double)>, double, double> settings[] = {
+        {[&](double value) { receiver.BerSamples(static_cast<int32_t>(value)); }, 1, 10000},
+        {[&](double value) { receiver.RollOffFactor(static_cast<int32_t>(value)); }, 12, 35},
+        {[&](double value) { receiver.SymbolRate(value); }, 0.1e6, 8e6},
+        {[&](double value) { receiver.ReferenceSource(static_cast<int32_t>(value)); }, 0, 1},
+        {[&](double value) { receiver.LevelUnit(static_cast<int32_t>(value)); }, 0, 5},
+        {[&](double value) { receiver.Frequency(value); }, 30e6, 1200e6},
+        {[&](double value) { receiver.InputAttenuation(static_cast<int32_t>(value)); }, 0, 70},
+        {[&](double value) { receiver.DemodulatorGainControl(static_cast<int32_t>(value)); }, 0, 1},
+        {[&](double value) { receiver.Equaliser(static_cast<int32_t>(value)); }, 0, 1},
+    };
+    for (const auto& [set, low, high] : settings) {
+        EXPECT_NO_THROW(set(low));
+        EXPECT_NO_THROW(set(high));
+        EXPECT_THROW(set(low - 1), RaisedError);
+        EXPECT_THROW(set(high + 1), RaisedError);
+    }
     EXPECT_THAT(RaisedBy([&] { receiver.SymbolRate(std::nan("")); }),
                 testing::EndsWith(L": Let SymbolRate failed: it must be from 100000 to 8000000 symbols per second"));
     Set(L"Network", {{L"Installed Options", L"KTR-H2,KTR-H8 (not H9),RB"}});
