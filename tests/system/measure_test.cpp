@@ -2,9 +2,6 @@
 
 #include <initguid.h>
 
-#include <filesystem>
-#include <fstream>
-
 #include "Client.h"
 
 namespace tvn2x::client {
@@ -122,26 +119,6 @@ TEST_F(Measure, ParentMayReleaseThePlugInDuringTheScan)
     EXPECT_EQ(parent.statuses.back(), L"Measuring at 466 MHz");
 }
 
-TEST_F(Measure, ParentThatRaisesAnErrorAtAnyNoticeLeavesADefinedChannel)
-{
-    for (int failing = 0;; ++failing) {
-        ASSERT_LT(failing, 500);
-        Channels({466, 474, 482});
-        measure->putref_Parent(&parent);
-        int notices = 0;
-        parent.onNotice = [&](const std::wstring&) { return notices++ == failing ? RuntimeError(1004) : S_OK; };
-        VARIANT_BOOL result = VARIANT_FALSE;
-        EXPECT_EQ(measure->Measure(1, VARIANT{}, &result), S_OK);
-        measure->putref_Parent(nullptr);
-        const bool unhurt = notices <= failing;
-        EXPECT_EQ(result != VARIANT_FALSE, unhurt) << "notice " << failing;
-        EXPECT_THAT(Cell(1, status, 1), testing::AnyOf(L"Done", L"Control Error"));
-        if (unhurt) {
-            break;
-        }
-    }
-}
-
 TEST_F(Measure, ObjectThatIsNoParentAndIndexOutsideTheListAreRefused)
 {
     const auto timeout = Create<IDispatch>(L"TVN2x.clsTimeout");
@@ -193,39 +170,6 @@ TEST_F(Measure, ResultHasTheNumberThatItsTextShows)
     EXPECT_EQ(results->put_Result(0, mer, 1, Bstr(Cell(0, mer, 1)).Get()), S_OK);
     EXPECT_EQ(valueOf(mer, 1), std::nullopt) << "a text that was put back";
     EXPECT_EQ(results->get_Value(mer, 1, nullptr), E_POINTER);
-}
-
-/// Saved as a script does it: nobody is there to close a message box, so none may appear.
-TEST_F(Measure, ResultFileIsReplacedByTheNextOneOrStaysAsItWas)
-{
-    const auto path = std::filesystem::temp_directory_path() / L"result file test.csv";
-    const auto save = [&](const std::wstring& to) {
-        VARIANT_BOOL result = VARIANT_FALSE;
-        EXPECT_EQ(measure->Save(Bstr(to).Get(), &result), S_OK);
-        return result != VARIANT_FALSE;
-    };
-    const auto content = [&] {
-        std::ifstream file(path, std::ios::binary);
-        return std::string{std::istreambuf_iterator<char>(file), {}};
-    };
-    measure->put_Notes(Bstr(L"cold morning").Get());
-    EXPECT_TRUE(save(path.wstring()));
-    EXPECT_THAT(content(), testing::Not(testing::HasSubstr("Done")));
-    EXPECT_TRUE(Measured(2));
-    EXPECT_TRUE(save(path.wstring()));
-    const std::string saved = content();
-    EXPECT_THAT(saved, testing::ContainsRegex("channel 2,.*,Done,"));
-    EXPECT_THAT(saved, testing::EndsWith("\r\n\r\nNotes\r\ncold morning\r\n"));
-
-    for (const wchar_t* to : {L"", L"C:\\no such folder\\results.csv", L"C:\\windows"}) {
-        EXPECT_FALSE(save(to));
-    }
-    setup->put_ListSize(5);
-    const HANDLE held = CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-    EXPECT_FALSE(save(path.wstring())) << "somebody holds it open";
-    CloseHandle(held);
-    EXPECT_EQ(content(), saved);
-    std::filesystem::remove(path);
 }
 
 }  // namespace

@@ -176,19 +176,6 @@ TEST_F(FilesOnWindows, APathBeyondTheUsualLengthIsWrittenAndRead)
     EXPECT_EQ(ini.Exists(path), -1);
 }
 
-TEST_F(FilesOnWindows, WhatAKilledProcessLeftADayAgoIsRemoved)
-{
-    const auto make = [this](const std::wstring& name, int hours) {
-        fs::last_write_time(Make(name, "left"), fs::file_time_type::clock::now() - std::chrono::hours(hours));
-        return folder / name;
-    };
-    const fs::path stale = make(UnpredictableName(), 25), young = make(UnpredictableName(), 23);
-    const fs::path foreign = make(L"~tvnnotes.tmp", 100), similar = make(UnpredictableName() + L".ini", 100);
-    ASSERT_EQ(Replace(folder / L"net.ini", "new"), FileFault::none);
-    EXPECT_FALSE(fs::exists(stale));
-    EXPECT_TRUE(fs::exists(young) && fs::exists(foreign) && fs::exists(similar));
-}
-
 /// A second program that writes our files.
 class Writer
 {

@@ -4,7 +4,6 @@
 
 #include <ocidl.h>
 
-#include <cmath>
 #include <thread>
 
 #include "Client.h"
@@ -113,28 +112,6 @@ TEST_F(Server, RunControlIsOneObjectOfItsThreadAndEveryThreadMayCallIt)
     EXPECT_EQ(run->get_StopFlag(&stop), S_OK);
     EXPECT_EQ(stop, VARIANT_TRUE) << "what the thread knows outlives the object";
     run->put_StopFlag(VARIANT_FALSE);
-}
-
-TEST_F(Server, TimeoutRefusesAWaitWithoutAnEndAndCountsOneWithAnEnd)
-{
-    const auto timeout = Create<_clsTimeout>(L"TVN2x.clsTimeout");
-    timeout->put_Interval(0.05F);
-    for (const float endless : {NAN, INFINITY}) {
-        EXPECT_EQ(timeout->Start(endless), RuntimeError(380));
-        EXPECT_EQ(LastError().source, L"clsTimeout.Start");
-        EXPECT_EQ(timeout->put_Interval(endless), RuntimeError(380));
-        const ErrorText error = LastError();
-        EXPECT_EQ(error.source, L"clsTimeout.Interval");
-        EXPECT_EQ(error.description, L"Invalid property value");
-        EXPECT_EQ(Get(timeout, &_clsTimeout::get_Interval), 0.05F);
-        EXPECT_EQ(Get(timeout, &_clsTimeout::get_State), tmoReady);
-    }
-    const ULONGLONG begin = GetTickCount64();
-    EXPECT_EQ(timeout->Start(0), S_OK);
-    while (Get(timeout, &_clsTimeout::get_State) == tmoRunning && GetTickCount64() - begin < 10000) {
-    }
-    EXPECT_EQ(Get(timeout, &_clsTimeout::get_State), tmoExpired);
-    EXPECT_GE(GetTickCount64() - begin, 20u) << "to a tick of either clock";
 }
 
 TEST_F(Server, ClassFactoryRefusesAggregationAndUnknownClasses)
