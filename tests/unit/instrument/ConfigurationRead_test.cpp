@@ -32,7 +32,7 @@ struct Reading : TestConfiguration
         EXPECT_EQ(document.ListSize(), log.Count("Frequency") > 0 ? 1 : 3);
         EXPECT_EQ(document.Frequency(1), was("Frequency") ? 474.25 : 300);
         EXPECT_EQ(document.DefaultSymbolRate(), was("SymbolRate") ? 5.5 : 6.9);
-        EXPECT_EQ(document.SymbolRate(1), was("SymbolRate") ? 5.5 : 0);
+        EXPECT_EQ(document.SymbolRate(1), was("SymbolRate") ? 5.5 : 6.8);
         EXPECT_EQ(document.ReferenceSource(), was("ReferenceSource") ? 0 : 1);
     }
 };

@@ -50,6 +50,12 @@ TEST(ConfigurationWrite, BringsTheReceiverIntoDemodulatorMode)
     EXPECT_EQ(test.Run(), L"");
     EXPECT_EQ(test.receiver.answers.Mode, 4);
     EXPECT_EQ(test.log.Count("Mode"), 3);
+
+    test.receiver.answers.Mode = 6;
+    test.receiver.ignoresModes = true;
+    EXPECT_EQ(test.Run(),
+              L"1002 clsSetup.SetConfiguration: The KTR does not change to DVB-C Demod. mode; check that its option "
+              L"KTR-H2 is installed");
 }
 
 TEST(ConfigurationWrite, InputSettingsBelongToTheirRoutes)

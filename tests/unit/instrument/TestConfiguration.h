@@ -19,6 +19,7 @@ struct TestConfiguration
     {
         document.ListSize(3);
         document.Frequency(1, 300);
+        document.SymbolRate(1, 6.8);
         document.UserField(1, L"first");
         document.Zin(50);
         document.LevelUnit(L"dBm");
