@@ -43,6 +43,10 @@ TEST_F(Identity, OfTheRightInstrument)
     EXPECT_EQ(mode, 7);
     EXPECT_THAT(log.calls, testing::ElementsAre("Online 1", "Online", "Manufacturer", "Model", "Hardware", "Mode",
                                                 "InstrumentName", "BusAddress", "Model", "Manufacturer", "Online 0"));
+    instrument.identity.Manufacturer = L"kestrel&BRAnd";
+    instrument.identity.Model = L"kTr";
+    EXPECT_TRUE(Test());
+    EXPECT_EQ(identity, L"Receiver 3,GPIB0::12,kTr,kestrel&BRAnd");
 }
 
 TEST_F(Identity, OfAnotherMakeOrModelOrOffLineIsUnknown)
