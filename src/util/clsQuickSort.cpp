@@ -37,9 +37,7 @@ int32_t clsQuickSort::ColType(int32_t column) const
 
 void clsQuickSort::ColType(int32_t column, int32_t type)
 {
-    const size_t place = Place(column, Cols(), L"clsQuickSort.ColType");
-    Check(type, text, numeric, L"clsQuickSort.ColType");
-    columns_[place].type = type;
+    Put(&Column::type, column, type, text, numeric, L"clsQuickSort.ColType");
 }
 
 int32_t clsQuickSort::ColDirection(int32_t column) const
@@ -49,9 +47,7 @@ int32_t clsQuickSort::ColDirection(int32_t column) const
 
 void clsQuickSort::ColDirection(int32_t column, int32_t direction)
 {
-    const size_t place = Place(column, Cols(), L"clsQuickSort.ColDirection");
-    Check(direction, ascending, descending, L"clsQuickSort.ColDirection");
-    columns_[place].direction = direction;
+    Put(&Column::direction, column, direction, ascending, descending, L"clsQuickSort.ColDirection");
 }
 
 int32_t clsQuickSort::ColPriority(int32_t priority) const
@@ -61,9 +57,15 @@ int32_t clsQuickSort::ColPriority(int32_t priority) const
 
 void clsQuickSort::ColPriority(int32_t priority, int32_t column)
 {
-    const size_t place = Place(priority, Cols(), L"clsQuickSort.ColPriority");
-    Check(column, 0, Cols(), L"clsQuickSort.ColPriority");
-    columns_[place].priority = column;
+    Put(&Column::priority, priority, column, 0, Cols(), L"clsQuickSort.ColPriority");
+}
+
+void clsQuickSort::Put(int32_t Column::*setting, int32_t number, int32_t value, int32_t lowest, int32_t highest,
+                       const wchar_t* source)
+{
+    Column& column = columns_[Place(number, Cols(), source)];
+    Check(value, lowest, highest, source);
+    column.*setting = value;
 }
 
 int32_t clsQuickSort::AddRow()

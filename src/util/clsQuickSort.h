@@ -66,6 +66,8 @@ private:
     static void Check(int64_t value, int64_t lowest, int64_t highest, const wchar_t* source);
     /// Where the vectors hold the row, column or priority of a number 1..count.
     static size_t Place(int32_t number, int32_t count, const wchar_t* source);
+    void Put(int32_t Column::*setting, int32_t number, int32_t value, int32_t lowest, int32_t highest,
+             const wchar_t* source);
     Key MakeKey(int32_t column) const;
     static bool SortRun(std::vector<int32_t>& order, int32_t low, int32_t high, const Key& key);
     static int32_t Partition(std::vector<int32_t>& order, int32_t low, int32_t high, const Key& key);
