@@ -1,0 +1,10 @@
+# The MinGW-w64 tool chain for the word length that `processor` names.
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR ${processor})
+set(CMAKE_C_COMPILER ${processor}-w64-mingw32-gcc-posix)
+set(CMAKE_CXX_COMPILER ${processor}-w64-mingw32-g++-posix)
+set(CMAKE_RC_COMPILER ${processor}-w64-mingw32-windres)
+set(CMAKE_FIND_ROOT_PATH /usr/${processor}-w64-mingw32)
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
