@@ -23,34 +23,35 @@ const std::wstring remedy =
 
 constexpr struct
 {
-    const char* key;
+    const wchar_t* name;
     std::optional<double> Limit::*bound;
-} bounds[] = {{"Fail Below", &Limit::failBelow},
-              {"Warn Below", &Limit::warnBelow},
-              {"Warn Above", &Limit::warnAbove},
-              {"Fail Above", &Limit::failAbove}};
+} bounds[] = {{L"Fail Below", &Limit::failBelow},
+              {L"Warn Below", &Limit::warnBelow},
+              {L"Warn Above", &Limit::warnAbove},
+              {L"Fail Above", &Limit::failAbove}};
 
 std::wstring KnownNames()
 {
-    std::string names;
+    std::wstring names;
     for (const ReadingKind& kind : ReadingKinds()) {
         if (!kind.isLock) {
-            names += (names.empty() ? "" : ", ") + std::string(kind.name);
+            AddToList(names, kind.name);
         }
     }
-    return FromUtf8(names);
+    return names;
 }
 
 /// A section as the file has it, while it is being read.
 struct Section
 {
-    std::string name;
+    std::wstring name;
     int32_t line = 0;
     bool isDrift = false;
     int32_t parameter = 0;
     int32_t orderOfQam = 0;
 };
 
+/// Reads a limits file line by line into Limits.
 class LimitsReader
 {
 public:
@@ -64,9 +65,9 @@ public:
             line_ = reader.Number();
             if (line.starts_with('[')) {
                 CheckBounds();
-                Open(line);
+                Open(FromUtf8(line));
             } else if (!line.empty() && line.front() != ';' && line.front() != '#') {
-                Set(line);
+                Set(FromUtf8(line));
             }
         }
         CheckBounds();
@@ -81,7 +82,7 @@ private:
         RaiseInput(AtLine(path_, line) + what + remedy);
     }
 
-    int32_t Parameter(std::string_view name) const
+    int32_t Parameter(std::wstring_view name) const
     {
         const ReadingKind* kind = FindReadingKind(name);
         if (!kind || kind->isLock) {
@@ -90,19 +91,19 @@ private:
         return kind->parameter;
     }
 
-    void Open(std::string_view line)
+    void Open(std::wstring_view line)
     {
-        if (!line.ends_with(']')) {
+        if (!line.ends_with(L']')) {
             Refuse(line_, Excerpt(line) + L" lacks its closing bracket");
         }
-        const std::string_view name = TrimBlanks(line.substr(1, line.size() - 2));
-        section_ = Section{.name = std::string(name), .line = line_, .isDrift = EqualIgnoringCase(name, "drift")};
+        const std::wstring_view name = TrimBlanks(line.substr(1, line.size() - 2));
+        section_ = Section{.name = std::wstring(name), .line = line_, .isDrift = EqualIgnoringCase(name, "drift")};
         if (section_->isDrift) {
             return;
         }
-        const size_t blank = name.find_first_of(" \t");
+        const size_t blank = name.find_first_of(L" \t");
         section_->parameter = Parameter(name.substr(0, blank));
-        if (blank != std::string_view::npos) {
+        if (blank != std::wstring_view::npos) {
             section_->orderOfQam = OrderOfQam(TrimBlanks(name.substr(blank)));
         }
         if (!limits_.limits.try_emplace({section_->parameter, section_->orderOfQam}).second) {
@@ -110,7 +111,7 @@ private:
         }
     }
 
-    int32_t OrderOfQam(std::string_view text) const
+    int32_t OrderOfQam(std::wstring_view text) const
     {
         for (const int32_t order : dvbc::ordersOfQam) {
             if (EqualIgnoringCase(text, fmt::format("{}-QAM", order))) {
@@ -120,23 +121,23 @@ private:
         Refuse(line_, Excerpt(text) + L" is no order of QAM; write 4-QAM, 16-QAM, 32-QAM, 64-QAM, 128-QAM or 256-QAM");
     }
 
-    double Number(std::string_view text) const
+    double Number(std::wstring_view text) const
     {
         try {
-            return ParseNumber(FromUtf8(text), L'.');
+            return ParseNumber(text, L'.');
         } catch (const RaisedError&) {
             Refuse(line_, Excerpt(text) + L" is no number (with a point as decimal separator)");
         }
     }
 
-    void Set(std::string_view line)
+    void Set(std::wstring_view line)
     {
-        const size_t equals = line.find('=');
-        if (!section_ || equals == std::string_view::npos) {
+        const size_t equals = line.find(L'=');
+        if (!section_ || equals == std::wstring_view::npos) {
             Refuse(line_, Excerpt(line) + (section_ ? L" is no \"key=value\" line"
                                                     : L" stands before the first section, like [mer]"));
         }
-        const std::string_view key = TrimBlanks(line.substr(0, equals));
+        const std::wstring_view key = TrimBlanks(line.substr(0, equals));
         const double number = Number(TrimBlanks(line.substr(equals + 1)));
         if (section_->isDrift) {
             const int32_t parameter = Parameter(key);
@@ -147,7 +148,7 @@ private:
         }
         Limit& limit = limits_.limits[{section_->parameter, section_->orderOfQam}];
         for (const auto& known : bounds) {
-            if (EqualIgnoringCase(key, known.key)) {
+            if (EqualIgnoringCase(key, known.name)) {
                 if (limit.*known.bound) {
                     Refuse(line_, Excerpt(key) + L" is given twice");
                 }
@@ -173,23 +174,23 @@ private:
             return;
         }
         const Limit& limit = limits_.limits[{section_->parameter, section_->orderOfQam}];
-        const char* before = nullptr;
+        const wchar_t* before = nullptr;
         double least = 0;
         for (const auto& known : bounds) {
             const std::optional<double>& bound = limit.*known.bound;
             if (bound && before && *bound < least) {
-                Refuse(section_->line, L"in [" + FromUtf8(section_->name) + L"] \"" + FromUtf8(known.key) +
-                                           L"\" is less than \"" + FromUtf8(before) +
+                Refuse(section_->line, L"in [" + section_->name + L"] \"" + known.name + L"\" is less than \"" +
+                                           before +
                                            L"\"; in the order Fail Below, Warn Below, Warn Above, Fail Above the "
                                            L"bounds may not fall");
             }
             if (bound) {
-                before = known.key;
+                before = known.name;
                 least = *bound;
             }
         }
         if (!before) {
-            Refuse(section_->line, L"[" + FromUtf8(section_->name) + L"] has no bound");
+            Refuse(section_->line, L"[" + section_->name + L"] has no bound");
         }
     }
 

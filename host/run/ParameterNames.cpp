@@ -8,21 +8,20 @@
 #include "text/Folding.h"
 #include "text/InputError.h"
 #include "text/TextInput.h"
-#include "util/Encoding.h"
 
 namespace tvn2x {
 namespace {
 
-int32_t ParameterOf(const std::string& name)
+int32_t ParameterOf(std::wstring_view name)
 {
-    std::string all;
+    std::wstring all;
     for (const Parameter& known : Parameters().subspan(MP_FIRSTFIXED - MP_FIRST)) {
-        if (EqualIgnoringCase(known.name, name)) {
+        if (EqualIgnoringCase(name, known.name)) {
             return known.number;
         }
-        all += (all.empty() ? "" : ", ") + std::string(known.name);
+        AddToList(all, known.name);
     }
-    RaiseInput(L"--parameters: " + Excerpt(name) + L" is no parameter. Choose from " + FromUtf8(all) + L".");
+    RaiseInput(L"--parameters: " + Excerpt(name) + L" is no parameter. Choose from " + all + L".");
 }
 
 }  // namespace
@@ -32,7 +31,7 @@ std::vector<int32_t> SelectParameters(std::wstring_view list)
     std::vector<int32_t> parameters;
     for (size_t begin = 0; begin <= list.size();) {
         const size_t end = std::min(list.find(L',', begin), list.size());
-        const int32_t parameter = ParameterOf(ToUtf8(TrimBlanks(list.substr(begin, end - begin))));
+        const int32_t parameter = ParameterOf(TrimBlanks(list.substr(begin, end - begin)));
         if (std::ranges::find(parameters, parameter) == parameters.end()) {
             parameters.push_back(parameter);
         }

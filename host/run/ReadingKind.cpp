@@ -37,10 +37,10 @@ const ReadingKind* FindReadingKind(int32_t parameter)
     return found == ReadingKinds().end() ? nullptr : &*found;
 }
 
-const ReadingKind* FindReadingKind(std::string_view name)
+const ReadingKind* FindReadingKind(std::wstring_view name)
 {
     const auto found = std::ranges::find_if(
-        ReadingKinds(), [&](const ReadingKind& kind) { return EqualIgnoringCase(kind.name, name); });
+        ReadingKinds(), [&](const ReadingKind& kind) { return EqualIgnoringCase(name, kind.name); });
     return found == ReadingKinds().end() ? nullptr : &*found;
 }
 

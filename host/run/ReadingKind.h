@@ -26,7 +26,7 @@ struct ReadingKind
 std::span<const ReadingKind> ReadingKinds();
 /// The unit of a difference of two values: "dB" of levels, "decades" of ratios.
 const wchar_t* UnitOfDifference(const ReadingKind& kind);
-const ReadingKind* FindReadingKind(int32_t parameter);      ///< null where it is none
-const ReadingKind* FindReadingKind(std::string_view name);  ///< in any case
+const ReadingKind* FindReadingKind(int32_t parameter);       ///< null where it is none
+const ReadingKind* FindReadingKind(std::wstring_view name);  ///< in any case
 
 }  // namespace tvn2x

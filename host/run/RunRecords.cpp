@@ -127,10 +127,11 @@ Value Named(const Table& table, Value std::remove_extent_t<Table>::*member, cons
 
 int32_t NamedParameter(const std::string& name)
 {
-    if (const ReadingKind* kind = FindReadingKind(name)) {
-        return kind->parameter;
+    const auto found = std::ranges::find(ReadingKinds(), std::string_view(name), &ReadingKind::name);
+    if (found == ReadingKinds().end()) {
+        Record::Refuse(name, L"is no parameter");
     }
-    Record::Refuse(name, L"is no parameter");
+    return found->parameter;
 }
 
 Reading ReadReading(const std::string& name, const Record& json)

@@ -6,7 +6,6 @@
 
 #include "text/Blanks.h"
 #include "text/TextInput.h"
-#include "util/Encoding.h"
 #include "util/FileText.h"
 
 namespace tvn2x {
@@ -88,7 +87,7 @@ std::wstring SetupText::Wide(std::string_view text) const
 
 std::wstring SetupText::Quoted(std::string_view text) const
 {
-    return Excerpt(ToUtf8(Wide(text)));
+    return Excerpt(Wide(text));
 }
 
 std::string RowKey(std::string_view prefix, int32_t row)

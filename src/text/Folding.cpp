@@ -50,6 +50,11 @@ bool ForEachEight(std::string_view name, Take take)
     return at == name.size() || take(at, LoadRest(name.data() + at, name.size() - at));
 }
 
+wchar_t Lower(wchar_t c)
+{
+    return c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c + (L'a' - L'A')) : c;
+}
+
 /// Chosen once per process, so that no file can be made whose keys all meet in one place of an index.
 uint64_t HashSecret()
 {
@@ -75,6 +80,16 @@ bool EqualIgnoringCase(std::string_view left, std::string_view right)
         const uint64_t other = whole ? LoadEight(right.data() + at) : LoadRest(right.data() + at, right.size() - at);
         return FoldEight(bytes) == FoldEight(other);
     });
+}
+
+bool EqualIgnoringCase(std::wstring_view left, std::wstring_view right)
+{
+    return std::ranges::equal(left, right, {}, Lower, Lower);
+}
+
+bool EqualIgnoringCase(std::wstring_view text, std::string_view plainName)
+{
+    return std::ranges::equal(text, plainName, {}, Lower, [](char c) { return Lower(static_cast<wchar_t>(c)); });
 }
 
 uint32_t HashIgnoringCase(std::string_view name)

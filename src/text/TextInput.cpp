@@ -62,6 +62,12 @@ std::wstring Excerpt(std::wstring_view text)
     return L"\"" + wide + (cut ? L"…\"" : L"\"");
 }
 
+void AddToList(std::wstring& list, std::string_view plainWord)
+{
+    list += list.empty() ? L"" : L", ";
+    list.append(plainWord.begin(), plainWord.end());
+}
+
 std::wstring AtLine(const std::wstring& path, int32_t line)
 {
     return path + L", line " + std::to_wstring(line) + L": ";

@@ -28,6 +28,9 @@ std::string_view TrimLine(std::string_view line);
 std::wstring Excerpt(std::string_view text);
 std::wstring Excerpt(std::wstring_view text);
 
+/// Puts a word of plain letters behind a list in a sentence: "ber, mer".
+void AddToList(std::wstring& list, std::string_view plainWord);
+
 /// "FILE, line 12: "
 std::wstring AtLine(const std::wstring& path, int32_t line);
 

@@ -50,7 +50,10 @@ TEST(Folding, AloneTheCaseOfAToZIsNoDifference)
         EXPECT_EQ(EqualIgnoringCase(left, right), isEqual) << left;
         EXPECT_EQ(!IgnoreCase()(left, right) && !IgnoreCase()(right, left), isEqual) << left;
         EXPECT_EQ(HashIgnoringCase(left) == HashIgnoringCase(right), isEqual) << left;
+        EXPECT_EQ(EqualIgnoringCase(FromUtf8(left), FromUtf8(right)), isEqual) << left;
     }
+    EXPECT_TRUE(EqualIgnoringCase(L"MER", "mer"));
+    EXPECT_FALSE(EqualIgnoringCase(L"\u016D\u0165\u0172", "mer"));
 }
 
 }  // namespace
