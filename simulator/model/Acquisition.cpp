@@ -58,7 +58,7 @@ Acquisition::Acquisition(const Reception& reception, const SeededNoise& noise) :
         durations_[i] *= 1 + spread * (2 * noise.Uniform(durationStream, i) - 1);
     }
     const double all = std::accumulate(durations_.begin(), durations_.end(), 0.0);
-    const double scale = std::min(1.0, longestSearch / all) * reception.lockTimeFactor;
+    const double scale = std::min(1.0, longestSearch / all) * reception.channel.lockTimeFactor;
     for (double& duration : durations_) {
         duration *= scale;
     }
@@ -66,7 +66,7 @@ Acquisition::Acquisition(const Reception& reception, const SeededNoise& noise) :
     for (int i = 0; i < stageCount; ++i) {
         const auto stage = static_cast<Stage>(i);
         std::vector<Interval> lost{{0, TimeOf(Stage::gainControl, stage)}};
-        for (const Outage& outage : reception.outages) {
+        for (const Outage& outage : reception.channel.outages) {
             const Stage first = FirstLost(outage.lock);
             if (outage.lock != LockKind::reference && first <= stage) {
                 lost.push_back({outage.from, outage.from + outage.duration + TimeOf(first, stage)});
@@ -82,7 +82,7 @@ Acquisition::Acquisition(const Reception& reception, const SeededNoise& noise) :
             }
         }
     }
-    for (const Outage& outage : reception.outages) {
+    for (const Outage& outage : reception.channel.outages) {
         if (outage.lock == LockKind::reference) {
             referenceLost_.push_back({outage.from, outage.from + outage.duration + referenceSettling});
         }

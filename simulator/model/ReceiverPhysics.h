@@ -1,11 +1,12 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "setup/catalogue/Options.h"
 #include "simulator/model/Acquisition.h"
 #include "simulator/model/BitErrorCount.h"
 #include "simulator/model/ErrorCounter.h"
@@ -27,18 +28,12 @@ public:
     void Network(NetworkModel model);
 
     // Readings. Where ValueStatus then tells of a range marker, the reading is 0 or the end of the range.
-    double ReadFrequencyOffset();
-    double ReadRfLevel();
-    double ReadCarrierToInterference();
-    double ReadCarrierSuppression();
-    double ReadMer();
-    double ReadMerPercent();
-    double ReadPhaseJitter();
-    double ReadIqImbalance();
-    double ReadIqPhase();
-    double ReadSignalToNoise();
-    double ReadBer();
-    std::wstring ValueStatus() const { return status_; }
+#define RECEIVER_READING(name, parameter) double name();
+#include "setup/catalogue/ReceiverOperations.h"
+    std::wstring ValueStatus() const
+    {
+        return status_;
+    }
     std::wstring BerState();
     std::wstring BerResult();
 
@@ -52,65 +47,118 @@ public:
     void ResetErrorCounters();
 
     // Settings.
-    int32_t BerSamples() const { return settings_.berSamples; }
+    int32_t BerSamples() const
+    {
+        return settings_.berSamples;
+    }
     void BerSamples(int32_t blocks);  ///< 1..10000
-    int32_t RollOffFactor() const { return settings_.rollOff; }
+    int32_t RollOffFactor() const
+    {
+        return settings_.rollOff;
+    }
     void RollOffFactor(int32_t hundredths);  ///< 12..35
-    int32_t OrderOfQam() const { return settings_.order; }
+    int32_t OrderOfQam() const
+    {
+        return settings_.order;
+    }
     void OrderOfQam(int32_t order);
-    double SymbolRate() const { return settings_.symbolRate; }
+    double SymbolRate() const
+    {
+        return settings_.symbolRate;
+    }
     void SymbolRate(double symbolsPerSecond);  ///< 0.1e6..8e6
-    int32_t SawBandwidth() const { return settings_.sawBandwidth; }
+    int32_t SawBandwidth() const
+    {
+        return settings_.sawBandwidth;
+    }
     void SawBandwidth(int32_t megahertz);  ///< 0, 2, 6, 7, 8; may take another one, see FilterFor
-    int32_t ReferenceSource() const { return settings_.externalReference ? 1 : 0; }
+    int32_t ReferenceSource() const
+    {
+        return settings_.externalReference ? 1 : 0;
+    }
     void ReferenceSource(int32_t source);
-    int32_t LevelUnit() const { return static_cast<int32_t>(settings_.levelUnit); }
+    int32_t LevelUnit() const
+    {
+        return static_cast<int32_t>(settings_.levelUnit);
+    }
     void LevelUnit(int32_t code);
-    int32_t InputRoute() const { return settings_.route; }
+    int32_t InputRoute() const
+    {
+        return settings_.route;
+    }
     void InputRoute(int32_t route);
-    int32_t Mode() const { return settings_.mode; }
+    int32_t Mode() const
+    {
+        return settings_.mode;
+    }
     void Mode(int32_t mode);  ///< 1..15
-    bool Hold() const { return held_.has_value(); }
+    bool Hold() const
+    {
+        return held_.has_value();
+    }
     void Hold(bool hold);
-    double Frequency() const { return settings_.frequency; }
+    double Frequency() const
+    {
+        return settings_.frequency;
+    }
     void Frequency(double hertz);  ///< 30e6..1200e6; always tunes anew
-    int32_t InputAttenuation() const { return settings_.attenuation; }
+    int32_t InputAttenuation() const
+    {
+        return settings_.attenuation;
+    }
     void InputAttenuation(int32_t decibels);  ///< 0..70, or 255
-    int32_t DemodulatorGainControl() const { return settings_.automaticGain ? 1 : 0; }
+    int32_t DemodulatorGainControl() const
+    {
+        return settings_.automaticGain ? 1 : 0;
+    }
     void DemodulatorGainControl(int32_t mode);
-    int32_t Equaliser() const { return settings_.adaptiveEqualiser ? 1 : 0; }
+    int32_t Equaliser() const
+    {
+        return settings_.adaptiveEqualiser ? 1 : 0;
+    }
     void Equaliser(int32_t mode);
     void Initialise();
 
     // Identity.
-    std::wstring SerialNumber() const { return model_.Network().serialNumber; }
-    std::wstring FirmwareVersion() const { return model_.Network().firmwareVersion; }
-    std::wstring InstalledOptions() const { return model_.Network().installedOptions; }
-    std::wstring InstrumentName() const { return model_.Network().instrumentName; }
-    std::wstring BusAddress() const { return model_.Network().busAddress; }
-    std::wstring Model() const { return model_.Network().model; }
-    std::wstring Manufacturer() const { return model_.Network().manufacturer; }
-    std::wstring Hardware() const { return model_.Network().hardware; }
-    bool Online() const { return online_ && model_.Network().connected; }
+    std::wstring SerialNumber() const
+    {
+        return model_.Network().serialNumber;
+    }
+    std::wstring FirmwareVersion() const
+    {
+        return model_.Network().firmwareVersion;
+    }
+    std::wstring InstalledOptions() const
+    {
+        return model_.Network().installedOptions;
+    }
+    std::wstring InstrumentName() const
+    {
+        return model_.Network().instrumentName;
+    }
+    std::wstring BusAddress() const
+    {
+        return model_.Network().busAddress;
+    }
+    std::wstring Model() const
+    {
+        return model_.Network().model;
+    }
+    std::wstring Manufacturer() const
+    {
+        return model_.Network().manufacturer;
+    }
+    std::wstring Hardware() const
+    {
+        return model_.Network().hardware;
+    }
+    bool Online() const
+    {
+        return online_ && model_.Network().connected;
+    }
     void Online(bool online);
 
 private:
-    /// What is read with a noise of its own.
-    enum class Quantity
-    {
-        frequencyOffset,
-        rfLevel,
-        carrierToInterference,
-        carrierSuppression,
-        mer,
-        merPercent,
-        signalToNoise,
-        phaseJitter,
-        iqImbalance,
-        iqPhase
-    };
-    static constexpr size_t quantityCount = 10;
-
     /// What has come in since the receiver was tuned, or since what it is tuned by was changed.
     struct Tuning
     {
@@ -118,7 +166,7 @@ private:
         SeededNoise noise{0, 0};
         Reception reception;
         Acquisition acquisition;
-        std::array<uint64_t, quantityCount> readings{};  ///< so that each draws its own noise
+        std::map<uint64_t, uint64_t> readings;  ///< of each quantity, so that each draws its own noise
     };
 
     /// What a held receiver shows.
@@ -135,7 +183,8 @@ private:
         double max;
     };
 
-    bool HasOption(std::wstring_view option) const;
+    /// Whether what a value of a setting needs, if anything, is among the installed options.
+    bool IsFittedFor(Capability capability, int32_t value) const;
     ReceiverSettings BasicState() const;
     /// The SAW filter that the receiver takes when it is asked for one, none where it refuses. Of 6 and 7 MHz, which
     /// have one place, it takes the one that is fitted; with swapped filters it takes the nearest of all.
@@ -146,13 +195,19 @@ private:
     template <class Value>
     void Change(Value ReceiverSettings::*setting, Value value);
 
-    const Tuning& View() const { return held_ ? held_->tuning : tuning_; }
-    double ViewTime() { return held_ ? held_->at : time_.Seconds(); }
+    const Tuning& View() const
+    {
+        return held_ ? held_->tuning : tuning_;
+    }
+    double ViewTime()
+    {
+        return held_ ? held_->at : time_.Seconds();
+    }
     bool Locked(Stage stage);
 
-    double Noise(Quantity quantity, double spread);
+    double Noise(uint64_t what, double spread);
     double Show(double value, Range range);
-    double ReadQuality(Quantity quantity, double value, double spread, Range range);
+    double ReadQuality(uint64_t what, double value, double spread, Range range);
     std::optional<BitErrorCount::Progress> BerProgress();
 
     SimulatedTime& time_;

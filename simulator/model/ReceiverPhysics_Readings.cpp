@@ -10,16 +10,37 @@ namespace {
 constexpr double highestQuality = 45;  // dB of MER and S/N, the receiver's own floor of errors
 constexpr double lowestQuality = 5;
 
+/// What is read with a noise of its own. The numbers lead to the random numbers: whoever has one keeps it, so that a
+/// scan repeats with the next version too.
+namespace quantity {
+
+/// Of the quantities, in the order in which they came.
+enum Number : uint64_t
+{
+    frequencyOffset,
+    rfLevel,
+    carrierToInterference,
+    carrierSuppression,
+    mer,
+    merPercent,
+    signalToNoise,
+    phaseJitter,
+    iqImbalance,
+    iqPhase
+};
+
+}  // namespace quantity
+
 }  // namespace
 
 /// Measurement noise of one more reading. MER and S/N come from the same error vectors, so theirs is the same noise.
-double ReceiverPhysics::Noise(Quantity quantity, double spread)
+double ReceiverPhysics::Noise(uint64_t what, double spread)
 {
-    const bool errorVectors = quantity == Quantity::merPercent || quantity == Quantity::signalToNoise;
-    const Quantity source = errorVectors ? Quantity::mer : quantity;
+    const bool errorVectors = what == quantity::merPercent || what == quantity::signalToNoise;
+    const uint64_t source = errorVectors ? quantity::mer : what;
     Tuning& tuning = held_ ? held_->tuning : tuning_;
-    uint64_t& reading = tuning.readings[static_cast<size_t>(quantity)];
-    const double drawn = tuning.noise.Gaussian(static_cast<uint64_t>(source), reading);
+    uint64_t& reading = tuning.readings[what];
+    const double drawn = tuning.noise.Gaussian(source, reading);
     if (!held_) {
         ++reading;
     }
@@ -33,18 +54,18 @@ double ReceiverPhysics::Show(double value, Range range)
 }
 
 /// A reading that only exists on a demodulated signal.
-double ReceiverPhysics::ReadQuality(Quantity quantity, double value, double spread, Range range)
+double ReceiverPhysics::ReadQuality(uint64_t what, double value, double spread, Range range)
 {
     if (!Locked(Stage::carrier)) {
         status_ = L"---";
         return 0;
     }
-    return Show(value + Noise(quantity, spread), range);
+    return Show(value + Noise(what, spread), range);
 }
 
 double ReceiverPhysics::ReadFrequencyOffset()
 {
-    return ReadQuality(Quantity::frequencyOffset, View().reception.frequencyOffset, 50, {-200e3, 200e3});
+    return ReadQuality(quantity::frequencyOffset, View().reception.frequencyOffset, 50, {-200e3, 200e3});
 }
 
 double ReceiverPhysics::ReadRfLevel()
@@ -52,27 +73,27 @@ double ReceiverPhysics::ReadRfLevel()
     const Reception& reception = View().reception;
     const bool outage = reception.stagesReached > 0 && !Locked(Stage::gainControl);
     const double level = outage ? reception.noiseLevel : reception.level;
-    return dvbc::LevelIn(settings_.levelUnit, Show(level + Noise(Quantity::rfLevel, 0.1), {30, 114}));
+    return dvbc::LevelIn(settings_.levelUnit, Show(level + Noise(quantity::rfLevel, 0.1), {30, 114}));
 }
 
 double ReceiverPhysics::ReadCarrierToInterference()
 {
-    return ReadQuality(Quantity::carrierToInterference, View().reception.carrierToInterference, 0.3, {10, 60});
+    return ReadQuality(quantity::carrierToInterference, View().reception.carrierToInterference, 0.3, {10, 60});
 }
 
 double ReceiverPhysics::ReadCarrierSuppression()
 {
-    return ReadQuality(Quantity::carrierSuppression, View().reception.carrierSuppression, 0.2, {10, 60});
+    return ReadQuality(quantity::carrierSuppression, View().reception.channel.carrierSuppression, 0.2, {10, 60});
 }
 
 double ReceiverPhysics::ReadMer()
 {
-    return ReadQuality(Quantity::mer, View().reception.mer, 0.1, {lowestQuality, highestQuality});
+    return ReadQuality(quantity::mer, View().reception.mer, 0.1, {lowestQuality, highestQuality});
 }
 
 double ReceiverPhysics::ReadMerPercent()
 {
-    const double mer = ReadQuality(Quantity::merPercent, View().reception.mer, 0.1, {lowestQuality, highestQuality});
+    const double mer = ReadQuality(quantity::merPercent, View().reception.mer, 0.1, {lowestQuality, highestQuality});
     if (status_ == L"---") {
         return 0;
     }
@@ -85,23 +106,23 @@ double ReceiverPhysics::ReadMerPercent()
 
 double ReceiverPhysics::ReadPhaseJitter()
 {
-    return ReadQuality(Quantity::phaseJitter, View().reception.phaseJitter, 0.02, {0.05, 10});
+    return ReadQuality(quantity::phaseJitter, View().reception.channel.phaseJitter, 0.02, {0.05, 10});
 }
 
 double ReceiverPhysics::ReadIqImbalance()
 {
-    const double value = ReadQuality(Quantity::iqImbalance, View().reception.iqImbalance, 0.02, {-20, 20});
+    const double value = ReadQuality(quantity::iqImbalance, View().reception.channel.iqImbalance, 0.02, {-20, 20});
     return std::max(0.0, value);
 }
 
 double ReceiverPhysics::ReadIqPhase()
 {
-    return ReadQuality(Quantity::iqPhase, View().reception.quadratureError, 0.02, {-10, 10});
+    return ReadQuality(quantity::iqPhase, View().reception.channel.quadratureError, 0.02, {-10, 10});
 }
 
 double ReceiverPhysics::ReadSignalToNoise()
 {
-    return ReadQuality(Quantity::signalToNoise, View().reception.signalToNoise, 0.1, {lowestQuality, highestQuality});
+    return ReadQuality(quantity::signalToNoise, View().reception.signalToNoise, 0.1, {lowestQuality, highestQuality});
 }
 
 /// What the running count has found; nothing where the transport stream was lost since it began.

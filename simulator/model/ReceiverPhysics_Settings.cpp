@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "dvbc/Qam.h"
+#include "setup/catalogue/Settings.h"
 #include "simulator/model/ReceiverPhysics.h"
 
 namespace tvn2x {
@@ -14,26 +15,19 @@ constexpr int32_t filterRefused = static_cast<int32_t>(0x80040000u + 2004);
 constexpr int32_t referenceMissing = static_cast<int32_t>(0x80040000u + 2005);
 constexpr int32_t routeMissing = static_cast<int32_t>(0x80040000u + 2006);
 
-/// Hardware that a setting needs; a setting that is not listed here needs none.
-struct Need
-{
-    int32_t value;
-    std::wstring_view option;
-};
+// The routes in the order in which the basic state takes one: the IF input, which every receiver has, comes last.
+constexpr std::array routesByRank{input_route::receiver75, input_route::receiver50, input_route::receiver,
+                                  input_route::demodulator, input_route::intermediate};
 
-constexpr std::array modeNeeds{Need{4, L"KTR-H2"},  Need{6, L"KTR-S31"}, Need{7, L"KTR-S33"},
-                               Need{8, L"KTR-S31"}, Need{13, L"KTR-H7"}, Need{14, L"KTR-S32"}};
-constexpr std::array routeNeeds{Need{input_route::receiver75, L"KTR-H5"}, Need{input_route::receiver50, L"KTR-H5"},
-                                Need{input_route::receiver, L"EAMOD"}, Need{input_route::demodulator, L"RB"},
-                                Need{input_route::intermediate, L""}};
-constexpr std::array filterNeeds{Need{0, L""}, Need{2, L"KTR-H6"}, Need{6, L"KTR-H8"}, Need{7, L"KTR-H9"},
-                                 Need{8, L"KTR-H4"}};
-
-template <size_t N>
-const Need* FindNeed(const std::array<Need, N>& needs, int32_t value)
+bool IsChoice(const Setting& setting, int32_t value)
 {
-    const auto found = std::ranges::find(needs, value, &Need::value);
-    return found == needs.end() ? nullptr : &*found;
+    return FindListData(setting.choices, value) >= 0;
+}
+
+std::wstring CodeNeeded(Capability capability, int32_t value)
+{
+    const OptionNeed* const need = FindNeed(capability, value);
+    return need ? std::wstring(need->part) : std::wstring();
 }
 
 /// Refuses a setting: "Let OrderOfQam failed: 65 is none of ...".
@@ -55,9 +49,10 @@ void RequireRange(double value, double min, double max, std::wstring_view settin
 
 }  // namespace
 
-bool ReceiverPhysics::HasOption(std::wstring_view option) const
+bool ReceiverPhysics::IsFittedFor(Capability capability, int32_t value) const
 {
-    return model_.Network().installedOptions.find(option) != std::wstring::npos;
+    const OptionNeed* const need = FindNeed(capability, value);
+    return need == nullptr || model_.Network().installedOptions.find(need->part) != std::wstring::npos;
 }
 
 /// The basic state, as far as the installed options allow it.
@@ -65,12 +60,12 @@ ReceiverSettings ReceiverPhysics::BasicState() const
 {
     constexpr int32_t modeWithoutOptions = 1;
     ReceiverSettings basic;
-    const auto fitted = [&](const Need& need) { return HasOption(need.option); };
-    if (!fitted(*FindNeed(modeNeeds, basic.mode))) {
+    if (!IsFittedFor(Capability::mode, basic.mode)) {
         basic.mode = modeWithoutOptions;
     }
-    basic.route = std::ranges::find_if(routeNeeds, fitted)->value;
-    if (!fitted(*FindNeed(filterNeeds, basic.sawBandwidth))) {
+    basic.route =
+        *std::ranges::find_if(routesByRank, [&](int32_t route) { return IsFittedFor(Capability::route, route); });
+    if (!IsFittedFor(Capability::filter, basic.sawBandwidth)) {
         basic.sawBandwidth = 0;
     }
     return basic;
@@ -79,8 +74,7 @@ ReceiverSettings ReceiverPhysics::BasicState() const
 std::optional<int32_t> ReceiverPhysics::FilterFor(int32_t megahertz) const
 {
     const auto fitted = [&](int32_t bandwidth) {
-        const Need* need = FindNeed(filterNeeds, bandwidth);
-        return need != nullptr && HasOption(need->option);
+        return IsChoice(setting::sawBandwidth, bandwidth) && IsFittedFor(Capability::filter, bandwidth);
     };
     if (fitted(megahertz)) {
         return megahertz;
@@ -94,7 +88,7 @@ std::optional<int32_t> ReceiverPhysics::FilterFor(int32_t megahertz) const
     }
     const auto distance = [&](int32_t bandwidth) { return std::abs(int64_t{bandwidth} - megahertz); };
     int32_t nearest = 0;  // no filter, where none is fitted
-    for (const Need& filter : filterNeeds) {
+    for (const ListItem& filter : setting::sawBandwidth.choices) {
         const bool nearer = nearest == 0 || distance(filter.value) < distance(nearest);
         if (filter.value != 0 && fitted(filter.value) && nearer) {
             nearest = filter.value;
@@ -152,7 +146,7 @@ void ReceiverPhysics::SawBandwidth(int32_t megahertz)
 void ReceiverPhysics::ReferenceSource(int32_t source)
 {
     RequireRange(source, 0, 1, L"ReferenceSource", L": 0 is internal, 1 external");
-    if (source == 1 && !HasOption(L"EXTREF")) {
+    if (!IsFittedFor(Capability::reference, source)) {
         throw RaisedError(referenceMissing, L"clsReceiver.ReferenceSource", L"Let Setup10MhzRef not available");
     }
     const bool external = source == 1;
@@ -170,24 +164,23 @@ void ReceiverPhysics::LevelUnit(int32_t code)
 
 void ReceiverPhysics::InputRoute(int32_t route)
 {
-    const Need* need = FindNeed(routeNeeds, route);
-    Require(need != nullptr, L"InputRoute", std::to_wstring(route) + L" is none of 2, 4, 50, 75 and 128");
-    Require(HasOption(need->option), L"InputRoute",
-            L"the input needs the option " + std::wstring(need->option) + L", which is not installed", routeMissing);
+    Require(IsChoice(setting::inputRoute, route), L"InputRoute",
+            std::to_wstring(route) + L" is none of 2, 4, 50, 75 and 128");
+    Require(IsFittedFor(Capability::route, route), L"InputRoute",
+            L"the input needs the option " + CodeNeeded(Capability::route, route) + L", which is not installed",
+            routeMissing);
     Change(&ReceiverSettings::route, route);
 }
 
 void ReceiverPhysics::Mode(int32_t mode)
 {
     Require(mode >= 1 && mode <= 15, L"Mode", std::to_wstring(mode) + L" is not from 1 to 15", modeRefused);
-    const Need* need = FindNeed(modeNeeds, mode);
-    const bool available = need == nullptr || HasOption(need->option);
+    const bool available = IsFittedFor(Capability::mode, mode);
     if (!available && model_.Network().ignoresModes) {
         return;
     }
     Require(available, L"Mode",
-            L"it needs the option " + std::wstring(need ? need->option : L"") + L", which is not installed",
-            modeRefused);
+            L"it needs the option " + CodeNeeded(Capability::mode, mode) + L", which is not installed", modeRefused);
     Change(&ReceiverSettings::mode, mode);
 }
 

@@ -227,10 +227,6 @@ void TakeQuality(Reception& reception, const ChannelModel& channel, const Networ
     const double neighbours = front.CarrierToNeighbours();
     const EchoEffect echo = EffectOfEcho(channel, network, settings.adaptiveEqualiser);
     reception.carrierToInterference = dvbc::CombineRatios(std::array{channel.carrierToInterference, neighbours});
-    reception.carrierSuppression = channel.carrierSuppression;
-    reception.phaseJitter = channel.phaseJitter;
-    reception.iqImbalance = channel.iqImbalance;
-    reception.quadratureError = channel.quadratureError;
     reception.signalToNoise =
         dvbc::CombineRatios(std::array{front.CarrierToNoise() - echo.noiseGain, network.headEndMer,
                                        reception.carrierToInterference, front.CarrierToIntermodulation()});
@@ -281,8 +277,7 @@ Reception Receive(const NetworkModel& model, const ReceiverSettings& settings)
         return reception;
     }
 
-    reception.lockTimeFactor = channel->lockTimeFactor;
-    reception.outages = channel->outages;
+    reception.channel = *channel;
     const double ownReference = settings.externalReference ? 0 : settings.frequency * network.referenceError * 1e-6;
     reception.frequencyOffset = CentreOf(*channel) - settings.frequency - ownReference;
     const double sent = channel->symbolRate * 1e6 * (1 + channel->symbolRateOffset * 1e-6);

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <vector>
-
 #include "dvbc/Qam.h"
 #include "simulator/model/ModelSections.h"
 #include "simulator/model/NetworkModel.h"
@@ -26,16 +24,13 @@ constexpr int stageCount = 6;
 /// noise. Ratios in dB.
 struct Reception
 {
+    ChannelModel channel;              ///< as the network has it; the strongest where several come in
     double level = 0;                  ///< dBµV within the channel's bandwidth, noise included
     double noiseLevel = 0;             ///< dBµV of the noise alone
     double frequencyOffset = 0;        ///< Hz, as the receiver's reference sees it
     double symbolRateOffset = 0;       ///< ppm
     double carrierToInterference = 0;  ///< neighbours that leak in included
-    double carrierSuppression = 0;
-    double phaseJitter = 0;      ///< degrees RMS
-    double iqImbalance = 0;      ///< %
-    double quadratureError = 0;  ///< degrees
-    double signalToNoise = 0;    ///< the MER without jitter, carrier, I/Q errors and echoes
+    double signalToNoise = 0;          ///< the MER without jitter, carrier, I/Q errors and echoes
     double mer = 0;
     double bitsPerSymbol = 0;
     double bitRate = 0;  ///< bits per second before Reed-Solomon
@@ -43,8 +38,6 @@ struct Reception
     double margin = 0;   ///< dB of MER above what a bit error ratio of 2e-4 needs
     dvbc::PacketErrors packets;
     int stagesReached = 0;  ///< how many steps of acquisition this signal lets the receiver take
-    double lockTimeFactor = 1;
-    std::vector<Outage> outages;
 
     /// Packets of the transport stream per second.
     double PacketRate() const { return bitRate / (8 * dvbc::packetBytes); }

@@ -29,7 +29,8 @@ struct OptionNeed
 {
     Capability capability;
     int32_t value;
-    std::wstring_view option;    ///< as it is ordered
+    std::wstring_view part;      ///< the equipment itself, by its code
+    std::wstring_view option;    ///< as it is ordered: two parts that share a place are one option
     std::wstring_view listedAs;  ///< what is looked for in the receiver's list
     bool isWholeEntry;           ///< the list is looked through with a comma before its first and behind its last entry
 };

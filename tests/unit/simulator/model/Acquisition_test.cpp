@@ -23,7 +23,7 @@ TEST(Acquisition, AddsUpExactlyTheTimeThatItShowsAsUnlocked)
     reception.margin = 15;
     reception.stagesReached = stageCount;
     // The outages overlap one another, and the last one the acquisition itself.
-    reception.outages = {
+    reception.channel.outages = {
         {LockKind::carrier, 3, 2}, {LockKind::ts, 4, 0.1}, {LockKind::rf, 4.9, 1}, {LockKind::ts, 0.1, 0.4}};
     const Acquisition acquisition(reception, SeededNoise(1, 1));
     for (const double from : {0.0, 0.3, 3.5, 5.95, 8.0}) {
