@@ -26,11 +26,12 @@ set(contract_files)
 foreach(name TVNINT XKTR2x TVN2x)
   set(idl ${CMAKE_SOURCE_DIR}/interfaces/${name}.idl)
   set(widl_call ${WIDL} ${widl_bits} -I /usr/include/wine/wine/windows -I ${CMAKE_SOURCE_DIR}/interfaces
-      -L ${stdole_folder} -L ${contracts})
+      -I ${CMAKE_SOURCE_DIR}/src/setup/catalogue -L ${stdole_folder} -L ${contracts})
   set(make_library ${widl_call} -t -o ${contracts}/${name}.tlb ${idl})
   set(needs)
   if(NOT name STREQUAL "TVNINT")
-    set(needs ${CMAKE_SOURCE_DIR}/interfaces/TVNINT.idl ${contracts}/TVNINT.tlb ${refer_types})
+    set(needs ${CMAKE_SOURCE_DIR}/interfaces/TVNINT.idl ${CMAKE_SOURCE_DIR}/src/setup/catalogue/ParameterList.h
+        ${contracts}/TVNINT.tlb ${refer_types})
     set(copies ${contracts}/${name}.with_copies)
     set(make_library ${widl_call} -t -o ${copies} ${idl}
         COMMAND ${refer_types} ${copies} ${contracts}/TVNINT.tlb ${contracts}/${name}.tlb)

@@ -15,7 +15,8 @@ struct Number
     int32_t number;
 };
 
-constexpr std::array<Number, MP_LAST> oldKeys{{
+// Of the parameters that there were when the layout changed.
+constexpr std::array<Number, 30> oldKeys{{
     {false, 4},  {false, 3},  {false, 1},  {true, 1},  {true, 2},   {true, 3},   {false, 2},  {true, 4},
     {false, 5},  {false, 6},  {false, 7},  {false, 8}, {false, 19}, {false, 20}, {false, 17}, {false, 9},
     {false, 12}, {true, 5},   {true, 6},   {true, 7},  {false, 13}, {false, 14}, {false, 11}, {false, 16},
@@ -25,8 +26,7 @@ constexpr std::array<Number, MP_LAST> oldKeys{{
 constexpr std::array<int32_t, 20> newPositions{3,  7,  2,  1,  9,  10, 11, 12, 16, 25,
                                                23, 17, 21, 22, 27, 24, 15, 26, 13, 14};
 
-/// Positions by ranges of parameters, both ends included. A range with a key reads the position key of the parameter's
-/// number plus `offset`; the others place the parameter at its number plus `offset`, or at `offset` alone.
+/// What the position of a range of parameters comes from.
 enum class Source
 {
     key,
@@ -34,6 +34,8 @@ enum class Source
     parameterLessCount,
     constant
 };
+/// Positions by ranges of parameters, both ends included. A range with a key reads the position key of the parameter's
+/// number plus `offset`; the others place the parameter at its number plus `offset`, or at `offset` alone.
 struct PositionRange
 {
     Number first;
@@ -74,8 +76,9 @@ std::string_view RowKey::operator()(int32_t row)
 
 int32_t OldKeyNumber(int32_t parameter, int32_t count)
 {
-    return parameter <= MP_LAST ? Resolve(oldKeys[static_cast<size_t>(parameter - MP_FIRST)], count)
-                                : parameter - addedParameters;
+    return parameter <= static_cast<int32_t>(oldKeys.size())
+               ? Resolve(oldKeys[static_cast<size_t>(parameter - MP_FIRST)], count)
+               : parameter - addedParameters;
 }
 
 OldPosition OldPositionOf(int32_t parameter, int32_t count)
