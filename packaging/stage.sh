@@ -40,6 +40,7 @@ guide() {
 stage_kit() {
     local folder=$out/stage/TVN2x-$version-kit name
     mkdir -p "$folder"/{idl,include,typelib-x64,typelib-x86,examples,manifests-x64,manifests-x86}
+    cp src/setup/catalogue/ParameterList.h "$folder/idl"  # TVN2x.idl takes it in
     for name in TVNINT TVN2x XKTR2x; do
         cp "interfaces/$name.idl" "$folder/idl"
         # The compiler of the contracts writes the files' places on the build machine into the header's first comment.
