@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <new>
+#include <optional>
 #include <utility>
 
 #include "text/Blanks.h"
@@ -46,6 +47,21 @@ size_t MostNames(size_t lines, std::string_view text, size_t shortestLine)
     const auto characters = static_cast<size_t>(
         std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
     return std::min(lines, characters / shortestLine + shortNames);
+}
+
+/// The names that the lines of a content have, as `nameIn` finds them.
+template <class NameIn>
+std::vector<std::string> NamesIn(std::string_view content, NameIn nameIn)
+{
+    std::vector<std::string> names;
+    LineScanner scanner(content);
+    Line line;
+    while (scanner.Next(line)) {
+        if (const std::optional<std::string_view> name = nameIn(line.Text(content))) {
+            names.emplace_back(*name);
+        }
+    }
+    return names;
 }
 
 }  // namespace
@@ -367,16 +383,10 @@ std::vector<std::string> ProfileFile::GetSectionNames() const
     if (!written_.empty()) {
         return Rendered().GetSectionNames();
     }
-    std::vector<std::string> names;
-    LineScanner scanner(content_);
-    Line line;
-    while (scanner.Next(line)) {
-        const std::string_view text = TrimBlanks(line.Text(content_));
-        if (text.starts_with('[')) {
-            names.emplace_back(ini::ParseHeader(text));
-        }
-    }
-    return names;
+    return NamesIn(content_, [](std::string_view line) {
+        const std::string_view text = TrimBlanks(line);
+        return text.starts_with('[') ? std::optional(ini::ParseHeader(text)) : std::nullopt;
+    });
 }
 
 std::vector<std::string> ProfileFile::GetBracketedLines() const
@@ -384,15 +394,7 @@ std::vector<std::string> ProfileFile::GetBracketedLines() const
     if (!written_.empty()) {
         return Rendered().GetBracketedLines();
     }
-    std::vector<std::string> names;
-    LineScanner scanner(content_);
-    Line line;
-    while (scanner.Next(line)) {
-        if (const auto name = ini::BracketedName(line.Text(content_))) {
-            names.emplace_back(*name);
-        }
-    }
-    return names;
+    return NamesIn(content_, ini::BracketedName);
 }
 
 }  // namespace tvn2x
