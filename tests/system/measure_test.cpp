@@ -134,24 +134,6 @@ TEST_F(Measure, ObjectThatIsNoParentAndIndexOutsideTheListAreRefused)
     }
 }
 
-TEST_F(Measure, ResultsOfAnEarlierRunArePutBackIntoTheTable)
-{
-    const auto results = setup.As<IResults>();
-    ASSERT_TRUE(results);
-    EXPECT_EQ(results->put_Result(0, mer, 2, Bstr(L"38.5").Get()), S_OK);
-    EXPECT_EQ(results->put_Measured(2, VARIANT_TRUE), S_OK);
-    EXPECT_EQ(Cell(0, mer, 2), L"38.5");
-    VARIANT_BOOL measured = VARIANT_FALSE;
-    EXPECT_EQ(measure->get_Measured(2, &measured), S_OK);
-    EXPECT_EQ(measured, VARIANT_TRUE);
-    VARIANT value{};
-    for (const HRESULT call : {results->put_Result(3, mer, 2, nullptr), results->put_Result(0, 31, 2, nullptr),
-                               results->put_Result(0, mer, 4, nullptr), results->put_Measured(0, VARIANT_TRUE),
-                               results->get_Value(mer, 4, &value), results->get_Value(31, 2, &value)}) {
-        EXPECT_EQ(call, RuntimeError(9));
-    }
-}
-
 TEST_F(Measure, ResultHasTheNumberThatItsTextShows)
 {
     const auto results = setup.As<IResults>();

@@ -3,14 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <random>
 #include <string>
 #include <vector>
 
 #include "setup/ProfileRules.h"
 #include "support/ShiftedCodePage.h"
-#include "text/Blanks.h"
-#include "text/IniLines.h"
 
 using namespace std::string_literals;
 
@@ -23,19 +20,6 @@ std::string Written(const std::string& content, const std::string& section, cons
     ProfileFile profile(content);
     EXPECT_TRUE(profile.Write(section, key, value));
     return profile.Render();
-}
-
-/// The lines of a file that are not blank, whatever they end with.
-std::vector<std::string> Lines(const std::string& content)
-{
-    std::vector<std::string> lines;
-    ini::LineScanner scanner(content);
-    for (ini::Line line; scanner.Next(line);) {
-        if (!TrimBlanks(line.Text(content)).empty()) {
-            lines.emplace_back(line.Text(content));
-        }
-    }
-    return lines;
 }
 
 TEST(ProfileRules, EveryCallAnswersAsTheTableSays)
@@ -93,43 +77,6 @@ TEST(ProfileFile, NoTextCanForgeAKeyASectionOrALine)
         ASSERT_TRUE(profile.Write("a", "k", value));
         EXPECT_EQ(value, *ProfileFile(profile.Render()).Find("a", "k"));
         EXPECT_EQ(1u, ProfileFile(profile.Render()).GetSection("a").size());
-    }
-}
-
-TEST(ProfileFile, AnswersBeforeRenderingAsTheRenderedFileDoes)
-{
-    std::mt19937 random(20240315);
-    const std::vector<std::string> names{"a", "B", "b ", "", "k k", ";c", "x=y", "[z", "p]q", "\te"};
-    const std::vector<std::string> values{"", "1", " 2 ", "\"q\"", "a=b", "[s]", ";", "-12", "x y"};
-    const std::vector<std::string> pieces{"[a]", "[ B ]", "[",  "a=1",  "B = 2", "k k", "=v",      ";c=3",
-                                          "  ",  "\r\n",  "\n", "\r\n", "\r",    "\n",  "a = 'x'", "junk\x01"};
-    const auto pick = [&](const std::vector<std::string>& from) { return from[random() % from.size()]; };
-    for (int round = 0; round < 500; ++round) {
-        std::string content;
-        for (size_t i = random() % 14; i > 0; --i) {
-            content += pick(pieces);
-        }
-        ProfileFile profile(content);
-        for (size_t step = random() % 8; step > 0; --step) {
-            const std::string section = pick(names), key = pick(names), value = pick(values);
-            const size_t kind = random() % 12;
-            ProfileFile fresh(profile.Render());
-            for (ProfileFile* const file : {&profile, &fresh}) {
-                if (kind == 0) {
-                    file->DeleteSection(section);
-                } else {
-                    file->Write(section, key, kind < 5 ? std::nullopt : std::optional<std::string_view>(value));
-                }
-            }
-            ASSERT_EQ(Lines(fresh.Render()), Lines(profile.Render())) << content;
-        }
-        const ProfileFile again(profile.Render());
-        for (const std::string& section : names) {
-            ASSERT_EQ(again.GetSection(section), profile.GetSection(section)) << content;
-            for (const std::string& key : names) {
-                ASSERT_EQ(again.Find(section, key), profile.Find(section, key)) << content << section << "|" << key;
-            }
-        }
     }
 }
 

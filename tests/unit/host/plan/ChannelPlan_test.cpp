@@ -53,6 +53,7 @@ TEST(ChannelPlan, LeavesOutWhatCannotBeMeasuredWithLineAndReason)
         {Block("DVBC/ANNEX_A", "474.0", "6900000", "QAM/64"), L"FREQUENCY \"474.0\" is not a whole number"},
         {Block("DVBC/ANNEX_A", "99999999999999999999999", "6900000", "QAM/64"), L"is not a whole number"},
         {Block("DVBC/ANNEX_A", "", "6900000", "QAM/64"), L"FREQUENCY is missing"},
+        {Block("DVBC/ANNEX_A", "474000000", "6.9M", "QAM/64"), L"SYMBOL_RATE \"6.9M\" is not a whole number"},
         {Block("DVBC/ANNEX_A", "474000000", "", "QAM/64"),
          L"does not name the symbol rate; give it with --symbol-rate"},
         {Block("DVBC/ANNEX_A", "474000000", "6900000", "QAM/512"), L"modulation \"QAM/512\" is none of"},
