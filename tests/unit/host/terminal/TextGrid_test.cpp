@@ -26,6 +26,14 @@ TEST(TextGrid, AlignsDecimalPointsExponentsAndLimitsAndWrapsCaptions)
               L"━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━\n");
 }
 
+TEST(TextGrid, WhatOnlyBeginsLikeANumberIsAText)
+{
+    TextGrid grid({L"Plan"});
+    grid.AddRow({L"-"});
+    grid.AddRow({L"1E"});
+    EXPECT_EQ(grid.Render(), L"━━━━\nPlan\n────\n-\n1E\n━━━━\n");
+}
+
 TEST(TextGrid, FoldsIntoPanelsThatRepeatTheKeyColumns)
 {
     TextGrid grid({L"No.", L"First", L"Second", L"Third"}, 1);
