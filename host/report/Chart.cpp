@@ -5,6 +5,7 @@
 
 #include "fmt/format.h"
 #include "host/report/Markup.h"
+#include "host/terminal/Words.h"
 
 namespace tvn2x {
 namespace {
@@ -188,22 +189,32 @@ void Chart::Missing(double x, std::wstring_view label)
 }
 
 /// Above its mark, or below where there is no room; above the labels that are there already where it would cover one.
+/// Long ones are shortened, and one that finds no place is left out: its mark's hint has it.
 void Chart::Label(double x, double y, std::wstring_view text)
 {
-    constexpr double lineHeight = 12, reach = 34;
+    constexpr double lineHeight = 12, letter = 6, gap = 3;
     constexpr double above = 7, below = 15;
-    double labelTop = y - above < top + lineHeight / 2 ? y + below : y - above;
-    const auto covers = [&](const auto& other) {
-        return std::abs(other.first - x) < reach && std::abs(other.second - labelTop) < lineHeight - 1;
+    constexpr int32_t mostColumns = 16;
+    const std::wstring shown = Shortened(text, mostColumns);
+    const double half = DisplayWidth(shown) * letter / 2;
+    Place place{.centre = std::clamp(x, left + half, width - right - half),
+                .half = half,
+                .base = y - above < top + lineHeight / 2 ? y + below : y - above};
+    const auto covers = [&](const Place& other) {
+        return std::abs(other.centre - place.centre) < other.half + place.half + gap &&
+               std::abs(other.base - place.base) < lineHeight - 1;
     };
-    while (std::ranges::any_of(labels_, covers) && labelTop > top) {
-        labelTop -= lineHeight;
+    while (std::ranges::any_of(labels_, covers)) {
+        place.base -= lineHeight;
+        if (place.base < top) {
+            return;
+        }
     }
-    labels_.emplace_back(x, labelTop);
-    const bool isAtEnd = x > width - right - reach;
-    body_ += fmt::format(R"(<text x="{:.1f}" y="{:.1f}" font-size="10" text-anchor="{}" fill="currentColor">{}</text>)"
-                         "\n",
-                         isAtEnd ? x + 4 : x, labelTop, isAtEnd ? "end" : "middle", Escape(text));
+    labels_.push_back(place);
+    body_ +=
+        fmt::format(R"(<text x="{:.1f}" y="{:.1f}" font-size="10" text-anchor="middle" fill="currentColor">{}</text>)"
+                    "\n",
+                    place.centre, place.base, Escape(shown));
 }
 
 std::string Chart::Axes() const

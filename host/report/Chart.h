@@ -43,6 +43,14 @@ public:
     std::string Svg() const;
 
 private:
+    /// Where a label stands.
+    struct Place
+    {
+        double centre = 0;
+        double half = 0;  ///< of its width
+        double base = 0;
+    };
+
     double Left(double x) const;
     double Top(double y) const;
     std::string Axes() const;
@@ -53,7 +61,7 @@ private:
     ChartAxis x_;
     ChartAxis y_;
     std::string body_;
-    std::vector<std::pair<double, double>> labels_;  ///< where labels stand, so that they keep apart
+    std::vector<Place> labels_;  ///< so that they keep apart
 };
 
 /// The mark of a verdict at a place of a picture, in its colour and shape, with a hint for the pointer.

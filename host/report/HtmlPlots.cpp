@@ -8,6 +8,7 @@
 #include "host/judge/SignalAnalysis.h"
 #include "host/report/Chart.h"
 #include "host/report/Markup.h"
+#include "host/terminal/Words.h"
 
 namespace tvn2x {
 namespace {
@@ -148,12 +149,24 @@ constexpr ImpairmentStyle impairmentStyles[impairments] = {
     {"noise", "#56B4E9"},     {"interference", "#D55E00"}, {"jitter", "#E69F00"}, {"suppression", "#009E73"},
     {"imbalance", "#F0E442"}, {"quadrature", "#CC79A7"},   {"other", "#999999"}};
 
+/// A channel's name in a column of a picture: of a long label the front, and the frequency whole.
+std::wstring PictureName(const ChannelResult& channel, int32_t columns)
+{
+    const std::wstring name = channel.Name();
+    if (DisplayWidth(name) <= columns) {
+        return name;
+    }
+    const std::wstring frequency = L" " + ChannelName(L"", channel.frequency);
+    return Shortened(channel.label, columns - DisplayWidth(frequency)) + frequency;
+}
+
 std::string BudgetRow(const ChannelResult& channel, const ErrorBudget& budget, double top)
 {
-    constexpr double barLeft = 150, barWidth = 380, barHeight = 15, least = 28;
+    constexpr double barLeft = 210, barWidth = 320, barHeight = 15, least = 28;
+    constexpr int32_t nameColumns = 24;
     std::string text = fmt::format(R"(<text x="0" y="{0}" fill="currentColor">{1}</text>)"
                                    R"(<text x="{2}" y="{0}" text-anchor="end" fill="currentColor">{3:.1f} dB</text>)",
-                                   top + 12, Escape(channel.Name()), barLeft - 8, budget.mer);
+                                   top + 12, Escape(PictureName(channel, nameColumns)), barLeft - 8, budget.mer);
     double from = barLeft;
     for (size_t i = 0; i < impairments; ++i) {
         const double width = budget.share[i] * barWidth;

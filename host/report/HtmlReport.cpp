@@ -147,7 +147,9 @@ std::string GridRow(const FinishedRun& run, const RunJudgement& judgement, const
         const bool isText =
             column.parameter <= MP_TIMESTAMP && column.parameter != MP_FREQUENCY && column.parameter != MP_SYMBOLRATE;
         const ReadingKind* kind = FindReadingKind(column.parameter);
-        std::string classes = isText || (kind && kind->isLock) ? "" : "number";
+        std::string classes = column.parameter == MP_USERFIELD   ? "label"
+                              : isText || (kind && kind->isLock) ? ""
+                                                                 : "number";
         if (finding) {
             classes += " " + ClassOf(finding->verdict);
         } else if (kind && kind->isLock && CellText(row.channel, column.parameter) != L"OK") {

@@ -13,6 +13,7 @@ constexpr const char* htmlStyle = R"css(
 * { box-sizing: border-box; }
 body { margin: 0 auto; padding: 1.2rem; max-width: 82rem; background: var(--paper); color: var(--ink);
   font: 15px/1.45 system-ui, "Segoe UI", "DejaVu Sans", sans-serif; }
+h1, td, .verdict, figcaption { overflow-wrap: anywhere; }
 h1 { font-size: 1.5rem; margin: 0 0 .6rem; } h2 { font-size: 1.15rem; margin: 1.8rem 0 .5rem; }
 .verdict { font-size: 1.1rem; padding: .7rem 1rem; margin: 0 0 1rem; border: 1px solid var(--rule); border-left: .6rem solid; }
 .verdict.pass { border-left-color: var(--pass); } .verdict.warning { border-left-color: var(--warning-fill); }
@@ -21,10 +22,11 @@ h1 { font-size: 1.5rem; margin: 0 0 .6rem; } h2 { font-size: 1.15rem; margin: 1.
 table { border-collapse: collapse; width: 100%; font-variant-numeric: tabular-nums; }
 th, td { padding: .22rem .5rem; text-align: left; vertical-align: top; border-bottom: 1px solid var(--rule); }
 thead th { border-bottom: 2px solid var(--soft); vertical-align: bottom; font-weight: 600; }
-td.number, th.number { text-align: right; } td.name { white-space: nowrap; }
+td.number, th.number { text-align: right; } td.name { min-width: 7rem; max-width: 18rem; }
 .facts { width: auto; } .facts th { font-weight: 400; color: var(--soft); white-space: nowrap; } .facts td { word-break: break-word; white-space: pre-line; }
 .wide { overflow-x: auto; } .wide table { font-size: .7rem; } .wide th, .wide td { padding: .18rem .26rem; }
 .wide tbody tr:nth-child(even) { background: var(--stripe); } .wide td { white-space: nowrap; }
+.wide td.label { white-space: normal; min-width: 5rem; max-width: 12rem; }
 td.pass, td.warning, td.fail, td.error, td.unmeasured { font-weight: 600; }
 td.pass { color: var(--pass); } td.warning { color: var(--warning); } td.fail { color: var(--fail); }
 td.error { color: var(--error); } td.unmeasured { color: var(--unmeasured); } td.number.pass { font-weight: 400; color: inherit; }
@@ -37,7 +39,10 @@ svg .pass { fill: var(--pass); } svg .pass-line { stroke: var(--pass); }
 svg .warning { fill: var(--warning-fill); } svg .warning-line { stroke: var(--warning-fill); }
 svg .fail { fill: var(--fail-fill); } svg .fail-line { stroke: var(--fail-fill); }
 svg .error { fill: var(--error-fill); } svg .unmeasured-line { stroke: var(--unmeasured); }
-@page { size: A4; margin: 14mm 12mm; }
+@media screen and (max-width: 44rem) { body { padding: .7rem; } h1 { font-size: 1.2rem; } th, td { padding: .22rem .3rem; }
+  .facts th, .facts td { display: block; padding: 0; border: 0; } .facts td { padding-bottom: .35rem; }
+  figure { overflow-x: auto; } figure svg { width: 40rem; } figcaption { position: sticky; left: 0; } }
+@page { size: A4; margin: 14mm 12mm; @bottom-right { content: counter(page) " / " counter(pages); font: 8pt sans-serif; } }
 @page wide { size: A4 landscape; margin: 10mm; }
 @media print { :root { color-scheme: light; } body { padding: 0; max-width: none; font-size: 9.5pt; }
   h2 { break-after: avoid; } tr, figure { break-inside: avoid; } thead { display: table-header-group; }

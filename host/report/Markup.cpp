@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "host/terminal/Words.h"
+#include "text/Blanks.h"
 #include "util/Encoding.h"
 
 namespace tvn2x {
@@ -47,6 +49,20 @@ std::string Escape(std::wstring_view text)
         }
     }
     return escaped;
+}
+
+std::wstring Shortened(std::wstring_view text, int32_t columns)
+{
+    if (DisplayWidth(text) <= columns) {
+        return std::wstring(text);
+    }
+    size_t end = text.size();
+    while (end > 0 && DisplayWidth(text.substr(0, end)) >= columns) {
+        --end;
+    }
+    // A character of two units stays whole: the second one has no width.
+    const bool isSplit = end > 0 && text[end - 1] >= 0xD800 && text[end - 1] < 0xDC00;
+    return std::wstring(TrimBlanks(text.substr(0, isSplit ? end - 1 : end))) + L"…";
 }
 
 }  // namespace tvn2x
