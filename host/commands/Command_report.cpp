@@ -59,7 +59,8 @@ void ShowVerdict(const FinishedRun& run, const RunJudgement& judgement, Console&
 int JudgeRun(const JudgeOptions& options, Console& console)
 {
     const std::optional<Limits> limits = LoadLimits(options.reports.limits);
-    const FinishedRun run = LoadRun(options.result, console);
+    FinishedRun run = LoadRun(options.result, console);
+    run.protocol.Take(options.protocol);
     RequireReportTargets(options.reports, {AbsolutePath(options.result), SetupOf(run, options)});
     const RunJudgement judgement = Judge(run, limits ? &*limits : nullptr);
     if (options.shows) {

@@ -223,6 +223,7 @@ StoredRun BeginRun(const Plugin& plugin, const Setup& setup, const std::wstring&
         StoredRun begun{.run = DescribeRun(plugin, setup, sha256, options.parameters)};
         begun.run.selection =
             options.channels ? SelectChannels(*options.channels, setup.channels) : AllChannels(setup.channels);
+        begun.run.protocol = options.protocol;
         begun.run.passes = options.repeat;
         begun.run.interval = options.interval;
         return begun;

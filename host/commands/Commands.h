@@ -51,6 +51,7 @@ struct ScanOptions
     double interval = 0;   ///< seconds from pass to pass
     bool writes = false;   ///< configures the receiver first
     bool forces = false;   ///< goes on where the receiver cannot do the setup
+    RunProtocol protocol;
     ReportOptions reports;
 };
 
@@ -60,7 +61,8 @@ struct JudgeOptions
     std::wstring result;
     std::wstring setup;  ///< for a result file; "" for the one that the run names
     ReportOptions reports;
-    bool shows = true;  ///< the verdict, which the exit code then tells too
+    bool shows = true;     ///< the verdict, which the exit code then tells too
+    RunProtocol protocol;  ///< in place of what the run has, where something is said
 };
 
 struct CompareOptions

@@ -17,10 +17,20 @@ void RunArguments::AddReports(CLI::App& command, ReportOptions& files)
     AddText(command, "--result", files.result, "Write the plug-in's result file, for a spreadsheet")->type_name("FILE");
 }
 
+void RunArguments::AddProtocol(CLI::App& command)
+{
+    AddText(command, "--site", protocol_.site, "On the page and in the results: where")->type_name("TEXT");
+    AddText(command, "--outlet", protocol_.outlet, "the outlet that was measured")->type_name("TEXT");
+    AddText(command, "--by", protocol_.by, "who measured")->type_name("TEXT");
+    AddText(command, "--order", protocol_.order, "the job's number")->type_name("TEXT");
+    AddText(command, "--remark", protocol_.remark, "anything else")->type_name("TEXT");
+}
+
 void RunArguments::AddStored(CLI::App& command, ReportOptions& files)
 {
     AddText(command, "result", result_, "Result file or journal")->type_name("FILE")->required();
     AddReports(command, files);
+    AddProtocol(command);
     AddText(command, "--setup", setup_, "The run's setup, where --result needs it and it is another file by now")
         ->type_name("FILE");
 }
@@ -28,6 +38,7 @@ void RunArguments::AddStored(CLI::App& command, ReportOptions& files)
 void RunArguments::AddToScan(CLI::App& scan)
 {
     AddReports(scan, scanFiles_);
+    AddProtocol(scan);
     CLI::Option* journal =
         AddText(scan, "--journal", journal_, "Keep each channel on the disk as it is measured")->type_name("FILE");
     CLI::Option* resume =
@@ -39,8 +50,9 @@ void RunArguments::AddToScan(CLI::App& scan)
     CLI::Option* every =
         AddText(scan, "--every", every_, "Begin a scan every 90s, 15m or 2h (until Ctrl+C)")->type_name("TIME");
     // A journal that is gone on with has all this already.
-    for (CLI::Option* other :
-         {journal, repeat, every, scan.get_option("--channels"), scan.get_option("--parameters")}) {
+    for (CLI::Option* other : {journal, repeat, every, scan.get_option("--channels"), scan.get_option("--parameters"),
+                               scan.get_option("--site"), scan.get_option("--outlet"), scan.get_option("--by"),
+                               scan.get_option("--order"), scan.get_option("--remark")}) {
         resume->excludes(other);
     }
 }
@@ -73,6 +85,7 @@ void RunArguments::AddCommands(CLI::App& app)
 void RunArguments::FillScan(const CLI::App& scan, ScanOptions& options) const
 {
     options.reports = scanFiles_;
+    options.protocol = protocol_;
     options.journal = journal_;
     options.resume = resume_;
     options.interval = every_.empty() ? 0 : ReadInterval(every_);
@@ -82,10 +95,10 @@ void RunArguments::FillScan(const CLI::App& scan, ScanOptions& options) const
 std::optional<int> RunArguments::Run(const CLI::App& app, Console& console) const
 {
     if (app.got_subcommand("judge")) {
-        return JudgeRun({result_, setup_, judgeFiles_, true}, console);
+        return JudgeRun({result_, setup_, judgeFiles_, true, protocol_}, console);
     }
     if (app.got_subcommand("report")) {
-        return JudgeRun({result_, setup_, reportFiles_, false}, console);
+        return JudgeRun({result_, setup_, reportFiles_, false, protocol_}, console);
     }
     if (app.got_subcommand("compare")) {
         const CLI::App& compare = *app.get_subcommand("compare");

@@ -24,8 +24,10 @@ public:
 
 private:
     static void AddReports(CLI::App& command, ReportOptions& files);
+    void AddProtocol(CLI::App& command);
     void AddStored(CLI::App& command, ReportOptions& files);
 
+    RunProtocol protocol_;
     ReportOptions scanFiles_, judgeFiles_, reportFiles_;
     std::wstring result_, setup_, journal_, resume_, every_, before_, after_, compareLimits_;
     double driftLevel_ = 0, driftMer_ = 0;

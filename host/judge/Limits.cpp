@@ -47,6 +47,7 @@ struct Section
     std::wstring name;
     int32_t line = 0;
     bool isDrift = false;
+    bool isHead = false;  ///< [limits], which names them
     int32_t parameter = 0;
     int32_t orderOfQam = 0;
 };
@@ -97,8 +98,11 @@ private:
             Refuse(line_, Excerpt(line) + L" lacks its closing bracket");
         }
         const std::wstring_view name = TrimBlanks(line.substr(1, line.size() - 2));
-        section_ = Section{.name = std::wstring(name), .line = line_, .isDrift = EqualIgnoringCase(name, "drift")};
-        if (section_->isDrift) {
+        section_ = Section{.name = std::wstring(name),
+                           .line = line_,
+                           .isDrift = EqualIgnoringCase(name, "drift"),
+                           .isHead = EqualIgnoringCase(name, "limits")};
+        if (section_->isDrift || section_->isHead) {
             return;
         }
         const size_t blank = name.find_first_of(L" \t");
@@ -138,6 +142,10 @@ private:
                                                     : L" stands before the first section, like [mer]"));
         }
         const std::wstring_view key = TrimBlanks(line.substr(0, equals));
+        if (section_->isHead) {
+            SetHead(key, TrimBlanks(line.substr(equals + 1)));
+            return;
+        }
         const double number = Number(TrimBlanks(line.substr(equals + 1)));
         if (section_->isDrift) {
             const int32_t parameter = Parameter(key);
@@ -160,6 +168,16 @@ private:
         Refuse(line_, Excerpt(key) + L" is no bound; known are Fail Below, Warn Below, Warn Above, Fail Above");
     }
 
+    void SetHead(std::wstring_view key, std::wstring_view text)
+    {
+        const bool isName = EqualIgnoringCase(key, "Name");
+        std::wstring& target = isName ? limits_.name : limits_.date;
+        if ((!isName && !EqualIgnoringCase(key, "Date")) || !target.empty()) {
+            Refuse(line_, Excerpt(key) + L": [limits] has Name and Date, each once");
+        }
+        target = std::wstring(text);
+    }
+
     void RequireRange(double number) const
     {
         if (FindReadingKind(section_->parameter)->isRatio && number <= 0) {
@@ -170,7 +188,7 @@ private:
     /// The bounds of a section stand in their order on the number line.
     void CheckBounds() const
     {
-        if (!section_ || section_->isDrift) {
+        if (!section_ || section_->isDrift || section_->isHead) {
             return;
         }
         const Limit& limit = limits_.limits[{section_->parameter, section_->orderOfQam}];
@@ -216,7 +234,7 @@ const Limit* Limits::Find(int32_t parameter, int32_t orderOfQam) const
 Limits ReadLimits(std::string_view content, const std::wstring& path)
 {
     RequireText(content, path, L"limits file", L"\"tvnhost limits\" prints limits to begin with.");
-    Limits limits{.path = path, .sha256 = Sha256(content), .limits = {}, .drift = {}};
+    Limits limits{.path = path, .name = {}, .date = {}, .sha256 = Sha256(content), .limits = {}, .drift = {}};
     LimitsReader(path, limits).Read(content);
     return limits;
 }

@@ -26,6 +26,8 @@ struct Limit
 struct Limits
 {
     std::wstring path;                                    ///< as it was named
+    std::wstring name;                                    ///< what the file calls its limits, "" where it does not
+    std::wstring date;                                    ///< of the limits, as the file has it
     std::wstring sha256;                                  ///< of the file
     std::map<std::pair<int32_t, int32_t>, Limit> limits;  ///< by parameter and order of QAM, 0 for every order
     std::map<int32_t, double> drift;                      ///< by parameter; of ratios in decades

@@ -10,6 +10,7 @@
 #include "host/report/HtmlStyle.h"
 #include "host/report/Markup.h"
 #include "host/report/RunGrid.h"
+#include "setup/catalogue/Settings.h"
 #include "text/Duration.h"
 
 namespace tvn2x {
@@ -74,7 +75,27 @@ std::wstring PassesText(const FinishedRun& run)
                        run.passes == 0 ? L"" : fmt::format(L" of {}", run.passes));
 }
 
-std::string Facts(const FinishedRun& run, const RunJudgement& judgement)
+/// What the limits call themselves, and their file.
+std::wstring LimitsName(const RunJudgement& judgement, const Limits* limits)
+{
+    if (!judgement.hasLimits) {
+        return L"none: a channel passes when all locks hold";
+    }
+    std::wstring text;
+    for (const std::wstring& part : {limits ? limits->name : L"", limits ? limits->date : L"",
+                                     FileName(judgement.limits), L"SHA-256 " + judgement.limitsSha256}) {
+        text += part.empty() ? L"" : (text.empty() ? L"" : L", ") + part;
+    }
+    return text;
+}
+
+std::string ProtocolFacts(const RunProtocol& protocol)
+{
+    return Fact("Site", protocol.site) + Fact("Outlet", protocol.outlet) + Fact("Measured by", protocol.by) +
+           Fact("Order", protocol.order) + Fact("Remark", protocol.remark);
+}
+
+std::string Facts(const FinishedRun& run, const RunJudgement& judgement, const Limits* limits)
 {
     const RunSetup& setup = run.setup;
     const SetupSettings& settings = setup.settings;
@@ -82,7 +103,7 @@ std::string Facts(const FinishedRun& run, const RunJudgement& judgement)
     for (const std::wstring& time : run.resumed) {
         resumed += (resumed.empty() ? L"" : L", ") + ShownTime(time);
     }
-    std::string text = "<table class=\"facts\"><tbody>\n";
+    std::string text = "<table class=\"facts\"><tbody>\n" + ProtocolFacts(run.protocol);
     text +=
         Fact("Measured", ShownTime(run.began) + (run.ended.empty() ? L"" : L" to " + ShownTime(run.ended)) + L", " +
                              DurationText(run.Seconds()) + L" min of measuring" + (run.stopped ? L", stopped" : L""));
@@ -90,20 +111,20 @@ std::string Facts(const FinishedRun& run, const RunJudgement& judgement)
     text += Fact("Resumed", resumed);
     text += Fact("Setup", FileName(setup.path) + L", SHA-256 " + setup.sha256);
     text += Fact("Notes", setup.notes);
-    text += Fact("Settings",
-                 fmt::format(L"{}-QAM, roll-off {} %, SAW filter {}, reference {}, BER over {} · 10^7 bits, "
-                             L"settling up to {} s",
-                             settings.orderOfQam, settings.rollOffFactor,
-                             settings.sawBandwidth == 0 ? L"off" : fmt::format(L"{} MHz", settings.sawBandwidth),
-                             settings.referenceSource == 1 ? L"external" : L"internal", settings.berSamples,
-                             settings.maxSettlingTime));
+    text += Fact(
+        "Settings",
+        fmt::format(L"{}-QAM, roll-off {} %, input {}, SAW filter {}, reference {}, BER over {} · 10^7 bits, "
+                    L"settling up to {} s",
+                    settings.orderOfQam, settings.rollOffFactor, ChoiceWords(setting::inputRoute, settings.inputRoute),
+                    settings.sawBandwidth == 0 ? L"off" : fmt::format(L"{} MHz", settings.sawBandwidth),
+                    settings.referenceSource == 1 ? L"external" : L"internal", settings.berSamples,
+                    settings.maxSettlingTime));
     text +=
         Fact("Receiver", run.receiver.identity + (run.receiver.hardware.empty() ? L"" : L", ") + run.receiver.hardware);
     text += Fact("Serial number", run.receiver.serialNumber);
     text += Fact("Firmware", run.receiver.firmware);
     text += Fact("Options", run.receiver.options);
-    text += Fact("Limits", judgement.hasLimits ? FileName(judgement.limits) + L", SHA-256 " + judgement.limitsSha256
-                                               : L"none: a channel passes when all locks hold");
+    text += Fact("Limits", LimitsName(judgement, limits));
     text += Fact("Program", run.program);
     return text + "</tbody></table>\n";
 }
@@ -238,7 +259,7 @@ std::string HtmlReport(const FinishedRun& run, const RunJudgement& judgement, co
         "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src 'unsafe-inline'\"/>\n"
         "<title>{0}</title>\n<style>{1}</style>\n</head>\n<body>\n<h1>{0}</h1>\n<p class=\"verdict {2}\">{3}</p>\n",
         Escape(title), htmlStyle, ClassOf(judgement.verdict), Escape(VerdictSentence(run, judgement)));
-    text += Facts(run, judgement);
+    text += Facts(run, judgement, limits);
     text += FindingsTable(rows);
     text += rows.empty() ? "" : Plots(run, rows, limits);
     text += GridTable(run, judgement, rows);

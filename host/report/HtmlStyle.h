@@ -27,7 +27,7 @@ td.number, th.number { text-align: right; } td.name { min-width: 7rem; max-width
 .wide { overflow-x: auto; } .wide table { font-size: .7rem; } .wide th, .wide td { padding: .18rem .26rem; }
 .wide tbody tr:nth-child(even) { background: var(--stripe); } .wide td { white-space: nowrap; }
 .wide td.label { white-space: normal; min-width: 5rem; max-width: 12rem; }
-td.pass, td.warning, td.fail, td.error, td.unmeasured { font-weight: 600; }
+td.pass, td.warning, td.fail, td.error, td.unmeasured { font-weight: 600; overflow-wrap: normal; }
 td.pass { color: var(--pass); } td.warning { color: var(--warning); } td.fail { color: var(--fail); }
 td.error { color: var(--error); } td.unmeasured { color: var(--unmeasured); } td.number.pass { font-weight: 400; color: inherit; }
 .plots { display: grid; grid-template-columns: repeat(auto-fit, minmax(min(34rem, 100%), 1fr)); gap: 1rem 2rem; }

@@ -75,6 +75,16 @@ std::wstring ChannelName(const std::wstring& label, double frequency)
     return label.empty() || label == megahertz ? megahertz : label + L" " + megahertz;
 }
 
+void RunProtocol::Take(const RunProtocol& later)
+{
+    for (const auto text :
+         {&RunProtocol::site, &RunProtocol::outlet, &RunProtocol::by, &RunProtocol::order, &RunProtocol::remark}) {
+        if (!(later.*text).empty()) {
+            this->*text = later.*text;
+        }
+    }
+}
+
 double FinishedRun::Seconds() const
 {
     return std::accumulate(channels.begin(), channels.end(), 0.0,

@@ -101,12 +101,26 @@ struct RunReceiver
     bool operator==(const RunReceiver&) const = default;
 };
 
+/// What whoever hands the run in says of it; "" for what was not said.
+struct RunProtocol
+{
+    std::wstring site;
+    std::wstring outlet;
+    std::wstring by;     ///< who measured
+    std::wstring order;  ///< the job's number
+    std::wstring remark;
+
+    void Take(const RunProtocol& later);  ///< what it says in place of what was said
+    bool operator==(const RunProtocol&) const = default;
+};
+
 /// Everything known of a scan that has ended or was stopped. Every report is made from this.
 struct FinishedRun
 {
     std::wstring program;  ///< name and version of the program that measured
     RunSetup setup;
     RunReceiver receiver;
+    RunProtocol protocol;
     std::vector<RunColumn> columns;     ///< of the result grid, from left to right
     std::vector<int32_t> selection;     ///< the channels that were to be measured, ascending
     int32_t passes = 1;                 ///< how often they were to be measured, 0 for no end

@@ -198,6 +198,14 @@ void ReadHead(const Record& json, FinishedRun& run)
                     .serialNumber = receiver.Text("serialNumber"),
                     .firmware = receiver.Text("firmware"),
                     .options = receiver.Text("options")};
+    if (json.Has("protocol")) {  // early files have none
+        const Record protocol = json.Object("protocol");
+        run.protocol = {.site = protocol.Text("site"),
+                        .outlet = protocol.Text("outlet"),
+                        .by = protocol.Text("by"),
+                        .order = protocol.Text("order"),
+                        .remark = protocol.Text("remark")};
+    }
     for (const Json& column : json.Array("columns")) {
         run.columns.push_back({Record(column).Whole("parameter"), Record(column).Text("caption")});
     }
@@ -267,6 +275,12 @@ std::string RunLine(const FinishedRun& run)
                    {"serialNumber", Text(run.receiver.serialNumber)},
                    {"firmware", Text(run.receiver.firmware)},
                    {"options", Text(run.receiver.options)}}},
+                 {"protocol",
+                  {{"site", Text(run.protocol.site)},
+                   {"outlet", Text(run.protocol.outlet)},
+                   {"by", Text(run.protocol.by)},
+                   {"order", Text(run.protocol.order)},
+                   {"remark", Text(run.protocol.remark)}}},
                  {"columns", std::move(columns)},
                  {"selection", run.selection},
                  {"passes", run.passes},

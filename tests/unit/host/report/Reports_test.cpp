@@ -103,13 +103,15 @@ TEST(HtmlReport, StandsAloneWhateverTheTextsAre)
     FinishedRun run = TestRun({Misadjusted(1, 354), Misadjusted(2, 362), Misadjusted(3, 370)});
     run.channels[1].label = L"</td><script>alert(1)</script>&\"'\x01";
     run.columns[1].caption = L"<b>";
+    run.protocol = {.site = L"<Linz>", .outlet = L"3rd floor", .by = L"A. Huber", .order = L"4711", .remark = L"rain"};
     const Limits limits = OutletLimits();
     const std::string html = HtmlReport(run, Judge(run, &limits), &limits);
     for (const char* text : {"<script", "<b>", "\x01", "src="}) {
         EXPECT_THAT(html, Not(HasSubstr(text)));
     }
     for (const char* text : {"FAIL: 0 of 3 channels pass, 3 fail.", "mostly I/Q imbalance", "RF level", "Level steps",
-                             "Modulation error", "Bit error ratio", "What eats the MER"}) {
+                             "Modulation error", "Bit error ratio", "What eats the MER", "&lt;Linz&gt;", "3rd floor",
+                             "A. Huber", "4711", "rain", "input Receiver (75 ohm)", "Cable outlets, 20"}) {
         EXPECT_THAT(html, HasSubstr(text));
     }
     EXPECT_THAT(HtmlReport(TestRun({}), Judge(TestRun({}), nullptr), nullptr), StartsWith("<!DOCTYPE html>"));

@@ -55,6 +55,7 @@ TEST(RunRecords, ARunReadsBackAsItWasWritten)
     FinishedRun run = MixedRun();
     run.passes = 0;
     run.interval = 900;
+    run.protocol = {.site = L"Linz", .outlet = L"3rd floor", .by = L"A. Huber", .order = L"4711", .remark = L"a\nb"};
     run.stopped = true;
     const StoredRun stored = ReadRun(ResultText(run), L"run.jsonl");
     EXPECT_EQ(stored.run, run);
