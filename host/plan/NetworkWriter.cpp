@@ -27,12 +27,13 @@ private:
     std::wstring text_;
 };
 
-/// Gaps grow with the time since tuning, so that a scan meets some of them whatever its pace.
+/// Gaps begin when a receiver has just locked and grow with the time since tuning, so that a scan meets some of them
+/// whatever its pace.
 std::wstring Outages()
 {
     std::wstring text;
-    for (double at = 1.5; at < 3600;) {
-        const double gap = std::max(1.2, 0.3 * at);
+    for (double at = 0.6; at < 3600;) {
+        const double gap = std::max(0.4, 0.3 * at);
         text += (text.empty() ? L"TS " : L", TS ") + Number(at) + L" " + Number(0.4 * gap);
         at += gap;
     }

@@ -117,6 +117,11 @@ double Acquisition::UnlockedTime(Stage stage, double from, double to) const
     return sum;
 }
 
+double Acquisition::Duration() const
+{
+    return stagesReached_ == 0 ? 0 : TimeOf(Stage::gainControl, static_cast<Stage>(stagesReached_ - 1));
+}
+
 bool Acquisition::ReferenceLost(double elapsed) const
 {
     return std::ranges::any_of(

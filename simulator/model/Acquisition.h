@@ -22,6 +22,8 @@ public:
     /// Seconds without that lock between two moments.
     double UnlockedTime(Stage stage, double from, double to) const;
     bool ReferenceLost(double elapsed) const;
+    /// Seconds from tuning to the last lock that this signal lets the receiver have, outages apart.
+    double Duration() const;
 
 private:
     /// Seconds after tuning, from `from` up to `to`.

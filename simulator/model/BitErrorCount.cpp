@@ -39,7 +39,7 @@ std::wstring BitErrorCount::Progress::Result() const
 
 BitErrorCount::Progress BitErrorCount::At(double seconds)
 {
-    const double bits = std::clamp((seconds - startedAt_) * bitRate_, 0.0, wanted_ * blockBits);
+    const double bits = std::clamp((seconds - startedAt_ + buffered) * bitRate_, 0.0, wanted_ * blockBits);
     const auto complete = static_cast<int32_t>(bits / blockBits);
     if (complete < summedBlocks_) {
         summedBlocks_ = 0;

@@ -15,6 +15,9 @@ class BitErrorCount
 {
 public:
     static constexpr double blockBits = 1e7;
+    /// Seconds of the stream that the receiver has in hand when a count begins: so the count is done when a client that
+    /// waits for its bits to arrive asks for the last time, and does not hang on the moment of that.
+    static constexpr double buffered = 0.1;
 
     /// What has been counted at one moment.
     struct Progress

@@ -18,6 +18,8 @@ using Complaint = std::optional<std::wstring>;
 const std::array networkKeys{
     NetworkKey{L"Noise Figure (dB)", &NetworkSettings::noiseFigure, 0, 30},
     NetworkKey{L"Tilt (dB)", &NetworkSettings::tilt, 0, 40},
+    NetworkKey{L"Tilt Drift (dB)", &NetworkSettings::tiltDrift, 0, 20},
+    NetworkKey{L"Drift Period (h)", &NetworkSettings::driftPeriod, 0.01, 168},
     NetworkKey{L"Head-end MER (dB)", &NetworkSettings::headEndMer, 10, 60},
     NetworkKey{L"Implementation Loss (dB)", &NetworkSettings::implementationLoss, 0, 6},
     NetworkKey{L"Velocity Factor", &NetworkSettings::velocityFactor, 0.5, 1},

@@ -30,6 +30,8 @@ struct NetworkSettings
 {
     double noiseFigure = 8;         ///< dB
     double tilt = 0;                ///< dB of cable loss at 862 MHz, growing with the square root of the frequency
+    double tiltDrift = 0;           ///< dB that the tilt swings to either side, with the warmth of the day
+    double driftPeriod = 24;        ///< hours from one warmest moment to the next
     double headEndMer = 43;         ///< dB
     double implementationLoss = 1;  ///< dB that the demodulator falls short of theory
     double velocityFactor = 0.85;   ///< of the cable between outlet and receiver

@@ -14,7 +14,8 @@ ReceiverPhysics& ReceiverModel::Begin(std::wstring_view operation, Access access
 {
     ++operations_;
     if (latency_ > 0) {
-        time_.Wait(latency_);
+        // A count takes the time that its bits take, at any scale: asking for it more often than in life is of no use.
+        time_.Wait(operation == L"ReadBer" ? latency_ : latency_ * time_.Scale());
     }
     faults_.Check(operation, access);
     if (!physics_.Network().Network().connected && operation != L"Online") {

@@ -70,7 +70,7 @@ private:
     SimulatedTime& time_;
     ReceiverPhysics physics_;
     FaultScript faults_;
-    double latency_ = 0;  ///< simulated seconds
+    double latency_ = 0;  ///< seconds, at a time scale of 1
     uint64_t operations_ = 0;
 };
 

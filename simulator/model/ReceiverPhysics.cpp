@@ -1,5 +1,7 @@
 #include "simulator/model/ReceiverPhysics.h"
 
+#include <cmath>
+#include <numbers>
 #include <utility>
 
 namespace tvn2x {
@@ -20,6 +22,7 @@ void ReceiverPhysics::Network(NetworkModel model)
     const bool otherHardware = model.Network().installedOptions != model_.Network().installedOptions;
     CountErrors();
     model_ = std::move(model);
+    tunings_.clear();
     if (otherHardware) {
         settings_ = BasicState();
     }
@@ -30,23 +33,47 @@ void ReceiverPhysics::Tune()
 {
     CountErrors();
     const double now = time_.Seconds();
-    const SeededNoise noise(static_cast<uint64_t>(model_.Network().seed), static_cast<uint64_t>(settings_.frequency));
-    Reception reception = Receive(model_, settings_);
+    const auto frequency = static_cast<uint64_t>(settings_.frequency);
+    const SeededNoise noise(static_cast<uint64_t>(model_.Network().seed), frequency, tunings_[frequency]);
+    Reception reception = ReceiveNow();
     Acquisition acquisition(reception, noise);
-    tuning_ = {now, noise, std::move(reception), std::move(acquisition), {}};
+    const double scale = TakesToLock(acquisition);
+    tuning_ = {now, scale, noise, std::move(reception), std::move(acquisition), {}};
     ber_.reset();
+}
+
+Reception ReceiverPhysics::ReceiveNow()
+{
+    const NetworkSettings& network = model_.Network();
+    const double periods = time_.SecondsOfCalendar() / (network.driftPeriod * 3600);
+    return Receive(model_, settings_, network.tiltDrift * std::sin(2 * std::numbers::pi * periods));
+}
+
+double ReceiverPhysics::TakesToLock(const Acquisition& acquisition) const
+{
+    constexpr double pause = 0.1;  // seconds between tuning and the client's wait
+    const bool isGivenUp = settlingTime_ > 0 && acquisition.Duration() > settlingTime_ + pause;
+    return isGivenUp ? 1 : time_.Scale();
+}
+
+double ReceiverPhysics::Elapsed(const Tuning& tuning, double at)
+{
+    const double real = at - tuning.since;
+    const double locking = tuning.acquisition.Duration();
+    return real < locking * tuning.scale ? real / tuning.scale : real + locking * (1 - tuning.scale);
 }
 
 void ReceiverPhysics::CountErrors()
 {
     const double now = time_.Seconds();
-    counter_.Add(tuning_.reception, tuning_.acquisition, countedUntil_ - tuning_.since, now - tuning_.since);
+    counter_.Add(tuning_.reception, tuning_.acquisition, tuning_.noise, Elapsed(tuning_, countedUntil_),
+                 Elapsed(tuning_, now));
     countedUntil_ = now;
 }
 
 bool ReceiverPhysics::Locked(Stage stage)
 {
-    return View().acquisition.Locked(stage, ViewTime() - View().since);
+    return View().acquisition.Locked(stage, Elapsed(View(), ViewTime()));
 }
 
 bool ReceiverPhysics::TsError()
@@ -69,8 +96,9 @@ bool ReceiverPhysics::CarrierUnlocked()
 bool ReceiverPhysics::ReferenceLocked()
 {
     const double now = ViewTime();
-    return settings_.externalReference && model_.Network().referenceFed && now - referenceSince_ >= referenceSettling &&
-           !View().acquisition.ReferenceLost(now - View().since);
+    return settings_.externalReference && model_.Network().referenceFed &&
+           now - referenceSince_ >= referenceSettling * time_.Scale() &&
+           !View().acquisition.ReferenceLost(Elapsed(View(), now));
 }
 
 bool ReceiverPhysics::RfSignalPresent()

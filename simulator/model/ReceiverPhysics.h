@@ -25,7 +25,13 @@ public:
     explicit ReceiverPhysics(SimulatedTime& time);
 
     const NetworkModel& Network() const { return model_; }
+    /// A new or changed network starts over: the first tuning to each frequency draws as the first one did.
     void Network(NetworkModel model);
+
+    /// Seconds that the client waits for the locks, 0 for no end. Locks come sooner by the time scale; one that comes
+    /// after that time does not, so that the scale makes no lock out of none.
+    double SettlingTime() const { return settlingTime_; }
+    void SettlingTime(double seconds) { settlingTime_ = seconds; }
 
     // Readings. Where ValueStatus then tells of a range marker, the reading is 0 or the end of the range.
 #define RECEIVER_READING(name, parameter) double name();
@@ -162,7 +168,8 @@ private:
     /// What has come in since the receiver was tuned, or since what it is tuned by was changed.
     struct Tuning
     {
-        double since = 0;  ///< simulated seconds
+        double since = 0;
+        double scale = 1;  ///< of the time that the locks take
         SeededNoise noise{0, 0};
         Reception reception;
         Acquisition acquisition;
@@ -173,7 +180,7 @@ private:
     struct HeldTuning
     {
         Tuning tuning;
-        double at = 0;  ///< the moment of Hold, in simulated seconds
+        double at = 0;  ///< the moment of Hold
     };
 
     /// What the receiver can show of a reading, in its unit.
@@ -203,6 +210,10 @@ private:
     {
         return held_ ? held_->at : time_.Seconds();
     }
+    /// Seconds of the receiver's own from tuning to a moment: they run faster until it has locked.
+    static double Elapsed(const Tuning& tuning, double at);
+    double TakesToLock(const Acquisition& acquisition) const;
+    Reception ReceiveNow();
     bool Locked(Stage stage);
 
     double Noise(uint64_t what, double spread);
@@ -219,6 +230,8 @@ private:
     std::optional<HeldTuning> held_;
     ErrorCounter counter_;
     double countedUntil_ = 0;
+    std::map<uint64_t, uint64_t> tunings_;  ///< how often, by frequency in Hz
+    double settlingTime_ = 0;
     double referenceSince_ = 0;
     std::optional<BitErrorCount> ber_;
     std::wstring status_;

@@ -134,7 +134,7 @@ std::optional<BitErrorCount::Progress> ReceiverPhysics::BerProgress()
     const double now = ViewTime();
     const Tuning& view = View();
     const bool lost =
-        view.acquisition.UnlockedTime(Stage::reedSolomon, ber_->StartedAt() - view.since, now - view.since) > 0;
+        view.acquisition.UnlockedTime(Stage::reedSolomon, Elapsed(view, ber_->StartedAt()), Elapsed(view, now)) > 0;
     if (lost || !Locked(Stage::reedSolomon)) {
         ber_.reset();
         return std::nullopt;

@@ -131,6 +131,9 @@ void ReceiverPhysics::SymbolRate(double symbolsPerSecond)
 {
     RequireRange(symbolsPerSecond, 0.1e6, 8e6, L"SymbolRate", L" symbols per second");
     ber_.reset();
+    // Each measurement begins here, also one that need not tune: the network is as it is by now.
+    CountErrors();
+    tuning_.reception = ReceiveNow();
     Change(&ReceiverSettings::symbolRate, symbolsPerSecond);
 }
 
@@ -197,6 +200,7 @@ void ReceiverPhysics::Frequency(double hertz)
 {
     RequireRange(hertz, 30e6, 1200e6, L"Frequency", L" Hz");
     settings_.frequency = hertz;
+    ++tunings_[static_cast<uint64_t>(hertz)];
     Tune();
 }
 

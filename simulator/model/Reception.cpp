@@ -82,9 +82,9 @@ double EchoGain(const ChannelModel& channel, const NetworkSettings& network)
 }
 
 /// The level at the receiver's input in dBµV.
-double LevelOf(const ChannelModel& channel, const NetworkSettings& network)
+double LevelOf(const ChannelModel& channel, const NetworkSettings& network, double warming)
 {
-    return channel.level - network.tilt * dvbc::TiltPosition(channel.frequency, bandStart, bandEnd) +
+    return channel.level - (network.tilt + warming) * dvbc::TiltPosition(channel.frequency, bandStart, bandEnd) +
            EchoGain(channel, network);
 }
 
@@ -107,9 +107,10 @@ double RouteLoss(int32_t route)
 class FrontEnd
 {
 public:
-    FrontEnd(const NetworkModel& model, const ReceiverSettings& settings)
+    FrontEnd(const NetworkModel& model, const ReceiverSettings& settings, double warming)
         : network_(model.Network()),
           settings_(settings),
+          warming_(warming),
           own_(Span::Around(settings.frequency, settings.symbolRate)),
           filter_(
               Span::Around(settings.frequency, settings.sawBandwidth > 0 ? settings.sawBandwidth * 1e6 : preselection))
@@ -151,7 +152,7 @@ private:
     void Take(const ChannelModel& channel)
     {
         const Span spectrum = SpectrumOf(channel);
-        const double power = dvbc::PowerOfDecibels(LevelOf(channel, network_) - RouteLoss(settings_.route));
+        const double power = dvbc::PowerOfDecibels(LevelOf(channel, network_, warming_) - RouteLoss(settings_.route));
         const double inBand = power * spectrum.ShareIn(own_);
         const double besides = power * std::max(0.0, spectrum.ShareIn(filter_) - spectrum.ShareIn(own_));
         const double leak = inBand + besides * dvbc::PowerOfDecibels(-digitalRejection);
@@ -180,6 +181,7 @@ private:
 
     const NetworkSettings& network_;
     const ReceiverSettings& settings_;
+    const double warming_;  ///< dB at the end of the band
     const Span own_;
     const Span filter_;
     const ChannelModel* strongest_ = nullptr;
@@ -263,10 +265,10 @@ int StagesReached(const Reception& reception, const ChannelModel& channel, const
 
 }  // namespace
 
-Reception Receive(const NetworkModel& model, const ReceiverSettings& settings)
+Reception Receive(const NetworkModel& model, const ReceiverSettings& settings, double warming)
 {
     const NetworkSettings& network = model.Network();
-    const FrontEnd front(model, settings);
+    const FrontEnd front(model, settings, warming);
     Reception reception;
     reception.level = front.Level();
     reception.noiseLevel = front.NoiseLevel();

@@ -43,6 +43,7 @@ struct Reception
     double PacketRate() const { return bitRate / (8 * dvbc::packetBytes); }
 };
 
-Reception Receive(const NetworkModel& model, const ReceiverSettings& settings);
+/// `warming` is what the cable takes off besides its tilt, in dB at the end of the band.
+Reception Receive(const NetworkModel& model, const ReceiverSettings& settings, double warming = 0);
 
 }  // namespace tvn2x

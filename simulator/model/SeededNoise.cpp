@@ -23,7 +23,10 @@ double UnitInterval(uint64_t bits)
 
 }  // namespace
 
-SeededNoise::SeededNoise(uint64_t seed, uint64_t place) : base_(Mix(Mix(seed) ^ place)) {}
+SeededNoise::SeededNoise(uint64_t seed, uint64_t place, uint64_t occasion)
+    : base_(Mix(Mix(Mix(seed) ^ place) + occasion))
+{
+}
 
 double SeededNoise::Uniform(uint64_t stream, uint64_t index) const
 {

@@ -1,29 +1,31 @@
 #pragma once
 
+#include <windows.h>
+
 #include "simulator/model/SimulatedTime.h"
 
 namespace tvn2x {
 
-/// Simulated time by the machine's performance counter.
+/// Time by the machine's performance counter.
 class PerformanceTime final : public SimulatedTime
 {
 public:
     PerformanceTime();
+    PerformanceTime(const PerformanceTime&) = delete;
+    PerformanceTime& operator=(const PerformanceTime&) = delete;
+    ~PerformanceTime();
 
     double Seconds() override;
     void Wait(double seconds) override;
+    double Scale() const override { return scale_; }
+    double SecondsOfCalendar() override;
 
-    /// Real seconds per simulated second. A change lets the simulated time go on from where it is.
-    double Scale() const { return scale_; }
-    void Scale(double scale);
+    void Scale(double scale) { scale_ = scale; }
 
 private:
-    double RealSeconds() const;
-
+    HANDLE timer_;  ///< null where the system has none
     double frequency_;
     double scale_ = 1;
-    double realMark_ = 0;
-    double simulatedMark_ = 0;
 };
 
 }  // namespace tvn2x

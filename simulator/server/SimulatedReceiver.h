@@ -11,6 +11,10 @@ namespace tvn2x {
 /// by the driver object and its settings.
 struct SimulatedReceiver
 {
+    SimulatedReceiver() { model.Latency(usualLatency); }
+
+    static constexpr double usualLatency = 0.002;  // seconds that an instrument on its bus takes to answer
+
     PerformanceTime time;
     ReceiverModel model{time};
     std::wstring modelFile;  ///< full path, empty where there is none

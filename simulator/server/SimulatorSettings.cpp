@@ -42,7 +42,8 @@ HRESULT SimulatorSettings::get_NetworkModel(BSTR* value) noexcept
 HRESULT SimulatorSettings::put_TimeScale(DOUBLE value) noexcept
 {
     return Do([&] {
-        RequireRange(value, 1e-6, 1000, L"TimeScale", L"from 0.000001 to 1000");
+        // A receiver that is slower than in life would lock after its client has given up.
+        RequireRange(value, 1e-6, 1, L"TimeScale", L"from 0.000001 to 1");
         receiver_->time.Scale(value);
         StateOfThread()->timeScale = value;
     });
@@ -100,24 +101,36 @@ HRESULT SimulatorSettings::get_Operations(LONG* value) noexcept
     return Get(value, [&] { return receiver_->model.Operations(); });
 }
 
-HRESULT SimulatorSettings::put_OrderOfQam(LONG value) noexcept
+HRESULT SimulatorSettings::put_SettlingTime(DOUBLE value) noexcept
 {
-    return Do([&] { receiver_->model.Physics().OrderOfQam(value); });
+    return Do([&] {
+        RequireRange(value, 0, 86400, L"SettlingTime", L"from 0 to 86400 seconds");
+        receiver_->model.Physics().SettlingTime(value);
+    });
 }
 
-HRESULT SimulatorSettings::get_OrderOfQam(LONG* value) noexcept
+HRESULT SimulatorSettings::get_SettlingTime(DOUBLE* value) noexcept
 {
-    return Get(value, [&] { return receiver_->model.Physics().OrderOfQam(); });
+    return Get(value, [&] { return receiver_->model.Physics().SettlingTime(); });
 }
 
-HRESULT SimulatorSettings::put_LevelUnit(LONG value) noexcept
-{
-    return Do([&] { receiver_->model.Physics().LevelUnit(value); });
-}
-
-HRESULT SimulatorSettings::get_LevelUnit(LONG* value) noexcept
-{
-    return Get(value, [&] { return receiver_->model.Physics().LevelUnit(); });
-}
+/// What the receiver is set to: the settings with which a measurement stands and falls.
+#define SIMULATOR_SETTING(name)                                               \
+    HRESULT SimulatorSettings::put_##name(LONG value) noexcept                \
+    {                                                                         \
+        return Do([&] { receiver_->model.Physics().name(value); });           \
+    }                                                                         \
+    HRESULT SimulatorSettings::get_##name(LONG* value) noexcept               \
+    {                                                                         \
+        return Get(value, [&] { return receiver_->model.Physics().name(); }); \
+    }
+SIMULATOR_SETTING(OrderOfQam)
+SIMULATOR_SETTING(LevelUnit)
+SIMULATOR_SETTING(BerSamples)
+SIMULATOR_SETTING(RollOffFactor)
+SIMULATOR_SETTING(SawBandwidth)
+SIMULATOR_SETTING(ReferenceSource)
+SIMULATOR_SETTING(InputRoute)
+#undef SIMULATOR_SETTING
 
 }  // namespace tvn2x

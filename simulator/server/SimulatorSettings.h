@@ -34,6 +34,18 @@ public:
     HRESULT STDMETHODCALLTYPE get_OrderOfQam(LONG* value) noexcept override;
     HRESULT STDMETHODCALLTYPE put_LevelUnit(LONG value) noexcept override;
     HRESULT STDMETHODCALLTYPE get_LevelUnit(LONG* value) noexcept override;
+    HRESULT STDMETHODCALLTYPE put_BerSamples(LONG value) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_BerSamples(LONG* value) noexcept override;
+    HRESULT STDMETHODCALLTYPE put_RollOffFactor(LONG value) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_RollOffFactor(LONG* value) noexcept override;
+    HRESULT STDMETHODCALLTYPE put_SawBandwidth(LONG value) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_SawBandwidth(LONG* value) noexcept override;
+    HRESULT STDMETHODCALLTYPE put_ReferenceSource(LONG value) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_ReferenceSource(LONG* value) noexcept override;
+    HRESULT STDMETHODCALLTYPE put_InputRoute(LONG value) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_InputRoute(LONG* value) noexcept override;
+    HRESULT STDMETHODCALLTYPE put_SettlingTime(DOUBLE value) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_SettlingTime(DOUBLE* value) noexcept override;
 
 private:
     std::shared_ptr<SimulatedReceiver> receiver_;

@@ -134,7 +134,7 @@ TEST(NetworkWriter, WritesSectionsWithACommentAbove)
     network.channels.assign(1, {.frequency = 594, .echoRatio = 30, .echoLength = 400, .dropsOut = true});
     const std::string text = WriteNetworkModel(network, L"plan");
     EXPECT_THAT(text, HasSubstr("Echo (dB)=30.0\r\nEcho Length (m)=400\r\n"));
-    EXPECT_THAT(text, HasSubstr("Outages=TS 1.5 0.5, TS 2.7 0.5, "));
+    EXPECT_THAT(text, HasSubstr("Outages=TS 0.6 0.2, TS 1.0 0.2, "));
     EXPECT_LT(std::ranges::count(text, ','), 99);  // a model takes 100 outages
 }
 

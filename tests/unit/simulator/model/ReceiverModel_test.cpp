@@ -26,8 +26,12 @@ class FakeTime : public SimulatedTime
 public:
     double Seconds() override { return now; }
     void Wait(double seconds) override { now += seconds; }
+    double Scale() const override { return scale; }
+    double SecondsOfCalendar() override { return calendar; }
 
     double now = 1000;
+    double scale = 1;
+    double calendar = 0;
 };
 
 class ReceiverModelTest : public testing::Test
@@ -300,6 +304,7 @@ TEST_F(ReceiverModelTest, AddsUpErroredTime)
     receiver.ResetErrorCounters();
     time.now += 100;
     const dvbc::ErroredTime bad = receiver.ErrorCounters();
+    EXPECT_NEAR(bad.syncErrors, std::round(bad.syncErrors), 2e-4) << "a second is errored or not";
     EXPECT_GT(bad.dataErrors, 90);
     EXPECT_LT(bad.syncErrors, 80);
     EXPECT_LT(bad.unavailable, 0.01);
@@ -331,6 +336,74 @@ TEST_F(ReceiverModelTest, RepeatsItsReadingsBySeed)
     };
     EXPECT_EQ(readings(L"5"), readings(L"5"));
     EXPECT_NE(readings(L"5"), readings(L"6"));
+}
+
+TEST_F(ReceiverModelTest, DrawsAnewWithEachTuningWhateverItWasTunedToBetween)
+{
+    Set(L"Network", {{L"Reading Noise", L"1"}});
+    const auto passes = [&](std::vector<double> frequencies) {
+        Set(L"Network", {});  // begins anew
+        std::vector<double> levels;
+        for (const double frequency : frequencies) {
+            TuneTo(frequency, 1);
+            const double level = receiver.ReadRfLevel();
+            if (frequency == 474) {
+                levels.push_back(level);
+            }
+        }
+        return levels;
+    };
+    const std::vector<double> levels = passes({474, 602, 474, 602, 474});
+    EXPECT_NE(levels[0], levels[1]);
+    EXPECT_NE(levels[1], levels[2]);
+    EXPECT_EQ(passes({602, 474, 474, 602, 474}), levels);
+}
+
+TEST_F(ReceiverModelTest, LocksSoonerByTheTimeScaleAndReadsTheSame)
+{
+    const auto measure = [&](double scale) {
+        receiver.Physics().Network(NetworkModel::Parse(network, L"net.ini"));
+        Set(L"Channel 1", {{L"C/I (dB)", L"23.9"}, {L"Outages", L"TS 3 0.5"}});
+        Set(L"Network", {{L"Reading Noise", L"1"}});
+        time.scale = scale;
+        TuneTo(474);
+        const double start = time.now;
+        while (receiver.CarrierUnlocked()) {
+            time.now += 0.0001 * scale;
+        }
+        const double locking = time.now - start;
+        receiver.ResetErrorCounters();
+        receiver.ReadBer();
+        time.now += 10;
+        return std::tuple(std::lround(locking / scale * 1000), receiver.BerResult(), receiver.ReadMer(),
+                          std::lround(receiver.ErrorCounters().dataErrors * 100));
+    };
+    const auto inLife = measure(1);
+    EXPECT_EQ(measure(0.01), inLife);
+    EXPECT_EQ(measure(1e-6), inLife);
+    receiver.Physics().SettlingTime(0.15);
+    TuneTo(474, 0.2);
+    EXPECT_TRUE(receiver.CarrierUnlocked()) << "the client has given up by then";
+    receiver.Physics().SettlingTime(3);
+    TuneTo(474, 0.2);
+    EXPECT_FALSE(receiver.CarrierUnlocked());
+}
+
+TEST_F(ReceiverModelTest, DriftsWithTheWarmthOfTheDay)
+{
+    Set(L"Network", {{L"Tilt Drift (dB)", L"4"}, {L"Drift Period (h)", L"12"}});
+    Set(L"Channel 2", {{L"Frequency (MHz)", L"862"}});
+    receiver.LevelUnit(4);
+    const auto levelAt = [&](double hour) {
+        time.calendar = hour * 3600;
+        TuneTo(862, 1);
+        return receiver.ReadRfLevel();
+    };
+    EXPECT_NEAR(levelAt(3), levelAt(0) - 4, 0.01);
+    EXPECT_NEAR(levelAt(9), levelAt(12) + 4, 0.01);
+    time.calendar = 3 * 3600;
+    receiver.SymbolRate(6.9e6);
+    EXPECT_NEAR(receiver.ReadRfLevel(), levelAt(3), 0.01) << "without a tuning";
 }
 
 TEST_F(ReceiverModelTest, RefusesWhatItCannotBeSetTo)
