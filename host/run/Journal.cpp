@@ -69,7 +69,7 @@ double ReadInterval(std::wstring_view text)
     {
         wchar_t unit;
         double seconds;
-    } units[] = {{L's', 1}, {L'm', 60}, {L'h', 3600}};
+    } units[] = {{L's', 1}, {L'm', 60}, {L'h', 3600}, {L'd', 24 * 3600}};
     constexpr double longest = 7 * 24 * 3600;
     double factor = 1;
     std::wstring_view number = text;
@@ -86,7 +86,7 @@ double ReadInterval(std::wstring_view text)
         seconds = 0;
     }
     if (!(seconds >= 1 && seconds <= longest)) {
-        RaiseInput(L"--every: " + Excerpt(text) + L" is no time from 1 second to 7 days. Write 90s, 15m or 2h.");
+        RaiseInput(L"--every: " + Excerpt(text) + L" is no time from 1 second to 7 days. Write 90s, 15m, 2h or 1d.");
     }
     return seconds;
 }

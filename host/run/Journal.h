@@ -56,8 +56,8 @@ void RequireSameSetup(const FinishedRun& run, const std::wstring& journal, const
 /// done.
 std::vector<ChannelTurn> TurnsLeft(const FinishedRun& run);
 
-/// A time such as "90s", "15m", "2h" or "30" (seconds) in seconds. Raises unusableInput for anything else and outside
-/// 1 s to 7 days.
+/// A time such as "90s", "15m", "2h", "1d" or "30" (seconds) in seconds. Raises unusableInput for anything else and
+/// outside 1 s to 7 days.
 double ReadInterval(std::wstring_view text);
 
 }  // namespace tvn2x
