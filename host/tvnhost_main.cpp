@@ -33,7 +33,7 @@ struct Arguments
     NetworkOptions model;
     ScanOptions scan;
     RunArguments run;
-    bool checksReceiver = false;
+    bool checksReceiver = false, replacesChannels = false, forces = false;
 };
 
 class Apartment
@@ -93,6 +93,7 @@ CLI::App* AddImport(CLI::App& app, Arguments& arguments)
     AddText(*command, "--level-unit", arguments.levelUnit, "dBmV, dBpW, dBuW, dBm, dBuV or mV")
         ->type_name("UNIT")
         ->default_str("dBuV");
+    command->add_flag("--force", arguments.import.forces, "Replace setups that exist");
     AddText(*command, "--title", arguments.import.title, "First line of the setup's notes")->type_name("TEXT");
     command->footer("A setup has one order of QAM. A plan that mixes orders gives one setup each: SETUP-64qam, ...");
     return command;
@@ -109,6 +110,7 @@ CLI::App* AddNetwork(CLI::App& app, Arguments& arguments)
         ->type_name("N")
         ->capture_default_str();
     command->add_flag("--clean", arguments.model.isClean, "Without impaired channels");
+    command->add_flag("--force", arguments.model.forces, "Replace a file that exists");
     return command;
 }
 
@@ -125,11 +127,12 @@ CLI::App* AddScan(CLI::App& app, Arguments& arguments)
         ->type_name("LIST");
     command
         ->add_option("--time-scale", arguments.scan.timeScale,
-                     "Speed of the simulated receiver: 1 is real time, 0.01 a hundred times as fast")
+                     "What the simulated receiver's waiting takes: 1 is real time, 0.01 a hundredth; readings stay")
         ->type_name("X")
-        ->check(CLI::Range(1e-6, 1000.0).description("0.000001..1000"));
+        ->check(CLI::Range(1e-6, 1.0).description("0.000001..1"));
     command->add_flag("--write", arguments.scan.writes, "Bring the receiver into the setup's state first");
     command->add_flag("--force", arguments.scan.forces, "Go on where the receiver cannot do the setup");
+    command->add_flag("--as-is", arguments.scan.measuresAsIs, "Measure with the receiver's settings, not the setup's");
     arguments.run.AddToScan(*command);
     command->footer("Ctrl+C ends the running channel and shows what was measured.");
     return command;
@@ -148,6 +151,7 @@ void AddSetupCommands(CLI::App& app, Arguments& arguments)
         ->type_name("FILE")
         ->needs("--receiver");
     AddText(*convert, "-o,--output", arguments.output, "Setup file to write")->type_name("FILE")->required();
+    convert->add_flag("--force", arguments.forces, "Replace a file that exists");
     check->footer(
         "Exit codes: 0 nothing doubtful, 1 something doubtful or beyond the receiver, 2 the setup cannot be loaded.");
 }
@@ -157,7 +161,12 @@ void AddReceiverCommands(CLI::App& app, Arguments& arguments)
     CLI::App* const info = app.add_subcommand("info", "Say which receiver is connected and what it is fitted with");
     CLI::App* const read = app.add_subcommand("read", "Make a setup of the receiver's present settings");
     CLI::App* const write = app.add_subcommand("write", "Bring the receiver into a setup's state");
-    AddText(*read, "-o,--output", arguments.output, "Setup file to write")->type_name("FILE")->required();
+    AddText(*read, "-o,--output", arguments.output, "Setup file to write; one that exists keeps its channels")
+        ->type_name("FILE")
+        ->required();
+    CLI::Option* const force = read->add_flag("--force", arguments.forces, "Replace what exists");
+    read->add_flag("--channels-too", arguments.replacesChannels, "Replace the channels by the one that is tuned to")
+        ->needs(force);
     AddText(*write, "setup", arguments.setup, "Setup file")->type_name("FILE")->required();
     for (CLI::App* const command : {info, read, write}) {
         AddText(*command, "--network", arguments.network, "Network model for the simulated receiver")
@@ -198,7 +207,7 @@ int CheckAll(const Arguments& arguments, Console& console)
     if (!arguments.checksReceiver || ofFile == exitUnusable) {
         return ofFile;
     }
-    return std::max(ofFile, CheckReceiver({arguments.setup, arguments.network}, console));
+    return std::max(ofFile, CheckReceiver({.setup = arguments.setup, .network = arguments.network}, console));
 }
 
 int Run(CLI::App& app, Arguments& arguments, Console& console)
@@ -222,19 +231,20 @@ int Run(CLI::App& app, Arguments& arguments, Console& console)
         return Show(arguments.setup, console);
     }
     if (app.got_subcommand("convert")) {
-        return Convert(arguments.setup, arguments.output, console);
+        return Convert(arguments.setup, arguments.output, arguments.forces, console);
     }
     if (app.got_subcommand("check")) {
         return CheckAll(arguments, console);
     }
     if (app.got_subcommand("info")) {
-        return Info({L"", arguments.network}, console);
+        return Info({.setup = L"", .network = arguments.network}, console);
     }
     if (app.got_subcommand("read")) {
-        return ReadReceiver({arguments.output, arguments.network}, console);
+        return ReadReceiver({arguments.output, arguments.network, arguments.replacesChannels, arguments.forces},
+                            console);
     }
     if (app.got_subcommand("write")) {
-        return WriteReceiver({arguments.setup, arguments.network}, console);
+        return WriteReceiver({.setup = arguments.setup, .network = arguments.network}, console);
     }
     if (app.got_subcommand("edit")) {
         return Edit({arguments.setup, arguments.output}, console);
@@ -287,7 +297,9 @@ int Main(const std::vector<std::string>& words, Console& console)
     try {
         app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
         const Apartment apartment;
-        return Run(app, arguments, console);
+        const int exitCode = Run(app, arguments, console);
+        console.RequireResults();
+        return exitCode;
     } catch (const CLI::ParseError& error) {
         return Explain(app, error, words, console);
     }

@@ -4,29 +4,9 @@
 #include "host/commands/Files.h"
 #include "host/commands/Plugin.h"
 #include "host/commands/SetupFiles.h"
-#include "host/setup/Product.h"
 #include "text/InputError.h"
 
 namespace tvn2x {
-namespace {
-
-/// Saves a setup to the file that it was loaded from: what the setup does not mean, comments among it, stays there.
-void SaveInPlace(const Plugin& plugin, const std::wstring& path)
-{
-    const com::Bstr product(productName);
-    const com::Bstr version(setupVersion);
-    VARIANT nowhere;
-    nowhere.vt = VT_ERROR;
-    nowhere.scode = DISP_E_PARAMNOTFOUND;
-    if (!Get<VARIANT_BOOL>(plugin.setup, &ISetup::Save, product.Get(), version.Get(), nowhere)) {
-        RaiseInput(path +
-                   L": the edited setup could not be saved, the file is as it was. See whether it is write-protected "
-                   L"or open elsewhere, or edit it into another file: tvnhost edit SETUP -o FILE");
-    }
-}
-
-}  // namespace
-
 int Edit(const EditOptions& options, Console& console)
 {
     if (options.setup.empty() && options.output.empty()) {

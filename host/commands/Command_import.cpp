@@ -79,6 +79,7 @@ int Import(const ImportOptions& options, Console& console)
         if (!options.plan.file.empty()) {
             RequireDifferent(AbsolutePath(options.plan.file), draft.path);
         }
+        RequireNew(draft.path, options.forces);
     }
     const std::wstring notes = NotesText(options, plan);
     // All of them or none: each is written before the first one takes its place.
@@ -86,7 +87,7 @@ int Import(const ImportOptions& options, Console& console)
     for (const SetupDraft& draft : drafts.setups) {
         const Plugin plugin;
         FillSetup(plugin, draft, options, notes);
-        // What is saved into is empty: an older setup of the same name is replaced whole, not merged.
+        // What is saved into is empty: with --force an older setup of the same name is replaced whole, not merged.
         SaveInto(plugin, pending.emplace_back(draft.path));
     }
     for (PendingFile& file : pending) {

@@ -16,6 +16,7 @@ int Network(const NetworkOptions& options, Console& console)
     if (!options.plan.file.empty()) {
         RequireDifferent(AbsolutePath(options.plan.file), modelPath);
     }
+    RequireNew(modelPath, options.forces);
     const ChannelPlan plan = LoadPlan(options.plan);
     const NetworkDraft network = DraftNetwork(plan, options.seed, !options.isClean);
     for (const auto* remarks : {&plan.leftOut, &network.leftOut}) {

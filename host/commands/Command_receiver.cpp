@@ -1,3 +1,5 @@
+#include <optional>
+
 #include "fmt/format.h"
 #include "fmt/xchar.h"
 #include "host/commands/Commands.h"
@@ -7,40 +9,13 @@
 #include "host/commands/SetupFiles.h"
 #include "host/commands/SetupReader.h"
 #include "host/receiver/ReceiverOptions.h"
+#include "host/receiver/ReceiverState.h"
 #include "host/setup/Product.h"
-#include "setup/catalogue/Settings.h"
+#include "setup/catalogue/Options.h"
 #include "text/InputError.h"
 
 namespace tvn2x {
 namespace {
-
-struct Identity
-{
-    std::wstring text;  ///< "name,address,model,manufacturer"
-    std::wstring hardware;
-    int32_t mode = 0;
-};
-
-/// Raises where no receiver answers, or an instrument that is none.
-Identity Identify(const Plugin& plugin)
-{
-    com::Bstr identity(L""), hardware(L"");
-    BSTR texts[] = {identity.Detach(), hardware.Detach()};
-    long mode = 0;
-    VARIANT_BOOL isKnown = VARIANT_FALSE;
-    const HRESULT result = com::Outside([&] { return plugin.driver->Test(&texts[0], &texts[1], &mode, &isKnown); });
-    *identity.Put() = texts[0];
-    *hardware.Put() = texts[1];
-    com::Check(result, plugin.driver.Get());
-    if (!isKnown) {
-        Call(plugin.driver, &IDriver::put_Online, VARIANT_TRUE);
-        RaiseInput(Get<VARIANT_BOOL>(plugin.driver, &IDriver::get_Online)
-                       ? L"the instrument that answers does not identify itself as a KTR receiver. Check which one is "
-                         L"connected"
-                       : L"no receiver answers. Check that it is connected and switched on");
-    }
-    return {std::wstring(identity.View()), std::wstring(hardware.View()), static_cast<int32_t>(mode)};
-}
 
 std::wstring OptionList(const wchar_t* heading, const std::vector<ReceiverOption>& options)
 {
@@ -57,18 +32,6 @@ std::wstring Line(const wchar_t* name, const std::wstring& value)
     return fmt::format(L"{:<18}{}\n", name, value);
 }
 
-/// What read and write carry over, in words.
-std::wstring Configuration(const SetupSettings& settings)
-{
-    return Line(L"  Input route", ChoiceWords(setting::inputRoute, settings.inputRoute)) +
-           Line(L"  Level unit", settings.levelUnit) +
-           Line(L"  SAW filter", ChoiceWords(setting::sawBandwidth, settings.sawBandwidth)) +
-           Line(L"  Order of QAM", ChoiceWords(setting::orderOfQam, settings.orderOfQam)) +
-           Line(L"  Rolloff factor", ChoiceWords(setting::rollOffFactor, settings.rollOffFactor)) +
-           Line(L"  BER samples", std::to_wstring(settings.berSamples)) +
-           Line(L"  Reference", ChoiceWords(setting::referenceSource, settings.referenceSource));
-}
-
 /// Loads a setup after a look at the file, so that what is wrong in it is named.
 std::wstring LoadChecked(const Plugin& plugin, const std::wstring& setup)
 {
@@ -78,14 +41,85 @@ std::wstring LoadChecked(const Plugin& plugin, const std::wstring& setup)
     return path;
 }
 
+/// Where settings are read to. A setup that is there keeps its channels and whatever else a receiver does not know.
+class ReadTarget
+{
+public:
+    explicit ReadTarget(const ConfigurationOptions& options)
+        : path_(AbsolutePath(options.setup)), keepsChannels_(!options.replacesChannels)
+    {
+        if (!options.network.empty()) {
+            RequireDifferent(AbsolutePath(options.network), path_);
+        }
+        exists_ = SystemFiles().Stamp(path_).exists;
+        if (exists_ && !IsSetup()) {
+            RequireNew(path_, options.forces);
+            exists_ = false;
+        }
+        if (!exists_) {
+            pending_.emplace(path_);
+        }
+    }
+
+    const std::wstring& Path() const { return path_; }
+    bool KeepsChannels() const { return exists_ && keepsChannels_; }
+
+    void Load(const Plugin& plugin) const
+    {
+        if (exists_) {
+            plugin.Load(path_);
+        }
+    }
+    void Save(const Plugin& plugin)
+    {
+        if (exists_) {
+            SaveInPlace(plugin, path_);
+        } else {
+            SaveInto(plugin, *pending_);
+            pending_->TakePlace();
+        }
+    }
+
+private:
+    bool IsSetup() const { return InspectSetup(ReadInput(path_), productName).IsUsable(); }
+
+    std::wstring path_;
+    bool keepsChannels_;
+    bool exists_ = false;  ///< as a setup
+    std::optional<PendingFile> pending_;
+};
+
+/// What was read although the receiver may be no DVB-C receiver at the moment.
+std::wstring ReportedText(const RaisedError& reported, int32_t mode)
+{
+    if (mode == dvbCDemodulator) {
+        return ErrorText(reported);
+    }
+    return fmt::format(
+        L"the receiver is in operating mode {} and not in mode {}: what was read is what it is set to in "
+        L"that mode. To bring it into mode {}: tvnhost write SETUP",
+        ModeText(mode), ModeText(dvbCDemodulator), dvbCDemodulator);
+}
+
+/// Tells what a receiver took otherwise than it was written. True where that matters.
+bool TellOtherwise(const SetupSettings& wanted, const SetupSettings& actual, Console& console)
+{
+    bool matters = false;
+    for (const SettingDifference& difference : CompareSettings(wanted, actual)) {
+        console.Notice((difference.isNeighbour ? L"" : L"tvnhost: taken otherwise: ") + DifferenceText(difference));
+        matters = matters || !difference.isNeighbour;
+    }
+    return matters;
+}
+
 }  // namespace
 
 int Info(const ConfigurationOptions& options, Console& console)
 {
     const Plugin plugin;
     UseNetwork(plugin, options.network);
-    const Identity identity = Identify(plugin);
     const OnLine online(plugin);
+    const ReceiverIdentity& identity = online.Identity();
     const auto installed = Get<std::wstring>(plugin.driver, &IDriver::get_InstalledHardware);
     console.Result(Line(L"Identity", identity.text) + Line(L"Hardware", identity.hardware) +
                    Line(L"Serial number", Get<std::wstring>(plugin.driver, &IDriver::get_SerialNumber)) +
@@ -112,39 +146,56 @@ int CheckReceiver(const ConfigurationOptions& options, Console& console)
 
 int ReadReceiver(const ConfigurationOptions& options, Console& console)
 {
-    const std::wstring target = AbsolutePath(options.setup);
+    ReadTarget target(options);
     const Plugin plugin;
+    target.Load(plugin);
+    const Setup before = ReadSetup(plugin, target.Path());
     UseNetwork(plugin, options.network);
     const OnLine online(plugin);
     StopRequest stop(CreateRunControl());
-    PendingFile pending(target);
-    bool isReported = false;
-    if (!TransferConfiguration(plugin, Transfer::read, stop, console, &isReported)) {
+    const Transferred transferred = TransferConfiguration(plugin, before, Transfer::read, stop, console);
+    if (transferred.reported) {
+        console.Notice(L"tvnhost: " + ReportedText(*transferred.reported, online.Identity().mode));
+    }
+    if (!transferred.isWhole) {
         console.Notice(L"Stopped: no setup is written");
         return exitStopped;
     }
-    SaveInto(plugin, pending);
-    pending.TakePlace();
-    const Setup setup = ReadSetup(plugin, target);
+    if (target.KeepsChannels()) {
+        TakeChannels(plugin, before);
+    }
+    target.Save(plugin);
+    const Setup setup = ReadSetup(plugin, target.Path());
     const Setup::Channel& channel = setup.ChannelAt(1);
-    console.Result(fmt::format(L"{}: {:g} MHz, {:g} MSymb/s\n", target, channel.frequency, channel.symbolRate) +
-                   Configuration(setup.settings));
-    return isReported ? exitFindings : exitDone;
+    console.Result(
+        (target.KeepsChannels()
+             ? fmt::format(L"{}: its {} channels stay\n", target.Path(), setup.channels.size())
+             : fmt::format(L"{}: {:g} MHz, {:g} MSymb/s\n", target.Path(), channel.frequency, channel.symbolRate)) +
+        StateText(setup.settings));
+    return transferred.reported ? exitFindings : exitDone;
 }
 
 int WriteReceiver(const ConfigurationOptions& options, Console& console)
 {
     const Plugin plugin;
     const std::wstring path = LoadChecked(plugin, options.setup);
+    const Setup setup = ReadSetup(plugin, path);
     UseNetwork(plugin, options.network);
     const OnLine online(plugin);
     StopRequest stop(CreateRunControl());
-    if (!TransferConfiguration(plugin, Transfer::write, stop, console)) {
+    const Transferred transferred = TransferConfiguration(plugin, setup, Transfer::write, stop, console);
+    if (transferred.reported) {
+        console.Notice(L"tvnhost: " + ErrorText(*transferred.reported));
+    }
+    if (!transferred.isWhole) {
         console.Notice(L"Stopped: the receiver has the first settings of the setup only. Write it again");
         return exitStopped;
     }
-    console.Result(path + L": the receiver is set\n" + Configuration(ReadSettings(plugin)));
-    return exitDone;
+    const SetupSettings actual = ReadReceiverSettings(plugin, setup);
+    const bool isOtherwise = TellOtherwise(setup.settings, actual, console);
+    console.Result(path + (isOtherwise ? L": the receiver is set otherwise\n" : L": the receiver is set\n") +
+                   StateText(actual));
+    return isOtherwise ? exitFindings : exitDone;
 }
 
 }  // namespace tvn2x

@@ -3,6 +3,7 @@
 #include "host/commands/Commands.h"
 #include "host/commands/Files.h"
 #include "host/commands/Plugin.h"
+#include "host/commands/Receiver.h"
 #include "host/commands/SetupFiles.h"
 #include "host/judge/RunComparison.h"
 #include "host/report/RunGrid.h"
@@ -44,6 +45,7 @@ void LoadSetupOf(const FinishedRun& run, const JudgeOptions& options, const Plug
     RequireSameSetup(run, options.result, Sha256(content), path, channels,
                      L". Name the setup as it was with --setup, or leave out --result.");
     plugin.Load(path);
+    TakeSettings(plugin, run.setup.settings);  // it may have been measured with the receiver's own
 }
 
 }  // namespace
@@ -61,7 +63,11 @@ int JudgeRun(const JudgeOptions& options, Console& console)
     const std::optional<Limits> limits = LoadLimits(options.reports.limits);
     FinishedRun run = LoadRun(options.result, console);
     run.protocol.Take(options.protocol);
-    RequireReportTargets(options.reports, {AbsolutePath(options.result), SetupOf(run, options)});
+    std::vector<std::wstring> sources{AbsolutePath(options.result), SetupOf(run, options)};
+    if (options.reports.HasLimitsFile()) {
+        sources.push_back(AbsolutePath(options.reports.limits));
+    }
+    RequireReportTargets(options.reports, sources);
     const RunJudgement judgement = Judge(run, limits ? &*limits : nullptr);
     if (options.shows) {
         ShowVerdict(run, judgement, console);

@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <chrono>
+#include <cmath>
 #include <vector>
 
 #include "fmt/format.h"
@@ -19,28 +19,12 @@
 #include "host/run/RunRecords.h"
 #include "host/run/Sha256.h"
 #include "host/setup/Product.h"
-#include "setup/catalogue/LevelUnits.h"
 #include "text/Duration.h"
 #include "text/InputError.h"
+#include "util/Clock.h"
 
 namespace tvn2x {
 namespace {
-
-/// Brings the simulated receiver into the state that a person at a real one would set by hand.
-void SetSimulator(const Plugin& plugin, const SetupSettings& settings, const ScanOptions& options)
-{
-    UseNetwork(plugin, options.network);
-    const auto simulator = SimulatorSettings(plugin);
-    Call(simulator, &ISimulatorSettings::put_TimeScale, options.timeScale);
-    if (options.writes) {
-        return;
-    }
-    Call(simulator, &ISimulatorSettings::put_OrderOfQam, settings.orderOfQam);
-    const long unit = LevelUnitCode(settings.levelUnit);
-    if (unit >= 0) {
-        Call(simulator, &ISimulatorSettings::put_LevelUnit, unit);
-    }
-}
 
 std::wstring ChannelText(const Setup::Channel& channel)
 {
@@ -104,12 +88,11 @@ ChannelResult MeasureChannel(const ScanRun& scan, const ChannelTurn& turn)
     nothing.vt = VT_ERROR;
     nothing.scode = DISP_E_PARAMNOTFOUND;
     const std::wstring began = NowUtc();
-    const auto start = std::chrono::steady_clock::now();
+    const double start = SystemClock().SteadySeconds();
     Get<VARIANT_BOOL>(scan.plugin.measure, &IMeasure::Measure, turn.channel, nothing);
     ChannelResult result = CollectChannel(scan.plugin, scan.setup, turn);
     result.began = began;
-    result.seconds =
-        std::chrono::round<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start).count() / 1e3;
+    result.seconds = std::round((SystemClock().SteadySeconds() - start) * 1e3) / 1e3;
     return result;
 }
 
@@ -166,33 +149,44 @@ int ShowPass(const FinishedRun& run, int32_t pass, bool stopped, double seconds,
     return summary.ExitCode();
 }
 
-/// Waits until a pass is due. Ends early where the scan is to stop.
-void WaitFor(std::chrono::steady_clock::time_point due, const com::ComPtr<IRunControl>& runControl, StopRequest& stop,
-             Console& console)
+/// Lets the system's messages in for a while.
+void HandleMessagesFor(double seconds)
 {
-    constexpr float atOnce = 0.2F;  // seconds
+    MsgWaitForMultipleObjectsEx(0, nullptr, static_cast<DWORD>(std::ceil(seconds * 1000)), QS_ALLINPUT,
+                                MWMO_INPUTAVAILABLE);
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+        DispatchMessageW(&message);
+    }
+}
+
+/// Waits until a pass is due, a moment of the steady clock: who sets the one on the wall changes nothing. Ends early
+/// where the scan is to stop.
+void WaitFor(double due, StopRequest& stop, Console& console)
+{
+    constexpr double atOnce = 0.2;  // seconds
     while (!stop.Poll()) {
-        const double left = std::chrono::duration<double>(due - std::chrono::steady_clock::now()).count();
+        const double left = due - SystemClock().SteadySeconds();
         if (left <= 0) {
             break;
         }
         console.Progress(L"Next pass in " + DurationText(left));
-        Call(runControl, &IRunControl::Pause, std::min(atOnce, static_cast<float>(left)));
+        HandleMessagesFor(std::min(atOnce, left));
     }
     console.ClearProgress();
 }
 
 /// Pass after pass until all are done or the scan is stopped. The worst exit code of the passes.
-int MeasurePasses(const ScanRun& scan, const com::ComPtr<IRunControl>& runControl)
+int MeasurePasses(const ScanRun& scan)
 {
-    const auto start = std::chrono::steady_clock::now();
+    double due = SystemClock().SteadySeconds();
     int worst = exitDone;
     std::vector<ChannelTurn> turns = TurnsLeft(scan.run);
     if (turns.empty()) {
         scan.console.Notice(L"The journal is complete: nothing is left to measure");
         return ShowPass(scan.run, scan.run.channels.back().pass, false, scan.run.Seconds(), scan.console);
     }
-    for (int32_t done = 1; !turns.empty(); ++done) {
+    while (!turns.empty()) {
         const int32_t pass = turns.front().pass;
         Call(scan.plugin.measure, &IMeasure::ResetMeasurement, 0);
         const double seconds = MeasurePass(scan, turns);
@@ -202,9 +196,9 @@ int MeasurePasses(const ScanRun& scan, const com::ComPtr<IRunControl>& runContro
         worst = std::max(worst, ShowPass(scan.run, pass, scan.run.stopped, seconds, scan.console));
         turns = scan.run.stopped ? std::vector<ChannelTurn>() : TurnsLeft(scan.run);
         if (!turns.empty()) {
-            WaitFor(start + std::chrono::duration_cast<std::chrono::steady_clock::duration>(
-                                std::chrono::duration<double>(done * scan.run.interval)),
-                    runControl, scan.stop, scan.console);
+            // A pass that took longer than the interval puts off the later ones, rather than chasing after them.
+            due = std::max(due + scan.run.interval, SystemClock().SteadySeconds());
+            WaitFor(due, scan.stop, scan.console);
             if (scan.stop.Poll()) {
                 scan.run.stopped = true;
                 break;
@@ -214,42 +208,66 @@ int MeasurePasses(const ScanRun& scan, const com::ComPtr<IRunControl>& runContro
     return scan.run.stopped ? exitStopped : worst;
 }
 
-/// What a scan goes on with, or a new run.
-StoredRun BeginRun(const Plugin& plugin, const Setup& setup, const std::wstring& sha256, const ScanOptions& options,
-                   Console& console)
+/// What a scan goes on with, nothing where it begins anew.
+std::optional<StoredRun> ReadResumed(const ScanOptions& options, const std::wstring& sha256, int32_t size,
+                                     Console& console)
 {
-    const auto size = static_cast<int32_t>(setup.channels.size());
     if (options.resume.empty()) {
-        StoredRun begun{.run = DescribeRun(plugin, setup, sha256, options.parameters)};
-        begun.run.selection =
-            options.channels ? SelectChannels(*options.channels, setup.channels) : AllChannels(setup.channels);
-        begun.run.protocol = options.protocol;
-        begun.run.passes = options.repeat;
-        begun.run.interval = options.interval;
-        return begun;
+        return std::nullopt;
     }
     StoredRun stored = ReadRun(ReadInput(AbsolutePath(options.resume)), options.resume);
     RequireSameSetup(stored.run, options.resume, sha256, options.setup, size,
                      L". Give the setup as it was, or begin a new run with --journal and another file.");
-    const RunReceiver receiver = DescribeReceiver(plugin);
-    if (receiver != stored.run.receiver) {
-        console.Notice(L"tvnhost: " + options.resume + L" was begun with another receiver (serial number " +
-                       stored.run.receiver.serialNumber + L")");
-    }
     if (stored.isTorn) {
         console.Notice(options.resume + L": the last line is torn; its channel is measured again");
     }
     return stored;
 }
 
+FinishedRun NewRun(const Setup& setup, const std::wstring& sha256, const ScanOptions& options)
+{
+    FinishedRun run = DescribeRun(setup, sha256, options.parameters);
+    run.selection = options.channels ? SelectChannels(*options.channels, setup.channels) : AllChannels(setup.channels);
+    run.protocol = options.protocol;
+    run.passes = options.repeat;
+    run.interval = options.interval;
+    return run;
+}
+
+/// The run's receiver is the one on line.
+void TakeReceiver(const RunReceiver& receiver, const ScanOptions& options, FinishedRun& run, Console& console)
+{
+    if (options.resume.empty()) {
+        run.receiver = receiver;
+    } else if (receiver != run.receiver) {
+        console.Notice(L"tvnhost: " + options.resume + L" was begun with another receiver (serial number " +
+                       run.receiver.serialNumber + L")");
+    }
+}
+
+/// A new run states the settings that the receiver really has; the level unit is part of a caption.
+void TakeState(const Setup& setup, FinishedRun& run)
+{
+    run.setup.settings = setup.settings;
+    for (RunColumn& column : run.columns) {
+        column.caption = setup.ParameterAt(column.parameter).caption;
+    }
+}
+
 void RequireTargets(const ScanOptions& options, const std::wstring& path)
 {
     std::vector<std::wstring> sources{path};
-    if (!options.journal.empty()) {
-        RequireDifferent(path, AbsolutePath(options.journal));
+    if (options.reports.HasLimitsFile()) {
+        sources.push_back(AbsolutePath(options.reports.limits));
+    }
+    if (!options.network.empty()) {
+        sources.push_back(AbsolutePath(options.network));
     }
     for (const std::wstring* journal : {&options.journal, &options.resume}) {
         if (!journal->empty()) {
+            for (const std::wstring& source : sources) {
+                RequireDifferent(source, AbsolutePath(*journal));
+            }
             sources.push_back(AbsolutePath(*journal));
         }
     }
@@ -280,23 +298,41 @@ int Scan(const ScanOptions& options, Console& console)
     }
     const std::optional<Limits> limits = LoadLimits(options.reports.limits);
     RequireTargets(options, path);
+    const std::wstring sha256 = Sha256(content);
+    std::optional<StoredRun> stored = ReadResumed(options, sha256, size, console);
     const Plugin plugin;
     plugin.Load(path);
-    const Setup setup = ReadSetup(plugin, path);
-    const auto runControl = CreateRunControl();
-    StopRequest stop(runControl);
-    if (!options.network.empty() || options.hasTimeScale) {
-        SetSimulator(plugin, setup.settings, options);
+    if (stored) {
+        TakeSettings(plugin, stored->run.setup.settings);
     }
-    StoredRun stored = BeginRun(plugin, setup, Sha256(content), options, console);
-    FinishedRun& run = stored.run;
+    Setup setup = ReadSetup(plugin, path);
+    FinishedRun run = stored ? std::move(stored->run) : NewRun(setup, sha256, options);
+    ScanJournal journal(options, stored ? stored->wholeBytes : 0, console);
     TellDoubts(inspection, run.selection, path, console);
-    const OnLine online(plugin);
-    if (!TurnsLeft(run).empty() && !PrepareReceiver(plugin, {options.writes, options.forces}, stop, console)) {
-        console.Notice(L"Stopped before the first channel");
-        return exitStopped;
+    StopRequest stop(CreateRunControl());
+    UseNetwork(plugin, options.network);
+    if (options.hasTimeScale) {
+        const auto simulator = SimulatorSettings(plugin);
+        Call(simulator, &ISimulatorSettings::put_TimeScale, options.timeScale);
+        Call(simulator, &ISimulatorSettings::put_SettlingTime, static_cast<double>(setup.settings.maxSettlingTime));
     }
-    ScanJournal journal(options, stored.wholeBytes, console);
+    std::optional<OnLine> online;  // what is complete needs no receiver
+    if (!TurnsLeft(run).empty()) {
+        online.emplace(plugin);
+        TakeReceiver(DescribeReceiver(plugin, online->Identity()), options, run, console);
+        const Preparation how{.writes = options.writes,
+                              .forces = options.forces,
+                              .measuresAsIs = options.measuresAsIs,
+                              .setsSimulator = !options.network.empty() || options.hasTimeScale};
+        if (!PrepareReceiver(plugin, setup, how, stop, console)) {
+            console.Notice(L"Stopped before the first channel");
+            return exitStopped;
+        }
+        setup = ReadSetup(plugin, path);
+        if (options.resume.empty()) {
+            TakeState(setup, run);
+        }
+    }
     const bool wasComplete = !options.resume.empty() && !run.ended.empty() && !run.stopped;
     if (options.resume.empty()) {
         journal.Add(RunLine(run));
@@ -305,7 +341,7 @@ int Scan(const ScanOptions& options, Console& console)
         run.stopped = false;
         journal.Add(ResumedLine(run.resumed.back()));
     }
-    const int exitCode = MeasurePasses({plugin, setup, run, journal, stop, console}, runControl);
+    const int exitCode = MeasurePasses({plugin, setup, run, journal, stop, console});
     if (!wasComplete) {
         run.ended = NowUtc();
         journal.Add(EndLine(run));

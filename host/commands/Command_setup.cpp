@@ -38,11 +38,12 @@ int Show(const std::wstring& setup, Console& console)
     return exitDone;
 }
 
-int Convert(const std::wstring& oldSetup, const std::wstring& newSetup, Console& console)
+int Convert(const std::wstring& oldSetup, const std::wstring& newSetup, bool forces, Console& console)
 {
     const std::wstring source = AbsolutePath(oldSetup);
     const std::wstring target = AbsolutePath(newSetup);
     RequireDifferent(source, target);
+    RequireNew(target, forces);
     const SetupInspection inspection = RequireUsable(ReadInput(source), source);
     const Plugin plugin;
     plugin.Load(source);

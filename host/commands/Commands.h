@@ -27,6 +27,7 @@ struct ImportOptions
     std::wstring levelUnit = L"dBµV";
     int32_t berSamples = 10;       ///< blocks of 10^7 bits
     int32_t maxSettlingTime = 10;  ///< seconds
+    bool forces = false;           ///< replaces setups that are there
 };
 
 struct NetworkOptions
@@ -35,6 +36,7 @@ struct NetworkOptions
     std::wstring model;
     uint64_t seed = 1;
     bool isClean = false;  ///< without impaired channels
+    bool forces = false;   ///< replaces a file that is there
 };
 
 struct ScanOptions
@@ -43,14 +45,15 @@ struct ScanOptions
     std::wstring network;                  ///< "" leaves the receiver as it is
     std::optional<std::wstring> channels;  ///< nothing is all
     std::wstring parameters;               ///< "" is what the setup displays
-    double timeScale = 1;                  ///< of the simulated receiver
+    double timeScale = 1;                  ///< of the simulated receiver's waiting
     bool hasTimeScale = false;
-    std::wstring journal;  ///< "" for none
-    std::wstring resume;   ///< journal to go on with, "" for a new run
-    int32_t repeat = 1;    ///< passes, 0 until stopped
-    double interval = 0;   ///< seconds from pass to pass
-    bool writes = false;   ///< configures the receiver first
-    bool forces = false;   ///< goes on where the receiver cannot do the setup
+    std::wstring journal;       ///< "" for none
+    std::wstring resume;        ///< journal to go on with, "" for a new run
+    int32_t repeat = 1;         ///< passes, 0 until stopped
+    double interval = 0;        ///< seconds from pass to pass
+    bool writes = false;        ///< configures the receiver first
+    bool forces = false;        ///< goes on where the receiver cannot do the setup
+    bool measuresAsIs = false;  ///< with the receiver's own settings
     RunProtocol protocol;
     ReportOptions reports;
 };
@@ -77,8 +80,10 @@ struct CompareOptions
 /// What the commands about the receiver's own state work on.
 struct ConfigurationOptions
 {
-    std::wstring setup;    ///< read from or written to; "" for info
-    std::wstring network;  ///< "" leaves the receiver as it is
+    std::wstring setup;             ///< read from or written to; "" for info
+    std::wstring network;           ///< "" leaves the receiver as it is
+    bool replacesChannels = false;  ///< of the setup that is read to, with the one that the receiver is tuned to
+    bool forces = false;            ///< replaces what is there
 };
 
 /// A setup to edit, or none for a new one, and the file to save it to, "" for its own.
@@ -96,12 +101,13 @@ int JudgeRun(const JudgeOptions& options, Console& console);
 int Compare(const CompareOptions& options, Console& console);
 int PrintLimits(Console& console);
 int Show(const std::wstring& setup, Console& console);
-int Convert(const std::wstring& oldSetup, const std::wstring& newSetup, Console& console);
+int Convert(const std::wstring& oldSetup, const std::wstring& newSetup, bool forces, Console& console);
 int Check(const std::wstring& setup, Console& console);  ///< exitFindings where something is doubtful
 int Info(const ConfigurationOptions& options, Console& console);
 int CheckReceiver(const ConfigurationOptions& options,
                   Console& console);                                      ///< exitFindings where it cannot do the setup
 int ReadReceiver(const ConfigurationOptions& options, Console& console);  ///< exitFindings where it is in another mode
+/// exitFindings where the receiver took a setting otherwise.
 int WriteReceiver(const ConfigurationOptions& options, Console& console);
 int Edit(const EditOptions& options, Console& console);  ///< exitStopped where the user cancels
 int Register(Console& console);

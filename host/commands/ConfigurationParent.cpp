@@ -24,6 +24,7 @@ HRESULT ConfigurationParent::Progress(double dValue, VARIANT vSteps) noexcept
         if (SUCCEEDED(VariantChangeType(&number, &vSteps, 0, VT_R8)) && number.dblVal > 0) {
             steps_ = number.dblVal;
         }
+        step_ = dValue;
         stop_.Poll();
         console_.Progress(StepLine(dValue, steps_, status_, console_.ProgressWidth()));
     });

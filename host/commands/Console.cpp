@@ -52,10 +52,18 @@ void Console::Result(std::wstring_view text)
 {
     ClearProgress();
     const DWORD fault = results_.Write(WrapWords(Printable(text), results_.Width()));
-    constexpr DWORD nobodyReads[] = {ERROR_SUCCESS, ERROR_INVALID_HANDLE, ERROR_BROKEN_PIPE, ERROR_NO_DATA};
-    if (std::ranges::find(nobodyReads, fault) == std::end(nobodyReads)) {
+    constexpr DWORD nobodyReads[] = {ERROR_SUCCESS, ERROR_INVALID_HANDLE, ERROR_BROKEN_PIPE, ERROR_NO_DATA,
+                                     ERROR_PIPE_NOT_CONNECTED};
+    if (fault_ == ERROR_SUCCESS && std::ranges::find(nobodyReads, fault) == std::end(nobodyReads)) {
+        fault_ = fault;
+    }
+}
+
+void Console::RequireResults() const
+{
+    if (fault_ != ERROR_SUCCESS) {
         RaiseInput(fmt::format(L"the results cannot be written ({}). Make room, or send them to another place.",
-                               fault == ERROR_DISK_FULL ? L"the disk is full" : fmt::format(L"error {}", fault)));
+                               fault_ == ERROR_DISK_FULL ? L"the disk is full" : fmt::format(L"error {}", fault_)));
     }
 }
 

@@ -32,8 +32,11 @@ private:
 class Console
 {
 public:
-    /// Raises where the results cannot be written. A reader that has read enough, or none at all, is no error.
+    /// What cannot be written costs the command nothing but this text: its files are still made. A reader that has read
+    /// enough, or none at all, is no error.
     void Result(std::wstring_view text);
+    /// Raises unusableInput where some result could not be written. For the end of a command.
+    void RequireResults() const;
     void Notice(std::wstring_view line);  ///< one line, its end is added
 
     /// Shows a line that the next one replaces. On a terminal only.
@@ -47,7 +50,8 @@ public:
 private:
     OutputStream results_{STD_OUTPUT_HANDLE};
     OutputStream notices_{STD_ERROR_HANDLE};
-    std::wstring progress_;  ///< the line that is shown, "" for none
+    std::wstring progress_;        ///< the line that is shown, "" for none
+    DWORD fault_ = ERROR_SUCCESS;  ///< the first one of the results
 };
 
 }  // namespace tvn2x

@@ -71,10 +71,26 @@ void RequireWritten(FileFault fault, const std::wstring& path)
     }
 }
 
+bool IsSameFile(const std::wstring& path, const std::wstring& other)
+{
+    if (CompareStringOrdinal(path.c_str(), -1, other.c_str(), -1, TRUE) == CSTR_EQUAL) {
+        return true;
+    }
+    const FileStamp stamp = SystemFiles().Stamp(path);
+    return stamp.exists && stamp == SystemFiles().Stamp(other);
+}
+
 void RequireDifferent(const std::wstring& source, const std::wstring& target)
 {
-    if (CompareStringOrdinal(source.c_str(), -1, target.c_str(), -1, TRUE) == CSTR_EQUAL) {
+    if (IsSameFile(source, target)) {
         RaiseInput(target + L" would replace the file that it is made from. Give another name to -o.");
+    }
+}
+
+void RequireNew(const std::wstring& target, bool forces)
+{
+    if (!forces && SystemFiles().Stamp(target).exists) {
+        RaiseInput(target + L" exists already. Give another name, or replace it with --force.");
     }
 }
 

@@ -16,8 +16,14 @@ std::string ReadInput(const std::wstring& path);
 /// Raises unusableInput, in words, where writing a file has failed; does nothing for FileFault::none.
 void RequireWritten(FileFault fault, const std::wstring& path);
 
+/// Whether two absolute paths lead to one file, by whatever case, short name or link.
+bool IsSameFile(const std::wstring& path, const std::wstring& other);
+
 /// Raises unusableInput where a result would replace what it is made from.
 void RequireDifferent(const std::wstring& source, const std::wstring& target);
+
+/// Raises unusableInput where there is a file already that a result would replace, unless the user said so.
+void RequireNew(const std::wstring& target, bool forces);
 
 /// A file of an unpredictable name beside `target` that takes its place in one step, or vanishes.
 class PendingFile

@@ -20,7 +20,7 @@ JournalFile JournalFile::Create(const std::wstring& path)
         }
         RequireWritten(FaultOf(error), path);
     }
-    return {handle, 0};
+    return {handle, 0, path};
 }
 
 JournalFile JournalFile::Open(const std::wstring& path, size_t keep)
@@ -30,15 +30,11 @@ JournalFile JournalFile::Open(const std::wstring& path, size_t keep)
     if (handle == INVALID_HANDLE_VALUE) {
         RequireWritten(FaultOf(GetLastError()), path);
     }
-    JournalFile file(handle, static_cast<LONGLONG>(keep));
-    if (!file.CutAtEnd()) {
-        RequireWritten(FaultOf(GetLastError()), path);
-    }
-    return file;
+    return {handle, static_cast<LONGLONG>(keep), path};
 }
 
 JournalFile::JournalFile(JournalFile&& other) noexcept
-    : handle_(std::exchange(other.handle_, INVALID_HANDLE_VALUE)), end_(other.end_)
+    : handle_(std::exchange(other.handle_, INVALID_HANDLE_VALUE)), end_(other.end_), path_(std::move(other.path_))
 {
 }
 
@@ -46,6 +42,9 @@ JournalFile::~JournalFile()
 {
     if (handle_ != INVALID_HANDLE_VALUE) {
         CloseHandle(handle_);
+        if (end_ == 0) {
+            DeleteFileW(path_.c_str());
+        }
     }
 }
 
@@ -58,6 +57,9 @@ bool JournalFile::CutAtEnd()
 
 FileFault JournalFile::Append(std::string_view bytes)
 {
+    if (!CutAtEnd()) {
+        return FaultOf(GetLastError());
+    }
     for (std::string_view rest = bytes; !rest.empty();) {
         DWORD written = 0;
         const bool isDone = WriteFile(handle_, rest.data(), static_cast<DWORD>(rest.size()), &written, nullptr) != 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -7,23 +8,37 @@
 #include "host/commands/Plugin.h"
 #include "host/commands/StopRequest.h"
 #include "host/receiver/ReceiverCheck.h"
+#include "host/setup/Setup.h"
 
 namespace tvn2x {
 
 /// Loads a network model into the simulated receiver; "" leaves the receiver as it is.
 void UseNetwork(const Plugin& plugin, const std::wstring& network);
 
-/// The receiver is on line until this goes. An identification leaves it off line.
+/// Who the receiver says that it is.
+struct ReceiverIdentity
+{
+    std::wstring text;  ///< "name,address,model,manufacturer"
+    std::wstring hardware;
+    int32_t mode = 0;  ///< the operating mode that it was found in
+};
+
+/// The receiver is on line until this goes. Nothing is asked of an instrument, nor set, before it is known to be a
+/// receiver.
 class OnLine
 {
 public:
+    /// Raises unusableInput where no receiver answers, or an instrument of another maker or model.
     explicit OnLine(const Plugin& plugin);
     OnLine(const OnLine&) = delete;
     OnLine& operator=(const OnLine&) = delete;
     ~OnLine();
 
+    const ReceiverIdentity& Identity() const { return identity_; }
+
 private:
     const Plugin& plugin_;
+    ReceiverIdentity identity_;
 };
 
 /// What the plug-in says about the receiver and the loaded setup, and what the receiver lists as its options.
@@ -41,21 +56,40 @@ enum class Transfer
     write
 };
 
+struct Transferred
+{
+    bool isWhole = true;                  ///< a stop has not ended it: one that comes after the last step is none
+    std::optional<RaisedError> reported;  ///< what the plug-in reports without raising it
+};
+
 /// Reads the receiver's settings into the plug-in's setup or writes the setup's to the receiver, and shows the
-/// progress. False where a stop has ended it. What the plug-in reports without raising it is told as a notice;
-/// `reported` says whether there was any.
-bool TransferConfiguration(const Plugin& plugin, Transfer transfer, StopRequest& stop, Console& console,
-                           bool* reported = nullptr);
+/// progress. A setting that the receiver refuses is raised with the receiver's state and what it has not been given.
+Transferred TransferConfiguration(const Plugin& plugin, const Setup& setup, Transfer transfer, StopRequest& stop,
+                                  Console& console);
+
+/// What the receiver is set to now, whether a stop was asked for or not. The plug-in's setup is as it was before,
+/// `setup`; its results are reset.
+SetupSettings ReadReceiverSettings(const Plugin& plugin, const Setup& setup);
+
+/// Takes the settings that measuring depends on over into the plug-in's setup.
+void TakeSettings(const Plugin& plugin, const SetupSettings& settings);
+
+/// Takes the channels of `setup` over into the plug-in's, in place of those there.
+void TakeChannels(const Plugin& plugin, const Setup& setup);
 
 struct Preparation
 {
-    bool writes = false;  ///< brings the receiver into the setup's whole state, not only its mode
-    bool forces = false;  ///< goes on where the receiver cannot do the setup
+    bool writes = false;         ///< brings the receiver into the setup's whole state, not only its mode
+    bool forces = false;         ///< goes on where the receiver cannot do the setup
+    bool measuresAsIs = false;   ///< goes on where the receiver is set otherwise than the setup
+    bool setsSimulator = false;  ///< brings the simulated receiver into the setup's state, as a person would by hand
 };
 
-/// Before a scan: asks whether the receiver can do the setup, says what it found, and brings the receiver into the
-/// setup's mode or state. Raises unusableInput with the reasons where it cannot do the setup; with `forces` these are
-/// told and the scan goes on with what the receiver has got. False where a stop has ended it.
-bool PrepareReceiver(const Plugin& plugin, const Preparation& how, StopRequest& stop, Console& console);
+/// Before a scan: asks whether the receiver can do the setup, says what it found, brings the receiver into the setup's
+/// mode or state, and compares its settings with the setup's. From then on the plug-in's setup, and what this returns,
+/// has the settings that the receiver really has. Raises unusableInput with the reasons where the receiver cannot do
+/// the setup or is set otherwise, unless `how` says to go on; then these are told. Nothing where a stop has ended it.
+std::optional<SetupSettings> PrepareReceiver(const Plugin& plugin, const Setup& setup, const Preparation& how,
+                                             StopRequest& stop, Console& console);
 
 }  // namespace tvn2x

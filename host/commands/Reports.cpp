@@ -31,7 +31,7 @@ void RequireReportTargets(const ReportOptions& options, const std::vector<std::w
         }
         const std::wstring path = AbsolutePath(*target);
         for (const std::wstring& other : taken) {
-            if (CompareStringOrdinal(path.c_str(), -1, other.c_str(), -1, TRUE) == CSTR_EQUAL) {
+            if (IsSameFile(path, other)) {
                 RaiseInput(path +
                            L" would be written twice, or replace what the report is made from. Give each report a "
                            L"file of its own.");

@@ -21,6 +21,7 @@ struct ReportOptions
     std::wstring html;
     std::wstring result;  ///< the plug-in's own result file
 
+    bool HasLimitsFile() const { return !limits.empty() && limits != L"outlet"; }
     bool HasReports() const { return !json.empty() || !junit.empty() || !html.empty() || !result.empty(); }
 };
 

@@ -48,11 +48,11 @@ void RunArguments::AddToScan(CLI::App& scan)
                               ->check(CLI::Range(0, 1000000).description("0..1000000"))
                               ->capture_default_str();
     CLI::Option* every =
-        AddText(scan, "--every", every_, "Begin a scan every 90s, 15m or 2h (until Ctrl+C)")->type_name("TIME");
+        AddText(scan, "--every", every_, "Begin a scan every 90s, 15m, 2h or 1d (until Ctrl+C)")->type_name("TIME");
     // A journal that is gone on with has all this already.
     for (CLI::Option* other : {journal, repeat, every, scan.get_option("--channels"), scan.get_option("--parameters"),
                                scan.get_option("--site"), scan.get_option("--outlet"), scan.get_option("--by"),
-                               scan.get_option("--order"), scan.get_option("--remark")}) {
+                               scan.get_option("--order"), scan.get_option("--remark"), scan.get_option("--as-is")}) {
         resume->excludes(other);
     }
 }

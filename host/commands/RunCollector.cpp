@@ -79,28 +79,16 @@ std::wstring NowUtc()
     return UtcText(duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count());
 }
 
-RunReceiver DescribeReceiver(const Plugin& plugin)
+RunReceiver DescribeReceiver(const Plugin& plugin, const ReceiverIdentity& identity)
 {
-    RunReceiver receiver{.identity = {},
-                         .hardware = {},
-                         .serialNumber = Told(plugin, &IDriver::get_SerialNumber),
-                         .firmware = Told(plugin, &IDriver::get_FirmwareVersion),
-                         .options = Told(plugin, &IDriver::get_InstalledHardware)};
-    BSTR identity = nullptr;
-    BSTR hardware = nullptr;
-    long mode = 0;
-    VARIANT_BOOL isKnown = VARIANT_FALSE;
-    if (SUCCEEDED(plugin.driver->Test(&identity, &hardware, &mode, &isKnown)) && isKnown) {
-        receiver.identity = com::ViewOf(identity);
-        receiver.hardware = com::ViewOf(hardware);
-    }
-    SysFreeString(identity);
-    SysFreeString(hardware);
-    return receiver;
+    return {.identity = identity.text,
+            .hardware = identity.hardware,
+            .serialNumber = Told(plugin, &IDriver::get_SerialNumber),
+            .firmware = Told(plugin, &IDriver::get_FirmwareVersion),
+            .options = Told(plugin, &IDriver::get_InstalledHardware)};
 }
 
-FinishedRun DescribeRun(const Plugin& plugin, const Setup& setup, const std::wstring& setupSha256,
-                        const std::wstring& chosen)
+FinishedRun DescribeRun(const Setup& setup, const std::wstring& setupSha256, const std::wstring& chosen)
 {
     FinishedRun run;
     run.program = L"tvnhost " TVN_VERSION;
@@ -112,7 +100,6 @@ FinishedRun DescribeRun(const Plugin& plugin, const Setup& setup, const std::wst
                    L": the setup displays no measured parameter. Choose some on the setup's parameters page, or "
                    L"with --parameters.");
     }
-    run.receiver = DescribeReceiver(plugin);
     run.began = NowUtc();
     return run;
 }

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "host/commands/Plugin.h"
+#include "host/commands/Receiver.h"
 #include "host/run/FinishedRun.h"
 #include "host/run/Journal.h"
 
@@ -12,13 +13,12 @@ namespace tvn2x {
 /// Now, as a run keeps it.
 std::wstring NowUtc();
 
-/// What the receiver says of itself; what it does not tell stays empty.
-RunReceiver DescribeReceiver(const Plugin& plugin);
+/// What the receiver on line says of itself; what it does not tell stays empty.
+RunReceiver DescribeReceiver(const Plugin& plugin, const ReceiverIdentity& identity);
 
-/// What is known of a run before its first channel: setup, receiver and columns (`chosen` parameters, or "" for those
+/// What is known of a run before its receiver is: setup and columns (`chosen` parameters, or "" for those
 /// that the setup displays). Raises unusableInput where no measured parameter is among the columns.
-FinishedRun DescribeRun(const Plugin& plugin, const Setup& setup, const std::wstring& setupSha256,
-                        const std::wstring& chosen);
+FinishedRun DescribeRun(const Setup& setup, const std::wstring& setupSha256, const std::wstring& chosen);
 
 /// A row of the plug-in's result table. `began` and `seconds` are left to the caller.
 ChannelResult CollectChannel(const Plugin& plugin, const Setup& setup, const ChannelTurn& turn);

@@ -68,4 +68,18 @@ void SaveInto(const Plugin& plugin, const PendingFile& pending)
     RequireWritten(FileFault::other, pending.Target());
 }
 
+void SaveInPlace(const Plugin& plugin, const std::wstring& path)
+{
+    const com::Bstr product(productName);
+    const com::Bstr version(setupVersion);
+    VARIANT nowhere;
+    nowhere.vt = VT_ERROR;
+    nowhere.scode = DISP_E_PARAMNOTFOUND;
+    if (!Get<VARIANT_BOOL>(plugin.setup, &ISetup::Save, product.Get(), version.Get(), nowhere)) {
+        RaiseInput(path +
+                   L": the setup could not be saved, the file is as it was. See whether it is write-protected or open "
+                   L"elsewhere, or give another file with -o FILE");
+    }
+}
+
 }  // namespace tvn2x

@@ -19,4 +19,8 @@ SetupInspection RequireUsable(const std::string& content, const std::wstring& pa
 /// far as it can be told: the plug-in itself says yes or no.
 void SaveInto(const Plugin& plugin, const PendingFile& pending);
 
+/// Saves the plug-in's setup to the file that it was loaded from: what the setup does not mean, comments among it,
+/// stays there. Raises unusableInput where that fails; the file is then as it was.
+void SaveInPlace(const Plugin& plugin, const std::wstring& path);
+
 }  // namespace tvn2x

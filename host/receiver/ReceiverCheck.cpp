@@ -33,12 +33,29 @@ std::wstring ValueText(const Subject& subject, int32_t value)
     return subject.need == Capability::mode ? ModeText(value) : ChoiceWords(subject.values, value);
 }
 
-/// The receiver lists a part of the option's name, as an entry that nobody searches for: "KTR-H8" by itself.
-bool IsListedOtherwise(std::wstring_view option, std::wstring_view installed)
+/// A spelling without what people differ in.
+std::wstring Plain(std::wstring_view code)
 {
-    return std::ranges::any_of(ReadOptions(installed), [&](const ReceiverOption& entry) {
-        return entry.code.size() < option.size() && option.find(entry.code) != option.npos;
-    });
+    std::wstring plain;
+    for (const wchar_t character : code) {
+        if (character != L' ' && character != L'\t' && character != L'\u00A0') {
+            plain += character >= L'a' && character <= L'z' ? static_cast<wchar_t>(character - L'a' + L'A') : character;
+        }
+    }
+    return plain;
+}
+
+/// How the receiver lists an option that it is searched for in vain: in other letter case, with other blanks, or by a
+/// part of its name, "KTR-H8" by itself. "" where it does not.
+std::wstring ListedAs(std::wstring_view option, std::wstring_view installed)
+{
+    const std::wstring wanted = Plain(option);
+    for (const ReceiverOption& entry : ReadOptions(installed)) {
+        if (const std::wstring code = Plain(entry.code); !code.empty() && wanted.find(code) != wanted.npos) {
+            return entry.code;
+        }
+    }
+    return {};
 }
 
 std::wstring MissingText(const Subject& subject, int32_t asked, std::wstring_view installed)
@@ -49,9 +66,10 @@ std::wstring MissingText(const Subject& subject, int32_t asked, std::wstring_vie
     }
     const std::wstring option(found->option);
     std::wstring text = L"option " + option + L" (" + OptionWords(option) + L") is not installed";
-    if (IsListedOtherwise(option, installed)) {
-        text += L" (the receiver lists it by another name than \"" + option +
-                L"\"; where it is fitted, scan --force goes on)";
+    if (const std::wstring listed = ListedAs(option, installed); !listed.empty()) {
+        text += L" by this name (the receiver lists \"" + listed + L"\"" +
+                (Plain(listed) == Plain(option) ? L", other in blanks or letter case only" : L"") +
+                L"; where it is fitted, scan --force measures with it)";
     }
     return text;
 }

@@ -43,7 +43,9 @@ printf '[CHANNEL]\n\tDELIVERY_SYSTEM = DVBC/ANNEX_A\n\tFREQUENCY = 338000000\n\t
 expect_exit 0 import town -o town.ini
 expect_text 'town.ini: 3 channels'
 expect_notice "town, line $(($(grep -n QAM/AUTO town | cut -d: -f1) - 4)): left out: the plan does not name the order of QAM"
-expect_exit 0 import town -o town.ini --order 256
+expect_exit 2 import town -o town.ini --order 256
+expect_notice 'town.ini exists already. Give another name, or replace it with --force.'
+expect_exit 0 import town -o town.ini --order 256 --force
 grep -q '^Count=4' town.ini || fail 'does not replace the older setup'
 
 printf 'Label;Frequency;Symbol rate;QAM\nSport, live;474,0;6,9;256\nRadio;482;6,9;64-QAM\n' >table.csv
@@ -83,7 +85,7 @@ expect_refusal "cannot read $(at missing.ini): there is no such file" scan missi
 for command in import network; do
     expect_refusal 'binary, line 1: binary data' $command binary -o new.ini
     expect_refusal "cannot write $(at folder.ini): it is a folder" $command town -o folder.ini
-    expect_refusal "cannot write $(at readonly.ini): it is read-only" $command town -o readonly.ini
+    expect_refusal "cannot write $(at readonly.ini): it is read-only" $command town -o readonly.ini --force
     expect_refusal "cannot write $(at none/new.ini): the folder does not exist" $command town -o none/new.ini
     expect_refusal "$(at town) would replace the file that it is made from" $command town -o town
 done
@@ -94,6 +96,7 @@ expect_refusal '"" is no channel' scan net.ini --channels ''
 expect_refusal 'give it with --order' import --from 306 --to 858 -o new.ini
 expect_refusal 'a channel plan is required, or --from' import -o new.ini
 expect_refusal 'time-scale' scan net.ini --time-scale 0
+expect_refusal 'time-scale' scan net.ini --time-scale 2
 expect_refusal 'required' scan
 expect_refusal 'unknown command "scna"; the nearest is scan' scna net.ini
 expect_refusal 'unknown option "--chanels"; the nearest is --channels (scan)' scan --chanels 3 net.ini
@@ -101,9 +104,16 @@ expect_refusal 'unknown command "x": import, network, scan' x
 [ "$(wc -l <"$work/err")" = 2 ] || fail "takes more than two lines for it"
 
 said='tvnhost scan >/dev/full' status=0
-"$wine_program" "$bin/tvnhost.exe" scan net.ini --network clean.ini "${fast[@]}" --channels 1 >/dev/full 2>"$work/err" </dev/null || status=$?
+"$wine_program" "$bin/tvnhost.exe" scan net.ini --network clean.ini "${fast[@]}" --channels 1 --json full.jsonl >/dev/full 2>"$work/err" </dev/null || status=$?
 [ "$status" = 2 ] || fail "ends with $status"
 expect_notice 'the results cannot be written (the disk is full)'
+[ -s full.jsonl ] || fail "loses the report with the grid"
+said='tvnhost limits | true' status=0
+exec 5> >(true)
+wait $!
+"$wine_program" "$bin/tvnhost.exe" limits >&5 2>"$work/err" </dev/null || status=$?
+exec 5>&-
+[ "$status" = 0 ] || fail "takes a closed pipe for an error: $status"
 
 # Ctrl+C, typed on a terminal while the second channel waits for a carrier that is not there; then gone on with.
 printf '[Network]\n[Channel 1]\nFrequency (MHz)=314\nOrder of QAM=256\n' >one.ini
@@ -140,6 +150,6 @@ expect_text '3 channels, 3 synchronised'
 "$wine_program" regsvr32 /s /u "$(wine_path "$bin/XKTR2x.dll")" </dev/null
 expect_refusal 'error 429: the instrument driver XKTR2x cannot be created' scan net.ini
 expect_notice 'regsvr32 XKTR2x.dll'
-expect_exit 0 import town -o town.ini # needs no receiver
+expect_exit 0 import town -o town.ini --force # needs no receiver
 
 echo "the host does as it should; Ctrl+C took $took ms"

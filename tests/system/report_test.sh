@@ -112,8 +112,15 @@ expect_exit 2 scan other.ini --network clean.ini "${fast[@]}" --resume torn.jour
 expect_notice 'other.ini differs from that'
 expect_exit 2 scan net.ini --result none/net.csv
 expect_notice 'none\net.csv: the folder does not exist'
-expect_exit 2 scan net.ini --journal torn.journal
+expect_exit 2 scan net.ini --network clean.ini --write --journal torn.journal
 expect_notice 'exists already'
+! grep -q Configuring "$work/err" || fail "configures the receiver first"
+for output in '--journal clean.ini' '--html clean.ini' '--json lenient.ini' '--html Net.ini' '--result clean.ini'; do
+    expect_exit 2 scan net.ini --network clean.ini --limits lenient.ini $output
+    expect_notice 'replace'
+done
+expect_exit 2 judge clean.jsonl --limits lenient.ini --html lenient.ini
+expect_notice 'replace'
 
 # A full disk.
 if mount -t tmpfs -o size=12k none disk 2>/dev/null; then
