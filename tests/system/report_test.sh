@@ -19,7 +19,7 @@ fast=(--time-scale 0.02)
 expect_exit 1 scan net.ini --network impaired.ini "${fast[@]}" --limits outlet --journal all.journal \
     --json all.jsonl --junit all.xml --html all.html --result all.csv
 expect_text 'FAIL: '
-expect_text 'RF level 43.6 dBµV is 10.4 dB below the limit of 54 dBµV'
+expect_text 'RF level 43.5 dBµV is 10.5 dB below the limit of 54 dBµV'
 check schema "$root/docs/result.schema.json" all.jsonl all.journal
 check count all.jsonl 36
 check same all.jsonl all.journal
