@@ -158,5 +158,14 @@ TEST(LevelSteps, AreBetweenNeighboursOfOnePassOnly)
     EXPECT_EQ(Judge(run, &limits).channels[0].reason, L"level step 3 dB is 1 dB above the limit of 2 dB");
 }
 
+TEST(LevelSteps, AreBetweenNeighboursNoFurtherApartThanAChannelIsWide)
+{
+    const auto channel = [](int32_t number, double frequency, const wchar_t* level) {
+        return TestChannel(number, frequency, {{MP_RFLEV, level}});
+    };
+    const auto steps = LevelSteps(TestRun({channel(1, 474, L"60"), channel(2, 482, L"61"), channel(3, 491, L"63")}));
+    EXPECT_EQ(steps, (std::vector<std::optional<double>>{{}, 1.0, {}}));
+}
+
 }  // namespace
 }  // namespace tvn2x

@@ -241,7 +241,8 @@ TEST(BudgetPlot, StacksTheSharesOfTheChannelsWithTheLowestMer)
     for (const ChannelResult& channel : channels) {
         rows.push_back({channel, judgement, {}});
     }
-    const std::string svg = BudgetPlot(rows).svg;
+    const auto [svg, caption] = BudgetPlot(rows);
+    EXPECT_THAT(caption, HasSubstr("Error power of the 12 channels with the lowest MER"));
     const auto names = Matches(svg, R"x(<text x="0" y="([\d.]+)"[^>]*>C(\d+) )x");
     ASSERT_EQ(names.size(), 12u);
     const auto bars = Matches(
@@ -250,6 +251,7 @@ TEST(BudgetPlot, StacksTheSharesOfTheChannelsWithTheLowestMer)
     ASSERT_EQ(bars.size(), 12 * impairments);
     for (size_t row = 0; row < names.size(); ++row) {
         EXPECT_EQ(names[row][1], std::to_string(13 - row)) << "the lowest first";
+        EXPECT_EQ(std::stod(names[row][0]), 60 + 21.0 * static_cast<double>(row)) << "each below the other";
         const auto budget = BudgetOf(channels[13 - row]);
         double left = 210;
         for (size_t i = 0; i < impairments; ++i) {
