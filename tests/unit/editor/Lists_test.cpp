@@ -1,0 +1,116 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "editor/ChannelMarks.h"
+#include "editor/ClipboardTable.h"
+#include "editor/NaturalOrder.h"
+#include "editor/PastedCells.h"
+#include "editor/RowSelection.h"
+#include "editor/Series.h"
+
+namespace tvn2x {
+namespace {
+
+TEST(RowSelection, HasAnAnchorACurrentRowAndGaps)
+{
+    RowSelection selection;
+    selection.Only(4);
+    selection.ExtendTo(2);
+    selection.Toggle(6);
+    selection.Toggle(3);
+    EXPECT_EQ((std::vector<int32_t>{2, 4, 6}), selection.Rows());
+    EXPECT_EQ(3, selection.Count());
+    EXPECT_TRUE(selection.Contains(6) && !selection.Contains(5) && !selection.Contains(3) && !selection.Contains(7));
+    selection.ExtendTo(5);
+    selection.Only(1);
+    selection.Toggle(1);
+    EXPECT_EQ(std::vector<int32_t>{1}, selection.Rows()) << "one row is always selected";
+}
+
+TEST(NaturalOrder, ComparesNumbersByValueAndLettersInEitherCase)
+{
+    for (const auto& [first, second] : std::initializer_list<std::pair<std::wstring_view, std::wstring_view>>{
+             {L"K2", L"K10"},
+             {L"k2", L"K3"},
+             {L"K02", L"K2"},
+             {L"", L"K"},
+             {L"K2", L"K2 HD"},
+             {L"9", L"A"},
+             {L"K99999999999999999998", L"K99999999999999999999"},
+             {L"a10b2", L"a10b11"}}) {
+        EXPECT_LT(CompareNaturally(first, second), 0) << std::string(first.begin(), first.end());
+        EXPECT_GT(CompareNaturally(second, first), 0);
+    }
+    EXPECT_EQ((std::vector<int32_t>{2, 0, 1, 0}), NaturalRanks({L"K10", L"K1", L"K2", L"K1"}));
+}
+
+TEST(ClipboardTable, ReadsWhatSpreadsheetsWriteAndWritesWhatTheyRead)
+{
+    EXPECT_EQ((Table{{L"S1", L"474"}, {L"", L""}, {L"S2"}}), ReadTable(std::wstring_view(L"S1\t474\r\n\t\nS2\0x", 14)));
+    EXPECT_EQ((Table{{L"a\tb", L"say \"x\"", L"5\" wide", L"\"open"}}),
+              ReadTable(L"\"a\tb\"\t\"say \"\"x\"\"\"\t5\" wide\t\"open"));
+    EXPECT_EQ(Table{}, ReadTable(L""));
+    const Table table{{L"plain", L"a\tb", L""}, {L"\"", L"two\r\nlines", L"5\" wide"}};
+    EXPECT_EQ(table, ReadTable(WriteTable(table)));
+    EXPECT_TRUE(IsRange(L"a\tb") && IsRange(L"a\r\nb") && IsRange(L"a\r\n\r\n"));
+    EXPECT_FALSE(IsRange(L"a") || IsRange(L"a\r\n") || IsRange(L""));
+}
+
+TEST(PastedCells, FindTheirColumnsByHeadingOrByPlace)
+{
+    const auto columns = [](Table table, Column first) {
+        const PastedCells pasted = ArrangeCells(std::move(table), GridOf(first), first);
+        std::string found = std::to_string(pasted.heading) + ":";
+        for (const Column column : pasted.columns) {
+            found += " " + std::to_string(column);
+        }
+        return pasted.fault.empty() ? found : "fault";
+    };
+    EXPECT_EQ("0: 11 12", columns({{L"474", L"6.9"}}, MP_FREQUENCY));
+    EXPECT_EQ("0: 10 11 12", columns({{L"S1", L"474", L"6.9"}, {L"", L" ", L""}}, MP_SYMBOLRATE));
+    EXPECT_EQ("1: 11 10", columns({{L"Frequency (MHz)", L"Label"}, {L"474", L"S1"}}, MP_SYMBOLRATE));
+    EXPECT_EQ("1: 10 11", columns({{L"Kanal", L"Frequenz"}, {L"S1", L"474"}}, MP_USERFIELD));
+    EXPECT_EQ("1: 0 2", columns({{L"CAPTION", L"Save"}, {L"x", L"1"}}, captionColumn));
+    EXPECT_EQ("0: 10", columns({{L"Kanal"}, {L"S1"}}, MP_USERFIELD)) << "labels need not be numbers";
+    EXPECT_EQ("fault", columns({{L"474", L"6.9"}}, MP_SYMBOLRATE));
+    EXPECT_EQ("fault", columns({{L"1", L"2", L"3", L"4"}}, MP_USERFIELD));
+    EXPECT_EQ("fault", columns({{L"Label", L"Label"}, {L"a", L"b"}}, MP_USERFIELD));
+    EXPECT_EQ("fault", columns({{L"Label"}}, MP_USERFIELD));
+    EXPECT_EQ("fault", columns({{L"", L""}}, MP_USERFIELD));
+}
+
+TEST(Series, CountsOnInTheLastNumberOfALabel)
+{
+    EXPECT_EQ(L"S23", CountOn(L"S21", 2));
+    EXPECT_EQ(L"K010 HD", CountOn(L"K009 HD", 1));
+    EXPECT_EQ(L"2x100", CountOn(L"2x99", 1));
+    EXPECT_EQ(L"K0", CountOn(L"K3", -5));
+    EXPECT_EQ(L"none", CountOn(L"none", 3));
+    EXPECT_EQ(L"9999999999999999", CountOn(L"9999999999999999", 1));
+}
+
+TEST(ChannelMarks, TellEqualFromOverlappingFromTouchingChannels)
+{
+    const double none = std::nan("");
+    const auto kinds = [](const std::vector<ChannelPlace>& channels, double rollOff) {
+        std::string letters;
+        for (const ChannelMark& mark : MarkChannels(channels, rollOff)) {
+            letters += "-eo"[static_cast<size_t>(mark.kind)];
+        }
+        return letters;
+    };
+    EXPECT_EQ("---", kinds({{482, 6.9}, {474, 6.9}, {none, 6.9}}, 0.15));
+    EXPECT_EQ("oo", kinds({{482, 7}, {474, 7}}, 0.15));
+    EXPECT_EQ("--", kinds({{482, 8}, {474, 8}}, 0)) << "they touch";
+    EXPECT_EQ("e-e", kinds({{482, 6.9}, {500, 6.9}, {482, none}}, 0.15));
+    EXPECT_EQ("ee-ee", kinds({{1, 1}, {1, 1}, {5, 1}, {9, 1}, {9, 1}}, 0.15));
+    EXPECT_EQ("ooo", kinds({{100, 1}, {110, 1}, {111, 7}}, 2.5)) << "one reaches over its neighbour";
+    const std::vector<ChannelMark> marks = MarkChannels({{482, 7}, {474, 7}}, 0.15);
+    EXPECT_EQ(1, marks[0].other);
+    EXPECT_NEAR(0.05, marks[1].common, 1e-9);
+    EXPECT_TRUE(MarkChannels({}, 0.15).empty());
+}
+
+}  // namespace
+}  // namespace tvn2x
