@@ -36,7 +36,7 @@ int ShowPages(const wchar_t* path)
         for (int32_t page = 0; page < pageCount; ++page) {
             editor.ClickTab(static_cast<Page>(page));
             if (static_cast<Page>(page) == Page::frequencies) {
-                editor.Click(control_id::Heading(MP_FREQUENCY));
+                editor.ClickHeading(MP_FREQUENCY);
                 editor.ClickRow(MP_FREQUENCY, 2);
             }
             if (static_cast<Page>(page) == Page::parameters) {

@@ -32,7 +32,7 @@ constexpr std::array<std::wstring_view, fieldCount> fields{L"&Default Symbol Rat
                                                            L"&Maximum Settling Time (sec):"};
 constexpr std::array<std::wstring_view, checkCount> checks{L"C&ouple Display and Save", L"Show &before measurement",
                                                            L"Show &after measurement"};
-constexpr std::array<std::wstring_view, rowCommandCount> commands{L"&Insert", L"D&elete", L"Move &Up", L"Move &Down"};
+constexpr std::array<std::wstring_view, rowButtonCount> commands{L"&Insert", L"D&elete", L"Move &Up", L"Move &Down"};
 constexpr std::array<std::wstring_view, 3> parameterHeadings{L"&Caption", L"Displ&ay", L"Sa&ve"};
 constexpr std::array<std::wstring_view, 3> channelHeadings{L"Use&r Field", L"Center &Frequency", L"Sy&mbol Rate"};
 

@@ -24,7 +24,7 @@ std::wstring_view CaptionOf(Page page);
 std::wstring_view CaptionOf(Choice choice);
 std::wstring_view CaptionOf(Field field);
 std::wstring_view CaptionOf(Check check);
-std::wstring_view CaptionOf(RowCommand command);
+std::wstring_view CaptionOf(RowCommand command);  ///< of the four that are buttons
 std::wstring_view HeadingOf(Column column);
 
 }  // namespace tvn2x

@@ -1,6 +1,7 @@
 #include "editor/Editor.h"
 
 #include <algorithm>
+#include <functional>
 #include <limits>
 #include <numeric>
 #include <utility>
@@ -23,43 +24,47 @@ Editor::Editor(SetupDocument& document, EditorView& view, MessageBoxes& messages
 void Editor::Activate()
 {
     edit_ = {};
+    history_ = {};
+    marksAreOld_ = true;
     notesTouched_ = false;
     page_ = Page::settings;
     for (int32_t choice = 0; choice < choiceCount; ++choice) {
-        choices_[static_cast<size_t>(choice)] = PositionIn(document_, static_cast<Choice>(choice));
+        controls_.choices[static_cast<size_t>(choice)] = PositionIn(document_, static_cast<Choice>(choice));
     }
-    levelUnit_ = ItemsOf(Choice::levelUnit)[static_cast<size_t>(SelectedItem(Choice::levelUnit))].text;
+    lists_.levelUnit = SelectedItem(Choice::levelUnit);
     FieldText(Field::defaultSymbolRate) =
         FormatNumber(document_.DefaultSymbolRate(), pattern::symbolRate, true, locale_);
     FieldText(Field::maxSettlingTime) = FormatNumber(document_.MaxSettlingTime(), L"#0", true, locale_);
-    SetCheck(Check::couple, document_.CoupleDisplayAndSave());
+    controls_.checks = {document_.CoupleDisplayAndSave(), document_.ShowNotesBefore(), document_.ShowNotesAfter()};
     FillChannels();
     FillParameters();
-    SetCheck(Check::showBefore, document_.ShowNotesBefore());
-    SetCheck(Check::showAfter, document_.ShowNotesAfter());
+    opened_ = controls_;
     NotifyAll();
 }
 
 void Editor::FillChannels()
 {
     const int32_t count = std::max(document_.ListSize(), 0);
-    channels_.rows.clear();
-    channels_.rows.reserve(static_cast<size_t>(count) + 1);
+    GridRows& channels = lists_.channels;
+    channels.rows.clear();
+    channels.rows.reserve(static_cast<size_t>(count) + 1);
     for (int32_t channel = 1; channel <= count; ++channel) {
-        std::array<std::wstring, 3>& text = channels_.rows.emplace_back().text;
-        text[0] = document_.UserField(channel);
-        AppendNumber(text[1], document_.Frequency(channel), pattern::frequency, true, locale_);
-        AppendNumber(text[2], document_.SymbolRate(channel), pattern::symbolRate, true, locale_);
+        const auto row = std::make_shared<GridRow>();
+        row->text[0] = document_.UserField(channel);
+        AppendNumber(row->text[1], document_.Frequency(channel), pattern::frequency, true, locale_);
+        AppendNumber(row->text[2], document_.SymbolRate(channel), pattern::symbolRate, true, locale_);
+        channels.rows.push_back(row);
     }
-    channels_.rows.push_back(PlaceholderRow());
-    channels_.Select(0);
+    channels.rows.push_back(PlaceholderRow());
+    channels.Select(0);
+    channels.column = MP_USERFIELD;
 }
 
 /// The catalogue in its display order; a parameter without a position follows behind the others.
 void Editor::FillParameters()
 {
-    parameterCount_ = document_.Count();
-    std::vector<int32_t> numbers(static_cast<size_t>(parameterCount_));
+    lists_.parameterCount = document_.Count();
+    std::vector<int32_t> numbers(static_cast<size_t>(lists_.parameterCount));
     std::iota(numbers.begin(), numbers.end(), int32_t{MP_FIRST});
     const auto position = [this](int32_t parameter) {
         const int32_t order = document_.Order(parameter);
@@ -68,17 +73,19 @@ void Editor::FillParameters()
     std::stable_sort(numbers.begin(), numbers.end(),
                      [&](int32_t left, int32_t right) { return position(left) < position(right); });
 
-    parameters_.rows.clear();
-    parameters_.rows.reserve(numbers.size() + 1);
-    parameters_.rows.push_back({{L"Select/Deselect All", L" ", L" "}, {}, 0});
+    GridRows& parameters = lists_.parameters;
+    parameters.rows.clear();
+    parameters.rows.reserve(numbers.size() + 1);
+    const auto add = [&](GridRow row) { parameters.rows.push_back(std::make_shared<const GridRow>(std::move(row))); };
+    add({{L"Select/Deselect All", L" ", L" "}, {}, 0});
     for (const int32_t parameter : numbers) {
         const std::wstring& caption = document_.StoredCaption(parameter);
-        parameters_.rows.push_back({{parameter == MP_RFLEV ? WithUnit(caption) : caption, L" ", L" "},
-                                    {false, document_.Parameter(1, parameter), document_.Parameter(2, parameter)},
-                                    parameter});
+        add({{parameter == MP_RFLEV ? WithUnit(caption) : caption, L" ", L" "},
+             {false, document_.Parameter(1, parameter), document_.Parameter(2, parameter)},
+             parameter});
     }
-    parameters_.At(0).checked = {false, AllAreSet(displayColumn), AllAreSet(saveColumn)};
-    parameters_.Select(0);
+    parameters.Select(0);
+    parameters.column = captionColumn;
 }
 
 void Editor::NotifyAll()
@@ -104,10 +111,37 @@ void Editor::NotifyAll()
     view_.ButtonRolesChanged();
 }
 
-bool Editor::CellChecked(Column column, int32_t row) const
+std::wstring_view Editor::LevelUnit() const
+{
+    return ItemsOf(Choice::levelUnit)[static_cast<size_t>(lists_.levelUnit)].text;
+}
+
+CheckState Editor::CheckOf(Column column, int32_t row) const
 {
     const GridRows& grid = Rows(column);
-    return grid.At(row).checked[grid.Index(column)];
+    if (row >= grid.Pinned() || !IsCheckColumn(column)) {
+        return grid.At(row).checked[grid.Index(column)] ? CheckState::on : CheckState::off;
+    }
+    int32_t set = 0;
+    for (int32_t each = grid.FirstRow(); each <= grid.LastRow(); ++each) {
+        set += grid.At(each).checked[grid.Index(column)] ? 1 : 0;
+    }
+    const int32_t all = grid.LastRow() - grid.FirstRow() + 1;
+    return set == 0 ? CheckState::off : set == all ? CheckState::on : CheckState::mixed;
+}
+
+size_t Editor::Changes() const
+{
+    size_t changes = history_.Done() + (notesTouched_ ? 1 : 0) + (edit_.open ? 1 : 0);
+    const auto count = [&](const auto& present, const auto& opened) {
+        changes += static_cast<size_t>(std::inner_product(present.begin(), present.end(), opened.begin(), 0,
+                                                          std::plus<>(), std::not_equal_to<>()));
+    };
+    // The level unit is one of the lists' changes.
+    count(std::span(controls_.choices).subspan(1), std::span(opened_.choices).subspan(1));
+    count(controls_.fields, opened_.fields);
+    count(controls_.checks, opened_.checks);
+    return changes;
 }
 
 void Editor::SelectPage(Page page)
@@ -127,6 +161,9 @@ void Editor::FocusMoved(Control control, Column column)
 {
     focus_ = control;
     focusColumn_ = column;
+    if (control == Control::list) {
+        Rows(column).column = column;
+    }
     if (control != Control::cellEditor || column != edit_.column) {
         CommitCellEdit(Leave::elsewhere);
     }
@@ -139,30 +176,30 @@ void Editor::FocusMoved(Control control, Column column)
 
 void Editor::SelectItem(Choice choice, int32_t position)
 {
-    if (position < 0 || position >= static_cast<int32_t>(ItemsOf(choice).size())) {
+    int32_t& selected = controls_.choices[static_cast<size_t>(choice)];
+    if (position < 0 || position >= static_cast<int32_t>(ItemsOf(choice).size()) || position == selected) {
         return;
     }
     if (choice == Choice::levelUnit) {
         CommitCellEdit(Leave::elsewhere);
-        ShowLevelUnit(ItemsOf(choice)[static_cast<size_t>(position)].text);
+        Change(Grid::parameters, [&] { ShowLevelUnit(position); });
     }
-    choices_[static_cast<size_t>(choice)] = position;
+    selected = position;
+    marksAreOld_ = marksAreOld_ || choice == Choice::rolloffFactor;
 }
 
 /// Every caption that names the unit follows it.
-void Editor::ShowLevelUnit(std::wstring_view unit)
+void Editor::ShowLevelUnit(int32_t position)
 {
-    std::vector<std::wstring> captions;
-    captions.reserve(parameters_.rows.size());
-    for (const GridRow& row : parameters_.rows) {
-        std::wstring& caption = captions.emplace_back(row.text[0]);
-        for (size_t at = 0; (at = caption.find(levelUnit_, at)) != std::wstring::npos; at += unit.size()) {
-            caption.replace(at, levelUnit_.size(), unit);
+    const std::wstring_view before = LevelUnit();
+    const std::wstring_view unit = ItemsOf(Choice::levelUnit)[static_cast<size_t>(position)].text;
+    lists_.levelUnit = position;
+    for (int32_t row = 1; row < lists_.parameters.Count(); ++row) {
+        std::wstring caption = lists_.parameters.Text(captionColumn, row);
+        for (size_t at = 0; (at = caption.find(before, at)) != std::wstring::npos; at += unit.size()) {
+            caption.replace(at, before.size(), unit);
         }
-    }
-    levelUnit_ = unit;
-    for (int32_t row = 1; row < parameters_.Count(); ++row) {
-        SetCell(captionColumn, row, std::move(captions[static_cast<size_t>(row)]));
+        SetCell(captionColumn, row, std::move(caption));
     }
 }
 
@@ -209,6 +246,13 @@ void Editor::Cancel()
 {
     tag_ = L"Cancel";
     view_.Close();
+}
+
+void Editor::CloseSign()
+{
+    if (Changes() < 2 || view_.Confirm(L"Close the editor and lose what was changed in it?")) {
+        Cancel();
+    }
 }
 
 }  // namespace tvn2x

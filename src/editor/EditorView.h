@@ -1,7 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "setup/catalogue/MP_TYPES.h"
 #include "util/modMake3D.h"
@@ -74,15 +77,31 @@ enum class Check : int32_t
 };
 constexpr int32_t checkCount = 3;
 
-/// The four buttons that each grid has.
+/// What can be done with a grid. Its page has buttons for the first four.
 enum class RowCommand : int32_t
 {
     insert,
     remove,
     moveUp,
-    moveDown
+    moveDown,
+    undo,
+    redo,
+    cut,
+    copy,
+    paste,
+    pasteRows,   ///< as new rows
+    duplicate,   ///< the selected rows, behind themselves
+    fillDown,    ///< the first selected cell into those below it
+    fillSeries,  ///< counts on from the first selected cell
+    addChannels,
+    find,
+    findNext,
+    goTo,
+    selectAll,
+    editCell,
+    sort  ///< by the current column
 };
-constexpr int32_t rowCommandCount = 4;
+constexpr int32_t rowButtonCount = 4;
 
 /// What can have the keyboard, as far as it makes a difference.
 enum class Control : int32_t
@@ -95,6 +114,23 @@ enum class Control : int32_t
     maxSettlingTime,
     notes
 };
+
+/// A question to the user with fields to fill in.
+struct Form
+{
+    /// A field, and what stands in it at first.
+    struct Entry
+    {
+        std::wstring label;  ///< with "&" before its access key
+        std::wstring text;
+    };
+    std::wstring title;
+    std::wstring accept;  ///< what the button says that takes the answers
+    std::vector<Entry> entries;
+};
+
+/// Takes the answers of a form, in the order of its entries. What is wrong with them, "" where nothing is.
+using FormAnswers = std::function<std::wstring(const std::vector<std::wstring>&)>;
 
 /// What the editor needs of a window. The window holds nothing of its own: after a notice it reads what it shows from
 /// the Editor, and what the user does it hands to the Editor, which decides. A change that the window makes to one of
@@ -129,6 +165,16 @@ public:
     /// Gives a control the keyboard; column matters for a list and for the cell editor. Its page is the current one.
     virtual void Focus(Control control, Column column) = 0;
     virtual void Beep() = 0;
+
+    /// Shows a form until its answers are taken or the user gives it up. What is wrong with them is shown at once, and
+    /// the form stays.
+    virtual void Ask(const Form& form, const FormAnswers& take) = 0;
+    /// A question that "OK" or "Cancel" answers; true for OK.
+    virtual bool Confirm(const std::wstring& question) = 0;
+    /// The text on the clipboard, "" where there is none; nothing where another program does not let go of it.
+    virtual std::optional<std::wstring> ClipboardText() = 0;
+    virtual bool PutOnClipboard(const std::wstring& text) = 0;
+
     /// Ends the modal show. The result is in Editor::Tag.
     virtual void Close() = 0;
 };

@@ -25,30 +25,30 @@ std::wstring Editor::WithoutUnit(std::wstring text) const
 
 std::wstring Editor::WithUnit(const std::wstring& text) const
 {
-    return text + L" (" + levelUnit_ + L")";
+    return text + L" (" + std::wstring(LevelUnit()) + L")";
 }
 
 void Editor::SetCell(Column column, int32_t row, std::wstring text)
 {
-    std::wstring& cell = Rows(column).Text(column, row);
-    if (cell == text) {
+    GridRows& grid = Rows(column);
+    if (grid.Text(column, row) == text) {
         return;
     }
-    cell = std::move(text);
+    grid.Change(row).text[grid.Index(column)] = std::move(text);
     view_.CellChanged(column, row);
 }
 
-void Editor::SelectRow(GridRows& grid, int32_t row)
-{
-    grid.Select(row);
-    SyncGridColumns(grid);
-}
-
+/// What was in sight of the current row and of an open cell stays in sight.
 void Editor::SetVisibleRows(Grid name, int32_t rows)
 {
     GridRows& grid = Rows(name);
+    const int32_t kept = edit_.open && GridOf(edit_.column) == name ? edit_.row : grid.selection.Current();
+    const bool wasInSight = grid.IsInSight(kept);
     grid.visible = std::max(rows, 1);
     grid.ScrollTo(grid.top);
+    if (wasInSight) {
+        grid.Show(kept);
+    }
     SyncGridColumns(grid);
 }
 
@@ -59,19 +59,12 @@ void Editor::CellClicked(Column column, int32_t row)
     if (row < 0 || row >= grid.Count()) {
         return;
     }
+    grid.column = column;
     SelectRow(grid, row);
     if (IsCheckColumn(column)) {
-        ToggleCheck(column, row);
+        ToggleChecks(column, {row});
     } else {
         BeginCellEdit(column, row, grid.top);
-    }
-}
-
-void Editor::RowSelected(Column column, int32_t row)
-{
-    CommitCellEdit(Leave::elsewhere);
-    if (row >= 0 && row < Rows(column).Count()) {
-        SelectRow(Rows(column), row);
     }
 }
 
@@ -88,12 +81,34 @@ void Editor::Scrolled(Column column, int32_t topRow)
     SyncGridColumns(grid);
 }
 
+/// The characters that can stand in a cell.
+bool Editor::Takes(Column column, wchar_t character) const
+{
+    const bool isNumber = column == MP_FREQUENCY || column == MP_SYMBOLRATE;
+    return character >= key::space && character != key::deleted && (!isNumber || IsNumericKey(character));
+}
+
+/// A blank opens a cell with its text, any other character in place of its text.
 bool Editor::ListChar(Column column, wchar_t character)
 {
-    if (character != key::space) {
+    const GridRows& grid = Rows(column);
+    const int32_t row = grid.selection.Current();
+    if (character == key::space && IsCheckColumn(column)) {
+        ToggleChecks(column, grid.selection.Contains(0) ? std::vector<int32_t>{0} : grid.SelectedRows());
+        return true;
+    }
+    if (character == key::space) {
+        CellClicked(column, row);
+        return true;
+    }
+    if (character < key::space || character == key::deleted) {
         return false;
     }
-    CellClicked(column, Rows(column).selected);
+    if (!IsEditable(column, row) || !Takes(column, character)) {
+        view_.Beep();
+        return true;
+    }
+    OpenCell(column, row, std::wstring(1, character), false);
     return true;
 }
 
@@ -108,9 +123,18 @@ void Editor::BeginCellEdit(Column column, int32_t row, int32_t topRow)
     if (column == captionColumn && grid.At(row).itemData == MP_RFLEV) {
         text = WithoutUnit(std::move(text));
     }
-    const auto length = static_cast<int32_t>(text.size());
-    edit_ = {true, column, row, std::move(text), 0, length};
     grid.ScrollTo(topRow);
+    OpenCell(column, row, std::move(text), true);
+}
+
+/// Opens a cell with a text that is selected, or with one behind whose end the user goes on.
+void Editor::OpenCell(Column column, int32_t row, std::wstring text, bool isSelected)
+{
+    CommitCellEdit(Leave::elsewhere);
+    const auto length = static_cast<int32_t>(text.size());
+    edit_ = {true, column, row, std::move(text), isSelected ? 0 : length, isSelected ? length : 0};
+    GridRows& grid = Rows(column);
+    grid.column = column;
     SelectRow(grid, row);
     view_.CellEditorChanged();
     view_.ButtonRolesChanged();
@@ -131,6 +155,13 @@ bool Editor::CellKeyDown(int32_t pressed, bool shift)
             return true;
         case key::tab:
             MoveCell(shift);
+            return true;
+        case key::up:
+        case key::down:
+            if (shift) {
+                return false;
+            }
+            MoveCellBy(pressed == key::up ? -1 : 1);
             return true;
         default:
             return false;
@@ -160,18 +191,19 @@ void Editor::CommitCellEdit(Leave leave)
     GridRows& grid = Rows(column);
     const bool hasUnit = column == captionColumn && grid.At(row).itemData == MP_RFLEV;
     const std::wstring& cell = grid.Text(column, row);
-    const bool changed = text != (hasUnit ? WithoutUnit(cell) : cell);
-    if (changed) {
-        std::wstring committed = hasUnit ? WithUnit(WithoutUnit(text)) : text;
-        if (grid.grid == Grid::channels && row == grid.Count() - 1 && text != noValue) {
-            std::wstring symbolRate = Text(Field::defaultSymbolRate);
-            grid.rows.push_back(PlaceholderRow());
-            view_.RowsInserted(grid.grid, grid.Count() - 1, 1);
-            if (column != MP_SYMBOLRATE) {
-                SetCell(MP_SYMBOLRATE, row, std::move(symbolRate));
+    if (text != (hasUnit ? WithoutUnit(cell) : cell)) {
+        Change(grid.grid, [&, at = column, edited = row, &typed = text] {
+            std::wstring committed = hasUnit ? WithUnit(WithoutUnit(typed)) : typed;
+            if (grid.grid == Grid::channels && edited == grid.Count() - 1 && typed != noValue) {
+                std::wstring symbolRate = Text(Field::defaultSymbolRate);
+                grid.rows.push_back(PlaceholderRow());
+                view_.RowsInserted(grid.grid, grid.Count() - 1, 1);
+                if (at != MP_SYMBOLRATE) {
+                    SetCell(MP_SYMBOLRATE, edited, std::move(symbolRate));
+                }
             }
-        }
-        SetCell(column, row, std::move(committed));
+            SetCell(at, edited, std::move(committed));
+        });
     }
     CloseCellEdit(leave);
 }
@@ -211,6 +243,18 @@ void Editor::MoveCell(bool backwards)
         row = row < lastRow ? row + 1 : firstRow;
     }
     BeginCellEdit(column, row, grid.top);
+}
+
+/// Opens the cell above or below; the first and the last one stay open.
+void Editor::MoveCellBy(int32_t step)
+{
+    const Column column = edit_.column;
+    const int32_t row = edit_.row + step;
+    if (row < Rows(column).FirstRow() || (step > 0 && edit_.row == Rows(column).Count() - 1)) {
+        return;
+    }
+    CommitCellEdit(Leave::elsewhere);
+    BeginCellEdit(column, row, Rows(column).top);
 }
 
 }  // namespace tvn2x

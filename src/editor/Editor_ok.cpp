@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <type_traits>
 #include <utility>
@@ -34,6 +35,22 @@ std::wstring WithWholeLineEnds(const std::wstring& text)
     }
     return result;
 }
+
+/// Messages that are preceded by something.
+class MessagesAfter final : public MessageBoxes
+{
+public:
+    MessagesAfter(MessageBoxes& messages, const std::function<void()>& before) : messages_(messages), before_(before) {}
+    void Show(std::wstring_view text, std::wstring_view title, MessageIcon icon) override
+    {
+        before_();
+        messages_.Show(text, title, icon);
+    }
+
+private:
+    MessageBoxes& messages_;
+    const std::function<void()>& before_;
+};
 
 }  // namespace
 
@@ -79,8 +96,9 @@ void Editor::RefuseField(Field field)
 
 bool Editor::CheckSettlingTime()
 {
+    // Whole seconds are kept, and they too must be within the limits.
     const double seconds = NumberIn(Text(Field::maxSettlingTime));
-    if (seconds > 0 && seconds <= longestSettlingTime) {
+    if (seconds > 0 && seconds <= longestSettlingTime && std::nearbyint(seconds) > 0) {
         return true;
     }
     messages_.Show(
@@ -105,18 +123,36 @@ bool Editor::CheckDefaultSymbolRate()
 /// Puts every channel onto its raster, up to the first that is out of range: that one stays as it was typed.
 bool Editor::CheckChannels()
 {
-    for (int32_t row = 0; row < channels_.Count() - 1; ++row) {
-        double frequency = NumberIn(channels_.Text(MP_FREQUENCY, row));
-        double symbolRate = NumberIn(channels_.Text(MP_SYMBOLRATE, row));
-        const int16_t status = ValidateChannel(&frequency, &symbolRate, messages_, locale_);
-        if (status != channel_status::valid) {
-            Reopen(status == channel_status::badFrequency ? MP_FREQUENCY : MP_SYMBOLRATE, row);
-            return false;
+    const GridRows& channels = lists_.channels;
+    int16_t status = channel_status::valid;
+    int32_t row = 0;
+    Change(Grid::channels, [&] {
+        while (row <= channels.LastRow() && (status = PutOntoRaster(row)) == channel_status::valid) {
+            ++row;
         }
+    });
+    if (status != channel_status::valid) {
+        Reopen(status == channel_status::badFrequency ? MP_FREQUENCY : MP_SYMBOLRATE, row);
+    }
+    return status == channel_status::valid;
+}
+
+/// What ValidateChannel says of a row. Whatever it tells the user, the row is in sight while it does.
+int16_t Editor::PutOntoRaster(int32_t row)
+{
+    const std::function<void()> show = [&] {
+        SelectPage(Page::frequencies);
+        SelectRow(lists_.channels, row);
+    };
+    MessagesAfter messages(messages_, show);
+    double frequency = NumberIn(lists_.channels.Text(MP_FREQUENCY, row));
+    double symbolRate = NumberIn(lists_.channels.Text(MP_SYMBOLRATE, row));
+    const int16_t status = ValidateChannel(&frequency, &symbolRate, messages, locale_);
+    if (status == channel_status::valid) {
         SetCell(MP_FREQUENCY, row, FormatNumber(frequency, pattern::frequency, true, locale_));
         SetCell(MP_SYMBOLRATE, row, FormatNumber(symbolRate, pattern::symbolRate, true, locale_));
     }
-    return true;
+    return status;
 }
 
 /// Notes that no setup file can hold would be lost with the next save.
@@ -137,24 +173,24 @@ void Editor::Reopen(Column column, int32_t row)
 {
     SelectPage(Page::frequencies);
     view_.Focus(Control::list, column);
-    BeginCellEdit(column, row, channels_.top);
+    BeginCellEdit(column, row, lists_.channels.top);
 }
 
 void Editor::WriteChannels(SetupDocument& document) const
 {
-    const int32_t count = channels_.Count() - 1;
+    const int32_t count = lists_.channels.Count() - 1;
     document.ListSize(count);
     for (int32_t row = 0; row < count; ++row) {
-        document.Frequency(row + 1, NumberIn(channels_.Text(MP_FREQUENCY, row)));
-        document.UserField(row + 1, channels_.Text(MP_USERFIELD, row));
-        document.SymbolRate(row + 1, NumberIn(channels_.Text(MP_SYMBOLRATE, row)));
+        document.Frequency(row + 1, NumberIn(lists_.channels.Text(MP_FREQUENCY, row)));
+        document.UserField(row + 1, lists_.channels.Text(MP_USERFIELD, row));
+        document.SymbolRate(row + 1, NumberIn(lists_.channels.Text(MP_SYMBOLRATE, row)));
     }
 }
 
 void Editor::WriteSettings(SetupDocument& document) const
 {
     for (int32_t choice = 0; choice < choiceCount; ++choice) {
-        StoreChoice(document, static_cast<Choice>(choice), choices_[static_cast<size_t>(choice)]);
+        StoreChoice(document, static_cast<Choice>(choice), controls_.choices[static_cast<size_t>(choice)]);
     }
     document.DefaultSymbolRate(NumberIn(Text(Field::defaultSymbolRate)));
     document.MaxSettlingTime(static_cast<int32_t>(std::nearbyint(NumberIn(Text(Field::maxSettlingTime)))));
@@ -167,7 +203,7 @@ void Editor::WriteSettings(SetupDocument& document) const
 /// neither displayed nor saved, behind the others.
 void Editor::WriteParameters(SetupDocument& document) const
 {
-    document.Count(parameterCount_);
+    document.Count(lists_.parameterCount);
     int32_t position = 0;
     const auto write = [&](int32_t parameter, bool displayed, bool saved) {
         constexpr int32_t last = std::numeric_limits<int16_t>::max();
@@ -180,16 +216,16 @@ void Editor::WriteParameters(SetupDocument& document) const
         document.dirty = dirty;
     };
 
-    std::vector<bool> hasRow(static_cast<size_t>(parameterCount_) + 1);
-    for (int32_t row = 1; row < parameters_.Count(); ++row) {
-        const GridRow& shown = parameters_.At(row);
+    std::vector<bool> hasRow(static_cast<size_t>(lists_.parameterCount) + 1);
+    for (int32_t row = 1; row < lists_.parameters.Count(); ++row) {
+        const GridRow& shown = lists_.parameters.At(row);
         hasRow[static_cast<size_t>(shown.itemData)] = true;
         write(shown.itemData, shown.checked[displayColumn], shown.checked[saveColumn]);
         if (document.Caption(shown.itemData) != shown.text[captionColumn]) {
             document.Caption(shown.itemData, shown.text[captionColumn]);
         }
     }
-    for (int32_t parameter = MP_FIRST; parameter <= parameterCount_; ++parameter) {
+    for (int32_t parameter = MP_FIRST; parameter <= lists_.parameterCount; ++parameter) {
         if (!hasRow[static_cast<size_t>(parameter)]) {
             write(parameter, false, false);
         }

@@ -5,6 +5,7 @@
 
 #include "editor/Editor.h"
 #include "editor/EditorKeys.h"
+#include "editor/NaturalOrder.h"
 #include "util/clsQuickSort.h"
 
 namespace tvn2x {
@@ -12,151 +13,265 @@ namespace {
 
 constexpr int32_t mostParameters = std::numeric_limits<int16_t>::max();  // display positions have 16 bits
 
-/// The rows that a command can take: neither the row for all parameters nor the placeholder.
-int32_t FirstRow(const GridRows& grid)
-{
-    return grid.grid == Grid::parameters ? 1 : 0;
-}
-int32_t LastRow(const GridRows& grid)
-{
-    return grid.Count() - (grid.grid == Grid::channels ? 2 : 1);
-}
-
-bool Takes(const GridRows& grid, int32_t row)
-{
-    return row >= FirstRow(grid) && row <= LastRow(grid);
-}
-
 }  // namespace
+
+bool Editor::CanExecute(RowCommand command, Grid name) const
+{
+    const GridRows& grid = Rows(name);
+    const bool inChannels = name == Grid::channels;
+    const RowSelection& selected = grid.selection;
+    const bool hasRows = selected.First() <= grid.LastRow() && selected.Last() >= grid.FirstRow();
+    switch (command) {
+        case RowCommand::insert:
+            return inChannels || lists_.parameterCount < mostParameters;
+        case RowCommand::remove:
+        case RowCommand::copy:
+            return hasRows;
+        case RowCommand::cut:
+        case RowCommand::duplicate:
+            return hasRows && inChannels;
+        case RowCommand::moveUp:
+            return hasRows && !selected.Contains(grid.FirstRow());
+        case RowCommand::moveDown:
+            return hasRows && !selected.Contains(grid.LastRow());
+        case RowCommand::undo:
+            return history_.CanUndo() || edit_.open;
+        case RowCommand::redo:
+            return history_.CanRedo();
+        case RowCommand::fillDown:
+            return hasRows && (selected.Count() > 1 || selected.First() > grid.FirstRow());
+        case RowCommand::fillSeries:
+            return hasRows && inChannels && (selected.Count() > 1 || selected.First() < grid.LastRow());
+        case RowCommand::selectAll:
+        case RowCommand::goTo:
+            return grid.LastRow() >= grid.FirstRow() && (inChannels || command == RowCommand::selectAll);
+        case RowCommand::editCell:
+            return IsCheckColumn(grid.column) || IsEditable(grid.column, selected.Current());
+        case RowCommand::sort:
+            return inChannels && grid.Count() > 1;
+        case RowCommand::pasteRows:
+        case RowCommand::addChannels:
+            return inChannels;
+        case RowCommand::paste:
+        case RowCommand::find:
+        case RowCommand::findNext:
+            return true;
+    }
+    return false;
+}
 
 void Editor::Execute(RowCommand command, Grid name)
 {
     CommitCellEdit(Leave::elsewhere);
     GridRows& grid = Rows(name);
+    if (!CanExecute(command, name)) {
+        return view_.Beep();
+    }
     switch (command) {
         case RowCommand::insert:
-            return InsertRow(grid);
+            return Change(name, [&] { InsertRow(grid); });
         case RowCommand::remove:
-            return DeleteRow(grid);
+            return Change(name, [&] { DeleteRows(grid); });
         case RowCommand::moveUp:
-            return MoveRow(grid, -1);
         case RowCommand::moveDown:
-            return MoveRow(grid, 1);
+            return Change(name, [&] { MoveRows(grid, command == RowCommand::moveUp ? -1 : 1); });
+        case RowCommand::undo:
+        case RowCommand::redo:
+            return Step(command == RowCommand::undo);
+        case RowCommand::cut:
+            return Copy(grid) ? Change(name, [&] { DeleteRows(grid); }) : void();
+        case RowCommand::copy:
+            Copy(grid);
+            return;
+        case RowCommand::paste:
+        case RowCommand::pasteRows:
+            return Paste(grid, command == RowCommand::pasteRows);
+        case RowCommand::duplicate:
+            return Change(name, [&] { DuplicateRows(grid); });
+        case RowCommand::fillDown:
+            return Change(name, [&] { FillDown(grid); });
+        case RowCommand::fillSeries:
+            return AskForSeries(grid);
+        case RowCommand::addChannels:
+            return AskForChannels();
+        case RowCommand::find:
+            return AskForText(grid);
+        case RowCommand::findNext:
+            return sought_.empty() ? AskForText(grid) : FindNext(grid) ? void() : view_.Beep();
+        case RowCommand::goTo:
+            return AskForChannel();
+        case RowCommand::selectAll:
+            grid.selection.Range(grid.FirstRow(), grid.LastRow());
+            return SyncGridColumns(grid);
+        case RowCommand::editCell:
+            return CellClicked(grid.column, grid.selection.Current());
+        case RowCommand::sort:
+            return HeadingClicked(grid.column);
     }
 }
 
-/// A new row at the selected one. A new parameter gets the next number, and is neither displayed nor saved.
+/// A new parameter gets the next number, and is neither displayed nor saved.
+GridRow Editor::NewRow(const GridRows& grid) const
+{
+    return grid.grid == Grid::parameters ? GridRow{{noValue, L" ", L" "}, {}, lists_.parameterCount + 1}
+                                         : GridRow{{noValue, noValue, Text(Field::defaultSymbolRate)}, {}, 0};
+}
+
+/// A new row above the selected ones.
 void Editor::InsertRow(GridRows& grid)
 {
-    const bool isParameter = grid.grid == Grid::parameters;
-    if (isParameter && parameterCount_ >= mostParameters) {
-        return view_.Beep();
-    }
-    const int32_t row = std::max(grid.selected, FirstRow(grid));
-    GridRow inserted = isParameter ? GridRow{{noValue, L" ", L" "}, {}, parameterCount_ + 1}
-                                   : GridRow{{noValue, noValue, Text(Field::defaultSymbolRate)}, {}, 0};
-    grid.rows.insert(grid.rows.begin() + row, std::move(inserted));
-    parameterCount_ += isParameter ? 1 : 0;
+    const int32_t row = std::max(grid.selection.First(), grid.FirstRow());
+    grid.Insert(row, NewRow(grid));
+    lists_.parameterCount += grid.grid == Grid::parameters ? 1 : 0;
     view_.RowsInserted(grid.grid, row, 1);
     SelectRow(grid, row);
     RenumberGroup(grid);
 }
 
-void Editor::DeleteRow(GridRows& grid)
+void Editor::DeleteRows(GridRows& grid)
 {
-    const int32_t row = grid.selected;
-    if (!Takes(grid, row)) {
-        return view_.Beep();
+    const std::vector<int32_t> rows = grid.SelectedRows();
+    std::vector<SharedRow> kept;
+    kept.reserve(grid.rows.size() - rows.size());
+    std::vector<int32_t> forgotten;
+    auto next = rows.begin();
+    for (int32_t row = 0; row < grid.Count(); ++row) {
+        if (next != rows.end() && *next == row) {
+            ++next;
+            if (grid.At(row).itemData > MP_LAST) {
+                forgotten.push_back(grid.At(row).itemData);
+            }
+        } else {
+            kept.push_back(grid.rows[static_cast<size_t>(row)]);
+        }
     }
-    const int32_t parameter = grid.At(row).itemData;
-    grid.rows.erase(grid.rows.begin() + row);
-    if (parameter > MP_LAST) {
+    grid.rows = std::move(kept);
+    std::sort(forgotten.rbegin(), forgotten.rend());
+    for (const int32_t parameter : forgotten) {
         ForgetParameter(parameter);
     }
-    view_.RowsRemoved(grid.grid, row, 1);
-    SelectRow(grid, std::min(row, grid.Count() - 1));
+    if (rows.size() == 1) {
+        view_.RowsRemoved(grid.grid, rows.front(), 1);
+    } else {
+        view_.GridChanged(grid.grid);
+    }
+    SelectRow(grid, std::min(rows.front(), grid.Count() - 1));
     RenumberGroup(grid);
     if (grid.grid == Grid::channels && grid.Count() == 1) {
         ClearArrows();
     }
 }
 
+void Editor::DuplicateRows(GridRows& grid)
+{
+    const std::vector<int32_t> rows = grid.SelectedRows();
+    std::vector<SharedRow> copies;
+    for (const int32_t row : rows) {
+        copies.push_back(grid.rows[static_cast<size_t>(row)]);
+    }
+    const int32_t at = rows.back() + 1;
+    grid.rows.insert(grid.rows.begin() + at, copies.begin(), copies.end());
+    const auto count = static_cast<int32_t>(copies.size());
+    view_.RowsInserted(grid.grid, at, count);
+    grid.selection.Range(at, at + count - 1);
+    grid.Show(at + count - 1);
+    SyncGridColumns(grid);
+}
+
 /// Added parameters stay numbered without gaps. The catalogue's own numbers are fixed.
 void Editor::ForgetParameter(int32_t parameter)
 {
-    for (GridRow& row : parameters_.rows) {
-        row.itemData -= row.itemData > parameter ? 1 : 0;
+    GridRows& parameters = lists_.parameters;
+    for (int32_t row = 0; row < parameters.Count(); ++row) {
+        if (parameters.At(row).itemData > parameter) {
+            --parameters.Change(row).itemData;
+        }
     }
-    --parameterCount_;
+    --lists_.parameterCount;
 }
 
-void Editor::MoveRow(GridRows& grid, int32_t step)
+/// All selected rows by one place, those between them staying between them.
+void Editor::MoveRows(GridRows& grid, int32_t step)
 {
-    const int32_t row = grid.selected;
-    if (!Takes(grid, row) || !Takes(grid, row + step)) {
-        return view_.Beep();
+    std::vector<int32_t> rows = grid.SelectedRows();
+    const int32_t current = grid.selection.Current() + step;
+    if (step > 0) {
+        std::reverse(rows.begin(), rows.end());
     }
-    std::swap(grid.At(row), grid.At(row + step));
-    for (size_t index = 0; index < 3; ++index) {
-        view_.CellChanged(grid.ColumnAt(index), row);
-        view_.CellChanged(grid.ColumnAt(index), row + step);
+    for (int32_t& row : rows) {
+        std::swap(grid.rows[static_cast<size_t>(row)], grid.rows[static_cast<size_t>(row + step)]);
+        for (size_t index = 0; index < 3; ++index) {
+            view_.CellChanged(grid.ColumnAt(index), row);
+            view_.CellChanged(grid.ColumnAt(index), row + step);
+        }
+        row += step;
     }
+    std::sort(rows.begin(), rows.end());
     RenumberGroup(grid);
     if (grid.grid == Grid::channels) {
         ClearArrows();
     }
-    SelectRow(grid, row + step);
+    SelectRows(grid, rows, current);
 }
 
-/// What follows from the rows as they now are: the first parameter row shows whether all the others are marked.
+/// What follows from the rows as they now are: the first parameter row shows what all the others are.
 void Editor::RenumberGroup(const GridRows& grid)
 {
     if (grid.grid == Grid::channels) {
         return;
     }
-    Mark(displayColumn, 0, AllAreSet(displayColumn));
-    Mark(saveColumn, 0, AllAreSet(saveColumn));
-}
-
-bool Editor::AllAreSet(Column column) const
-{
-    const std::vector<GridRow>& rows = parameters_.rows;
-    return rows.size() > 1 && std::all_of(rows.begin() + 1, rows.end(),
-                                          [&](const GridRow& row) { return row.checked[static_cast<size_t>(column)]; });
+    view_.CellChanged(displayColumn, 0);
+    view_.CellChanged(saveColumn, 0);
 }
 
 void Editor::Mark(Column column, int32_t row, bool checked)
 {
-    bool& mark = parameters_.At(row).checked[static_cast<size_t>(column)];
-    if (mark == checked) {
+    if (lists_.parameters.At(row).checked[static_cast<size_t>(column)] == checked) {
         return;
     }
-    mark = checked;
+    lists_.parameters.Change(row).checked[static_cast<size_t>(column)] = checked;
     view_.CellChanged(column, row);
 }
 
-/// A mark in the first row goes for every parameter, a coupled one for both lists.
-void Editor::ToggleCheck(Column column, int32_t row)
+/// The same mark in the other list where the two are coupled.
+void Editor::MarkCoupled(Column column, int32_t row, bool checked)
 {
-    const bool checked = !CellChecked(column, row);
-    const int32_t first = row == 0 ? 1 : row;
-    const int32_t last = row == 0 ? parameters_.Count() - 1 : row;
-    for (const Column list : {displayColumn, saveColumn}) {
-        if (list != column && !Checked(Check::couple)) {
-            continue;
-        }
-        for (int32_t each = first; each <= last; ++each) {
-            Mark(list, each, checked);
-        }
+    Mark(column, row, checked);
+    if (Checked(Check::couple)) {
+        Mark(column == displayColumn ? saveColumn : displayColumn, row, checked);
     }
-    RenumberGroup(parameters_);
+}
+
+/// Several rows become alike. The first row goes for every parameter, and sets them all where they are mixed.
+void Editor::ToggleChecks(Column column, const std::vector<int32_t>& rows)
+{
+    if (rows.empty()) {
+        return;
+    }
+    const bool checked = CheckOf(column, rows.front()) != CheckState::on;
+    Change(Grid::parameters, [&] {
+        if (rows.front() == 0) {
+            for (int32_t row = lists_.parameters.FirstRow(); row <= lists_.parameters.LastRow(); ++row) {
+                MarkCoupled(column, row, checked);
+            }
+        }
+        for (const int32_t row : rows) {
+            if (row != 0) {
+                MarkCoupled(column, row, checked);
+            }
+        }
+        RenumberGroup(lists_.parameters);
+    });
 }
 
 void Editor::HeadingAccessKey(Column column)
 {
-    if (focus_ == Control::list && focusColumn_ == column) {
+    const bool isThere = focus_ == Control::list && GridOf(focusColumn_) == GridOf(column);
+    if (isThere && Rows(column).column == column) {
         HeadingClicked(column);
     } else {
+        Rows(column).column = column;
+        SyncGridColumns(Rows(column));
         view_.Focus(Control::list, column);
     }
 }
@@ -164,69 +279,91 @@ void Editor::HeadingAccessKey(Column column)
 void Editor::HeadingClicked(Column column)
 {
     CommitCellEdit(Leave::elsewhere);
-    if (GridOf(column) != Grid::channels || channels_.Count() < 2) {
+    if (GridOf(column) != Grid::channels || lists_.channels.Count() < 2) {
         return;
     }
-    if (channels_.Count() - 1 > clsQuickSort::mostRows) {
+    if (lists_.channels.Count() - 1 > clsQuickSort::mostRows) {
         messages_.Show(
             L"The list has more than " + std::to_wstring(clsQuickSort::mostRows) + L" channels and cannot be sorted.",
             L"Setup", MessageIcon::warning);
         return;
     }
-    SortChannels(column, Arrow(column) == SortArrow::up ? SortArrow::down : SortArrow::up);
+    lists_.channels.column = column;
+    const SortArrow arrow = Arrow(column) == SortArrow::up ? SortArrow::down : SortArrow::up;
+    Change(Grid::channels, [&] { SortChannels(column, arrow); });
 }
 
-/// Sorts by one column. Cells that are no number come last in either direction, and equal channels keep their order.
-/// The selected channel stays selected.
+/// Sorts by one column, labels naturally. Cells that are no number come last in either direction, and equal channels
+/// keep their order. Selected channels stay selected.
 void Editor::SortChannels(Column column, SortArrow arrow)
 {
     enum : int32_t
     {
         missing = 1,
-        cell = 2,
+        value = 2,
         position = 3
     };
+    GridRows& channels = lists_.channels;
     const bool isNumber = column != MP_USERFIELD;
+    std::vector<int32_t> ranks;
+    if (!isNumber) {
+        std::vector<std::wstring_view> labels;
+        for (int32_t row = 0; row <= channels.LastRow(); ++row) {
+            labels.push_back(channels.Text(column, row));
+        }
+        ranks = NaturalRanks(labels);
+    }
     clsQuickSort sorter(locale_);
     sorter.Cols(position);
-    for (const int32_t each : {missing, cell, position}) {
+    for (const int32_t each : {missing, value, position}) {
         sorter.ColPriority(each, each);
-        sorter.ColType(each, each != cell || isNumber ? clsQuickSort::numeric : clsQuickSort::text);
+        sorter.ColType(each, clsQuickSort::numeric);
     }
-    sorter.ColDirection(cell, arrow == SortArrow::up ? clsQuickSort::ascending : clsQuickSort::descending);
-    for (int32_t row = 0; row < channels_.Count() - 1; ++row) {
-        const std::wstring& text = channels_.Text(column, row);
+    sorter.ColDirection(value, arrow == SortArrow::up ? clsQuickSort::ascending : clsQuickSort::descending);
+    for (int32_t row = 0; row <= channels.LastRow(); ++row) {
+        const std::wstring& text = channels.Text(column, row);
         const bool isMissing = isNumber && std::isnan(NumberIn(text));
         const int32_t added = sorter.AddRow();
         sorter.Cell(added, missing, isMissing ? L"1" : L"0");
-        sorter.Cell(added, cell, isMissing ? L"0" : text);
+        sorter.Cell(added, value,
+                    isMissing  ? L"0"
+                    : isNumber ? text
+                               : std::to_wstring(ranks[static_cast<size_t>(row)]));
         sorter.Cell(added, position, std::to_wstring(row));
     }
     sorter.Sort();
 
-    std::vector<GridRow> sorted;
-    sorted.reserve(channels_.rows.size());
-    int32_t selected = channels_.selected;
+    std::vector<SharedRow> sorted;
+    sorted.reserve(channels.rows.size());
+    std::vector<int32_t> selected;
+    int32_t current = channels.selection.Current();
     for (int32_t row = 1; row <= sorter.Rows(); ++row) {
         const int32_t before = std::stoi(sorter.Cell(row, position));
-        if (before == channels_.selected) {
-            selected = row - 1;
+        if (channels.selection.Contains(before)) {
+            selected.push_back(row - 1);
         }
-        sorted.push_back(std::move(channels_.At(before)));
+        if (before == channels.selection.Current()) {
+            current = row - 1;
+        }
+        sorted.push_back(channels.rows[static_cast<size_t>(before)]);
     }
-    sorted.push_back(std::move(channels_.rows.back()));
-    channels_.rows = std::move(sorted);
+    if (channels.selection.Contains(channels.Count() - 1)) {
+        selected.push_back(channels.Count() - 1);
+    }
+    sorted.push_back(channels.rows.back());
+    channels.rows = std::move(sorted);
     view_.GridChanged(Grid::channels);
     SetArrows(column, arrow);
-    SelectRow(channels_, selected);
+    SelectRows(channels, selected, current);
 }
 
 /// One heading has the arrow, the others have none.
 void Editor::SetArrows(Column column, SortArrow arrow)
 {
-    for (size_t index = 0; index < channels_.arrows.size(); ++index) {
-        channels_.arrows[index] = channels_.ColumnAt(index) == column ? arrow : SortArrow::none;
-        view_.ArrowChanged(channels_.ColumnAt(index));
+    GridRows& channels = lists_.channels;
+    for (size_t index = 0; index < channels.arrows.size(); ++index) {
+        channels.arrows[index] = channels.ColumnAt(index) == column ? arrow : SortArrow::none;
+        view_.ArrowChanged(channels.ColumnAt(index));
     }
 }
 

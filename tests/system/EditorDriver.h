@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <commctrl.h>
+#include <oleacc.h>
 
 #include <functional>
 #include <string>
@@ -53,6 +54,9 @@ public:
     /// The same with any way to open the dialog.
     void Work(const std::function<void()>& open, const Deeds& deeds)
     {
+        if (!remembers) {
+            RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\TVN2x\\Editor");
+        }
         std::thread person([&] {
             Settle();  // the first message loop that runs is the dialog's
             dialog = GetAncestor(GuiState().hwndActive, GA_ROOT);
@@ -60,7 +64,8 @@ public:
                 deeds(*this);
             }
             for (int attempt = 0; attempt < 8 && IsWindow(dialog); ++attempt) {
-                PostMessageW(IsWindow(MessageBoxWindow()) ? MessageBoxWindow() : dialog, WM_CLOSE, 0, 0);
+                const HWND box = MessageBoxWindow();
+                PostMessageW(box ? box : Find(control_id::cancel), box ? WM_CLOSE : BM_CLICK, 0, 0);
                 Settle();
             }
             SetEvent(done_);
@@ -104,11 +109,68 @@ public:
         Settle();
     }
     void Click(int id) { Click(Find(id), 5, 5); }
-    void ClickRow(Column column, int row)
+    /// The mouse on a cell, on a heading (row -1), or in front of a row (no column), with keys held.
+    void ClickRow(Column column, int row, unsigned modifiers = 0)
     {
-        RECT cell{};
-        SendMessageW(List(column), LB_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&cell));
-        Click(List(column), 5, cell.top + 5);
+        const POINT point = PointIn(column, row);
+        const WPARAM keys = MK_LBUTTON | (modifiers & shift ? MK_SHIFT : 0) | (modifiers & control ? MK_CONTROL : 0);
+        PostMessageW(List(column), WM_LBUTTONDOWN, keys, MAKELPARAM(point.x, point.y));
+        PostMessageW(List(column), WM_LBUTTONUP, 0, MAKELPARAM(point.x, point.y));
+        Settle();
+    }
+    void ClickHeading(Column column) { ClickRow(column, -1); }
+    void Drag(Column column, int fromRow, int toRow)
+    {
+        const POINT from = PointIn(column, fromRow);
+        const POINT to = PointIn(column, toRow);
+        PostMessageW(List(column), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(from.x, from.y));
+        PostMessageW(List(column), WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(to.x, to.y));
+        PostMessageW(List(column), WM_LBUTTONUP, 0, MAKELPARAM(to.x, to.y));
+        Settle();
+    }
+    RECT CellRect(Column column, int row)
+    {
+        RECT place{};
+        Accessible(column, [&](IAccessible& grid) {
+            long width = 0;
+            long height = 0;
+            grid.accLocation(&place.left, &place.top, &width, &height, Child(column, row));
+            place.right = place.left + width;
+            place.bottom = place.top + height;
+        });
+        MapWindowPoints(nullptr, List(column), reinterpret_cast<POINT*>(&place), 2);
+        return place;
+    }
+    POINT PointIn(Column column, int row)
+    {
+        const RECT place = CellRect(column, row);
+        return {place.left + (place.right - place.left) / 2, place.top + (place.bottom - place.top) / 2};
+    }
+    /// Does something with a grid as a screen reader sees it.
+    void Accessible(Column column, const std::function<void(IAccessible&)>& work)
+    {
+        OnGuiThread([&] {
+            IAccessible* grid = nullptr;
+            AccessibleObjectFromWindow(List(column), static_cast<DWORD>(OBJID_CLIENT), IID_IAccessible,
+                                       reinterpret_cast<void**>(&grid));
+            ASSERT_NE(grid, nullptr);
+            work(*grid);
+            grid->Release();
+        });
+    }
+    static VARIANT Child(Column column, int row)
+    {
+        VARIANT child{};
+        child.vt = VT_I4;
+        child.lVal = 4 + 3 * row + column % 10;
+        return child;
+    }
+    /// What a screen reader says of a cell.
+    std::wstring NameOf(Column column, int row)
+    {
+        Bstr name;
+        Accessible(column, [&](IAccessible& grid) { grid.get_accName(Child(column, row), name.Put()); });
+        return std::wstring(name.View());
     }
     void ClickTab(Page page)
     {
@@ -138,15 +200,31 @@ public:
             reinterpret_cast<LPARAM>(&search));
         return search.found;
     }
-    HWND List(Column column) const { return Find(control_id::List(column)); }
+    HWND List(Column column) const { return Find(control_id::List(GridOf(column))); }
     HWND CellEditor(Grid grid) const { return Find(control_id::CellEditor(grid)); }
     bool IsEditing(Grid grid) const { return IsWindowVisible(CellEditor(grid)) && Focus() == CellEditor(grid); }
     HWND Focus() const { return GuiState().hwndFocus; }
     int FocusId() const { return GetDlgCtrlID(Focus()); }
     Page CurrentPage() const { return static_cast<Page>(SendMessageW(Find(control_id::tabs), TCM_GETCURSEL, 0, 0)); }
-    long Rows(Column column) const { return static_cast<long>(SendMessageW(List(column), LB_GETCOUNT, 0, 0)); }
-    long SelectedRow(Column column) const { return static_cast<long>(SendMessageW(List(column), LB_GETCURSEL, 0, 0)); }
-    long TopRow(Column column) const { return static_cast<long>(SendMessageW(List(column), LB_GETTOPINDEX, 0, 0)); }
+    long Rows(Column column)
+    {
+        long cells = 0;
+        Accessible(column, [&](IAccessible& grid) { grid.get_accChildCount(&cells); });
+        return cells / 3 - 1;
+    }
+    /// The first one that is selected.
+    long SelectedRow(Column column)
+    {
+        VARIANT child{};
+        Accessible(column, [&](IAccessible& grid) {
+            VARIANT selected{};
+            grid.get_accSelection(&selected);
+            const ComPtr<IEnumVARIANT> cells = ComPtr<IUnknown>::Attach(selected.punkVal).As<IEnumVARIANT>();
+            cells->Next(1, &child, nullptr);
+        });
+        return (child.lVal - 4) / 3;
+    }
+    long TopRow(Column column) const { return GetScrollPos(List(column), SB_VERT); }
     static std::wstring TextOf(HWND window)
     {
         std::wstring text(static_cast<size_t>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0)) + 1, L'\0');
@@ -183,6 +261,7 @@ public:
     }
 
     HWND dialog = nullptr;
+    bool remembers = false;  ///< the dialog opens as it was left
 
 private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)

@@ -12,7 +12,7 @@ for build in win64:x86_64-w64-mingw32 win32:i686-w64-mingw32; do
         dump=$("$objdump" -p "$file")
         exports=$(sed -n '/^\[Ordinal\/Name Pointer\]/,/^$/s/^\t.*[] ]\(Dll[A-Za-z]*\|[^ ]*\)$/\1/p' <<<"$dump" | sort | xargs)
         [ "$exports" = "$entry_points" ] || { echo "$file exports: $exports"; exit 1; }
-        foreign=$(sed -n 's/^\tDLL Name: //p' <<<"$dump" | grep -viE '^(kernel32|msvcrt|ole32|oleaut32|advapi32|user32|gdi32|comctl32|uxtheme|bcrypt|api-ms-win-.*|ucrtbase)\.dll$' || true)
+        foreign=$(sed -n 's/^\tDLL Name: //p' <<<"$dump" | grep -viE '^(kernel32|msvcrt|ole32|oleaut32|advapi32|user32|gdi32|comctl32|uxtheme|oleacc|bcrypt|api-ms-win-.*|ucrtbase)\.dll$' || true)
         [ -z "$foreign" ] || { echo "$file imports: $foreign"; exit 1; }
         grep -q DYNAMIC_BASE <<<"$dump" && grep -q NX_COMPAT <<<"$dump" || { echo "$file is not hardened"; exit 1; }
         "$objdump" -h "$file" | grep -q '\.rsrc' || { echo "$file has no resources"; exit 1; }

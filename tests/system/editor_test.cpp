@@ -186,8 +186,8 @@ TEST_F(SetupEditor, HeadingsSortAndButtonsMoveByClickAndByKey)
     Put({{L"b", 482, 6.9}, {L"c", 474, 6.9}, {L"a", 490, 6.9}});
     EXPECT_TRUE(Edit([](EditorDriver& editor) {
         editor.ClickTab(Page::frequencies);
-        editor.Click(control_id::Heading(MP_FREQUENCY));
-        editor.Click(control_id::Heading(MP_FREQUENCY));
+        editor.ClickHeading(MP_FREQUENCY);
+        editor.ClickHeading(MP_FREQUENCY);
         editor.Click(control_id::ok);
     }));
     EXPECT_EQ(Stored(), (Channels{{L"a", 490, 6.9}, {L"b", 482, 6.9}, {L"c", 474, 6.9}}));
@@ -247,7 +247,7 @@ TEST_F(SetupEditor, AccessKeysWorkOnTheirOwnPageAndGoRoundWhereTwoAreAlike)
             EXPECT_FALSE(
                 IsWindowEnabled(GetParent(editor.Find(page == Page::settings ? control_id::Of(Choice::sawFilter)
                                                       : page == Page::notes  ? control_id::notes
-                                                                             : control_id::List(10)))));
+                                                                             : control_id::List(Grid::channels)))));
         }
     });
 }
@@ -259,7 +259,7 @@ TEST_F(SetupEditor, ListsScrollAndSelectInStep)
         editor.ClickTab(Page::frequencies);
         EXPECT_EQ(editor.Rows(MP_USERFIELD), 5001);
         editor.Alt(L'f');
-        editor.Press(VK_END);
+        editor.Press(VK_END, control);
         for (const Column column : {MP_USERFIELD, MP_FREQUENCY, MP_SYMBOLRATE}) {
             EXPECT_EQ(editor.SelectedRow(column), 5000) << column;
         }
@@ -289,18 +289,17 @@ TEST_F(SetupEditor, LargerWindowShowsMoreRowsAndASmallestSizeIsKept)
         const SIZE list = size(editor.List(MP_FREQUENCY));
         const SIZE button = size(editor.Find(control_id::ok));
         resize({usual.cx + 100, usual.cy + 90});
-        const auto rowHeight = static_cast<LONG>(SendMessageW(editor.List(MP_FREQUENCY), LB_GETITEMHEIGHT, 0, 0));
+        const RECT first = editor.CellRect(MP_FREQUENCY, 0);
+        const LONG rowHeight = first.bottom - first.top;
         const LONG growth = size(editor.List(MP_FREQUENCY)).cy - list.cy;
-        EXPECT_EQ(growth % rowHeight, 0) << "whole rows";
-        EXPECT_NEAR(growth, 90, rowHeight);
+        EXPECT_EQ(growth, 90);
         EXPECT_GT(size(editor.List(MP_FREQUENCY)).cx, list.cx);
         EXPECT_EQ(size(editor.Find(control_id::ok)).cx, button.cx);
         editor.ClickTab(Page::frequencies);
         editor.Alt(L'f');
-        editor.Press(VK_END);
-        RECT cell{};
-        SendMessageW(editor.List(MP_FREQUENCY), LB_GETITEMRECT, 100, reinterpret_cast<LPARAM>(&cell));
-        EXPECT_LE(cell.bottom, list.cy + growth) << "the last row is wholly seen";
+        editor.Press(VK_END, control);
+        EXPECT_EQ(editor.CellRect(MP_FREQUENCY, 100).bottom - editor.CellRect(MP_FREQUENCY, 100).top, rowHeight)
+            << "the last row is wholly seen";
         resize({50, 50});
         EXPECT_EQ(size(editor.dialog).cx, usual.cx);
         EXPECT_EQ(size(editor.dialog).cy, usual.cy);

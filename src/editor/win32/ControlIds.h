@@ -29,13 +29,9 @@ constexpr int Of(RowCommand command, Grid grid)
 {
     return 400 + static_cast<int>(grid) + static_cast<int>(command);
 }
-constexpr int List(Column column)
+constexpr int List(Grid grid)
 {
-    return 500 + column;
-}
-constexpr int Heading(Column column)
-{
-    return 520 + column;
+    return 500 + static_cast<int>(grid);
 }
 constexpr int CellEditor(Grid grid)
 {

@@ -1,149 +1,144 @@
-#include <windows.h>
-
-#include <uxtheme.h>
-
-#include <vsstyle.h>
-
 #include <algorithm>
+#include <string>
 
+#include "editor/Choices.h"
+#include "editor/Commands.h"
 #include "editor/win32/GridPane.h"
-#include "util/RaisedError.h"
 
 namespace tvn2x {
 namespace {
 
-constexpr UINT textLook = DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS;
-constexpr int cellMargin = 2;  // dialog units
+constexpr std::wstring_view emptyHint =
+    L"Type a channel into the row above, paste channels from a spreadsheet (Ctrl+V),\n"
+    L"or add a row of them by first and last frequency (Ctrl+N).";
 
-void CloseTheme(HTHEME theme)
+bool IsAtTheRight(Column column)
 {
-    CloseThemeData(theme);
-}
-using ThemeData = Owned<HTHEME, CloseTheme>;
-
-void DrawLines(HDC context, Colour colour, std::initializer_list<RECT> lines)
-{
-    SetBkColor(context, colour);
-    for (const RECT& line : lines) {
-        ExtTextOutW(context, 0, 0, ETO_OPAQUE, &line, nullptr, 0, nullptr);
-    }
-}
-
-/// A frame two pixels wide along the inside of an area.
-void Make3D(HDC context, const RECT& area, FrameStyle style)
-{
-    const auto [left, top, right, bottom] = area;
-    const FrameColours colours = Make3DColours(style);
-    DrawLines(context, colours.outerRightBottom, {{right - 1, top, right, bottom}, {left, bottom - 1, right, bottom}});
-    DrawLines(context, colours.innerRightBottom,
-              {{right - 2, top + 1, right - 1, bottom - 1}, {left + 1, bottom - 2, right - 1, bottom - 1}});
-    DrawLines(context, colours.innerLeftTop,
-              {{left + 1, top + 1, left + 2, bottom - 2}, {left + 1, top + 1, right - 2, top + 2}});
-    DrawLines(context, colours.outerLeftTop, {{left, top, left + 1, bottom - 1}, {left, top, right - 1, top + 1}});
+    return column == MP_FREQUENCY || column == MP_SYMBOLRATE;
 }
 
 }  // namespace
 
-void GridLook::MakeArrows()
+/// Everything is drawn aside first, so that nothing flickers.
+void GridPane::Paint()
 {
-    constexpr Colour transparent = 0xFF00FF;
-    const int height = std::max(metrics.LineHeight() / 3, 3);
-    const int width = 2 * height - 1;
-    arrowSize = {width, height};
-    arrows = Images(ImageList_Create(width, height, ILC_COLOR24 | ILC_MASK, 2, 0));
-    const ScreenContext screen(font);
-    const MemoryContext memory(CreateCompatibleDC(screen.Get()));
-    const Brush background(CreateSolidBrush(transparent));
-    for (const bool up : {true, false}) {
-        const Bitmap bitmap(CreateCompatibleBitmap(screen.Get(), width, height));
-        if (!memory.Get() || !bitmap.Get()) {
-            throw RaisedError(E_OUTOFMEMORY, L"clsSetup.Edit", L"The sort arrows cannot be drawn");
-        }
-        {
+    PAINTSTRUCT paint{};
+    const HDC window = BeginPaint(window_, &paint);
+    const SIZE size = ClientSize(window_);
+    {
+        const MemoryContext memory(CreateCompatibleDC(window));
+        const Bitmap bitmap(CreateCompatibleBitmap(window, std::max<LONG>(size.cx, 1), std::max<LONG>(size.cy, 1)));
+        if (memory.Get() && bitmap.Get()) {
             const Selected drawing(memory.Get(), bitmap.Get());
-            const RECT all{0, 0, width, height};
-            FillRect(memory.Get(), &all, background.Get());
-            for (LONG line = 0; line < height; ++line) {
-                const LONG y = up ? line : height - 1 - line;
-                DrawLines(memory.Get(), GetSysColor(COLOR_BTNTEXT), {{height - 1 - line, y, height + line, y + 1}});
-            }
+            Draw(memory.Get());
+            BitBlt(window, 0, 0, size.cx, size.cy, memory.Get(), 0, 0, SRCCOPY);
+        } else {
+            Draw(window);
         }
-        ImageList_AddMasked(arrows.Get(), bitmap.Get(), transparent);
+    }
+    EndPaint(window_, &paint);
+}
+
+void GridPane::Draw(HDC context) const
+{
+    const SIZE size = ClientSize(window_);
+    Fill(context, GetSysColor(COLOR_WINDOW), {{0, 0, size.cx, size.cy}});
+    for (int32_t row = 0; row < editor_.PinnedRows(grid_); ++row) {
+        DrawRow(context, row);
+    }
+    const int32_t count = editor_.RowCount(grid_);
+    for (int32_t row = editor_.TopRow(grid_); row < count && RowTop(row) < size.cy; ++row) {
+        DrawRow(context, row);
+    }
+    if (grid_ == Grid::channels && count == 1) {
+        DrawHint(context);
+    }
+    DrawHeadings(context);
+}
+
+void GridPane::DrawHeadings(HDC context) const
+{
+    const bool showsKeys = (SendMessageW(page_, WM_QUERYUISTATE, 0, 0) & UISF_HIDEACCEL) == 0;
+    look_.DrawHeading(context, CellRect({}), L"", SortArrow::none, true, showsKeys);
+    for (size_t index = 0; index < columns; ++index) {
+        const Column column = ColumnAt(index);
+        look_.DrawHeading(context, CellRect({-1, column}), HeadingOf(column), editor_.Arrow(column),
+                          IsAtTheRight(column), showsKeys);
     }
 }
 
-void GridPane::DrawHeading(const DRAWITEMSTRUCT& item) const
+void GridPane::DrawRow(HDC context, int32_t row) const
 {
-    const Column column =
-        static_cast<Column>(std::ranges::find(heading_, item.hwndItem) - heading_.begin()) + static_cast<Column>(grid_);
-    FillRect(item.hDC, &item.rcItem, GetSysColorBrush(COLOR_BTNFACE));
-    Make3D(item.hDC, item.rcItem, FrameStyle::raised);
-    RECT text = item.rcItem;
-    InflateRect(&text, -look_.metrics.X(cellMargin + 1), -2);
-    if (const SortArrow arrow = editor_.Arrow(column); arrow != SortArrow::none) {
-        const auto [width, height] = look_.arrowSize;
-        text.right -= width;
-        ImageList_Draw(look_.arrows.Get(), arrow == SortArrow::up ? 0 : 1, item.hDC, text.right,
-                       (item.rcItem.top + item.rcItem.bottom - height) / 2, ILD_TRANSPARENT);
-        text.right -= look_.metrics.X(cellMargin);
+    const bool isSelected = editor_.Selection(grid_).Contains(row);
+    const bool isCurrent = row == editor_.SelectedRow(grid_);
+    const RowColours colours = look_.ColoursOf(isSelected, HasFocus());
+    const SIZE size = ClientSize(window_);
+    const LONG top = RowTop(row);
+    const RECT area{0, top, size.cx, top + look_.metrics.RowHeight()};
+    const int thin = look_.Thin();
+    Fill(context, colours.background, {area});
+    Fill(context, look_.LineColour(), {{area.left, area.bottom - thin, area.right, area.bottom}});
+    if (isCurrent) {
+        Fill(context, palette::darkGrey, {{area.left, top, area.right, top + thin}});
+        Fill(context, palette::black, {{area.left, area.bottom - thin, area.right, area.bottom}});
     }
-    const Selected font(item.hDC, look_.font);
-    SetBkMode(item.hDC, TRANSPARENT);
-    SetTextColor(item.hDC, GetSysColor(COLOR_BTNTEXT));
-    const std::wstring caption(HeadingOf(column));
-    DrawTextW(item.hDC, caption.c_str(), -1, &text,
-              textLook | ((item.itemState & ODS_NOACCEL) != 0 ? DT_HIDEPREFIX : 0));
+    DrawCell(context, {row, std::nullopt}, colours);
+    for (size_t index = 0; index < columns; ++index) {
+        DrawCell(context, {row, ColumnAt(index)}, colours);
+    }
 }
 
-void GridPane::DrawRow(const DRAWITEMSTRUCT& item) const
+void GridPane::DrawCell(HDC context, const GridPlace& place, RowColours colours) const
 {
-    const auto row = static_cast<int32_t>(item.itemID);
-    if (row < 0 || row >= editor_.RowCount(grid_)) {
-        return;
+    const int thin = look_.Thin();
+    RECT cell = CellRect(place);
+    cell.bottom = cell.top + look_.metrics.RowHeight();
+    Fill(context, look_.LineColour(), {{cell.right - thin, cell.top, cell.right, cell.bottom}});
+    RECT text = cell;
+    InflateRect(&text, -look_.metrics.X(cellMargin), 0);
+    const int32_t number = place.row + 1 - editor_.PinnedRows(grid_);
+    const bool isNew = grid_ == Grid::channels && place.row == editor_.RowCount(grid_) - 1;
+    if (!place.column) {
+        const std::wstring shown = isNew ? L"*" : number > 0 ? std::to_wstring(number) : L"";
+        const bool isSelected = editor_.Selection(grid_).Contains(place.row);
+        const COLORREF colour = isSelected ? colours.text : ReadableOn(colours.background, look_.PaleText());
+        return look_.DrawSingleLine(context, text, shown, colour, DT_RIGHT | DT_NOPREFIX);
     }
-    const Column column =
-        static_cast<Column>(std::ranges::find(list_, item.hwndItem) - list_.begin()) + static_cast<Column>(grid_);
-    const bool selected = row == editor_.SelectedRow(grid_);
-    const bool active = HasFocus();
-    const int background = !selected ? COLOR_WINDOW : active ? COLOR_HIGHLIGHT : COLOR_BTNFACE;
-    const int foreground = !selected ? COLOR_WINDOWTEXT : active ? COLOR_HIGHLIGHTTEXT : COLOR_BTNTEXT;
-    FillRect(item.hDC, &item.rcItem, GetSysColorBrush(background));
-    if (selected) {
-        const auto [left, top, right, bottom] = item.rcItem;
-        DrawLines(item.hDC, palette::darkGrey, {{left, top, right, top + 1}});
-        DrawLines(item.hDC, palette::black, {{left, bottom - 1, right, bottom}});
-    }
-    if (IsCheckColumn(column)) {
-        DrawCheck(item.hDC, item.rcItem, editor_.CellChecked(column, row));
+    if (IsCheckColumn(*place.column)) {
+        look_.DrawCheck(context, cell, editor_.CheckOf(*place.column, place.row));
     } else {
-        RECT text = item.rcItem;
-        InflateRect(&text, -look_.metrics.X(cellMargin), 0);
-        const Selected font(item.hDC, look_.font);
-        SetBkMode(item.hDC, TRANSPARENT);
-        SetTextColor(item.hDC, GetSysColor(foreground));
-        const std::wstring& cell = editor_.CellText(column, row);
-        DrawTextW(item.hDC, cell.c_str(), static_cast<int>(cell.size()), &text, textLook | DT_NOPREFIX);
+        look_.DrawSingleLine(context, text, editor_.CellText(*place.column, place.row), colours.text,
+                             DT_NOPREFIX | (IsAtTheRight(*place.column) ? DT_RIGHT : 0));
     }
-    if (selected && GetFocus() == item.hwndItem) {
-        SetTextColor(item.hDC, GetSysColor(foreground));
-        SetBkColor(item.hDC, GetSysColor(background));
-        DrawFocusRect(item.hDC, &item.rcItem);
+    if (*place.column == MP_FREQUENCY) {
+        const ChannelMark::Kind mark = editor_.MarkOf(grid_, place.row).kind;
+        const int side = mark == ChannelMark::Kind::none ? 0 : look_.metrics.RowHeight() / 3;
+        for (LONG line = 0; line < side; ++line) {
+            Fill(context, look_.MarkColour(mark == ChannelMark::Kind::equal),
+                 {{cell.left, cell.top + line, cell.left + side - line, cell.top + line + 1}});
+        }
+    }
+    const bool isCurrent = place.row == editor_.SelectedRow(grid_) && *place.column == editor_.CurrentColumn(grid_);
+    if (isCurrent && GetFocus() == window_) {
+        const auto [left, top, right, bottom] = cell;
+        Fill(context, colours.text,
+             {{left, top, right, top + 2 * thin},
+              {left, bottom - 2 * thin, right, bottom},
+              {left, top, left + 2 * thin, bottom},
+              {right - 2 * thin, top, right, bottom}});
     }
 }
 
-void GridPane::DrawCheck(HDC context, const RECT& cell, bool checked) const
+/// In the middle below the row in which the first channel can be typed.
+void GridPane::DrawHint(HDC context) const
 {
-    const int size = std::min<int>(GetSystemMetrics(SM_CXMENUCHECK), cell.bottom - cell.top - 2);
-    const LONG left = (cell.left + cell.right - size) / 2;
-    const LONG top = (cell.top + cell.bottom - size) / 2;
-    RECT box{left, top, left + size, top + size};
-    const ThemeData theme(OpenThemeData(nullptr, L"BUTTON"));  // of no window: it would become that one's own
-    if (theme.Get()) {
-        DrawThemeBackground(theme.Get(), context, BP_CHECKBOX, checked ? CBS_CHECKEDNORMAL : CBS_UNCHECKEDNORMAL, &box,
-                            nullptr);
-    } else {
-        DrawFrameControl(context, &box, DFC_BUTTON, DFCS_BUTTONCHECK | (checked ? DFCS_CHECKED : 0));
-    }
+    const SIZE size = ClientSize(window_);
+    RECT area{0, RowTop(1) + look_.metrics.RowHeight(), size.cx, size.cy};
+    const Selected font(context, look_.font);
+    SetBkMode(context, TRANSPARENT);
+    SetTextColor(context, look_.PaleText());
+    DrawTextW(context, emptyHint.data(), static_cast<int>(emptyHint.size()), &area,
+              DT_CENTER | DT_WORDBREAK | DT_NOPREFIX);
 }
 
 }  // namespace tvn2x

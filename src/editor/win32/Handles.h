@@ -43,10 +43,6 @@ inline void Context(HDC context)
 {
     DeleteDC(context);
 }
-inline void ImageList(HIMAGELIST images)
-{
-    ImageList_Destroy(images);
-}
 inline void Module(HMODULE module)
 {
     FreeLibrary(module);
@@ -62,7 +58,6 @@ using Font = Owned<HFONT, give_back::Object>;
 using Brush = Owned<HBRUSH, give_back::Object>;
 using Bitmap = Owned<HBITMAP, give_back::Object>;
 using MemoryContext = Owned<HDC, give_back::Context>;
-using Images = Owned<HIMAGELIST, give_back::ImageList>;
 using Library = Owned<HMODULE, give_back::Module>;
 using Dialog = Owned<HWND, give_back::Window>;
 
@@ -80,11 +75,15 @@ private:
     HGDIOBJ before_;
 };
 
-/// The screen's device context, with a font.
+/// The screen's device context, with a font or none in particular.
 class ScreenContext
 {
 public:
-    explicit ScreenContext(HFONT font) : context_(GetDC(nullptr)), before_(SelectObject(context_, font)) {}
+    explicit ScreenContext(HFONT font)
+        : context_(GetDC(nullptr)),
+          before_(SelectObject(context_, font ? static_cast<HGDIOBJ>(font) : GetStockObject(SYSTEM_FONT)))
+    {
+    }
     ScreenContext(const ScreenContext&) = delete;
     ScreenContext& operator=(const ScreenContext&) = delete;
     ~ScreenContext()

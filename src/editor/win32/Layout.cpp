@@ -1,5 +1,6 @@
 #include "editor/win32/Layout.h"
 
+#include <iterator>
 #include <string_view>
 
 #include "editor/win32/Handles.h"
@@ -28,8 +29,29 @@ RECT InPixels(const Area& area, const Metrics& metrics, SIZE parent)
 void Layout::Apply(const Metrics& metrics, SIZE parent) const
 {
     for (const Place& place : places_) {
-        Move(place.control, InPixels(place.area, metrics, parent));
+        RECT area = InPixels(place.area, metrics, parent);
+        wchar_t name[8]{};
+        GetClassNameW(place.control, name, static_cast<int>(std::size(name)));
+        if (place.label && std::wstring_view(name) == L"Edit") {
+            // Room for its text, which it shows at its upper edge: so the text is in the middle.
+            area.bottom = area.top + metrics.LineHeight() + 2 * GetSystemMetrics(SM_CYEDGE) + 2;
+        }
+        Move(place.control, area);
+        if (place.label) {
+            const HWND page = GetParent(place.label);
+            const RECT field = PlaceIn(page, place.control);
+            const RECT label = PlaceIn(page, place.label);
+            Move(place.label, {label.left, field.top, label.right, field.bottom});
+        }
     }
+}
+
+RECT PlaceIn(HWND parent, HWND window)
+{
+    RECT place{};
+    GetWindowRect(window, &place);
+    MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&place), 2);
+    return place;
 }
 
 SIZE ClientSize(HWND window)

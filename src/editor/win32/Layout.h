@@ -39,19 +39,24 @@ RECT InPixels(const Area& area, const Metrics& metrics, SIZE parent);
 class Layout
 {
 public:
-    void Add(HWND control, const Area& area) { places_.push_back({control, area}); }
+    void Add(HWND control, const Area& area) { places_.push_back({control, area, nullptr}); }
+    /// A field of one line, as high as such a field is, and its label, on one base line with it: of the label the left
+    /// and right edges stay.
+    void AddField(HWND field, const Area& area, HWND label) { places_.push_back({field, area, label}); }
     void Apply(const Metrics& metrics, SIZE parent) const;
 
 private:
-    /// A control and the area that it fills.
+    /// A control, the area that it fills, and the label of a field.
     struct Place
     {
         HWND control;
         Area area;
+        HWND label;
     };
     std::vector<Place> places_;
 };
 
+RECT PlaceIn(HWND parent, HWND window);  ///< of a child
 SIZE ClientSize(HWND window);
 void Move(HWND window, const RECT& to);
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "editor/EditorKeys.h"
+#include "editor/win32/GridLook.h"
+#include "editor/win32/Menus.h"
 #include "editor/win32/Theme.h"
 #include "util/FloatingPoint.h"
 #include "util/RaisedError.h"
@@ -40,12 +42,9 @@ std::string InBytes(const std::wstring& richText)
 constexpr std::string_view darkBlue = "\\red0\\green0\\blue128;";
 constexpr std::string_view paleBlue = "\\red153\\green204\\blue255;";
 constexpr COLORREF paleBlueColour = RGB(153, 204, 255);
-
-bool WindowsAreDark()
-{
-    const COLORREF colour = GetSysColor(COLOR_WINDOW);
-    return 299 * GetRValue(colour) + 587 * GetGValue(colour) + 114 * GetBValue(colour) < 1000 * 128;
-}
+/// The same for text that is black by its own colour; so near to white that nobody else uses it.
+constexpr std::string_view black = "\\red0\\green0\\blue0;";
+constexpr std::string_view nearlyWhite = "\\red254\\green255\\blue254;";
 
 std::string Replaced(std::string text, std::string_view from, std::string_view to)
 {
@@ -53,6 +52,13 @@ std::string Replaced(std::string text, std::string_view from, std::string_view t
         text.replace(at, from.size(), to);
     }
     return text;
+}
+
+/// Rich text with the colours of dark windows, or back with those of bright ones.
+std::string Exchanged(std::string text, bool toDark)
+{
+    text = Replaced(std::move(text), toDark ? darkBlue : paleBlue, toDark ? paleBlue : darkBlue);
+    return Replaced(std::move(text), toDark ? black : nearlyWhite, toDark ? nearlyWhite : black);
 }
 
 /// The same text with its protection as hidden text.
@@ -146,7 +152,7 @@ void NotesField::Load(const std::wstring& text, bool isRichText)
 {
     const FlagGuard updating(updating_);
     if (isRichText) {
-        const std::string bytes = isDark_ ? Replaced(InBytes(text), darkBlue, paleBlue) : InBytes(text);
+        const std::string bytes = isDark_ ? Exchanged(InBytes(text), true) : InBytes(text);
         StreamIn(bytes);
         // There are versions of the control that write protection but do not read it.
         if (bytes.find("\\protect") != bytes.npos && !HasProtected({0, -1})) {
@@ -186,25 +192,34 @@ void NotesField::ProtectHidden() const
     });
 }
 
-std::wstring NotesField::AsRichText() const
+std::string NotesField::StreamOut(WPARAM format) const
 {
     std::string bytes;
     EDITSTREAM stream{reinterpret_cast<DWORD_PTR>(&bytes), 0, WritePiece};
-    SendMessageW(window_, EM_STREAMOUT, SF_RTF, reinterpret_cast<LPARAM>(&stream));
+    SendMessageW(window_, EM_STREAMOUT, format, reinterpret_cast<LPARAM>(&stream));
     if (stream.dwError != 0) {
         throw std::bad_alloc();
     }
-    if (isDark_) {
-        bytes = Replaced(std::move(bytes), paleBlue, darkBlue);
+    return isDark_ ? Exchanged(std::move(bytes), false) : bytes;
+}
+
+/// The control writes what its code page lacks as the letter that looks most like it, unless it writes UTF-8. That is
+/// not rich text as everybody reads it, so what is beyond ASCII in it becomes rich text's own form.
+std::wstring NotesField::AsRichText() const
+{
+    constexpr WPARAM inUtf8 = SF_RTF | SF_USECODEPAGE | (WPARAM{CP_UTF8} << 16);
+    constexpr std::string_view otherHeader = "{\\urtf";
+    std::string bytes = StreamOut(inUtf8);
+    if (bytes.starts_with(otherHeader)) {
+        bytes.erase(2, 1);
     }
-    std::wstring text;
-    text.reserve(bytes.size());
-    for (const char each : bytes) {
-        if (each != '\0') {
-            text += static_cast<wchar_t>(static_cast<unsigned char>(each));
-        }
-    }
-    return text;
+    const int size = static_cast<int>(bytes.size());
+    std::wstring streamed(bytes.size(), L'\0');
+    streamed.resize(static_cast<size_t>(
+        MultiByteToWideChar(CP_UTF8, 0, bytes.data(), size, streamed.data(), static_cast<int>(streamed.size()))));
+    std::erase(streamed, L'\0');
+    const std::string escaped = InBytes(streamed);
+    return {escaped.begin(), escaped.end()};
 }
 
 void NotesField::ProtectSelection(bool protect)
@@ -294,11 +309,14 @@ bool NotesField::TouchesProtected(CHARRANGE range) const
            HasProtected({range.cpMin, range.cpMin + 1});
 }
 
-/// What is typed behind protected text does not become part of it.
+/// What is typed behind protected text does not become part of it, and neither does what is typed in front of it, where
+/// a line begins with it and has no other text that could lend its look.
 void NotesField::TypeUnprotected()
 {
     const CHARRANGE range = Selection();
-    if (range.cpMin != range.cpMax || range.cpMin == 0 || !HasProtected({range.cpMin - 1, range.cpMin})) {
+    const bool isBeside = (range.cpMin > 0 && HasProtected({range.cpMin - 1, range.cpMin})) ||
+                          HasProtected({range.cpMin, range.cpMin + 1});
+    if (range.cpMin != range.cpMax || !isBeside) {
         return;
     }
     const FlagGuard updating(updating_);
@@ -335,6 +353,39 @@ LRESULT NotesField::OnProtected(const ENPROTECTED& question)
 {
     const bool isHarmless = updating_ || question.msg == WM_COPY || !TouchesProtected(question.chrg);
     return isHarmless || editor_.AllowNotesEdit(true) ? 0 : 1;
+}
+
+void NotesField::ShowMenu(HWND owner, const POINT* where)
+{
+    const CHARRANGE range = Selection();
+    POINT place{};
+    if (where) {
+        place = *where;
+    } else {
+        SendMessageW(window_, EM_POSFROMCHAR, reinterpret_cast<WPARAM>(&place), range.cpMax);
+        ClientToScreen(window_, &place);
+    }
+    const auto send = [this](UINT message, WPARAM wParam, LPARAM lParam) {
+        SendMessageW(window_, message, wParam, lParam);
+    };
+    const auto chosen =
+        ChooseNotesCommand(owner, place, SendMessageW(window_, EM_CANUNDO, 0, 0) != FALSE, range.cpMin != range.cpMax,
+                           IsClipboardFormatAvailable(CF_UNICODETEXT) != FALSE);
+    switch (chosen.value_or(NotesCommand{})) {
+        case NotesCommand::undo:
+            return send(EM_UNDO, 0, 0);
+        case NotesCommand::cut:
+            return send(WM_CUT, 0, 0);
+        case NotesCommand::copy:
+            return send(WM_COPY, 0, 0);
+        case NotesCommand::paste:
+            return send(WM_PASTE, 0, 0);
+        case NotesCommand::selectAll:
+            return send(EM_SETSEL, 0, -1);
+        case NotesCommand::protect:
+        case NotesCommand::unprotect:
+            return editor_.NotesButton(*chosen == NotesCommand::protect);
+    }
 }
 
 void NotesField::OnChanged()

@@ -30,9 +30,12 @@ public:
     /// The system's question whether protected text may be changed: 1 for no.
     LRESULT OnProtected(const ENPROTECTED& question);
     void OnChanged();
+    /// The field's menu, at a place of the screen or (null) at the caret.
+    void ShowMenu(HWND owner, const POINT* where);
 
 private:
     void StreamIn(const std::string& richText) const;
+    std::string StreamOut(WPARAM format) const;
     void ProtectHidden() const;
     bool HasProtected(CHARRANGE range) const;
     CHARRANGE Selection() const;

@@ -1,23 +1,18 @@
 #include "editor/win32/frmFreqList.h"
 
+#include <algorithm>
 #include <new>
 
 #include "editor/Choices.h"
 #include "editor/EditorKeys.h"
 #include "editor/win32/ControlIds.h"
+#include "editor/win32/FormDialog.h"
+#include "editor/win32/UserPlace.h"
 #include "util/FloatingPoint.h"
 #include "util/RaisedError.h"
 
 namespace tvn2x {
 namespace {
-
-HFONT MessageFont()
-{
-    NONCLIENTMETRICSW metrics{};
-    metrics.cbSize = sizeof metrics;
-    SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
-    return CreateFontIndirectW(&metrics.lfMessageFont);
-}
 
 constexpr int32_t noScreen = 5;
 
@@ -78,20 +73,27 @@ void OwnedMessages::Show(std::wstring_view text, std::wstring_view title, Messag
 frmFreqList::frmFreqList(SetupDocument& document, const Locale& locale)
     : editor_(document, *this, messages_, locale),
       title_(L"Setup - " + document.FileTitle()),
-      font_(MessageFont()),
+      font_(MessageFont(DpiOf(nullptr))),
       look_(font_.Get())
 {
 }
 
 bool frmFreqList::ShowModal(HWND owner)
 {
-    const INITCOMMONCONTROLSEX classes{sizeof classes, ICC_STANDARD_CLASSES | ICC_TAB_CLASSES};
+    const INITCOMMONCONTROLSEX classes{sizeof classes, ICC_STANDARD_CLASSES | ICC_TAB_CLASSES | ICC_BAR_CLASSES};
     InitCommonControlsEx(&classes);
     CreateDialogs(owner, title_);
+    dpi_ = DpiOf(dialog_.Get());
+    font_ = MessageFont(dpi_);
+    look_.Renew(font_.Get());
     PlaceOver(owner);
     CreateControls();
+    const bool isKept = PlaceAsKept();
     Arrange();
     editor_.Activate();
+    if (isKept) {
+        editor_.SelectPage(static_cast<Page>(KeptPlace()->page));
+    }
     {
         const DisabledOwner disabled(owner);
         ShowWindow(dialog_.Get(), SW_SHOW);
@@ -99,6 +101,7 @@ bool frmFreqList::ShowModal(HWND owner)
         SetFocus(tabs_);
         Run();
         closed_ = true;
+        KeepPlaceOfWindow();
     }
     dialog_ = {};
     if (owner) {
@@ -120,11 +123,11 @@ void frmFreqList::Run()
             }
             return;
         }
-        if (BeforeDialog(message) || IsDialogMessageW(dialog_.Get(), &message)) {
-            continue;
+        if (!BeforeDialog(message) && !IsDialogMessageW(dialog_.Get(), &message)) {
+            TranslateMessage(&message);
+            DispatchMessageW(&message);
         }
-        TranslateMessage(&message);
-        DispatchMessageW(&message);
+        AfterMessage();
     }
 }
 
@@ -172,9 +175,51 @@ void frmFreqList::CheckChanged(Check check)
 
 void frmFreqList::ButtonRolesChanged()
 {
-    const bool isDefault = editor_.OkIsDefault();
-    SendMessageW(dialog_.Get(), DM_SETDEFID, isDefault ? control_id::ok : 0, 0);
-    SendMessageW(ok_, BM_SETSTYLE, isDefault ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON, TRUE);
+    SendMessageW(dialog_.Get(), DM_SETDEFID, editor_.OkIsDefault() ? control_id::ok : 0, 0);
+    ShowDefaultButton();
+}
+
+/// A push button that has the keyboard is what Enter presses; otherwise that is OK, or none.
+void frmFreqList::ShowDefaultButton()
+{
+    const HWND focused = GetFocus();
+    const bool hasButton = std::ranges::find(pushButtons_, focused) != pushButtons_.end();
+    const HWND pressed = hasButton ? focused : editor_.OkIsDefault() ? ok_ : nullptr;
+    for (const HWND button : pushButtons_) {
+        const auto style = static_cast<WPARAM>(button == pressed ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON);
+        if ((static_cast<WPARAM>(GetWindowLongPtrW(button, GWL_STYLE)) & BS_TYPEMASK) != style) {
+            SendMessageW(button, BM_SETSTYLE, style, TRUE);
+        }
+    }
+}
+
+/// What follows from anything that may have happened: which buttons can do something, and which one Enter presses.
+void frmFreqList::AfterMessage()
+{
+    if (closed_) {
+        return;
+    }
+    for (const RowButton& button : rowButtons_) {
+        const bool can = editor_.CanExecute(button.command, button.grid);
+        if (can == (IsWindowEnabled(button.window) != FALSE) || !IsWindowEnabled(GetParent(button.window))) {
+            continue;
+        }
+        if (!can && GetFocus() == button.window) {
+            Pane(button.grid).FocusList();
+        }
+        EnableWindow(button.window, can);
+    }
+    ShowDefaultButton();
+}
+
+void frmFreqList::Ask(const Form& form, const FormAnswers& take)
+{
+    FormDialog(form, take, font_.Get()).Show(dialog_.Get());
+}
+
+bool frmFreqList::Confirm(const std::wstring& question)
+{
+    return MessageBoxW(dialog_.Get(), question.c_str(), L"Setup", MB_OKCANCEL | MB_ICONWARNING | MB_DEFBUTTON2) == IDOK;
 }
 
 void frmFreqList::Focus(Control control, Column column)
@@ -184,7 +229,7 @@ void frmFreqList::Focus(Control control, Column column)
             SetFocus(tabs_);
             break;
         case Control::list:
-            SetFocus(Pane(column).List(column));
+            Pane(column).FocusList();
             break;
         case Control::cellEditor:
             SetFocus(Pane(column).CellEditor());

@@ -4,10 +4,15 @@
 
 #include <array>
 #include <deque>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "editor/Editor.h"
 #include "editor/win32/AccessKeys.h"
+#include "editor/win32/Clipboard.h"
+#include "editor/win32/Dpi.h"
+#include "editor/win32/GridLook.h"
 #include "editor/win32/GridPane.h"
 #include "editor/win32/Handles.h"
 #include "editor/win32/Layout.h"
@@ -44,8 +49,8 @@ private:
     void RowsInserted(Grid grid, int32_t, int32_t) override { Pane(grid).Refresh(); }
     void RowsRemoved(Grid grid, int32_t, int32_t) override { Pane(grid).Refresh(); }
     void GridChanged(Grid grid) override { Pane(grid).Refresh(); }
-    void SelectionChanged(Grid grid) override { Pane(grid).SynchroniseLists(); }
-    void ArrowChanged(Column column) override { Pane(column).ArrowChanged(column); }
+    void SelectionChanged(Grid grid) override { Pane(grid).SelectionChanged(); }
+    void ArrowChanged(Column column) override { Pane(column).ArrowChanged(); }
     void CellEditorChanged() override;
     void PageChanged() override;
     void ChoiceChanged(Choice choice) override;
@@ -58,6 +63,10 @@ private:
     void ColourNotesSelection(Colour colour) override { notes_.ColourSelection(colour); }
     void Focus(Control control, Column column) override;
     void Beep() override { MessageBeep(MB_OK); }
+    void Ask(const Form& form, const FormAnswers& take) override;
+    bool Confirm(const std::wstring& question) override;
+    std::optional<std::wstring> ClipboardText() override { return TextOnClipboard(dialog_.Get()); }
+    bool PutOnClipboard(const std::wstring& text) override { return PutTextOnClipboard(dialog_.Get(), text); }
     void Close() override;
 
     // MessageFilter
@@ -74,18 +83,27 @@ private:
     void CreateGridPage(Grid grid, Page page);
     void CreateNotesPage();
     HWND AddControl(HWND parent, const wchar_t* windowClass, std::wstring_view text, DWORD style, int id,
-                    const Area& area);
+                    const Area& area, HWND label = nullptr);
     HWND AddButton(Page page, std::wstring_view text, DWORD style, int id, const Area& area);
-    void AddChoice(Page page, Choice choice, int row, int width);
+    void AddChoice(Page page, Choice choice, int row);
     void AddField(Page page, Field field, int row);
+    void AddHint(Page page, std::wstring_view text, int row);
     void Arrange();
     void PlaceOver(HWND owner);
+    bool PlaceAsKept();
+    void KeepPlaceOfWindow() const;
+    void ScaleTo(int dpi);
 
     // What the user does.
     void Run();
     bool BeforeDialog(const MSG& message);
     bool OnAccessKey(wchar_t letter);
     bool OnPageKey(WPARAM key);
+    bool OnUndoKey(WPARAM key, HWND focused);
+    void AfterMessage();
+    void ShowDefaultButton();
+    void OnContextMenu(const Subclass& control, LPARAM lParam);
+    bool IsClosedChoice(HWND control) const;
     static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
     INT_PTR OnDialogMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     void OnCommand(int id, int event, HWND control);
@@ -100,7 +118,7 @@ private:
     Editor editor_;
     const std::wstring title_;
     const ThemeScope theme_;
-    const Font font_;
+    Font font_;
     GridLook look_;
     GridPane parameters_{editor_, look_, Grid::parameters};
     GridPane channels_{editor_, look_, Grid::channels};
@@ -116,7 +134,18 @@ private:
     std::array<HWND, choiceCount> choices_{};
     std::array<HWND, fieldCount> fields_{};
     std::array<HWND, checkCount> checks_{};
+    /// A button for a grid, which is grey where it can do nothing.
+    struct RowButton
+    {
+        HWND window;
+        RowCommand command;
+        Grid grid;
+    };
+    std::vector<RowButton> rowButtons_;
+    std::vector<HWND> pushButtons_;
+    std::vector<HWND> controls_;  ///< all that show text in the dialog's font
     SIZE smallest_{};
+    int dpi_ = 96;
     bool updating_ = false;  ///< the window itself is changing its controls
     bool closed_ = false;
     Dialog dialog_;  // goes first: its controls call what stands above

@@ -3,9 +3,12 @@
 #include <uxtheme.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "editor/Choices.h"
 #include "editor/win32/ControlIds.h"
+#include "editor/win32/DialogTemplate.h"
+#include "editor/win32/UserPlace.h"
 #include "editor/win32/frmFreqList.h"
 #include "util/RaisedError.h"
 
@@ -23,21 +26,26 @@ constexpr int labelWidth = 112;
 constexpr int dropDownHeight = 120;
 constexpr SIZE usualSize{350, 232};
 
+constexpr std::wstring_view symbolRateHint =
+    L"Channels that are typed or inserted, or pasted without a symbol rate of their own, begin with this one.";
+constexpr std::wstring_view settlingHint = L"The longest that the receiver may take to lock onto a channel.";
+constexpr std::wstring_view displayHint = L"What runs along the upper edge of the grid that shows the readings.";
+constexpr std::wstring_view resultHint = L"What runs along the upper edge of the table in a saved result file.";
+
 constexpr int fieldLeft = margin + labelWidth + gap;
 constexpr int commandLeft = -margin - buttonWidth;
-
-/// An empty dialog, whose controls are made one by one.
-struct EmptyTemplate
-{
-    DLGTEMPLATE head{};
-    WORD noMenu = 0;
-    WORD usualClass = 0;
-    WORD noTitle = 0;
-};
 
 constexpr Area RowArea(int row, int left, int right, int height)
 {
     return {left, margin + row * rowPitch, right, margin + row * rowPitch + height};
+}
+
+RECT WorkArea(HMONITOR monitor)
+{
+    MONITORINFO info{};
+    info.cbSize = sizeof info;
+    GetMonitorInfoW(monitor, &info);
+    return info.rcWork;
 }
 
 HWND CreateEmpty(DWORD style, DWORD exStyle, HWND parent, DLGPROC procedure, void* form)
@@ -74,15 +82,19 @@ void frmFreqList::CreateDialogs(HWND owner, const std::wstring& title)
 void frmFreqList::CreateControls()
 {
     for (int32_t choice = 0; choice <= static_cast<int32_t>(Choice::berIntegration); ++choice) {
-        AddChoice(Page::settings, static_cast<Choice>(choice), choice, 90);
+        AddChoice(Page::settings, static_cast<Choice>(choice), choice);
     }
     AddField(Page::application, Field::defaultSymbolRate, 0);
-    AddField(Page::application, Field::maxSettlingTime, 1);
+    AddHint(Page::application, symbolRateHint, 1);
+    AddField(Page::application, Field::maxSettlingTime, 3);
+    AddHint(Page::application, settlingHint, 4);
     CreateGridPage(Grid::channels, Page::frequencies);
     CreateGridPage(Grid::parameters, Page::parameters);
     CreateNotesPage();
-    AddChoice(Page::xAxis, Choice::displayGrid, 0, 120);
-    AddChoice(Page::xAxis, Choice::resultFile, 1, 120);
+    AddChoice(Page::xAxis, Choice::displayGrid, 0);
+    AddHint(Page::xAxis, displayHint, 1);
+    AddChoice(Page::xAxis, Choice::resultFile, 3);
+    AddHint(Page::xAxis, resultHint, 4);
 
     const HWND frame = dialog_.Get();
     const int top = -margin - buttonHeight;
@@ -99,13 +111,14 @@ void frmFreqList::CreateControls()
         item.pszText = caption.data();
         SendMessageW(tabs_, TCM_INSERTITEMW, static_cast<WPARAM>(page), reinterpret_cast<LPARAM>(&item));
     }
+    pushButtons_.insert(pushButtons_.end(), {ok_, cancel});
     Watch(ok_, Control::other, 0);
     Watch(cancel, Control::other, 0);
     Watch(tabs_, Control::tabs, 0);
 }
 
 HWND frmFreqList::AddControl(HWND parent, const wchar_t* windowClass, std::wstring_view text, DWORD style, int id,
-                             const Area& area)
+                             const Area& area, HWND label)
 {
     const DWORD exStyle = windowClass == std::wstring_view(WC_EDITW) ? WS_EX_CLIENTEDGE : 0;
     const HWND control =
@@ -116,8 +129,14 @@ HWND frmFreqList::AddControl(HWND parent, const wchar_t* windowClass, std::wstri
                           L"A control of the setup editor cannot be created");
     }
     SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_.Get()), FALSE);
+    controls_.push_back(control);
     const auto page = std::ranges::find(pages_, parent);
-    (page == pages_.end() ? frameLayout_ : layouts_[static_cast<size_t>(page - pages_.begin())]).Add(control, area);
+    Layout& layout = page == pages_.end() ? frameLayout_ : layouts_[static_cast<size_t>(page - pages_.begin())];
+    if (label) {
+        layout.AddField(control, area, label);
+    } else {
+        layout.Add(control, area);
+    }
     return control;
 }
 
@@ -126,16 +145,19 @@ HWND frmFreqList::AddButton(Page page, std::wstring_view text, DWORD style, int 
     const HWND button = AddControl(PageWindow(page), WC_BUTTONW, text, WS_TABSTOP | style, id, area);
     Watch(button, Control::other, 0);
     accessKeys_.Add(page, text, {button, {}});
+    if (style == BS_PUSHBUTTON) {
+        pushButtons_.push_back(button);
+    }
     return button;
 }
 
-void frmFreqList::AddChoice(Page page, Choice choice, int row, int width)
+void frmFreqList::AddChoice(Page page, Choice choice, int row)
 {
     const HWND parent = PageWindow(page);
-    AddControl(parent, WC_STATICW, CaptionOf(choice), SS_CENTERIMAGE, control_id::label,
-               RowArea(row, margin, margin + labelWidth, controlHeight));
+    const HWND label = AddControl(parent, WC_STATICW, CaptionOf(choice), SS_CENTERIMAGE, control_id::label,
+                                  RowArea(row, margin, margin + labelWidth, controlHeight));
     const HWND list = AddControl(parent, WC_COMBOBOXW, {}, WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST,
-                                 control_id::Of(choice), RowArea(row, fieldLeft, fieldLeft + width, dropDownHeight));
+                                 control_id::Of(choice), RowArea(row, fieldLeft, -margin, dropDownHeight), label);
     Watch(list, Control::other, 0);
     choices_[static_cast<size_t>(choice)] = list;
     accessKeys_.Add(page, CaptionOf(choice), {list, {}});
@@ -144,14 +166,21 @@ void frmFreqList::AddChoice(Page page, Choice choice, int row, int width)
 void frmFreqList::AddField(Page page, Field field, int row)
 {
     const HWND parent = PageWindow(page);
-    AddControl(parent, WC_STATICW, CaptionOf(field), SS_CENTERIMAGE, control_id::label,
-               RowArea(row, margin, margin + labelWidth, controlHeight));
+    const HWND label = AddControl(parent, WC_STATICW, CaptionOf(field), SS_CENTERIMAGE, control_id::label,
+                                  RowArea(row, margin, margin + labelWidth, controlHeight));
     const HWND edit = AddControl(parent, WC_EDITW, {}, WS_TABSTOP | ES_AUTOHSCROLL, control_id::Of(field),
-                                 RowArea(row, fieldLeft, fieldLeft + 60, controlHeight));
+                                 RowArea(row, fieldLeft, -margin, controlHeight), label);
     Watch(edit, field == Field::maxSettlingTime ? Control::maxSettlingTime : Control::defaultSymbolRate,
           static_cast<int32_t>(field));
     fields_[static_cast<size_t>(field)] = edit;
     accessKeys_.Add(page, CaptionOf(field), {edit, {}});
+}
+
+/// A sentence below a field, in two lines at most.
+void frmFreqList::AddHint(Page page, std::wstring_view text, int row)
+{
+    AddControl(PageWindow(page), WC_STATICW, text, SS_NOPREFIX, control_id::label,
+               RowArea(row, fieldLeft, -margin, 2 * controlHeight));
 }
 
 void frmFreqList::CreateGridPage(Grid grid, Page page)
@@ -160,13 +189,14 @@ void frmFreqList::CreateGridPage(Grid grid, Page page)
     pane.Create(PageWindow(page), *this, subclasses_);
     for (int32_t index = 0; index < 3; ++index) {
         const Column column = static_cast<Column>(grid) + index;
-        accessKeys_.Add(page, HeadingOf(column), {pane.List(column), column});
+        accessKeys_.Add(page, HeadingOf(column), {pane.Window(), column});
     }
-    for (int32_t command = 0; command < rowCommandCount; ++command) {
+    for (int32_t command = 0; command < rowButtonCount; ++command) {
         const auto each = static_cast<RowCommand>(command);
         const int top = margin + command * (buttonHeight + gap);
-        AddButton(page, CaptionOf(each), BS_PUSHBUTTON, control_id::Of(each, grid),
-                  {commandLeft, top, -margin, top + buttonHeight});
+        const HWND button = AddButton(page, CaptionOf(each), BS_PUSHBUTTON, control_id::Of(each, grid),
+                                      {commandLeft, top, -margin, top + buttonHeight});
+        rowButtons_.push_back({button, each, grid});
     }
     if (grid == Grid::parameters) {
         checks_[static_cast<size_t>(Check::couple)] =
@@ -224,10 +254,7 @@ void frmFreqList::PlaceOver(HWND owner)
     AdjustWindowRectEx(&wanted, static_cast<DWORD>(GetWindowLongPtrW(dialog_.Get(), GWL_STYLE)), FALSE,
                        static_cast<DWORD>(GetWindowLongPtrW(dialog_.Get(), GWL_EXSTYLE)));
     smallest_ = {wanted.right - wanted.left, wanted.bottom - wanted.top};
-    MONITORINFO monitor{};
-    monitor.cbSize = sizeof monitor;
-    GetMonitorInfoW(MonitorFromWindow(owner ? owner : dialog_.Get(), MONITOR_DEFAULTTONEAREST), &monitor);
-    const RECT& screen = monitor.rcWork;
+    const RECT screen = WorkArea(MonitorFromWindow(owner ? owner : dialog_.Get(), MONITOR_DEFAULTTONEAREST));
     RECT around = screen;
     if (owner && !IsIconic(owner)) {
         GetWindowRect(owner, &around);
@@ -236,6 +263,62 @@ void frmFreqList::PlaceOver(HWND owner)
     const LONG left = std::max(screen.left, std::min((around.left + around.right - width) / 2, screen.right - width));
     const LONG top = std::max(screen.top, std::min((around.top + around.bottom - height) / 2, screen.bottom - height));
     Move(dialog_.Get(), {left, top, left + width, top + height});
+}
+
+/// As the user has left it. A size that was counted in another resolution is converted; of a place that is not wholly
+/// on a screen, only the size counts. False where none was kept.
+bool frmFreqList::PlaceAsKept()
+{
+    const std::optional<UserPlace> kept = KeptPlace();
+    if (!kept || kept->dpi <= 0 || kept->page < 0 || kept->page >= pageCount) {
+        return false;
+    }
+    channels_.TakeShares(kept->channelShares);
+    parameters_.TakeShares(kept->parameterShares);
+    const auto [left, top, right, bottom] = kept->window;
+    const LONG width = std::max<LONG>(MulDiv(right - left, dpi_, kept->dpi), smallest_.cx);
+    const LONG height = std::max<LONG>(MulDiv(bottom - top, dpi_, kept->dpi), smallest_.cy);
+    RECT present{};
+    GetWindowRect(dialog_.Get(), &present);
+    const HMONITOR monitor = MonitorFromRect(&kept->window, MONITOR_DEFAULTTONULL);
+    const RECT screen = WorkArea(monitor ? monitor : MonitorFromWindow(dialog_.Get(), MONITOR_DEFAULTTONEAREST));
+    RECT place{left, top, left + width, top + height};
+    const bool isThere = monitor && left >= screen.left && top >= screen.top && place.right <= screen.right &&
+                         place.bottom <= screen.bottom;
+    if (!isThere) {
+        const LONG shownWidth = std::min(width, std::max(screen.right - present.left, smallest_.cx));
+        const LONG shownHeight = std::min(height, std::max(screen.bottom - present.top, smallest_.cy));
+        place = {present.left, present.top, present.left + shownWidth, present.top + shownHeight};
+    }
+    Move(dialog_.Get(), place);
+    return true;
+}
+
+void frmFreqList::KeepPlaceOfWindow() const
+{
+    UserPlace place;
+    GetWindowRect(dialog_.Get(), &place.window);
+    place.dpi = dpi_;
+    place.page = static_cast<int32_t>(editor_.CurrentPage());
+    place.channelShares = channels_.Shares();
+    place.parameterShares = parameters_.Shares();
+    KeepPlace(place);
+}
+
+/// The window has come to a monitor of another resolution.
+void frmFreqList::ScaleTo(int dpi)
+{
+    smallest_ = {MulDiv(smallest_.cx, dpi, dpi_), MulDiv(smallest_.cy, dpi, dpi_)};
+    dpi_ = dpi;
+    Font font = MessageFont(dpi);
+    look_.Renew(font.Get());
+    for (const HWND each : controls_) {
+        SendMessageW(each, WM_SETFONT, reinterpret_cast<WPARAM>(font.Get()), FALSE);
+    }
+    for (GridPane* const pane : {&channels_, &parameters_}) {
+        SendMessageW(pane->CellEditor(), WM_SETFONT, reinterpret_cast<WPARAM>(font.Get()), FALSE);
+    }
+    font_ = std::move(font);
 }
 
 }  // namespace tvn2x

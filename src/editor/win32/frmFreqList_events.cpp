@@ -1,11 +1,16 @@
+#include <windowsx.h>
+
 #include <algorithm>
 
 #include "editor/win32/ControlIds.h"
+#include "editor/win32/Menus.h"
 #include "editor/win32/frmFreqList.h"
 #include "util/FloatingPoint.h"
 
 namespace tvn2x {
 namespace {
+
+constexpr UINT dpiChanged = 0x02E0;  // WM_DPICHANGED, of later systems than the headers are asked for
 
 bool IsPushButton(HWND window)
 {
@@ -28,7 +33,7 @@ bool frmFreqList::BeforeDialog(const MSG& message)
             return false;
         }
         if (GetKeyState(VK_CONTROL) < 0) {
-            return OnPageKey(message.wParam);
+            return OnPageKey(message.wParam) || OnUndoKey(message.wParam, message.hwnd);
         }
         if (message.wParam == VK_RETURN && IsPushButton(message.hwnd)) {
             SendMessageW(message.hwnd, BM_CLICK, 0, 0);
@@ -49,6 +54,18 @@ bool frmFreqList::OnPageKey(WPARAM key)
     const bool backwards = isTab ? GetKeyState(VK_SHIFT) < 0 : key == VK_PRIOR;
     const int32_t page = static_cast<int32_t>(editor_.CurrentPage()) + (backwards ? pageCount - 1 : 1);
     editor_.SelectPage(static_cast<Page>(page % pageCount));
+    return true;
+}
+
+/// What was done to the lists can be undone wherever no text has the keyboard; there the key is the text's own.
+bool frmFreqList::OnUndoKey(WPARAM key, HWND focused)
+{
+    const bool isText = (SendMessageW(focused, WM_GETDLGCODE, 0, 0) & (DLGC_HASSETSEL | DLGC_WANTCHARS)) != 0;
+    if (isText || (key != L'Z' && key != L'Y')) {
+        return false;
+    }
+    const Grid grid = editor_.CurrentPage() == Page::parameters ? Grid::parameters : Grid::channels;
+    editor_.Execute(key == L'Z' ? RowCommand::undo : RowCommand::redo, grid);
     return true;
 }
 
@@ -105,12 +122,6 @@ INT_PTR frmFreqList::OnDialogMessage(HWND window, UINT message, WPARAM wParam, L
             return TRUE;
         case WM_NOTIFY:
             return OnNotify(window, *reinterpret_cast<const NMHDR*>(lParam));
-        case WM_DRAWITEM: {
-            const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam);
-            const GridPane& pane = Pane(window == PageWindow(Page::frequencies) ? Grid::channels : Grid::parameters);
-            item.CtlType == ODT_LISTBOX ? pane.DrawRow(item) : pane.DrawHeading(item);
-            return TRUE;
-        }
         case WM_LBUTTONDOWN:
             if (!isFrame) {
                 editor_.BackgroundClicked();
@@ -126,6 +137,14 @@ INT_PTR frmFreqList::OnDialogMessage(HWND window, UINT message, WPARAM wParam, L
                 reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {smallest_.cx, smallest_.cy};
             }
             return FALSE;
+        case dpiChanged:
+            if (isFrame) {
+                ScaleTo(LOWORD(wParam));
+                Move(window, *reinterpret_cast<const RECT*>(lParam));
+                Arrange();
+            }
+            return isFrame;
+        case WM_THEMECHANGED:
         case WM_SYSCOLORCHANGE:
             if (isFrame) {
                 OnColoursChanged();
@@ -133,7 +152,7 @@ INT_PTR frmFreqList::OnDialogMessage(HWND window, UINT message, WPARAM wParam, L
             return FALSE;
         case WM_CLOSE:
             if (isFrame) {
-                editor_.Cancel();
+                editor_.CloseSign();
             }
             return TRUE;
         default:
@@ -143,7 +162,7 @@ INT_PTR frmFreqList::OnDialogMessage(HWND window, UINT message, WPARAM wParam, L
 
 void frmFreqList::OnColoursChanged()
 {
-    look_.MakeArrows();
+    look_.Renew(font_.Get());
     for (const Subclass& each : subclasses_) {
         SendMessageW(each.window, WM_SYSCOLORCHANGE, 0, 0);
     }
@@ -193,11 +212,8 @@ void frmFreqList::OnCommand(int id, int event, HWND control)
                                 SendMessageW(control, BM_GETCHECK, 0, 0) == BST_CHECKED);
     }
     for (const Grid grid : {Grid::parameters, Grid::channels}) {
-        if (in(Of(RowCommand{}, grid), rowCommandCount) && event == BN_CLICKED) {
+        if (in(Of(RowCommand{}, grid), rowButtonCount) && event == BN_CLICKED) {
             return editor_.Execute(static_cast<RowCommand>(id - Of(RowCommand{}, grid)), grid);
-        }
-        if (in(Heading(static_cast<Column>(grid)), 3) && (event == STN_CLICKED || event == STN_DBLCLK)) {
-            return editor_.HeadingClicked(id - Heading(0));
         }
         if (id == CellEditor(grid) && event == EN_CHANGE) {
             return Pane(grid).OnCellTextChanged();
@@ -205,21 +221,58 @@ void frmFreqList::OnCommand(int id, int event, HWND control)
     }
 }
 
+/// A closed drop-down list keeps its setting when the wheel turns.
+bool frmFreqList::IsClosedChoice(HWND control) const
+{
+    return std::ranges::find(choices_, control) != choices_.end() &&
+           SendMessageW(control, CB_GETDROPPEDSTATE, 0, 0) == FALSE;
+}
+
+void frmFreqList::OnContextMenu(const Subclass& control, LPARAM lParam)
+{
+    POINT place{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+    const bool byKey = lParam == -1;
+    if (control.control == Control::notes) {
+        return notes_.ShowMenu(dialog_.Get(), byKey ? nullptr : &place);
+    }
+    const auto grid = static_cast<Grid>(control.number);
+    if (byKey) {
+        const RECT cell = Pane(grid).CellRect({editor_.SelectedRow(grid), editor_.CurrentColumn(grid)});
+        place = {cell.left, cell.bottom};
+        ClientToScreen(control.window, &place);
+    }
+    if (const auto command = ChooseCommand(dialog_.Get(), place, editor_, grid)) {
+        editor_.Execute(*command, grid);
+    }
+}
+
 LRESULT frmFreqList::OnMessage(const Subclass& control, UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (message == WM_SETFOCUS || message == WM_KILLFOCUS) {
         const LRESULT result = control.Default(message, wParam, lParam);
-        parameters_.SelectionColourChanged();
-        channels_.SelectionColourChanged();
+        for (const GridPane* const pane : {&channels_, &parameters_}) {
+            InvalidateRect(pane->Window(), nullptr, FALSE);
+        }
         if (message == WM_SETFOCUS && !closed_) {
-            editor_.FocusMoved(control.control,
-                               control.control == Control::cellEditor ? editor_.CurrentEdit().column : control.number);
+            const Column column = control.control == Control::cellEditor ? editor_.CurrentEdit().column
+                                  : control.control == Control::list
+                                      ? editor_.CurrentColumn(static_cast<Grid>(control.number))
+                                      : control.number;
+            editor_.FocusMoved(control.control, column);
+            ShowDefaultButton();
         }
         return result;
     }
+    if (message == WM_MOUSEWHEEL && IsClosedChoice(control.window)) {
+        return 0;
+    }
+    if (message == WM_CONTEXTMENU && (control.control == Control::list || control.control == Control::notes)) {
+        OnContextMenu(control, lParam);
+        return 0;
+    }
     switch (control.control) {
         case Control::list:
-            return Pane(control.number).OnListMessage(control, message, wParam, lParam);
+            return Pane(static_cast<Grid>(control.number)).OnListMessage(control, message, wParam, lParam);
         case Control::cellEditor:
             return Pane(static_cast<Grid>(control.number)).OnCellEditorMessage(control, message, wParam, lParam);
         case Control::notes:

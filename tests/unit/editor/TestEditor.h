@@ -63,6 +63,27 @@ public:
         editor->FocusMoved(control, column);
     }
     void Beep() override { ++beeps; }
+    void Ask(const Form& form, const FormAnswers& take) override
+    {
+        asked = form.title;
+        for (const Form::Entry& entry : form.entries) {
+            asked += L"|" + entry.text;
+        }
+        answerFault = answers.empty() ? L"given up" : take(answers);
+    }
+    bool Confirm(const std::wstring&) override
+    {
+        ++confirmed;
+        return confirms;
+    }
+    std::optional<std::wstring> ClipboardText() override { return clipboard; }
+    bool PutOnClipboard(const std::wstring& text) override
+    {
+        if (clipboard) {
+            clipboard = text;
+        }
+        return clipboard.has_value();
+    }
     void Close() override { closed = true; }
 
     Cells Content(Grid grid) const
@@ -80,6 +101,12 @@ public:
     std::wstring notes;
     std::wstring richText = L"{\\rtf1 new}";
     std::wstring notesCalls;
+    std::optional<std::wstring> clipboard = L"";  ///< none: another program holds it
+    std::vector<std::wstring> answers;            ///< to the next form; none to give it up
+    std::wstring asked;                           ///< the last form: its title and what stood in it
+    std::wstring answerFault;
+    int confirmed = 0;
+    bool confirms = false;
     int beeps = 0;
     bool okIsDefault = false;
     bool closed = false;

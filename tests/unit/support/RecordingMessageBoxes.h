@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,9 +23,13 @@ public:
     void Show(std::wstring_view text, std::wstring_view title, MessageIcon icon) override
     {
         messages.push_back({std::wstring(text), std::wstring(title), icon});
+        if (onShow) {
+            onShow();
+        }
     }
 
     std::vector<Message> messages;
+    std::function<void()> onShow;  ///< what happens while a message is open
 };
 
 }  // namespace tvn2x

@@ -1,0 +1,142 @@
+#include <random>
+
+#include "TestEditor.h"
+#include "editor/EditorKeys.h"
+#include "support/DocumentText.h"
+
+namespace tvn2x {
+namespace {
+
+/// Somebody who does anything at random in both lists, and in the choice that the captions follow.
+class RandomUser
+{
+public:
+    RandomUser(TestEditor& test, uint32_t seed) : test_(test), random_(seed) {}
+
+    void Act()
+    {
+        Editor& editor = test_.editor;
+        const Grid grid = Pick(4) == 0 ? Grid::parameters : Grid::channels;
+        const auto row = static_cast<int32_t>(Pick(static_cast<uint32_t>(editor.RowCount(grid))));
+        const Column column = static_cast<Column>(grid) + static_cast<Column>(Pick(3));
+        constexpr const wchar_t* texts[] = {L"K7", L"474.5", L"-", L"", L"dBmV mV dBm", L"8"};
+        switch (Pick(10)) {
+            case 0:
+                editor.CellPressed(column, row, Pick(3));
+                break;
+            case 1:
+                editor.ListKeyDown(grid, static_cast<int32_t>(key::pageUp + Pick(8)), Pick(4));
+                break;
+            case 2:
+                editor.CellClicked(column, row);
+                break;
+            case 3:
+                editor.BeginCellEdit(column, row, 0);
+                if (editor.CurrentEdit().open) {
+                    editor.CellTextChanged(texts[Pick(6)]);
+                }
+                break;
+            case 4:
+                editor.HeadingClicked(column);
+                break;
+            case 5:
+                editor.SelectItem(Choice::levelUnit, static_cast<int32_t>(Pick(6)));
+                break;
+            case 6:
+                test_.view.clipboard = Pick(2) == 0 ? L"K10\t482\t6.9\nK9\t490\t5\n" : L"1";
+                editor.Execute(Pick(2) == 0 ? RowCommand::paste : RowCommand::pasteRows, grid);
+                break;
+            case 7:
+                test_.view.answers = {L"306", L"400", L"40", L"6.9", L"S1"};
+                editor.Execute(Pick(2) == 0 ? RowCommand::fillSeries : RowCommand::fillDown, grid);
+                break;
+            default:
+                editor.Execute(static_cast<RowCommand>(Pick(static_cast<uint32_t>(RowCommand::sort) + 1)), grid);
+        }
+        if (editor.RowCount(Grid::channels) > 60) {
+            editor.Execute(RowCommand::selectAll, Grid::channels);
+            editor.Execute(RowCommand::remove, Grid::channels);
+        }
+    }
+
+private:
+    uint32_t Pick(uint32_t count) { return static_cast<uint32_t>(random_() % count); }
+
+    TestEditor& test_;
+    std::mt19937 random_;
+};
+
+/// What the lists hold and how they are sorted.
+std::wstring Content(const TestEditor& test)
+{
+    std::wstring content = std::to_wstring(test.editor.SelectedItem(Choice::levelUnit));
+    for (const Grid grid : {Grid::channels, Grid::parameters}) {
+        for (const std::wstring& row : test.view.Content(grid)) {
+            content += L"\n" + row;
+        }
+        for (Column column = 0; column < 3; ++column) {
+            content += std::to_wstring(static_cast<int>(test.editor.Arrow(static_cast<Column>(grid) + column)));
+        }
+    }
+    return content;
+}
+
+TEST(EditorHistory, RandomWorkIsUndoneToTheBeginningAndRedoneToTheEnd)
+{
+    for (uint32_t seed = 1; seed <= 25; ++seed) {
+        SCOPED_TRACE(seed);
+        TestEditor test;
+        test.Open({300, 100, 200});
+        const std::wstring opened = Content(test);
+        const std::wstring document = Everything(test.document);
+        RandomUser user(test, seed);
+        for (int action = 0; action < 120; ++action) {
+            user.Act();
+        }
+        test.editor.RowSelected(MP_USERFIELD, 0);  // whatever is open is committed
+        while (test.editor.CanExecute(RowCommand::redo, Grid::channels)) {
+            test.editor.Execute(RowCommand::redo, Grid::channels);
+        }
+        const std::wstring last = Content(test);
+        while (test.editor.CanExecute(RowCommand::undo, Grid::channels)) {
+            test.editor.Execute(RowCommand::undo, Grid::channels);
+        }
+        EXPECT_EQ(opened, Content(test));
+        EXPECT_EQ(0u, test.editor.Changes());
+        while (test.editor.CanExecute(RowCommand::redo, Grid::channels)) {
+            test.editor.Execute(RowCommand::redo, Grid::channels);
+        }
+        EXPECT_EQ(last, Content(test));
+        while (test.editor.CanExecute(RowCommand::undo, Grid::channels)) {
+            test.editor.Execute(RowCommand::undo, Grid::channels);
+        }
+        test.editor.Ok();
+        EXPECT_EQ(L"OK", test.editor.Tag());
+        EXPECT_EQ(document, Everything(test.document));
+    }
+}
+
+TEST(EditorHistory, UndoShowsTheUserWhatItTakesBack)
+{
+    TestEditor test;
+    test.Open({100, 200, 300});
+    test.Set(MP_USERFIELD, 0, L"new");
+    test.editor.CellPressed(MP_USERFIELD, 1, 0);
+    test.editor.CellPressed(MP_USERFIELD, 2, modifier::shift);
+    test.editor.Execute(RowCommand::remove, Grid::channels);
+    test.editor.SelectPage(Page::settings);
+    test.Choose(Choice::levelUnit, L"mV");
+    test.editor.SelectPage(Page::parameters);
+    test.editor.Execute(RowCommand::undo, Grid::parameters);
+    EXPECT_EQ(Page::settings, test.editor.CurrentPage());
+    EXPECT_EQ(L"RF Level (dBmV)", test.editor.CellText(captionColumn, test.RowOf(MP_RFLEV)));
+    test.editor.Execute(RowCommand::undo, Grid::parameters);
+    EXPECT_EQ(Page::frequencies, test.editor.CurrentPage());
+    EXPECT_EQ(L"new B C -", test.Texts(MP_USERFIELD));
+    EXPECT_EQ(2, test.editor.Selection(Grid::channels).Count());
+    test.Set(MP_USERFIELD, 1, L"other");
+    EXPECT_FALSE(test.editor.CanExecute(RowCommand::redo, Grid::channels)) << "what was undone is gone";
+}
+
+}  // namespace
+}  // namespace tvn2x
