@@ -1,5 +1,5 @@
-// The setup editor's window with many channels: how long until it stands there painted, and until the next page of
-// channels does. Needs a screen.
+// The setup editor's window with many channels: how long until it stands there painted, until the next page of channels
+// does, and until a command on all of them is done and to be seen. Needs a screen.
 
 #include <initguid.h>
 
@@ -33,13 +33,36 @@ void PaintAll(HWND window)
     GdiFlush();
 }
 
-HWND ListOf(HWND dialog, Column column)
+/// The list of channels, on its page that is shown from now on.
+HWND ShowChannels(HWND dialog)
 {
+    const HWND tabs = GetDlgItem(dialog, control_id::tabs);
+    RECT tab{};
+    SendMessageW(tabs, TCM_GETITEMRECT, static_cast<WPARAM>(Page::frequencies), reinterpret_cast<LPARAM>(&tab));
+    const LPARAM point = MAKELPARAM(tab.left + 4, tab.top + 4);
+    SendMessageW(tabs, WM_LBUTTONDOWN, MK_LBUTTON, point);
+    SendMessageW(tabs, WM_LBUTTONUP, 0, point);
     HWND list = nullptr;
     for (HWND page = GetWindow(dialog, GW_CHILD); page && !list; page = GetWindow(page, GW_HWNDNEXT)) {
-        list = GetDlgItem(page, control_id::List(column));
+        list = GetDlgItem(page, control_id::List(Grid::channels));
     }
+    SetFocus(list);
+    PaintAll(dialog);
     return list;
+}
+
+/// A key with Ctrl held, and what it changes painted.
+void PressControl(HWND dialog, HWND list, WPARAM key, bool shift = false)
+{
+    BYTE keys[256]{};
+    keys[VK_CONTROL] = 0x80;
+    keys[VK_SHIFT] = shift ? 0x80 : 0;
+    SetKeyboardState(keys);
+    SendMessageW(list, WM_KEYDOWN, key, 1);
+    keys[VK_CONTROL] = 0;
+    keys[VK_SHIFT] = 0;
+    SetKeyboardState(keys);
+    PaintAll(dialog);
 }
 
 /// Opens the editor, does something in it once it is painted, and closes it.
@@ -86,28 +109,45 @@ void RaceScrolling()
 {
     SetupDocument many = Document(manyChannels);
     Session(many, [](HWND dialog) {
-        constexpr int frequenciesPage = static_cast<int>(Page::frequencies);
-        const HWND tabs = GetDlgItem(dialog, control_id::tabs);
-        RECT tab{};
-        SendMessageW(tabs, TCM_GETITEMRECT, frequenciesPage, reinterpret_cast<LPARAM>(&tab));
-        const LPARAM point = MAKELPARAM(tab.left + 4, tab.top + 4);
-        SendMessageW(tabs, WM_LBUTTONDOWN, MK_LBUTTON, point);
-        SendMessageW(tabs, WM_LBUTTONUP, 0, point);
-        PaintAll(dialog);
-        const HWND list = ListOf(dialog, MP_SYMBOLRATE);
+        const HWND list = ShowChannels(dialog);
         const auto scroll = [&](WPARAM code) {
-            const LRESULT before = SendMessageW(list, LB_GETTOPINDEX, 0, 0);
+            const int before = GetScrollPos(list, SB_VERT);
             SendMessageW(list, WM_VSCROLL, code, 0);
-            if (SendMessageW(list, LB_GETTOPINDEX, 0, 0) == before) {
+            if (GetScrollPos(list, SB_VERT) == before) {
                 SendMessageW(list, WM_VSCROLL, SB_TOP, 0);
             }
             PaintAll(dialog);
         };
         constexpr double aFrame = 1e6 / 60;
-        Race race("5,000 channels scrolled in step, all three lists painted");
+        Race race("5,000 channels scrolled and painted");
         race.Add("by a page", [&] { scroll(SB_PAGEDOWN); });
         race.Add("by a row", [&] { scroll(SB_LINEDOWN); });
         race.Run(9, aFrame);
+    });
+}
+
+/// Each command on all channels, to be done and painted within a tenth of a second.
+void RaceCommands(int32_t count)
+{
+    SetupDocument many = Document(count);
+    Session(many, [count](HWND dialog) {
+        constexpr double tenth = 1e5;
+        const HWND list = ShowChannels(dialog);
+        const auto race = [&](const std::string& what, const std::function<void()>& run) {
+            Race contest(what + " " + std::to_string(count) + " channels");
+            contest.Add("done and painted", run);
+            contest.Run(7, tenth);
+        };
+        const auto press = [&](WPARAM key, bool shift = false) { PressControl(dialog, list, key, shift); };
+        race("Select", [&] { press('A'); });
+        press('C');
+        race("Paste over", [&] { press('V'); });
+        race("Undo or redo", [&, undo = true]() mutable {
+            press(undo ? 'Z' : 'Y');
+            undo = !undo;
+        });
+        race("Sort", [&] { press('O', true); });
+        race("Fill down", [&] { press('D'); });
     });
 }
 
@@ -118,6 +158,8 @@ int main(int argc, char** argv)
     try {
         RaceOpening();
         RaceScrolling();
+        RaceCommands(manyChannels);
+        RaceCommands(30000);
     } catch (const RaisedError& error) {
         std::fprintf(stderr, "%ls\n", error.description.c_str());
         return 1;

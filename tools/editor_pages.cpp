@@ -38,6 +38,9 @@ int ShowPages(const wchar_t* path)
             if (static_cast<Page>(page) == Page::frequencies) {
                 editor.ClickHeading(MP_FREQUENCY);
                 editor.ClickRow(MP_FREQUENCY, 2);
+                editor.Press(VK_ESCAPE);
+                editor.Press(VK_DOWN);
+                editor.Press(VK_DOWN, shift);
             }
             if (static_cast<Page>(page) == Page::parameters) {
                 editor.ClickRow(displayColumn, 3);

@@ -64,8 +64,11 @@ public:
                 deeds(*this);
             }
             for (int attempt = 0; attempt < 8 && IsWindow(dialog); ++attempt) {
+                // A box that came before the dialog is all there is.
                 const HWND box = MessageBoxWindow();
-                PostMessageW(box ? box : Find(control_id::cancel), box ? WM_CLOSE : BM_CLICK, 0, 0);
+                const HWND cancel = Find(control_id::cancel);
+                const bool isClick = !box && cancel;
+                PostMessageW(isClick ? cancel : box ? box : dialog, isClick ? BM_CLICK : WM_CLOSE, 0, 0);
                 Settle();
             }
             SetEvent(done_);

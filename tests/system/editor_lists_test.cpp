@@ -1,0 +1,313 @@
+// The lists, the notes and the frame of the setup editor, as a person uses them who knows spreadsheets.
+
+#include <windows.h>
+
+#include <richedit.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <random>
+
+#include "SetupEditor.h"
+
+namespace tvn2x::client {
+namespace {
+
+/// What a spreadsheet program would put there.
+void PutOnClipboard(EditorDriver& editor, std::wstring_view text)
+{
+    editor.OnGuiThread([&] {
+        const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, (text.size() + 1) * sizeof(wchar_t));
+        auto* const place = static_cast<wchar_t*>(GlobalLock(memory));
+        *std::copy(text.begin(), text.end(), place) = L'\0';
+        GlobalUnlock(memory);
+        ASSERT_TRUE(OpenClipboard(editor.dialog));
+        EmptyClipboard();
+        SetClipboardData(CF_UNICODETEXT, memory);
+        CloseClipboard();
+    });
+}
+
+TEST_F(SetupEditor, PlanIsPastedFilledUndoneAndSearchedByKeysAlone)
+{
+    EXPECT_TRUE(Edit([](EditorDriver& editor) {
+        editor.Alt(L'f');
+        editor.Alt(L'r');
+        std::wstring plan = L"Channel\tFrequency\tSymbol rate\r\n";
+        for (int row = 0; row < 36; ++row) {
+            plan += L"K" + std::to_wstring(21 + row) + L"\t" + std::to_wstring(474 + 8 * row) + L"\t6.9\r\n";
+        }
+        PutOnClipboard(editor, plan);
+        editor.Press(L'V', control);
+        EXPECT_EQ(editor.Rows(MP_USERFIELD), 37);
+        editor.Press(VK_HOME, control);
+        editor.Press(VK_END);
+        editor.Type(L"5");
+        editor.Press(VK_RETURN);
+        editor.Press(L'A', control);
+        editor.Press(L'D', control);
+        EXPECT_EQ(editor.NameOf(MP_SYMBOLRATE, 35), L"Row 36, Symbol Rate, 5, selected");
+        editor.Press(L'Z', control);
+        EXPECT_EQ(editor.NameOf(MP_SYMBOLRATE, 35), L"Row 36, Symbol Rate, 6.9, selected");
+        editor.Press(L'Y', control);
+        editor.Press(L'Z', control);
+        editor.Press(L'F', control);
+        editor.Type(L"k45");
+        editor.Press(VK_RETURN);
+        EXPECT_EQ(editor.SelectedRow(MP_USERFIELD), 24);
+        editor.Press(VK_DELETE);
+        EXPECT_EQ(editor.NameOf(MP_USERFIELD, 24), L"Row 25, User Field, K46, selected");
+        editor.Click(control_id::ok);
+    }));
+    ASSERT_EQ(Stored().size(), 35u);
+    EXPECT_EQ(Stored()[0], std::tuple(std::wstring(L"K21"), 474.0, 5.0));
+    EXPECT_EQ(Stored()[34], std::tuple(std::wstring(L"K56"), 754.0, 6.9));
+}
+
+TEST_F(SetupEditor, MouseSelectsRowsAndACharacterOpensACell)
+{
+    Put(Channels(12, {L"x", 474, 6.9}));
+    Edit([](EditorDriver& editor) {
+        editor.ClickTab(Page::frequencies);
+        editor.Drag(MP_FREQUENCY, 1, 3);
+        EXPECT_FALSE(editor.IsEditing(Grid::channels)) << "dragging selects";
+        editor.ClickRow(MP_FREQUENCY, 5, control);
+        editor.Press(VK_DELETE);
+        EXPECT_EQ(editor.Rows(MP_FREQUENCY), 9);
+        editor.Press(VK_RIGHT);
+        editor.Type(L"4");
+        EXPECT_TRUE(editor.IsEditing(Grid::channels));
+        editor.Type(L"7");
+        editor.Press(VK_DOWN);
+        EXPECT_EQ(editor.FocusText(), L"6.900");
+        editor.Press(VK_ESCAPE);
+        EXPECT_EQ(editor.NameOf(MP_SYMBOLRATE, 1), L"Row 2, Symbol Rate, 47, not selected");
+        PutOnClipboard(editor, L"5\r\n6\r\n");
+        editor.Press(VK_F2);
+        SendMessageW(editor.Focus(), WM_PASTE, 0, 0);
+        EXPECT_FALSE(editor.IsEditing(Grid::channels));
+        EXPECT_EQ(editor.NameOf(MP_SYMBOLRATE, 3), L"Row 4, Symbol Rate, 6, selected");
+        const HWND remove = editor.Find(control_id::Of(RowCommand::remove, Grid::channels));
+        EXPECT_TRUE(IsWindowEnabled(remove));
+        editor.Press(VK_END, control);
+        EXPECT_FALSE(IsWindowEnabled(remove)) << "the placeholder cannot be deleted";
+    });
+}
+
+TEST_F(SetupEditor, OpenCellKeepsItsTextAndItsPlaceWhileTheWindowIsResized)
+{
+    Put(Channels(40, {L"x", 474, 6.9}));
+    Edit([](EditorDriver& editor) {
+        editor.ClickTab(Page::frequencies);
+        RECT frame{};
+        GetWindowRect(editor.dialog, &frame);
+        const auto resize = [&](LONG more) {
+            SetWindowPos(editor.dialog, nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top + more,
+                         SWP_NOMOVE | SWP_NOZORDER);
+        };
+        resize(200);
+        editor.ClickRow(MP_FREQUENCY, 15);
+        editor.Type(L"47");
+        resize(0);
+        editor.Type(L"4");
+        EXPECT_EQ(editor.FocusText(), L"474");
+        RECT field{};
+        RECT list{};
+        GetWindowRect(editor.CellEditor(Grid::channels), &field);
+        GetWindowRect(editor.List(MP_FREQUENCY), &list);
+        EXPECT_GE(field.top, list.top);
+        EXPECT_LE(field.bottom, list.bottom);
+    });
+}
+
+TEST_F(SetupEditor, OneButtonIsTheDefaultAndTheWheelLeavesChoicesAlone)
+{
+    Edit([](EditorDriver& editor) {
+        const auto defaults = [&] {
+            int count = 0;
+            for (const int id : {control_id::ok, control_id::cancel, control_id::Of(RowCommand::insert, Grid::channels),
+                                 control_id::Of(RowCommand::remove, Grid::channels)}) {
+                const auto style = static_cast<DWORD>(GetWindowLongPtrW(editor.Find(id), GWL_STYLE));
+                count += (style & BS_TYPEMASK) == BS_DEFPUSHBUTTON;
+            }
+            return count;
+        };
+        editor.Alt(L'u');
+        PostMessageW(editor.Focus(), WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-WHEEL_DELTA)), 0);
+        editor.Press(VK_SHIFT);
+        EXPECT_EQ(defaults(), 1);
+        editor.Alt(L'f');
+        editor.Alt(L'i');
+        EXPECT_EQ(defaults(), 1);
+        EXPECT_EQ(editor.FocusId(), control_id::Of(RowCommand::insert, Grid::channels));
+        for (int tab = 0; tab < 12; ++tab) {
+            editor.Press(VK_TAB);
+            EXPECT_EQ(defaults(), 1) << tab;
+        }
+        editor.ClickTab(Page::settings);
+        EXPECT_EQ(SendMessageW(editor.Find(control_id::Of(Choice::levelUnit)), CB_GETCURSEL, 0, 0), 4) << "dBmV";
+    });
+}
+
+TEST_F(SetupEditor, ScreenReaderReadsCellsAndActsOnThem)
+{
+    Put({{L"one", 474, 6.9}, {L"two", 474, 6.9}});
+    Edit([](EditorDriver& editor) {
+        editor.ClickTab(Page::frequencies);
+        editor.Accessible(MP_FREQUENCY, [](IAccessible& grid) {
+            const VARIANT cell = EditorDriver::Child(MP_FREQUENCY, 1);
+            const auto text = [&](HRESULT (STDMETHODCALLTYPE IAccessible::*get)(VARIANT, BSTR*), VARIANT child) {
+                Bstr answer;
+                (grid.*get)(child, answer.Put());
+                return std::wstring(answer.View());
+            };
+            const auto number = [&](HRESULT (STDMETHODCALLTYPE IAccessible::*get)(VARIANT, VARIANT*), VARIANT child) {
+                VARIANT answer{};
+                EXPECT_EQ((grid.*get)(child, &answer), S_OK);
+                return answer.lVal;
+            };
+            EXPECT_EQ(text(&IAccessible::get_accName, cell), L"Row 2, Center Frequency, 474.0000000, not selected");
+            EXPECT_EQ(text(&IAccessible::get_accDescription, cell), L"Channel 1 has the same frequency.");
+            EXPECT_EQ(text(&IAccessible::get_accName, EditorDriver::Child(MP_FREQUENCY, -1)), L"Center Frequency");
+            EXPECT_EQ(text(&IAccessible::get_accKeyboardShortcut, EditorDriver::Child(MP_FREQUENCY, -1)), L"Alt+F");
+            EXPECT_EQ(number(&IAccessible::get_accRole, cell), ROLE_SYSTEM_CELL);
+            EXPECT_EQ(number(&IAccessible::get_accState, cell) & STATE_SYSTEM_SELECTED, 0);
+            EXPECT_EQ(grid.accSelect(SELFLAG_TAKEFOCUS | SELFLAG_TAKESELECTION, cell), S_OK);
+            EXPECT_NE(number(&IAccessible::get_accState, cell) & STATE_SYSTEM_SELECTED, 0);
+            VARIANT focus{};
+            EXPECT_EQ(grid.get_accFocus(&focus), S_OK);
+            EXPECT_EQ(focus.lVal, cell.lVal);
+            VARIANT below{};
+            EXPECT_EQ(grid.accNavigate(NAVDIR_DOWN, cell, &below), S_OK);
+            EXPECT_EQ(text(&IAccessible::get_accName, below), L"New row, Center Frequency, -, not selected");
+            EXPECT_EQ(grid.get_accRole(EditorDriver::Child(MP_FREQUENCY, 9), &below), E_INVALIDARG);
+            EXPECT_EQ(grid.accDoDefaultAction(cell), S_OK);
+        });
+        EXPECT_TRUE(editor.IsEditing(Grid::channels));
+    });
+}
+
+TEST_F(SetupEditor, WindowComesBackAsItWasLeftAndTheCloseSignAsks)
+{
+    Put({{L"one", 474, 6.9}, {L"two", 482, 6.9}});
+    RECT left{};
+    const auto leave = [&](EditorDriver& editor) {
+        editor.ClickTab(Page::frequencies);
+        RECT frame{};
+        GetWindowRect(editor.dialog, &frame);
+        SetWindowPos(editor.dialog, nullptr, frame.left - 20, frame.top - 10, frame.right - frame.left + 60,
+                     frame.bottom - frame.top + 40, SWP_NOZORDER);
+        GetWindowRect(editor.dialog, &left);
+        editor.Alt(L'r');
+        editor.Press(VK_DELETE);
+        editor.Type(L"x");
+        PostMessageW(editor.dialog, WM_CLOSE, 0, 0);
+        editor.Press(VK_SHIFT);
+        EXPECT_TRUE(editor.AnswerMessageBox().starts_with(L"Setup|Close the editor")) << "Cancel is the default";
+        EXPECT_TRUE(IsWindow(editor.dialog));
+        editor.Click(control_id::cancel);
+        EXPECT_FALSE(IsWindow(editor.dialog)) << "Cancel does not ask";
+    };
+    Edit(leave);
+    person.remembers = true;
+    Edit([&](EditorDriver& editor) {
+        RECT frame{};
+        GetWindowRect(editor.dialog, &frame);
+        EXPECT_TRUE(EqualRect(&frame, &left));
+        EXPECT_EQ(editor.CurrentPage(), Page::frequencies);
+        SetWindowPos(editor.dialog, nullptr, -3000, 20, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+    });
+    Edit([&](EditorDriver& editor) {
+        RECT frame{};
+        GetWindowRect(editor.dialog, &frame);
+        EXPECT_GE(frame.left, 0) << "a place off the screen is ignored";
+        EXPECT_EQ(frame.right - frame.left, left.right - left.left);
+    });
+}
+
+TEST_F(SetupEditor, NotesKeepEveryLetterAndTextBeforeProtectedTextStaysFree)
+{
+    const std::wstring letters = L"St\u0159e\u0161n\u00ED \u0141\u00F3d\u017A \u03A9 \u0151 \u4E2D \U0001F600";
+    setup->put_Notes(Bstr(letters + L"\nSite:").Get());
+    const auto textOf = [](EditorDriver& editor) { return EditorDriver::TextOf(editor.Find(control_id::notes)); };
+    EXPECT_TRUE(Edit([&](EditorDriver& editor) {
+        editor.Alt(L'n');
+        editor.Alt(L't');
+        const HWND notes = editor.Focus();
+        const auto length = static_cast<LONG>(letters.size());
+        SendMessageW(notes, EM_SETSEL, static_cast<WPARAM>(length + 1), length + 6);
+        editor.Alt(L'r');
+        SendMessageW(notes, EM_SETSEL, static_cast<WPARAM>(length + 1), length + 1);
+        editor.Type(L"ab");
+        SendMessageW(notes, EM_SETSEL, static_cast<WPARAM>(length + 1), length + 2);
+        editor.Press(VK_DELETE);
+        EXPECT_THAT(textOf(editor), testing::HasSubstr(L"bSite:")) << "what was typed can be taken away";
+        editor.Click(control_id::ok);
+    }));
+    for (const wchar_t each : Get(setup, &_clsSetup::get_Notes)) {
+        ASSERT_LT(each, 0x80);
+    }
+    Edit([&](EditorDriver& editor) { EXPECT_THAT(textOf(editor), testing::StartsWith(letters)); });
+}
+
+/// Somebody who presses and clicks anywhere. TVN_RANDOM_ACTIONS says how often.
+TEST_F(SetupEditor, RandomUserLeavesTheListsAndTheSetupAtOne)
+{
+    Put(Channels(20, {L"K7", 474, 6.9}));
+    const char* const wanted = std::getenv("TVN_RANDOM_ACTIONS");
+    const int actions = wanted ? std::atoi(wanted) : 400;
+    std::mt19937 random(7);
+    const auto pick = [&](int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); };
+    Channels shown;
+    EXPECT_TRUE(Edit([&](EditorDriver& editor) {
+        editor.ClickTab(Page::frequencies);
+        editor.Alt(L'f');
+        constexpr WPARAM keys[] = {VK_UP,   VK_DOWN,   VK_LEFT,   VK_RIGHT, VK_HOME, VK_END,    VK_PRIOR,
+                                   VK_NEXT, VK_INSERT, VK_DELETE, VK_F2,    VK_TAB,  VK_RETURN, L'Z',
+                                   L'Y',    L'A',      L'C',      L'V',     L'D'};
+        for (int action = 0; action < actions && IsWindow(editor.dialog); ++action) {
+            const auto column = static_cast<Column>(MP_USERFIELD + pick(3));
+            if (editor.MessageBoxWindow()) {
+                editor.AnswerMessageBox();
+            } else if (pick(4) == 0) {
+                editor.ClickRow(column, pick(8) - 1, static_cast<unsigned>(pick(4)));
+            } else if (pick(3) == 0) {
+                editor.Type(std::wstring(1, L"12 .x"[pick(5)]));
+            } else {
+                const WPARAM key = keys[pick(static_cast<int>(std::size(keys)))];
+                const bool isLetter = key >= L'A' && key <= L'Z';
+                const bool isOk = key == VK_RETURN && !editor.IsEditing(Grid::channels);
+                if (!isOk && !(isLetter && editor.IsEditing(Grid::channels))) {
+                    editor.Press(key, isLetter ? control : static_cast<unsigned>(pick(2)));
+                }
+            }
+            if (editor.CurrentPage() != Page::frequencies) {
+                editor.Alt(L'f');
+            }
+        }
+        while (editor.MessageBoxWindow()) {
+            editor.AnswerMessageBox();
+        }
+        editor.ClickHeading(MP_FREQUENCY);
+        std::wstring plan;
+        const long rows = editor.Rows(MP_USERFIELD) - 1;
+        for (long row = 0; row < rows; ++row) {
+            plan += std::to_wstring(474 + row) + L"\t6.9\r\n";
+        }
+        editor.Alt(L'r');
+        editor.Press(VK_HOME, control);
+        editor.Press(VK_RIGHT);
+        PutOnClipboard(editor, plan);
+        editor.Press(L'V', control);
+        for (int row = 0; row < rows; ++row) {
+            const std::wstring name = editor.NameOf(MP_USERFIELD, row);
+            const size_t first = name.find(L"User Field, ") + 12;
+            shown.emplace_back(name.substr(first, name.rfind(L", ") - first), 474.0 + row, 6.9);
+        }
+        editor.Click(control_id::ok);
+    }));
+    EXPECT_EQ(Stored(), shown);
+}
+
+}  // namespace
+}  // namespace tvn2x::client
