@@ -187,6 +187,7 @@ private:
     void Mark(Column column, int32_t row, bool checked);
     void MarkCoupled(Column column, int32_t row, bool checked);
     void ToggleChecks(Column column, const std::vector<int32_t>& rows);
+    std::vector<int32_t> OrderBy(Column column, SortArrow arrow) const;
     void SortChannels(Column column, SortArrow arrow);
     void SetArrows(Column column, SortArrow arrow);
     void ClearArrows() { SetArrows(MP_USERFIELD, SortArrow::none); }

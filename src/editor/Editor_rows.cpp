@@ -293,9 +293,9 @@ void Editor::HeadingClicked(Column column)
     Change(Grid::channels, [&] { SortChannels(column, arrow); });
 }
 
-/// Sorts by one column, labels naturally. Cells that are no number come last in either direction, and equal channels
-/// keep their order. Selected channels stay selected.
-void Editor::SortChannels(Column column, SortArrow arrow)
+/// The channels in the order of one column, labels naturally: the row that each place takes. Cells that are no number
+/// come last in either direction, and equal channels keep their order.
+std::vector<int32_t> Editor::OrderBy(Column column, SortArrow arrow) const
 {
     enum : int32_t
     {
@@ -303,16 +303,13 @@ void Editor::SortChannels(Column column, SortArrow arrow)
         value = 2,
         position = 3
     };
-    GridRows& channels = lists_.channels;
+    const GridRows& channels = lists_.channels;
     const bool isNumber = column != MP_USERFIELD;
-    std::vector<int32_t> ranks;
-    if (!isNumber) {
-        std::vector<std::wstring_view> labels;
-        for (int32_t row = 0; row <= channels.LastRow(); ++row) {
-            labels.push_back(channels.Text(column, row));
-        }
-        ranks = NaturalRanks(labels);
+    std::vector<std::wstring_view> labels;
+    for (int32_t row = 0; row <= channels.LastRow() && !isNumber; ++row) {
+        labels.push_back(channels.Text(column, row));
     }
+    const std::vector<int32_t> ranks = NaturalRanks(labels);
     clsQuickSort sorter(locale_);
     sorter.Cols(position);
     for (const int32_t each : {missing, value, position}) {
@@ -332,25 +329,31 @@ void Editor::SortChannels(Column column, SortArrow arrow)
         sorter.Cell(added, position, std::to_wstring(row));
     }
     sorter.Sort();
+    std::vector<int32_t> order;
+    for (int32_t row = 1; row <= sorter.Rows(); ++row) {
+        order.push_back(std::stoi(sorter.Cell(row, position)));
+    }
+    return order;
+}
 
+/// Selected channels stay selected.
+void Editor::SortChannels(Column column, SortArrow arrow)
+{
+    GridRows& channels = lists_.channels;
+    std::vector<int32_t> order = OrderBy(column, arrow);
+    order.push_back(channels.Count() - 1);
     std::vector<SharedRow> sorted;
     sorted.reserve(channels.rows.size());
     std::vector<int32_t> selected;
-    int32_t current = channels.selection.Current();
-    for (int32_t row = 1; row <= sorter.Rows(); ++row) {
-        const int32_t before = std::stoi(sorter.Cell(row, position));
+    int32_t current = 0;
+    for (const int32_t before : order) {
+        const auto place = static_cast<int32_t>(sorted.size());
         if (channels.selection.Contains(before)) {
-            selected.push_back(row - 1);
+            selected.push_back(place);
         }
-        if (before == channels.selection.Current()) {
-            current = row - 1;
-        }
+        current = before == channels.selection.Current() ? place : current;
         sorted.push_back(channels.rows[static_cast<size_t>(before)]);
     }
-    if (channels.selection.Contains(channels.Count() - 1)) {
-        selected.push_back(channels.Count() - 1);
-    }
-    sorted.push_back(channels.rows.back());
     channels.rows = std::move(sorted);
     view_.GridChanged(Grid::channels);
     SetArrows(column, arrow);

@@ -452,7 +452,11 @@ HRESULT GridAccessible::put_accValue(VARIANT, BSTR) noexcept
 LRESULT Accessible::Answer(GridPane& pane, Editor& editor, Grid grid, WPARAM wParam)
 {
     if (!object_) {
-        object_ = new GridAccessible(pane, editor, grid);
+        object_ = new (std::nothrow) GridAccessible(pane, editor, grid);
+    }
+    // Who asks is waiting: no message may come between.
+    if (!object_) {
+        return E_OUTOFMEMORY;
     }
     return LresultFromObject(IID_IAccessible, wParam, static_cast<IAccessible*>(object_));
 }

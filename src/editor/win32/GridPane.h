@@ -82,7 +82,7 @@ private:
     void MoveBorder(int x);
 
     // Drawing.
-    void Paint();
+    void Paint() noexcept;
     void Draw(HDC context) const;
     void DrawHeadings(HDC context) const;
     void DrawRow(HDC context, int32_t row) const;

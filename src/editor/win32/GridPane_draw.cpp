@@ -19,13 +19,14 @@ bool IsAtTheRight(Column column)
 
 }  // namespace
 
-/// Everything is drawn aside first, so that nothing flickers.
-void GridPane::Paint()
+/// Everything is drawn aside first, so that nothing flickers. What there is no memory for stays blank: a message would
+/// have the list painted again.
+void GridPane::Paint() noexcept
 {
     PAINTSTRUCT paint{};
     const HDC window = BeginPaint(window_, &paint);
     const SIZE size = ClientSize(window_);
-    {
+    try {
         const MemoryContext memory(CreateCompatibleDC(window));
         const Bitmap bitmap(CreateCompatibleBitmap(window, std::max<LONG>(size.cx, 1), std::max<LONG>(size.cy, 1)));
         if (memory.Get() && bitmap.Get()) {
@@ -35,6 +36,7 @@ void GridPane::Paint()
         } else {
             Draw(window);
         }
+    } catch (...) {
     }
     EndPaint(window_, &paint);
 }
