@@ -205,7 +205,7 @@ void frmFreqList::AfterMessage()
             continue;
         }
         if (!can && GetFocus() == button.window) {
-            Pane(button.grid).FocusList();
+            SetFocus(Pane(button.grid).Window());  // whose procedure is guarded
         }
         EnableWindow(button.window, can);
     }

@@ -191,7 +191,8 @@ void frmFreqList::OnCommand(int id, int event, HWND control)
         return editor_.Ok();
     }
     if (id == cancel) {
-        return editor_.CancelIsCancel() ? editor_.Cancel() : void();
+        // A cell that is open for want of memory does not hold up who has clicked.
+        return editor_.CancelIsCancel() || GetFocus() == control ? editor_.Cancel() : void();
     }
     if (id == notes && event == EN_CHANGE) {
         return notes_.OnChanged();
