@@ -69,7 +69,7 @@ expect_text No. User Frequency '(MSymb/s)' Status '(dBµV)' Offset Suppression M
 expect_notice '   4/4  K63 810 MHz       synchronised'
 cat "$work/out" "$work/err" | grep -q $'[\r\033]' && fail "writes a terminal's control characters into a file"
 
-expect_exit 1 scan net.ini --network impaired.ini "${fast[@]}" --channels K50-714,25 --parameters ber,mer
+expect_exit 1 scan net.ini --network impaired.ini "${fast[@]}" --channels K49-714,25 --parameters ber,mer
 expect_rows '23 24 25'
 expect_text '3 channels, 2 synchronised, 1 not synchronised, 0 errors'
 expect_notice 'K51 714 MHz       not synchronised'
