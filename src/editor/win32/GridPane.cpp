@@ -15,7 +15,7 @@ namespace tvn2x {
 namespace {
 
 /// How the columns share the width at first, in thousandths.
-constexpr std::array<int, 3> channelShares{400, 320, 280};
+constexpr std::array<int, 3> channelShares{340, 380, 280};
 constexpr std::array<int, 3> parameterShares{640, 180, 180};
 constexpr int whole = 1000;
 constexpr int headingHeight = 14;  // dialog units
@@ -68,7 +68,7 @@ int GridPane::NumberWidth() const
 {
     const int32_t numbers = editor_.RowCount(grid_);
     const int digits = std::max<int>(2, static_cast<int>(std::to_wstring(numbers).size()));
-    return look_.metrics.X(4 * digits + 2 * cellMargin);
+    return look_.metrics.X(5 * digits + 2 * cellMargin);
 }
 
 /// Where the columns begin and the last one ends.
