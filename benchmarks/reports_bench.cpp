@@ -61,12 +61,12 @@ void Collect(const SetupDocument& document, const ResultTable& table, FinishedRu
         run.columns.push_back({parameter, document.Caption(parameter)});
     }
     for (int32_t channel = 1; channel <= channels; ++channel) {
-        run.selection.push_back(channel);
         ChannelResult& result = run.channels.emplace_back();
         result.number = channel;
         result.label = document.UserField(channel);
         result.frequency = document.Frequency(channel);
         result.symbolRate = document.SymbolRate(channel);
+        run.selection.push_back({channel, result.label, result.frequency, result.symbolRate});
         result.outcome = ChannelOutcome::synchronised;
         result.status = table.Result(1, MP_STATUS, channel);
         result.timeStamp = table.Result(1, MP_TIMESTAMP, channel);

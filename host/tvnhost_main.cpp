@@ -290,7 +290,7 @@ int Main(const std::vector<std::string>& words, Console& console)
     app.add_subcommand("register", "Register the type library TVNINT for the machine");
     app.add_subcommand("unregister", "Take that registration back");
     app.footer(
-        "Exit codes: 0 all channels synchronised, 1 some not synchronised or in error,\n"
+        "Exit codes: 0 all channels synchronised, 1 some not synchronised or not measured,\n"
         "            or limits missed, 2 unusable input or usage, 3 stopped.\n"
         "Example:    tvnhost import at-Kabelsignal -o net.ini\n"
         "            tvnhost scan net.ini --channels 3-7");

@@ -6,6 +6,7 @@
 #include "host/commands/Receiver.h"
 #include "host/commands/SetupFiles.h"
 #include "host/judge/RunComparison.h"
+#include "host/judge/VerdictText.h"
 #include "host/report/RunGrid.h"
 #include "host/run/Journal.h"
 #include "host/run/Sha256.h"
@@ -50,9 +51,16 @@ void LoadSetupOf(const FinishedRun& run, const JudgeOptions& options, const Plug
 
 }  // namespace
 
+void ShowSimulation(const FinishedRun& run, Console& console)
+{
+    if (run.receiver.simulation) {
+        console.Result(SimulationText(run.receiver) + L"\n");
+    }
+}
+
 void ShowVerdict(const FinishedRun& run, const RunJudgement& judgement, Console& console)
 {
-    if (judgement.Count(Verdict::pass) != static_cast<int32_t>(run.channels.size())) {
+    if (judgement.Count(Verdict::pass) != judgement.planned) {
         console.Result(Findings(run, judgement).Render(console.ResultWidth()));
     }
     console.Result(VerdictSentence(run, judgement) + L"\n");
@@ -71,6 +79,7 @@ int JudgeRun(const JudgeOptions& options, Console& console)
     const RunJudgement judgement = Judge(run, limits ? &*limits : nullptr);
     if (options.shows) {
         ShowVerdict(run, judgement, console);
+        ShowSimulation(run, console);
     } else if (!options.reports.HasReports()) {
         RaiseInput(
             L"there is nothing to do. Say which report to make: --html FILE, --junit FILE, --json FILE or --result "
@@ -82,7 +91,13 @@ int JudgeRun(const JudgeOptions& options, Console& console)
     }
     WriteReports(run, judgement, limits ? &*limits : nullptr, options.reports, {plugin ? &*plugin : nullptr, false},
                  console);
-    return options.shows ? judgement.ExitCode() : exitDone;
+    if (options.shows) {
+        return judgement.ExitCode();
+    }
+    if (!judgement.isComplete) {
+        console.Notice(L"tvnhost: " + options.result + L" is incomplete: " + VerdictSentence(run, judgement));
+    }
+    return judgement.isComplete ? exitDone : exitFindings;
 }
 
 int Compare(const CompareOptions& options, Console& console)
@@ -102,6 +117,9 @@ int Compare(const CompareOptions& options, Console& console)
     const RunComparison comparison = CompareRuns(before, after, drift);
     if (!comparison.changes.empty()) {
         console.Result(ComparisonGrid(comparison).Render(console.ResultWidth()));
+    }
+    for (const FinishedRun* run : {&before, &after}) {
+        ShowSimulation(*run, console);
     }
     console.Result(fmt::format(L"{} channels in both runs, {} changed\n", comparison.channels, comparison.changed));
     return comparison.changed == 0 ? exitDone : exitFindings;

@@ -140,13 +140,12 @@ ScanSummary SummaryOf(const FinishedRun& run, int32_t pass, bool stopped, double
     return summary;
 }
 
-/// Returns the pass's exit code.
-int ShowPass(const FinishedRun& run, int32_t pass, bool stopped, double seconds, Console& console)
+void ShowPass(const FinishedRun& run, int32_t pass, bool stopped, double seconds, Console& console)
 {
     const ScanSummary summary = SummaryOf(run, pass, stopped, seconds);
     console.Result(RunGrid(run, pass).Render(console.ResultWidth()));
     console.Result((run.passes == 1 ? L"" : fmt::format(L"Pass {}: ", pass)) + summary.Text() + L"\n");
-    return summary.ExitCode();
+    ShowSimulation(run, console);
 }
 
 /// Lets the system's messages in for a while.
@@ -176,15 +175,14 @@ void WaitFor(double due, StopRequest& stop, Console& console)
     console.ClearProgress();
 }
 
-/// Pass after pass until all are done or the scan is stopped. The worst exit code of the passes.
-int MeasurePasses(const ScanRun& scan)
+/// Pass after pass until all are done or the scan is stopped.
+void MeasurePasses(const ScanRun& scan)
 {
     double due = SystemClock().SteadySeconds();
-    int worst = exitDone;
     std::vector<ChannelTurn> turns = TurnsLeft(scan.run);
     if (turns.empty()) {
         scan.console.Notice(L"The journal is complete: nothing is left to measure");
-        return ShowPass(scan.run, scan.run.channels.back().pass, false, scan.run.Seconds(), scan.console);
+        ShowPass(scan.run, scan.run.channels.back().pass, false, scan.run.Seconds(), scan.console);
     }
     while (!turns.empty()) {
         const int32_t pass = turns.front().pass;
@@ -193,7 +191,7 @@ int MeasurePasses(const ScanRun& scan)
         scan.run.stopped = scan.stop.Poll();
         std::ranges::stable_sort(scan.run.channels, {},
                                  [](const ChannelResult& channel) { return std::pair(channel.pass, channel.number); });
-        worst = std::max(worst, ShowPass(scan.run, pass, scan.run.stopped, seconds, scan.console));
+        ShowPass(scan.run, pass, scan.run.stopped, seconds, scan.console);
         turns = scan.run.stopped ? std::vector<ChannelTurn>() : TurnsLeft(scan.run);
         if (!turns.empty()) {
             // A pass that took longer than the interval puts off the later ones, rather than chasing after them.
@@ -205,7 +203,18 @@ int MeasurePasses(const ScanRun& scan)
             }
         }
     }
-    return scan.run.stopped ? exitStopped : worst;
+}
+
+/// Readings of a network and reckoned ones, or those of two models, are no one run.
+void RequireSameSimulation(const RunReceiver& before, const RunReceiver& now, const std::wstring& journal)
+{
+    const auto text = [](const RunReceiver& receiver) {
+        return receiver.simulation ? SimulationText(receiver) : L"a receiver that is not simulated";
+    };
+    if (before.simulation != now.simulation) {
+        RaiseInput(journal + L" was begun with another network: " + text(before) + L". Now there is: " + text(now) +
+                   L". Give --network as it was, or begin a new run with --journal and another file.");
+    }
 }
 
 /// What a scan goes on with, nothing where it begins anew.
@@ -227,7 +236,11 @@ std::optional<StoredRun> ReadResumed(const ScanOptions& options, const std::wstr
 FinishedRun NewRun(const Setup& setup, const std::wstring& sha256, const ScanOptions& options)
 {
     FinishedRun run = DescribeRun(setup, sha256, options.parameters);
-    run.selection = options.channels ? SelectChannels(*options.channels, setup.channels) : AllChannels(setup.channels);
+    for (const int32_t number :
+         options.channels ? SelectChannels(*options.channels, setup.channels) : AllChannels(setup.channels)) {
+        const Setup::Channel& channel = setup.ChannelAt(number);
+        run.selection.push_back({number, channel.userField, channel.frequency, channel.symbolRate});
+    }
     run.protocol = options.protocol;
     run.passes = options.repeat;
     run.interval = options.interval;
@@ -239,7 +252,10 @@ void TakeReceiver(const RunReceiver& receiver, const ScanOptions& options, Finis
 {
     if (options.resume.empty()) {
         run.receiver = receiver;
-    } else if (receiver != run.receiver) {
+        return;
+    }
+    RequireSameSimulation(run.receiver, receiver, options.resume);
+    if (receiver != run.receiver) {
         console.Notice(L"tvnhost: " + options.resume + L" was begun with another receiver (serial number " +
                        run.receiver.serialNumber + L")");
     }
@@ -275,13 +291,22 @@ void RequireTargets(const ScanOptions& options, const std::wstring& path)
 }
 
 /// What is doubtful about the channels that are to be measured.
-void TellDoubts(const SetupInspection& inspection, const std::vector<int32_t>& channels, const std::wstring& path,
-                Console& console)
+void TellDoubts(const SetupInspection& inspection, const std::vector<PlannedChannel>& channels,
+                const std::wstring& path, Console& console)
 {
     for (const SetupRemark& remark : inspection.remarks) {
-        if (std::ranges::any_of(channels, [&](int32_t channel) { return remark.IsAbout(channel); })) {
+        if (std::ranges::any_of(channels,
+                                [&](const PlannedChannel& channel) { return remark.IsAbout(channel.number); })) {
             console.Notice(RemarkText(path, remark));
         }
+    }
+}
+
+void TellAdded(const std::vector<std::wstring>& captions, Console& console)
+{
+    if (!captions.empty()) {
+        console.Notice(fmt::format(L"Measured beyond what the setup displays and saves, because verdicts need it: {}",
+                                   fmt::join(captions, L", ")));
     }
 }
 
@@ -306,6 +331,7 @@ int Scan(const ScanOptions& options, Console& console)
         TakeSettings(plugin, stored->run.setup.settings);
     }
     Setup setup = ReadSetup(plugin, path);
+    TellAdded(MeasureForVerdicts(plugin, setup, limits ? &*limits : nullptr), console);
     FinishedRun run = stored ? std::move(stored->run) : NewRun(setup, sha256, options);
     ScanJournal journal(options, stored ? stored->wholeBytes : 0, console);
     TellDoubts(inspection, run.selection, path, console);
@@ -341,11 +367,12 @@ int Scan(const ScanOptions& options, Console& console)
         run.stopped = false;
         journal.Add(ResumedLine(run.resumed.back()));
     }
-    const int exitCode = MeasurePasses({plugin, setup, run, journal, stop, console});
+    MeasurePasses({plugin, setup, run, journal, stop, console});
     if (!wasComplete) {
         run.ended = NowUtc();
         journal.Add(EndLine(run));
     }
+    run.Complete();
     const RunJudgement judgement = Judge(run, limits ? &*limits : nullptr);
     if (limits) {
         ShowVerdict(run, judgement, console);
@@ -357,7 +384,7 @@ int Scan(const ScanOptions& options, Console& console)
             L"the journal lacks the last channels: it could not be written. The results above are whole; --json, "
             L"--html and --junit keep them too.");
     }
-    return limits ? std::max(exitCode, judgement.ExitCode()) : exitCode;
+    return run.stopped ? exitStopped : judgement.ExitCode();
 }
 
 }  // namespace tvn2x

@@ -13,8 +13,8 @@ namespace tvn2x {
 /// What a command ends the process with.
 enum ExitCode : int
 {
-    exitDone = 0,      ///< all channels done and synchronised
-    exitFindings = 1,  ///< some channel not synchronised or in error, a failed verdict, a change
+    exitDone = 0,      ///< all that was asked for is done, and good
+    exitFindings = 1,  ///< a verdict that is no pass, an incomplete run, a change
     exitUnusable = 2,  ///< unusable input or usage
     exitStopped = 3
 };
@@ -113,6 +113,8 @@ int Edit(const EditOptions& options, Console& console);  ///< exitStopped where 
 int Register(Console& console);
 int Unregister(Console& console);
 
+/// That the receiver was a simulated one, where it was.
+void ShowSimulation(const FinishedRun& run, Console& console);
 /// What is wrong with which channel, and the verdict.
 void ShowVerdict(const FinishedRun& run, const RunJudgement& judgement, Console& console);
 

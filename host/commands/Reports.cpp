@@ -90,6 +90,7 @@ FinishedRun LoadRun(const std::wstring& path, Console& console)
     if (stored.run.ended.empty()) {
         console.Notice(path + L": the run never came to its end; what it measured until then is used");
     }
+    stored.run.Complete();
     return std::move(stored.run);
 }
 

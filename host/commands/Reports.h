@@ -46,7 +46,8 @@ struct ResultWriter
 void WriteReports(const FinishedRun& run, const RunJudgement& judgement, const Limits* limits,
                   const ReportOptions& options, const ResultWriter& writer, Console& console);
 
-/// A stored run, with a notice where its last line is torn or where it never came to its end.
+/// A stored run with a place for each channel that was to be measured, and a notice where its last line is torn or
+/// where it never came to its end.
 FinishedRun LoadRun(const std::wstring& path, Console& console);
 
 }  // namespace tvn2x

@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <chrono>
+#include <set>
 
 #include "Version.h"
+#include "host/commands/Files.h"
 #include "host/run/ParameterNames.h"
 #include "host/run/ReadingKind.h"
+#include "host/run/Sha256.h"
 #include "text/InputError.h"
 #include "text/RichText.h"
 
@@ -28,16 +31,6 @@ std::optional<double> ValueOf(const Plugin& plugin, int32_t parameter, int32_t c
 {
     const auto value = Get<VARIANT>(plugin.results, &IResults::get_Value, static_cast<short>(parameter), channel);
     return value.vt == VT_R8 ? std::optional(value.dblVal) : std::nullopt;
-}
-
-ChannelOutcome Outcome(const Plugin& plugin, int32_t channel)
-{
-    const bool measured = Get<VARIANT_BOOL>(plugin.measure, &IMeasure::get_Measured, channel) != VARIANT_FALSE;
-    return OutcomeOf({.status = Cell(plugin, MP_STATUS, channel),
-                      .reference = Cell(plugin, MP_REF, channel),
-                      .carrier = Cell(plugin, MP_SYNC, channel),
-                      .frame = Cell(plugin, MP_DATA, channel)},
-                     measured);
 }
 
 /// The columns of the grid: the fixed ones and what the setup displays, or the chosen ones, by display position.
@@ -71,6 +64,25 @@ std::wstring Told(const Plugin& plugin, Member member)
     }
 }
 
+/// The simulated receiver is told by its settings, which no other has.
+std::optional<RunSimulation> DescribeSimulation(const Plugin& plugin)
+{
+    com::ComPtr<ISimulatorSettings> simulator;
+    try {
+        simulator = SimulatorSettings(plugin);
+    } catch (const RaisedError&) {
+        return std::nullopt;
+    }
+    RunSimulation simulation{.model = Get<std::wstring>(simulator, &ISimulatorSettings::get_NetworkModel),
+                             .sha256 = {},
+                             .seed = Get<std::wstring>(simulator, &ISimulatorSettings::get_Value,
+                                                       com::Bstr(L"Network").Get(), com::Bstr(L"Seed").Get())};
+    if (!simulation.model.empty()) {
+        simulation.sha256 = Sha256(ReadInput(simulation.model));
+    }
+    return simulation;
+}
+
 }  // namespace
 
 std::wstring NowUtc()
@@ -85,7 +97,31 @@ RunReceiver DescribeReceiver(const Plugin& plugin, const ReceiverIdentity& ident
             .hardware = identity.hardware,
             .serialNumber = Told(plugin, &IDriver::get_SerialNumber),
             .firmware = Told(plugin, &IDriver::get_FirmwareVersion),
-            .options = Told(plugin, &IDriver::get_InstalledHardware)};
+            .options = Told(plugin, &IDriver::get_InstalledHardware),
+            .simulation = DescribeSimulation(plugin)};
+}
+
+std::vector<std::wstring> MeasureForVerdicts(const Plugin& plugin, const Setup& setup, const Limits* limits)
+{
+    constexpr long measured = 0;  // whether it is displayed or saved or neither
+    std::set<int32_t> needed = limits ? limits->Parameters() : std::set<int32_t>();
+    if (needed.erase(levelStep) != 0) {
+        needed.insert(MP_RFLEV);
+    }
+    for (const ReadingKind& kind : ReadingKinds()) {
+        if (kind.isLock) {
+            needed.insert(kind.parameter);
+        }
+    }
+    std::vector<std::wstring> added;
+    for (const int32_t number : needed) {
+        const Setup::Parameter& parameter = setup.ParameterAt(number);
+        if (!parameter.isDisplayed && !parameter.isSaved) {
+            Call(plugin.document, &_clsSetup::put_Parameter, measured, static_cast<::MP_TYPES>(number), VARIANT_TRUE);
+            added.push_back(parameter.caption);
+        }
+    }
+    return added;
 }
 
 FinishedRun DescribeRun(const Setup& setup, const std::wstring& setupSha256, const std::wstring& chosen)
@@ -112,7 +148,6 @@ ChannelResult CollectChannel(const Plugin& plugin, const Setup& setup, const Cha
                          .label = setup.ChannelAt(channel).userField,
                          .frequency = setup.ChannelAt(channel).frequency,
                          .symbolRate = setup.ChannelAt(channel).symbolRate,
-                         .outcome = Outcome(plugin, channel),
                          .status = Cell(plugin, MP_STATUS, channel),
                          .timeStamp = Cell(plugin, MP_TIMESTAMP, channel),
                          .began = {},
@@ -123,6 +158,9 @@ ChannelResult CollectChannel(const Plugin& plugin, const Setup& setup, const Cha
             result.readings.push_back(MakeReading(parameter, cell, ValueOf(plugin, parameter, channel),
                                                   setup.settings.levelUnit, SystemLocale()));
         }
+    }
+    if (Get<VARIANT_BOOL>(plugin.measure, &IMeasure::get_Measured, channel) != VARIANT_FALSE) {
+        result.outcome = OutcomeOf(result.status, result.readings);
     }
     return result;
 }

@@ -5,6 +5,7 @@
 
 #include "host/commands/Plugin.h"
 #include "host/commands/Receiver.h"
+#include "host/judge/Limits.h"
 #include "host/run/FinishedRun.h"
 #include "host/run/Journal.h"
 
@@ -13,12 +14,17 @@ namespace tvn2x {
 /// Now, as a run keeps it.
 std::wstring NowUtc();
 
-/// What the receiver on line says of itself; what it does not tell stays empty.
+/// What the receiver on line says of itself, and of what it receives where it is a simulated one; what it does not tell
+/// stays empty.
 RunReceiver DescribeReceiver(const Plugin& plugin, const ReceiverIdentity& identity);
 
 /// What is known of a run before its receiver is: setup and columns (`chosen` parameters, or "" for those
 /// that the setup displays). Raises unusableInput where no measured parameter is among the columns.
 FinishedRun DescribeRun(const Setup& setup, const std::wstring& setupSha256, const std::wstring& chosen);
+
+/// Makes the plug-in measure what verdicts need, whatever the setup displays and saves: the locks, and what the limits
+/// name. Returns the captions of what is measured beyond the setup.
+std::vector<std::wstring> MeasureForVerdicts(const Plugin& plugin, const Setup& setup, const Limits* limits);
 
 /// A row of the plug-in's result table. `began` and `seconds` are left to the caller.
 ChannelResult CollectChannel(const Plugin& plugin, const Setup& setup, const ChannelTurn& turn);

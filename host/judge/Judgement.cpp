@@ -6,7 +6,10 @@
 
 #include "fmt/format.h"
 #include "fmt/xchar.h"
+#include "host/judge/VerdictText.h"
+#include "host/run/UserNumber.h"
 #include "setup/catalogue/LevelUnits.h"
+#include "util/RaisedError.h"
 
 namespace tvn2x {
 namespace {
@@ -20,13 +23,12 @@ struct Side
     std::optional<double> span{};  ///< between the failure bounds of both sides
 };
 
-/// What is compared: the reading in the unit of its limits.
+/// What is compared.
 struct Judged
 {
     const ReadingKind& kind;
-    std::wstring shown;  ///< value and unit as they were read
-    std::optional<double> value;
-    Bound bound = Bound::exact;
+    Reading reading;
+    std::optional<double> value;  ///< in the unit of the limits
 };
 
 double Scaled(const ReadingKind& kind, double value)
@@ -43,11 +45,6 @@ double Margin(const ReadingKind& kind, const Side& side, double bound, double va
     return side.isUpper ? -above : above;
 }
 
-std::wstring WithUnit(const std::wstring& text, std::wstring_view unit)
-{
-    return unit.empty() ? text : text + (unit == L"°" ? L"" : L" ") + std::wstring(unit);
-}
-
 /// What a margin is counted in so that parameters compare: the width of the warning band, but at most a tenth of the
 /// bound, or of what lies between two failure bounds.
 double StepWidth(const ReadingKind& kind, const Side& side)
@@ -58,6 +55,64 @@ double StepWidth(const ReadingKind& kind, const Side& side)
         width = std::min(width, std::abs(Scaled(kind, *side.warn) - Scaled(kind, *side.fail)));
     }
     return width;
+}
+
+std::optional<double> InUnitOfLimits(const ReadingKind& kind, double value, const std::wstring& unit)
+{
+    return kind.parameter == MP_RFLEV ? LevelInDecibelMicrovolt(value, unit) : value;
+}
+
+/// A reading as it is shown, and the number that this shows, in the unit of the limits.
+struct Shown
+{
+    std::wstring text;
+    double value;
+};
+
+/// Nothing for the text of a stored run that somebody has spoilt.
+std::optional<double> NumberIn(const std::wstring& text)
+{
+    try {
+        return ParseNumber(text, SystemLocale());
+    } catch (const RaisedError&) {
+        return std::nullopt;
+    }
+}
+
+/// The reading with some decimals more than its text has.
+std::wstring MoreDecimals(const Reading& reading, int more)
+{
+    const size_t exponentAt = std::min(reading.text.find(L'E'), reading.text.size());
+    const size_t mark = reading.text.find(SystemLocale().DecimalMark());
+    const int decimals = more + (mark < exponentAt ? static_cast<int>(exponentAt - mark - 1) : 0);
+    if (exponentAt == reading.text.size() || *reading.value == 0) {
+        return WithUserMark(fmt::format(L"{:.{}f}", *reading.value, decimals));
+    }
+    const int exponent = static_cast<int>(std::floor(std::log10(std::abs(*reading.value))));
+    return WithUserMark(fmt::format(L"{:.{}f}E{}", *reading.value / std::pow(10, exponent), decimals, exponent));
+}
+
+/// The reading as the grid has it, or with as many decimals more as it takes to tell on which side of a bound it is.
+Shown ShowBeside(const Judged& judged, const Side& side, double bound)
+{
+    constexpr int mostMore = 5;
+    const auto sideOf = [&](double value) {
+        const double margin = Margin(judged.kind, side, bound, value);
+        return (margin > 0) - (margin < 0);
+    };
+    Shown shown{judged.reading.text, *judged.value};
+    if (judged.reading.bound != Bound::exact) {
+        return shown;
+    }
+    for (int more = 1; more <= mostMore; ++more) {
+        const std::optional<double> number = NumberIn(shown.text);
+        const auto value = number ? InUnitOfLimits(judged.kind, *number, judged.reading.unit) : std::nullopt;
+        if (value && sideOf(*value) == sideOf(*judged.value)) {
+            return {shown.text, *value};
+        }
+        shown.text = MoreDecimals(judged.reading, more);
+    }
+    return shown;
 }
 
 Finding JudgeNumber(const Judged& judged, const Side& side)
@@ -76,12 +131,13 @@ Finding JudgeNumber(const Judged& judged, const Side& side)
         finding.verdict = Verdict::warning;
     }
     const bool usesWarning = !side.fail || finding.verdict == Verdict::warning;
-    const double distance = usesWarning ? warnMargin : failMargin;
-    finding.text =
-        fmt::format(L"{} {} is {} {} the {} of {}", kind.title, judged.shown,
-                    MarginText({.parameter = kind.parameter, .margin = std::abs(distance)}),
-                    side.isUpper == (distance < 0) ? L"above" : L"below", usesWarning ? L"warning limit" : L"limit",
-                    WithUnit(NumberText(usesWarning ? *side.warn : *side.fail), kind.unit));
+    const double bound = usesWarning ? *side.warn : *side.fail;
+    const Shown shown = ShowBeside(judged, side, bound);
+    const double distance = Margin(kind, side, bound, shown.value);
+    finding.text = fmt::format(L"{} {} is {} {} the {} of {}", kind.title, WithUnit(shown.text, judged.reading.unit),
+                               MarginText({.parameter = kind.parameter, .margin = std::abs(distance)}),
+                               side.isUpper == (distance < 0) ? L"above" : L"below",
+                               usesWarning ? L"warning limit" : L"limit", WithUnit(NumberText(bound), kind.unit));
     return finding;
 }
 
@@ -89,7 +145,7 @@ Finding JudgeNumber(const Judged& judged, const Side& side)
 /// the bad side of the limit for certain, passes where it is on the good side, and otherwise says nothing.
 Finding JudgeBound(const Judged& judged, const Side& side)
 {
-    const bool isGoodDirection = (judged.bound == Bound::above) != side.isUpper;
+    const bool isGoodDirection = (judged.reading.bound == Bound::above) != side.isUpper;
     if (judged.value) {
         Finding finding = JudgeNumber(judged, side);
         if (isGoodDirection == (finding.verdict == Verdict::pass)) {
@@ -98,17 +154,18 @@ Finding JudgeBound(const Judged& judged, const Side& side)
     } else if (isGoodDirection) {
         return {.parameter = judged.kind.parameter,
                 .rank = 1e9,
-                .text = fmt::format(L"{} is {}, beyond the receiver's range", judged.kind.title, judged.shown)};
+                .text = fmt::format(L"{} is {}, beyond the receiver's range", judged.kind.title, judged.reading.text)};
     } else if (side.fail) {
         return {.parameter = judged.kind.parameter,
                 .verdict = Verdict::fail,
                 .rank = -1e9,
                 .text = fmt::format(L"{} is {}: beyond the receiver's range and the limit of {}", judged.kind.title,
-                                    judged.shown, WithUnit(NumberText(*side.fail), judged.kind.unit))};
+                                    judged.reading.text, WithUnit(NumberText(*side.fail), judged.kind.unit))};
     }
     return {.parameter = judged.kind.parameter,
             .verdict = Verdict::notMeasured,
-            .text = fmt::format(L"{} is {}, which the limits cannot judge", judged.kind.title, judged.shown)};
+            .text = fmt::format(L"{} is {}, which the limits cannot judge", judged.kind.title, judged.reading.text),
+            .unapplied = L"beyond what can be judged"};
 }
 
 bool IsWorse(const Finding& left, const Finding& right)
@@ -128,7 +185,7 @@ Finding JudgeReading(const Judged& judged, const Limit& limit)
         if (!side.fail && !side.warn) {
             continue;
         }
-        Finding finding = judged.bound == Bound::exact ? JudgeNumber(judged, side) : JudgeBound(judged, side);
+        Finding finding = judged.reading.bound == Bound::exact ? JudgeNumber(judged, side) : JudgeBound(judged, side);
         if (!worst || IsWorse(finding, *worst)) {
             worst = std::move(finding);
         }
@@ -141,25 +198,46 @@ bool IsLocked(const ChannelResult& channel)
     return channel.outcome == ChannelOutcome::synchronised;
 }
 
+Finding Unapplied(const ReadingKind& kind, const std::wstring& text, const wchar_t* reason)
+{
+    return {.parameter = kind.parameter, .verdict = Verdict::notMeasured, .text = text, .unapplied = reason};
+}
+
+/// Of a channel without its locks nothing is missed that nobody can read.
 std::optional<Finding> FindingOf(const ChannelResult& channel, const ReadingKind& kind, const Limit& limit)
 {
     const Reading* reading = channel.Find(kind.parameter);
-    if (!reading) {
-        return std::nullopt;
-    }
-    Judged judged{kind, WithUnit(reading->text, reading->value ? reading->unit : L""), reading->value, reading->bound};
-    if (kind.parameter == MP_RFLEV && reading->value) {
-        judged.value = LevelInDecibelMicrovolt(*reading->value, reading->unit);
-    }
-    if (judged.value || judged.bound != Bound::exact) {
-        return JudgeReading(judged, limit);
+    if (reading && (reading->value || reading->bound != Bound::exact)) {
+        Judged judged{kind, *reading, {}};
+        if (reading->value) {
+            judged.value = InUnitOfLimits(kind, *reading->value, reading->unit);
+        }
+        if (judged.value || !reading->value) {
+            return JudgeReading(judged, limit);
+        }
+        return Unapplied(kind,
+                         fmt::format(L"{} {} cannot be converted to {}", kind.title,
+                                     WithUnit(reading->text, reading->unit), kind.unit),
+                         L"no level that can be converted");
     }
     if (!IsLocked(channel)) {
         return std::nullopt;
     }
-    return Finding{.parameter = kind.parameter,
-                   .verdict = Verdict::notMeasured,
-                   .text = fmt::format(L"{} was not measured", kind.title)};
+    return Unapplied(kind, fmt::format(L"{} was not measured", kind.title), L"not measured");
+}
+
+std::optional<Finding> StepFinding(const ChannelResult& channel, const std::optional<double>& step,
+                                   const ReadingKind& kind, const Limit& limit)
+{
+    if (step) {
+        const double size = std::abs(*step);
+        const Reading reading{.parameter = levelStep, .text = NumberText(size), .value = size, .unit = kind.unit};
+        return JudgeReading({kind, reading, size}, limit);
+    }
+    if (!IsLocked(channel) || LevelOf(channel)) {
+        return std::nullopt;
+    }
+    return Unapplied(kind, fmt::format(L"{} was not measured", kind.title), L"not measured");
 }
 
 std::wstring LockReason(const ChannelResult& channel)
@@ -168,8 +246,8 @@ std::wstring LockReason(const ChannelResult& channel)
     const wchar_t* joint = L": ";
     for (const ReadingKind& kind : ReadingKinds()) {
         const Reading* lock = kind.isLock ? channel.Find(kind.parameter) : nullptr;
-        if (lock && lock->text != L"OK") {
-            reason += joint + (kind.title + (L" " + lock->text));
+        if (kind.isLock && (!lock || lock->text != L"OK")) {
+            reason += joint + (kind.title + (L" " + (lock ? lock->text : L"not measured")));
             joint = L", ";
         }
     }
@@ -214,10 +292,8 @@ ChannelJudgement JudgeChannel(const ChannelResult& channel, int32_t orderOfQam, 
         if (!limit) {
             continue;
         }
-        if (kind.parameter == levelStep && step) {
-            const double size = std::abs(*step);
-            judgement.findings.push_back(JudgeReading({kind, NumberText(size) + L" dB", size}, *limit));
-        } else if (auto finding = FindingOf(channel, kind, *limit)) {
+        if (auto finding = kind.parameter == levelStep ? StepFinding(channel, step, kind, *limit)
+                                                       : FindingOf(channel, kind, *limit)) {
             judgement.findings.push_back(std::move(*finding));
         }
     }
@@ -225,18 +301,86 @@ ChannelJudgement JudgeChannel(const ChannelResult& channel, int32_t orderOfQam, 
     return judgement;
 }
 
-std::wstring Counted(int32_t count, const wchar_t* what, const wchar_t* several)
+void AddUnapplied(int32_t parameter, const std::wstring& reason, RunJudgement& judgement)
 {
-    return fmt::format(L"{} {}", count, count == 1 ? what : several);
+    for (UnappliedLimit& known : judgement.unapplied) {
+        if (known.parameter == parameter && known.reason == reason) {
+            ++known.channels;
+            return;
+        }
+    }
+    judgement.unapplied.push_back({parameter, reason, 1});
+}
+
+/// Which limits were held against a channel, and which could not be.
+void CountApplied(const ChannelResult& result, const ChannelJudgement& channel, int32_t orderOfQam,
+                  const std::vector<int32_t>& withoutSection, RunJudgement& judgement)
+{
+    for (const Finding& finding : channel.findings) {
+        if (finding.unapplied.empty()) {
+            ++judgement.applied;
+        } else {
+            AddUnapplied(finding.parameter, finding.unapplied, judgement);
+        }
+    }
+    if (result.outcome == ChannelOutcome::unmeasured) {
+        return;
+    }
+    for (const int32_t parameter : withoutSection) {
+        AddUnapplied(parameter, fmt::format(L"no section for {}-QAM", orderOfQam), judgement);
+    }
+}
+
+/// What has limits, but none for an order of QAM.
+std::vector<int32_t> WithoutSection(const Limits* limits, int32_t orderOfQam)
+{
+    std::vector<int32_t> parameters;
+    for (const int32_t parameter : limits ? limits->Parameters() : std::set<int32_t>()) {
+        if (!limits->Find(parameter, orderOfQam)) {
+            parameters.push_back(parameter);
+        }
+    }
+    return parameters;
+}
+
+/// Whatever was planned and is no result counts as not measured, also where the run has no place for it.
+void CountPlanned(const FinishedRun& run, RunJudgement& judgement)
+{
+    const int64_t places = static_cast<int64_t>(run.channels.size());
+    judgement.isComplete = run.IsComplete();
+    judgement.planned = std::max(run.Planned(), places);
+    judgement.counts[static_cast<size_t>(Verdict::notMeasured)] += judgement.planned - places;
+}
+
+/// A lost lock comes before a missed limit.
+bool IsWorseChannel(const FinishedRun& run, const RunJudgement& judgement, size_t left, size_t right)
+{
+    const bool leftLocked = IsLocked(run.channels[left]);
+    const bool rightLocked = IsLocked(run.channels[right]);
+    if (leftLocked != rightLocked) {
+        return rightLocked;
+    }
+    const Finding* const worst = judgement.channels[left].Worst();
+    const Finding* const other = judgement.channels[right].Worst();
+    return worst && other && IsWorse(*worst, *other);
+}
+
+/// Of the channels that have the run's verdict the worst one that can tell more than the counts do.
+std::optional<size_t> WorstChannel(const FinishedRun& run, const RunJudgement& judgement)
+{
+    std::optional<size_t> worst;
+    for (size_t i = 0; i < run.channels.size(); ++i) {
+        const ChannelJudgement& channel = judgement.channels[i];
+        const bool tells = channel.verdict == Verdict::pass ? channel.Worst() && channel.Worst()->margin
+                                                            : run.channels[i].outcome != ChannelOutcome::unmeasured;
+        if (channel.verdict == judgement.verdict && tells && (!worst || IsWorseChannel(run, judgement, i, *worst))) {
+            worst = i;
+        }
+    }
+    return worst;
 }
 
 }  // namespace
-
-const wchar_t* VerdictName(Verdict verdict)
-{
-    constexpr const wchar_t* names[verdicts] = {L"pass", L"warning", L"not measured", L"error", L"fail"};
-    return names[static_cast<size_t>(verdict)];
-}
 
 const Finding* ChannelJudgement::Worst() const
 {
@@ -263,49 +407,22 @@ RunJudgement Judge(const FinishedRun& run, const Limits* limits)
         judgement.limits = limits->path;
         judgement.limitsSha256 = limits->sha256;
     }
+    const int32_t order = run.setup.settings.orderOfQam;
+    const std::vector<int32_t> withoutSection = WithoutSection(limits, order);
     const auto steps = LevelSteps(run);
     for (size_t i = 0; i < run.channels.size(); ++i) {
-        judgement.channels.push_back(JudgeChannel(run.channels[i], run.setup.settings.orderOfQam, limits, steps[i]));
+        judgement.channels.push_back(JudgeChannel(run.channels[i], order, limits, steps[i]));
         const ChannelJudgement& channel = judgement.channels.back();
         judgement.verdict = std::max(judgement.verdict, channel.verdict);
         ++judgement.counts[static_cast<size_t>(channel.verdict)];
-        const Finding* finding = channel.Worst();
-        if (finding && finding->margin &&
-            (!judgement.worst || IsWorse(*finding, *judgement.channels[*judgement.worst].Worst()))) {
-            judgement.worst = i;
-        }
+        CountApplied(run.channels[i], channel, order, withoutSection, judgement);
     }
-    if (run.channels.empty()) {
-        judgement.verdict = Verdict::notMeasured;
+    CountPlanned(run, judgement);
+    if (!judgement.isComplete || !judgement.IsJudged()) {
+        judgement.verdict = std::max(judgement.verdict, Verdict::notMeasured);
     }
+    judgement.worst = WorstChannel(run, judgement);
     return judgement;
-}
-
-std::wstring VerdictSentence(const FinishedRun& run, const RunJudgement& judgement)
-{
-    const wchar_t* what = run.passes == 1 ? L"channel" : L"measurement";
-    constexpr const wchar_t* heads[verdicts] = {L"PASS", L"PASS WITH WARNINGS", L"NOT MEASURED", L"ERROR", L"FAIL"};
-    const auto total = static_cast<int32_t>(run.channels.size());
-    std::wstring text =
-        fmt::format(L"{}: {} of {} pass", heads[static_cast<size_t>(judgement.verdict)], judgement.Count(Verdict::pass),
-                    Counted(total, what, (std::wstring(what) + L"s").c_str()));
-    const auto add = [&](Verdict verdict, const wchar_t* one, const wchar_t* several) {
-        if (const int32_t count = judgement.Count(verdict)) {
-            text += L", " + Counted(count, one, several);
-        }
-    };
-    add(Verdict::warning, L"with a warning", L"with warnings");
-    add(Verdict::fail, L"fails", L"fail");
-    add(Verdict::error, L"error of the instrument", L"errors of the instrument");
-    add(Verdict::notMeasured, L"not measured", L"not measured");
-    text += L".";
-    if (judgement.worst) {
-        const ChannelResult& channel = run.channels[*judgement.worst];
-        const Finding& finding = *judgement.channels[*judgement.worst].Worst();
-        text += fmt::format(L" Worst margin: {}, {}", channel.Name(), finding.text);
-        text += run.passes == 1 ? L"." : fmt::format(L" (pass {}).", channel.pass);
-    }
-    return text;
 }
 
 std::vector<std::optional<double>> LevelSteps(const FinishedRun& run)
@@ -335,23 +452,6 @@ std::optional<double> LevelOf(const ChannelResult& channel)
 {
     const std::optional<double> level = channel.Value(MP_RFLEV);
     return level ? LevelInDecibelMicrovolt(*level, channel.Find(MP_RFLEV)->unit) : std::nullopt;
-}
-
-std::wstring MarginText(const Finding& finding)
-{
-    const ReadingKind& kind = *FindReadingKind(finding.parameter);
-    return WithUnit(kind.isRatio ? fmt::format(L"{:.2f}", *finding.margin) : NumberText(*finding.margin),
-                    UnitOfDifference(kind));
-}
-
-std::wstring NumberText(double number)
-{
-    const double size = std::abs(number);
-    if (size == 0 || size >= 1e-3) {
-        return size >= 100 ? fmt::format(L"{:.0f}", number) : fmt::format(L"{:.3g}", number);
-    }
-    const int exponent = static_cast<int>(std::floor(std::log10(size)));
-    return fmt::format(L"{:.3g}E{}", number / std::pow(10, exponent), exponent);
 }
 
 }  // namespace tvn2x

@@ -11,19 +11,18 @@
 
 namespace tvn2x {
 
-/// By severity: a run's verdict is the highest of its channels'.
+/// By severity: a run's verdict is the highest of its channels', and never good where something was not seen.
 enum class Verdict
 {
     pass,
     warning,
-    notMeasured,  ///< the channel was not reached, or a reading that has a limit could not be taken
+    notMeasured,  ///< the channel was not reached, or a reading that has a limit could not be taken, or no limit
+                  ///< applied
     error,        ///< the instrument failed
     fail
 };
 
 constexpr size_t verdicts = 5;
-
-const wchar_t* VerdictName(Verdict verdict);  ///< in files: "pass", "warning", "not measured", "error", "fail"
 
 /// One reading held against its limit.
 struct Finding
@@ -36,7 +35,8 @@ struct Finding
     std::optional<double> margin{};
     /// The margin in steps that make parameters comparable: about the width of the band between warning and failure.
     double rank = 0;
-    std::wstring text{};  ///< "MER 30.7 dB is 0.3 dB below the limit of 31 dB"
+    std::wstring text{};       ///< "MER 30.7 dB is 0.3 dB below the limit of 31 dB"
+    std::wstring unapplied{};  ///< why the limit could not be applied, "" where it was
 };
 
 struct ChannelJudgement
@@ -49,25 +49,37 @@ struct ChannelJudgement
     const Finding* Find(int32_t parameter) const;
 };
 
+/// A limit that was asked for and that nothing could be held against.
+struct UnappliedLimit
+{
+    int32_t parameter = 0;
+    std::wstring reason;  ///< "not measured", "no section for 64-QAM"
+    int64_t channels = 0;
+
+    bool operator==(const UnappliedLimit&) const = default;
+};
+
 struct RunJudgement
 {
     bool hasLimits = false;
     std::wstring limits;  ///< name and hash of the limits file
     std::wstring limitsSha256;
     Verdict verdict = Verdict::pass;
-    std::array<int32_t, verdicts> counts{};  ///< channel results, by Verdict
+    bool isComplete = false;                 ///< all was measured that was to be
+    int64_t planned = 0;                     ///< measurements that were to be made
+    std::array<int64_t, verdicts> counts{};  ///< of them, by Verdict; what was never begun is not measured
+    int64_t applied = 0;                     ///< readings that a limit was held against
+    std::vector<UnappliedLimit> unapplied;
     std::vector<ChannelJudgement> channels;  ///< as FinishedRun::channels
-    std::optional<size_t> worst;             ///< the channel with the worst margin
+    std::optional<size_t> worst;             ///< the channel that tells why the run's verdict is what it is
 
-    int32_t Count(Verdict which) const { return counts[static_cast<size_t>(which)]; }
+    int64_t Count(Verdict which) const { return counts[static_cast<size_t>(which)]; }
+    bool IsJudged() const { return !hasLimits || applied > 0; }
     int ExitCode() const;  ///< 0 passed, with warnings or without; 1 not
 };
 
 /// Judges a run. Without limits a channel passes when it was measured with all locks.
 RunJudgement Judge(const FinishedRun& run, const Limits* limits);
-
-/// What the run comes to: "FAIL: 3 of 36 channels fail, 1 warning. Worst margin: ..."
-std::wstring VerdictSentence(const FinishedRun& run, const RunJudgement& judgement);
 
 /// The level of a channel above that of its neighbour below, in dB; nothing where it has none. As
 /// FinishedRun::channels. Neighbours belong to the same pass and are not further apart than one channel is wide.
@@ -75,12 +87,5 @@ std::vector<std::optional<double>> LevelSteps(const FinishedRun& run);
 
 /// The level of a channel in dBµV, nothing where it has none.
 std::optional<double> LevelOf(const ChannelResult& channel);
-
-/// The margin of a finding that has one, with its unit: "0.3 dB", "0.50 decades".
-std::wstring MarginText(const Finding& finding);
-
-/// A number as sentences have it: three significant digits, an exponent for the small ones only ("0.3", "105940",
-/// "2E-4").
-std::wstring NumberText(double number);
 
 }  // namespace tvn2x

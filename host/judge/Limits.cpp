@@ -231,6 +231,15 @@ const Limit* Limits::Find(int32_t parameter, int32_t orderOfQam) const
     return nullptr;
 }
 
+std::set<int32_t> Limits::Parameters() const
+{
+    std::set<int32_t> parameters;
+    for (const auto& [key, limit] : limits) {
+        parameters.insert(key.first);
+    }
+    return parameters;
+}
+
 Limits ReadLimits(std::string_view content, const std::wstring& path)
 {
     RequireText(content, path, L"limits file", L"\"tvnhost limits\" prints limits to begin with.");

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -34,6 +35,7 @@ struct Limits
 
     /// The limit for an order of QAM, or else the one for every order; null where there is none.
     const Limit* Find(int32_t parameter, int32_t orderOfQam) const;
+    std::set<int32_t> Parameters() const;  ///< those that have a limit for any order
 };
 
 /// Reads a limits file. Raises unusableInput with file, line, what is allowed and a remedy.

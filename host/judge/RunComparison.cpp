@@ -5,6 +5,7 @@
 #include "fmt/format.h"
 #include "fmt/xchar.h"
 #include "host/judge/Judgement.h"
+#include "host/run/UserNumber.h"
 
 namespace tvn2x {
 namespace {
@@ -22,7 +23,7 @@ ChannelMap ByFrequency(const FinishedRun& run)
     return channels;
 }
 
-std::wstring OutcomeOf(const ChannelResult& channel)
+std::wstring OutcomeIn(const ChannelResult& channel)
 {
     std::wstring text = OutcomeText(channel.outcome);
     for (const ReadingKind& kind : ReadingKinds()) {
@@ -52,7 +53,7 @@ std::wstring Shown(const ChannelResult& channel, int32_t parameter)
 {
     const Reading* reading = channel.Find(parameter);
     if (!reading) {
-        return {};
+        return L"not measured";
     }
     return reading->value && !reading->unit.empty() ? reading->text + L" " + reading->unit : reading->text;
 }
@@ -69,6 +70,12 @@ void CompareReading(const ChannelResult& before, const ChannelResult& after, con
 {
     const auto old = Comparable(before, kind);
     const auto now = Comparable(after, kind);
+    const bool areLocked =
+        before.outcome == ChannelOutcome::synchronised && after.outcome == ChannelOutcome::synchronised;
+    if (areLocked && old.has_value() != now.has_value()) {
+        comparison.changes.push_back(
+            {after.Name(), kind.title, Shown(before, kind.parameter), Shown(after, kind.parameter), L""});
+    }
     if (!old || !now || AreBothBounds(before, after, kind.parameter)) {
         return;
     }
@@ -85,8 +92,13 @@ void CompareReading(const ChannelResult& before, const ChannelResult& after, con
 void CompareChannel(const ChannelResult& before, const ChannelResult& after, const std::map<int32_t, double>& drift,
                     RunComparison& comparison)
 {
-    if (OutcomeOf(before) != OutcomeOf(after)) {
-        comparison.changes.push_back({after.Name(), L"outcome", OutcomeOf(before), OutcomeOf(after), L""});
+    const bool isUnmeasured =
+        before.outcome == ChannelOutcome::unmeasured || after.outcome == ChannelOutcome::unmeasured;
+    if (isUnmeasured || OutcomeIn(before) != OutcomeIn(after)) {
+        comparison.changes.push_back({after.Name(), L"outcome", OutcomeIn(before), OutcomeIn(after), L""});
+    }
+    if (isUnmeasured) {
+        return;
     }
     for (const auto& [parameter, limit] : drift) {
         CompareReading(before, after, *FindReadingKind(parameter), limit, comparison);
@@ -107,9 +119,9 @@ RunComparison CompareRuns(const FinishedRun& before, const FinishedRun& after, c
         const auto was = old.find(frequency);
         const auto is = now.find(frequency);
         if (was == old.end()) {
-            comparison.changes.push_back({channel->Name(), L"channel", L"not in the run", OutcomeOf(*channel), L""});
+            comparison.changes.push_back({channel->Name(), L"channel", L"not in the run", OutcomeIn(*channel), L""});
         } else if (is == now.end()) {
-            comparison.changes.push_back({channel->Name(), L"channel", OutcomeOf(*channel), L"not in the run", L""});
+            comparison.changes.push_back({channel->Name(), L"channel", OutcomeIn(*channel), L"not in the run", L""});
         } else {
             ++comparison.channels;
             CompareChannel(*was->second, *is->second, drift, comparison);

@@ -20,14 +20,14 @@ struct RunChange
 
 struct RunComparison
 {
-    int32_t channels = 0;            ///< that both runs measured
+    int32_t channels = 0;            ///< that both runs were to measure
     int32_t changed = 0;             ///< of all channels, those with a change
     std::vector<RunChange> changes;  ///< by frequency
 };
 
 /// What changed from one run to another, by centre frequency and the latest pass of each: channels that are in one
-/// only, other locks or outcomes, and readings that drifted by more than their limit (by parameter, levels in dB,
-/// ratios in decades).
+/// only, other locks or outcomes, and readings that came, went, or drifted by more than their limit (by parameter,
+/// levels in dB, ratios in decades). A channel that either run did not measure is never unchanged.
 RunComparison CompareRuns(const FinishedRun& before, const FinishedRun& after, const std::map<int32_t, double>& drift);
 
 }  // namespace tvn2x

@@ -4,7 +4,9 @@
 #include <cmath>
 
 #include "fmt/format.h"
+#include "fmt/xchar.h"
 #include "host/report/Markup.h"
+#include "host/run/UserNumber.h"
 #include "host/terminal/Words.h"
 
 namespace tvn2x {
@@ -42,7 +44,7 @@ double Step(double span, int ticks)
 std::string TickText(double value, bool isLogarithmic)
 {
     if (!isLogarithmic) {
-        return fmt::format("{:g}", std::abs(value) < 1e-9 ? 0 : value);
+        return Escape(WithUserMark(fmt::format(L"{:g}", std::abs(value) < 1e-9 ? 0 : value)));
     }
     return fmt::format("10<tspan dy=\"-5\" font-size=\"8\">{}</tspan>", std::lround(std::log10(value)));
 }

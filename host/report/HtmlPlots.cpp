@@ -8,6 +8,7 @@
 #include "host/judge/SignalAnalysis.h"
 #include "host/report/Chart.h"
 #include "host/report/Markup.h"
+#include "host/run/UserNumber.h"
 #include "host/terminal/Words.h"
 
 namespace tvn2x {
@@ -52,13 +53,22 @@ void DrawLimits(Chart& chart, const Limit* limit)
 
 std::wstring LabelOf(const ChannelResult& channel)
 {
-    return channel.label.empty() ? fmt::format(L"{:g}", channel.frequency) : channel.label;
+    return channel.label.empty() ? MegahertzText(channel.frequency) : channel.label;
 }
 
+/// How a reading is marked. What a channel without its locks reads is never shown as good.
 Verdict VerdictOf(const ReportRow& row, int32_t parameter)
 {
+    if (row.channel.outcome != ChannelOutcome::synchronised) {
+        return row.judgement.verdict;
+    }
     const Finding* finding = row.judgement.Find(parameter);
     return finding ? finding->verdict : Verdict::pass;
+}
+
+std::wstring SignedTenths(double number)
+{
+    return WithUserMark(fmt::format(L"{:+.1f}", number));
 }
 
 std::wstring Hint(const ReportRow& row, int32_t parameter)
@@ -165,8 +175,9 @@ std::string BudgetRow(const ChannelResult& channel, const ErrorBudget& budget, d
     constexpr double barLeft = 210, barWidth = 320, barHeight = 15, least = 28;
     constexpr int32_t nameColumns = 24;
     std::string text = fmt::format(R"(<text x="0" y="{0}" fill="currentColor">{1}</text>)"
-                                   R"(<text x="{2}" y="{0}" text-anchor="end" fill="currentColor">{3:.1f} dB</text>)",
-                                   top + 12, Escape(PictureName(channel, nameColumns)), barLeft - 8, budget.mer);
+                                   R"(<text x="{2}" y="{0}" text-anchor="end" fill="currentColor">{3} dB</text>)",
+                                   top + 12, Escape(PictureName(channel, nameColumns)), barLeft - 8,
+                                   Escape(WithUserMark(fmt::format(L"{:.1f}", budget.mer))));
     double from = barLeft;
     for (size_t i = 0; i < impairments; ++i) {
         const double width = budget.share[i] * barWidth;
@@ -230,10 +241,11 @@ ReportPlot LevelPlot(const std::vector<ReportRow>& rows, const Limit* limit)
             curve.emplace_back(frequency, tilt->At(frequency));
         }
         chart.Curve(curve);
-        caption += fmt::format(
-            " Tilt (dotted line, fitted over the square root of the frequency): {:+.1f} dB from {:g} to "
-            "{:g} MHz; the levels spread {:.1f} dB round it.",
-            tilt->Tilt(), tilt->lowestFrequency, tilt->highestFrequency, tilt->spread);
+        caption += Escape(fmt::format(
+            L" Tilt (dotted line, fitted over the square root of the frequency): {} dB from {} to {}; the levels "
+            L"spread {} dB round it.",
+            SignedTenths(tilt->Tilt()), WithUserMark(fmt::format(L"{:g}", tilt->lowestFrequency)),
+            MegahertzText(tilt->highestFrequency), WithUserMark(fmt::format(L"{:.1f}", tilt->spread))));
     }
     DrawPoints(chart, rows, MP_RFLEV);
     return {chart.Svg(), caption + LimitsText(limit, L" dBµV")};
@@ -267,12 +279,12 @@ ReportPlot StepPlot(const std::vector<ReportRow>& rows, const Limit* limit)
     for (const ReportRow& row : rows) {
         if (row.step) {
             chart.Bar(row.channel.frequency, halfChannel, *row.step, VerdictOf(row, levelStep),
-                      fmt::format(L"{}: {:+.1f} dB", row.channel.Name(), *row.step));
+                      fmt::format(L"{}: {} dB", row.channel.Name(), SignedTenths(*row.step)));
         }
     }
     return {chart.Svg(),
-            fmt::format("Level of each channel above its lower neighbour; the largest step is {:+.1f} dB at {}.",
-                        *largest->step, Escape(largest->channel.Name())) +
+            Escape(fmt::format(L"Level of each channel above its lower neighbour; the largest step is {} dB at {}.",
+                               SignedTenths(*largest->step), largest->channel.Name())) +
                 LimitsText(limit, L" dB")};
 }
 

@@ -5,6 +5,7 @@
 
 #include "fmt/format.h"
 #include "fmt/xchar.h"
+#include "host/judge/VerdictText.h"
 #include "host/report/Chart.h"
 #include "host/report/HtmlPlots.h"
 #include "host/report/HtmlStyle.h"
@@ -19,14 +20,6 @@ namespace {
 std::string ClassOf(Verdict verdict)
 {
     return verdict == Verdict::notMeasured ? "unmeasured" : Escape(VerdictName(verdict));
-}
-
-/// "2026-11-21 12:59:05 UTC"
-std::wstring ShownTime(const std::wstring& utc)
-{
-    std::wstring text = utc.substr(0, 19);
-    std::ranges::replace(text, L'T', L' ');
-    return text.empty() ? L"" : text + L" UTC";
 }
 
 std::wstring FileName(const std::wstring& path)
@@ -101,12 +94,12 @@ std::string Facts(const FinishedRun& run, const RunJudgement& judgement, const L
     const SetupSettings& settings = setup.settings;
     std::wstring resumed;
     for (const std::wstring& time : run.resumed) {
-        resumed += (resumed.empty() ? L"" : L", ") + ShownTime(time);
+        resumed += (resumed.empty() ? L"" : L", ") + LocalText(time);
     }
     std::string text = "<table class=\"facts\"><tbody>\n" + ProtocolFacts(run.protocol);
-    text +=
-        Fact("Measured", ShownTime(run.began) + (run.ended.empty() ? L"" : L" to " + ShownTime(run.ended)) + L", " +
-                             DurationText(run.Seconds()) + L" min of measuring" + (run.stopped ? L", stopped" : L""));
+    text += Fact("Measured",
+                 LocalText(run.began) + (run.ended.empty() ? L", never ended" : L" to " + LocalText(run.ended)) +
+                     L", " + DurationText(run.Seconds()) + L" min of measuring" + (run.stopped ? L", stopped" : L""));
     text += Fact("Passes", PassesText(run));
     text += Fact("Resumed", resumed);
     text += Fact("Setup", FileName(setup.path) + L", SHA-256 " + setup.sha256);
@@ -125,6 +118,7 @@ std::string Facts(const FinishedRun& run, const RunJudgement& judgement, const L
     text += Fact("Firmware", run.receiver.firmware);
     text += Fact("Options", run.receiver.options);
     text += Fact("Limits", LimitsName(judgement, limits));
+    text += Fact("Simulation", SimulationText(run.receiver));
     text += Fact("Program", run.program);
     return text + "</tbody></table>\n";
 }
@@ -173,11 +167,13 @@ std::string GridRow(const FinishedRun& run, const RunJudgement& judgement, const
                                                                  : "number";
         if (finding) {
             classes += " " + ClassOf(finding->verdict);
-        } else if (kind && kind->isLock && CellText(row.channel, column.parameter) != L"OK") {
+        } else if (kind && kind->isLock && row.channel.outcome == ChannelOutcome::notSynchronised &&
+                   CellText(row.channel, column.parameter) != L"OK") {
             classes = "fail";
         }
+        const bool isTime = column.parameter == MP_TIMESTAMP;
         text += fmt::format("<td{}>{}</td>", classes.empty() ? "" : " class=\"" + classes + "\"",
-                            Escape(CellText(row.channel, column.parameter)));
+                            Escape(isTime ? LocalText(row.channel.began) : CellText(row.channel, column.parameter)));
     }
     return text + (judgement.hasLimits ? MarginCell(row.judgement) : "") + "</tr>\n";
 }
@@ -211,6 +207,12 @@ std::string Legend()
                 (verdict == Verdict::notMeasured ? "no value" : Escape(VerdictName(verdict))) + " &#160; ";
     }
     return text + "</p>\n";
+}
+
+/// Nobody takes readings that were reckoned for those of a network.
+std::string SimulationBand(const RunReceiver& receiver)
+{
+    return receiver.simulation ? "<p class=\"band\">" + Escape(SimulationText(receiver)) + "</p>\n" : "";
 }
 
 std::string Plots(const FinishedRun& run, const std::vector<ReportRow>& rows, const Limits* limits)
@@ -257,8 +259,9 @@ std::string HtmlReport(const FinishedRun& run, const RunJudgement& judgement, co
         "charset=\"utf-8\"/>\n"
         "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\"/>\n"
         "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src 'unsafe-inline'\"/>\n"
-        "<title>{0}</title>\n<style>{1}</style>\n</head>\n<body>\n<h1>{0}</h1>\n<p class=\"verdict {2}\">{3}</p>\n",
-        Escape(title), htmlStyle, ClassOf(judgement.verdict), Escape(VerdictSentence(run, judgement)));
+        "<title>{0}</title>\n<style>{1}</style>\n</head>\n<body>\n<h1>{0}</h1>\n{4}<p class=\"verdict {2}\">{3}</p>\n",
+        Escape(title), htmlStyle, ClassOf(judgement.verdict), Escape(VerdictSentence(run, judgement)),
+        SimulationBand(run.receiver));
     text += Facts(run, judgement, limits);
     text += FindingsTable(rows);
     text += rows.empty() ? "" : Plots(run, rows, limits);

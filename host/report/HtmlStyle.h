@@ -15,6 +15,7 @@ body { margin: 0 auto; padding: 1.2rem; max-width: 82rem; background: var(--pape
   font: 15px/1.45 system-ui, "Segoe UI", "DejaVu Sans", sans-serif; }
 h1, td, .verdict, figcaption { overflow-wrap: anywhere; }
 h1 { font-size: 1.5rem; margin: 0 0 .6rem; } h2 { font-size: 1.15rem; margin: 1.8rem 0 .5rem; }
+.band { padding: .5rem 1rem; margin: 0 0 .6rem; border: 2px dashed var(--soft); font-weight: 600; overflow-wrap: anywhere; }
 .verdict { font-size: 1.1rem; padding: .7rem 1rem; margin: 0 0 1rem; border: 1px solid var(--rule); border-left: .6rem solid; }
 .verdict.pass { border-left-color: var(--pass); } .verdict.warning { border-left-color: var(--warning-fill); }
 .verdict.fail { border-left-color: var(--fail-fill); } .verdict.error { border-left-color: var(--error-fill); }

@@ -1,5 +1,6 @@
 #include "host/report/JsonReport.h"
 
+#include "host/judge/VerdictText.h"
 #include "host/run/RunRecords.h"
 #include "nlohmann/json.hpp"
 #include "util/Encoding.h"
@@ -33,11 +34,13 @@ Json JudgementJson(const ChannelJudgement& judgement)
 Json WorstJson(const FinishedRun& run, const RunJudgement& judgement)
 {
     const ChannelResult& channel = run.channels[*judgement.worst];
-    const Finding& finding = *judgement.channels[*judgement.worst].Worst();
-    return {{"pass", channel.pass},
-            {"number", channel.number},
-            {"parameter", FindReadingKind(finding.parameter)->name},
-            {"margin", finding.margin ? Json(*finding.margin) : Json()}};
+    Json json{{"pass", channel.pass}, {"number", channel.number}, {"reason", Text(WorstText(run, judgement))}};
+    const Finding* const finding = judgement.channels[*judgement.worst].Worst();
+    if (finding && channel.outcome == ChannelOutcome::synchronised) {
+        json["parameter"] = FindReadingKind(finding->parameter)->name;
+        json["margin"] = finding->margin ? Json(*finding->margin) : Json();
+    }
+    return json;
 }
 
 /// The members of an object as they stand between its braces.
@@ -47,30 +50,48 @@ std::string Members(const Json& json)
     return text.substr(1, text.size() - 2);
 }
 
-std::string VerdictMembers(const FinishedRun& run, const RunJudgement& judgement)
+Json VerdictJson(const FinishedRun& run, const RunJudgement& judgement)
 {
-    Json json{{"verdict", Text(VerdictName(judgement.verdict))},
-              {"limits", {{"name", Text(judgement.limits)}, {"sha256", Text(judgement.limitsSha256)}}}};
+    Json json{{"record", "verdict"},
+              {"result", Text(VerdictName(judgement.verdict))},
+              {"complete", judgement.isComplete},
+              {"planned", judgement.planned},
+              {"measured", run.Measured()}};
+    for (size_t i = 0; i < verdicts; ++i) {
+        json["counts"][ToUtf8(VerdictName(static_cast<Verdict>(i)))] = judgement.counts[i];
+    }
+    if (judgement.hasLimits) {
+        json["limits"] = {{"name", Text(judgement.limits)}, {"sha256", Text(judgement.limitsSha256)}};
+        json["unapplied"] = Json::array();
+    }
+    for (const UnappliedLimit& limit : judgement.unapplied) {
+        json["unapplied"].push_back({{"parameter", FindReadingKind(limit.parameter)->name},
+                                     {"reason", Text(limit.reason)},
+                                     {"channels", limit.channels}});
+    }
     if (judgement.worst) {
         json["worst"] = WorstJson(run, judgement);
     }
-    return Members(json);
+    return json;
 }
 
 }  // namespace
 
 std::string ResultText(const FinishedRun& run, const RunJudgement* judgement)
 {
-    const RunJudgement* verdict = judgement && judgement->hasLimits ? judgement : nullptr;
     std::string text = RunLine(run);
     for (const std::wstring& time : run.resumed) {
         text += ResumedLine(time);
     }
     for (size_t i = 0; i < run.channels.size(); ++i) {
         text += ChannelLine(run.channels[i],
-                            verdict ? Members({{"verdict", JudgementJson(verdict->channels[i])}}) : std::string());
+                            judgement ? Members({{"verdict", JudgementJson(judgement->channels[i])}}) : std::string());
     }
-    return run.ended.empty() ? text : text + EndLine(run, verdict ? VerdictMembers(run, *verdict) : std::string());
+    if (!run.ended.empty()) {
+        text += EndLine(run);
+    }
+    return judgement ? text + VerdictJson(run, *judgement).dump(-1, ' ', false, Json::error_handler_t::replace) + "\n"
+                     : text;
 }
 
 }  // namespace tvn2x

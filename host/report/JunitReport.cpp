@@ -1,9 +1,11 @@
 #include "host/report/JunitReport.h"
 
+#include <algorithm>
 #include <map>
 
 #include "fmt/format.h"
 #include "fmt/xchar.h"
+#include "host/judge/VerdictText.h"
 #include "host/report/Markup.h"
 
 namespace tvn2x {
@@ -13,7 +15,6 @@ struct Suite
 {
     int32_t failures = 0;
     int32_t errors = 0;
-    int32_t skipped = 0;
     double seconds = 0;
     std::wstring began;
     std::vector<size_t> cases;
@@ -35,8 +36,7 @@ std::map<int32_t, Suite> Suites(const FinishedRun& run, const RunJudgement& judg
         const Verdict verdict = judgement.channels[i].verdict;
         Suite& suite = suites[channel.pass];
         suite.failures += verdict == Verdict::fail;
-        suite.errors += verdict == Verdict::error;
-        suite.skipped += verdict == Verdict::notMeasured;
+        suite.errors += verdict == Verdict::error || verdict == Verdict::notMeasured;
         suite.seconds += channel.seconds;
         if (suite.began.empty()) {
             suite.began = channel.began;
@@ -46,10 +46,12 @@ std::map<int32_t, Suite> Suites(const FinishedRun& run, const RunJudgement& judg
     return suites;
 }
 
-/// "2026-11-21T12:59:05": without zone and fractions, as the format's readers expect it.
+/// "2026-11-21T13:59:05": local, without zone and fractions, as the format's readers expect it.
 std::string PlainTime(const std::wstring& utc)
 {
-    return Escape(utc.substr(0, 19));
+    std::wstring text = LocalText(utc).substr(0, 19);
+    std::ranges::replace(text, L' ', L'T');
+    return Escape(text);
 }
 
 std::string Case(const ChannelResult& channel, const ChannelJudgement& judgement, const std::wstring& className)
@@ -66,7 +68,7 @@ std::string Case(const ChannelResult& channel, const ChannelJudgement& judgement
             body = fmt::format("      <error message=\"{0}\" type=\"instrument\">{0}</error>\n", reason);
             break;
         case Verdict::notMeasured:
-            body = fmt::format("      <skipped message=\"{}\"/>\n", reason);
+            body = fmt::format("      <error message=\"{0}\" type=\"not measured\">{0}</error>\n", reason);
             break;
         case Verdict::warning:
         case Verdict::pass:
@@ -84,36 +86,71 @@ std::string Case(const ChannelResult& channel, const ChannelJudgement& judgement
     return text + (body.empty() ? "/>\n" : ">\n" + body + "    </testcase>\n");
 }
 
+std::string Properties(const FinishedRun& run, const RunJudgement& judgement)
+{
+    std::string text = "    <properties>\n";
+    for (const auto& [key, value] : {std::pair{"program", run.program},
+                                     {"began", LocalText(run.began)},
+                                     {"setup", run.setup.path},
+                                     {"setup.sha256", run.setup.sha256},
+                                     {"receiver.serialNumber", run.receiver.serialNumber},
+                                     {"receiver.firmware", run.receiver.firmware},
+                                     {"receiver.simulation", SimulationText(run.receiver)},
+                                     {"limits", judgement.limits},
+                                     {"verdict", VerdictSentence(run, judgement)}}) {
+        text += fmt::format("      <property name=\"{}\" value=\"{}\"/>\n", key, Escape(value));
+    }
+    return text + "    </properties>\n";
+}
+
+/// The errors of all cases: what was never begun has none of its own.
+int64_t ErrorsOf(const RunJudgement& judgement)
+{
+    return std::ranges::count_if(judgement.channels, [](const ChannelJudgement& channel) {
+        return channel.verdict == Verdict::error || channel.verdict == Verdict::notMeasured;
+    });
+}
+
+/// What keeps a run from passing and belongs to none of its channels: "" where nothing does.
+std::wstring RunProblem(const FinishedRun& run, const RunJudgement& judgement)
+{
+    const bool hasPlaces = judgement.planned == static_cast<int64_t>(run.channels.size());
+    return judgement.verdict > Verdict::warning && (!hasPlaces || !judgement.IsJudged())
+               ? VerdictSentence(run, judgement)
+               : L"";
+}
+
 }  // namespace
 
 std::string JunitReport(const FinishedRun& run, const RunJudgement& judgement)
 {
     const std::wstring title = Title(run);
+    const std::string problem = Escape(RunProblem(run, judgement));
+    const int64_t further = problem.empty() ? 0 : 1;
     std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
     text += fmt::format("<testsuites name=\"{}\" tests=\"{}\" failures=\"{}\" errors=\"{}\" time=\"{:.3f}\">\n",
-                        Escape(title), run.channels.size(), judgement.Count(Verdict::fail),
-                        judgement.Count(Verdict::error), run.Seconds());
+                        Escape(title), static_cast<int64_t>(run.channels.size()) + further,
+                        judgement.Count(Verdict::fail), ErrorsOf(judgement) + further, run.Seconds());
     for (const auto& [pass, suite] : Suites(run, judgement)) {
         const std::wstring name = run.passes == 1 ? title : fmt::format(L"{} pass {}", title, pass);
         text += fmt::format(
-            "  <testsuite name=\"{}\" tests=\"{}\" failures=\"{}\" errors=\"{}\" skipped=\"{}\" time=\"{:.3f}\" "
+            "  <testsuite name=\"{}\" tests=\"{}\" failures=\"{}\" errors=\"{}\" skipped=\"0\" time=\"{:.3f}\" "
             "timestamp=\"{}\" hostname=\"localhost\">\n",
-            Escape(name), suite.cases.size(), suite.failures, suite.errors, suite.skipped, suite.seconds,
+            Escape(name), suite.cases.size(), suite.failures, suite.errors, suite.seconds,
             PlainTime(suite.began.empty() ? run.began : suite.began));
-        text += "    <properties>\n";
-        for (const auto& [key, value] : {std::pair{"program", run.program},
-                                         {"setup", run.setup.path},
-                                         {"setup.sha256", run.setup.sha256},
-                                         {"receiver.serialNumber", run.receiver.serialNumber},
-                                         {"receiver.firmware", run.receiver.firmware},
-                                         {"limits", judgement.limits}}) {
-            text += fmt::format("      <property name=\"{}\" value=\"{}\"/>\n", key, Escape(value));
-        }
-        text += "    </properties>\n";
+        text += Properties(run, judgement);
         for (const size_t position : suite.cases) {
             text += Case(run.channels[position], judgement.channels[position], name);
         }
         text += "  </testsuite>\n";
+    }
+    if (!problem.empty()) {
+        text += fmt::format(
+            "  <testsuite name=\"{0} run\" tests=\"1\" failures=\"0\" errors=\"1\" skipped=\"0\" time=\"0\" "
+            "timestamp=\"{1}\" hostname=\"localhost\">\n    <testcase name=\"verdict\" classname=\"{0} run\" "
+            "time=\"0\">\n      <error message=\"{2}\" type=\"verdict\">{2}</error>\n    </testcase>\n"
+            "  </testsuite>\n",
+            Escape(title), PlainTime(run.began), problem);
     }
     return text + "</testsuites>\n";
 }

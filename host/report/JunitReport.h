@@ -8,7 +8,8 @@
 namespace tvn2x {
 
 /// A run as JUnit XML: a suite for each pass, a case for each channel. A missed limit or lock is a failure, an error of
-/// the instrument an error, what was not measured is skipped; a warning is a passed case that says so in its output.
+/// the instrument and what was not measured an error; a warning is a passed case that says so in its output. What keeps
+/// the run from passing and belongs to no channel is a suite of its own.
 std::string JunitReport(const FinishedRun& run, const RunJudgement& judgement);
 
 }  // namespace tvn2x

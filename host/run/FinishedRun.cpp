@@ -3,11 +3,15 @@
 #include <algorithm>
 #include <charconv>
 #include <chrono>
+#include <cwchar>
 #include <map>
 #include <numeric>
+#include <set>
 
 #include "fmt/format.h"
 #include "fmt/xchar.h"
+#include "host/run/UserNumber.h"
+#include "util/LocalTime.h"
 #include "util/RaisedError.h"
 
 namespace tvn2x {
@@ -24,6 +28,18 @@ std::optional<double> BoundIn(std::wstring_view text, const Locale& locale)
     } catch (const RaisedError&) {
         return std::nullopt;
     }
+}
+
+/// Those of which anything was measured, and the first.
+std::set<int32_t> BegunPasses(const FinishedRun& run)
+{
+    std::set<int32_t> begun{1};
+    for (const ChannelResult& channel : run.channels) {
+        if (channel.outcome != ChannelOutcome::unmeasured) {
+            begun.insert(channel.pass);
+        }
+    }
+    return begun;
 }
 
 double SixDigits(double value)
@@ -57,6 +73,18 @@ Reading MakeReading(int32_t parameter, std::wstring_view cell, std::optional<dou
     return reading;
 }
 
+ChannelOutcome OutcomeOf(std::wstring_view status, const std::vector<Reading>& readings)
+{
+    if (status != L"Done") {
+        return ChannelOutcome::error;
+    }
+    const bool isLocked = std::ranges::all_of(ReadingKinds(), [&](const ReadingKind& kind) {
+        const auto lock = std::ranges::find(readings, kind.parameter, &Reading::parameter);
+        return !kind.isLock || (lock != readings.end() && lock->text == L"OK");
+    });
+    return isLocked ? ChannelOutcome::synchronised : ChannelOutcome::notSynchronised;
+}
+
 const Reading* ChannelResult::Find(int32_t parameter) const
 {
     const auto found = std::ranges::find(readings, parameter, &Reading::parameter);
@@ -71,8 +99,8 @@ std::optional<double> ChannelResult::Value(int32_t parameter) const
 
 std::wstring ChannelName(const std::wstring& label, double frequency)
 {
-    const std::wstring megahertz = fmt::format(L"{:g} MHz", frequency);
-    return label.empty() || label == megahertz ? megahertz : label + L" " + megahertz;
+    const bool isFrequency = label.empty() || label == fmt::format(L"{:g} MHz", frequency);
+    return isFrequency ? MegahertzText(frequency) : label + L" " + MegahertzText(frequency);
 }
 
 void RunProtocol::Take(const RunProtocol& later)
@@ -83,6 +111,50 @@ void RunProtocol::Take(const RunProtocol& later)
             this->*text = later.*text;
         }
     }
+}
+
+void FinishedRun::Complete()
+{
+    const std::set<int32_t> begun = BegunPasses(*this);
+    std::set<std::pair<int32_t, int32_t>> places;
+    for (const ChannelResult& channel : channels) {
+        if (channel.outcome != ChannelOutcome::unmeasured) {
+            places.emplace(channel.pass, channel.number);
+        }
+    }
+    std::erase_if(channels, [&](const ChannelResult& channel) {
+        return channel.outcome == ChannelOutcome::unmeasured &&
+               (!begun.contains(channel.pass) || !places.emplace(channel.pass, channel.number).second);
+    });
+    for (const int32_t pass : begun) {
+        for (const PlannedChannel& planned : selection) {
+            if (!places.contains({pass, planned.number})) {
+                channels.push_back({.pass = pass,
+                                    .number = planned.number,
+                                    .label = planned.label,
+                                    .frequency = planned.frequency,
+                                    .symbolRate = planned.symbolRate,
+                                    .status = {},
+                                    .timeStamp = {},
+                                    .began = {},
+                                    .readings = {}});
+            }
+        }
+    }
+    std::ranges::stable_sort(channels, {},
+                             [](const ChannelResult& channel) { return std::pair(channel.pass, channel.number); });
+}
+
+int64_t FinishedRun::Planned() const
+{
+    const int64_t last = passes == 0 ? *BegunPasses(*this).rbegin() : passes;
+    return last * static_cast<int64_t>(selection.size());
+}
+
+int64_t FinishedRun::Measured() const
+{
+    return std::ranges::count_if(
+        channels, [](const ChannelResult& channel) { return channel.outcome != ChannelOutcome::unmeasured; });
 }
 
 double FinishedRun::Seconds() const
@@ -111,6 +183,20 @@ std::vector<size_t> FinishedRun::Latest() const
     return positions;
 }
 
+std::wstring SimulationText(const RunReceiver& receiver)
+{
+    if (!receiver.simulation) {
+        return {};
+    }
+    const RunSimulation& simulation = *receiver.simulation;
+    if (simulation.model.empty()) {
+        return L"Simulated receiver without a network model, which receives noise alone";
+    }
+    return fmt::format(L"Simulated receiver: network model {}, SHA-256 {}, seed {}",
+                       simulation.model.substr(simulation.model.find_last_of(L"\\/") + 1), simulation.sha256,
+                       simulation.seed);
+}
+
 std::wstring UtcText(int64_t millisecondsSince1970)
 {
     using namespace std::chrono;
@@ -121,6 +207,24 @@ std::wstring UtcText(int64_t millisecondsSince1970)
     return fmt::format(L"{:04}-{:02}-{:02}T{:02}:{:02}:{:02}.{:03}Z", static_cast<int>(date.year()),
                        static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()), clock.hours().count(),
                        clock.minutes().count(), clock.seconds().count(), clock.subseconds().count());
+}
+
+std::wstring LocalText(const std::wstring& utc)
+{
+    int year = 0;
+    unsigned month = 0, day = 0;
+    int hour = 0, minute = 0, second = 0;
+    if (std::swscanf(utc.c_str(), L"%4d-%2u-%2uT%2d:%2d:%2d", &year, &month, &day, &hour, &minute, &second) != 6) {
+        return utc;
+    }
+    using namespace std::chrono;
+    const sys_days date(std::chrono::year(year) / std::chrono::month(month) / std::chrono::day(day));
+    const sys_seconds moment = date + hours(hour) + minutes(minute) + seconds(second);
+    const LocalTime local = LocalTimeOf(moment.time_since_epoch().count());
+    const int ahead = std::abs(local.minutesAhead);
+    return fmt::format(L"{:04}-{:02}-{:02} {:02}:{:02}:{:02} {}{:02}:{:02}", local.time.year, local.time.month,
+                       local.time.day, local.time.hour, local.time.minute, local.time.second,
+                       local.minutesAhead < 0 ? L"-" : L"+", ahead / 60, ahead % 60);
 }
 
 }  // namespace tvn2x

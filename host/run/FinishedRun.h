@@ -42,6 +42,10 @@ struct Reading
 Reading MakeReading(int32_t parameter, std::wstring_view cell, std::optional<double> measured,
                     std::wstring_view levelUnit, const Locale& locale);
 
+/// What became of a channel that was measured. Nobody but the lock indicators tells that it is synchronised: each of
+/// them was measured and is "OK".
+ChannelOutcome OutcomeOf(std::wstring_view status, const std::vector<Reading>& readings);
+
 /// What a channel is called in sentences and rows, from its label, which may be missing, and its frequency in MHz:
 /// "K45 666 MHz".
 std::wstring ChannelName(const std::wstring& label, double frequency);
@@ -89,6 +93,16 @@ struct RunSetup
     bool operator==(const RunSetup&) const = default;
 };
 
+/// The network that a simulated receiver received.
+struct RunSimulation
+{
+    std::wstring model;   ///< path of the network model file, "" for none: noise alone
+    std::wstring sha256;  ///< of that file, "" without one
+    std::wstring seed;
+
+    bool operator==(const RunSimulation&) const = default;
+};
+
 /// What the receiver says of itself; "" where it does not tell.
 struct RunReceiver
 {
@@ -97,6 +111,7 @@ struct RunReceiver
     std::wstring serialNumber;
     std::wstring firmware;
     std::wstring options;
+    std::optional<RunSimulation> simulation;  ///< nothing for a real receiver
 
     bool operator==(const RunReceiver&) const = default;
 };
@@ -114,6 +129,17 @@ struct RunProtocol
     bool operator==(const RunProtocol&) const = default;
 };
 
+/// A channel that was to be measured.
+struct PlannedChannel
+{
+    int32_t number = 0;  ///< in the setup, from 1
+    std::wstring label;
+    double frequency = 0;   ///< MHz
+    double symbolRate = 0;  ///< MSymb/s
+
+    bool operator==(const PlannedChannel&) const = default;
+};
+
 /// Everything known of a scan that has ended or was stopped. Every report is made from this.
 struct FinishedRun
 {
@@ -121,17 +147,26 @@ struct FinishedRun
     RunSetup setup;
     RunReceiver receiver;
     RunProtocol protocol;
-    std::vector<RunColumn> columns;     ///< of the result grid, from left to right
-    std::vector<int32_t> selection;     ///< the channels that were to be measured, ascending
-    int32_t passes = 1;                 ///< how often they were to be measured, 0 for no end
-    double interval = 0;                ///< seconds from the beginning of one pass to that of the next, 0 for none
-    std::wstring began;                 ///< UTC
-    std::wstring ended;                 ///< "" where the run never came to its end
-    std::vector<std::wstring> resumed;  ///< when it was gone on with
+    std::vector<RunColumn> columns;         ///< of the result grid, from left to right
+    std::vector<PlannedChannel> selection;  ///< by number
+    int32_t passes = 1;                     ///< how often they were to be measured, 0 for no end
+    double interval = 0;                    ///< seconds from the beginning of one pass to that of the next, 0 for none
+    std::wstring began;                     ///< UTC
+    std::wstring ended;                     ///< "" where the run never came to its end
+    std::vector<std::wstring> resumed;      ///< when it was gone on with
     bool stopped = false;
     std::vector<ChannelResult> channels;  ///< by pass and number
 
     bool operator==(const FinishedRun&) const = default;
+
+    /// Gives each channel that was to be measured its place: what a pass that began lacks is added as unmeasured. Of
+    /// two results of a channel in one pass an unmeasured one goes.
+    void Complete();
+    /// Measurements that were to be made: of each channel one in each pass, without a number of passes in each that
+    /// began.
+    int64_t Planned() const;
+    int64_t Measured() const;  ///< of these, those that were made
+    bool IsComplete() const { return Measured() > 0 && Measured() == Planned(); }
 
     double Seconds() const;  ///< spent on measuring
     bool IsOnePass() const;  ///< the latest result of each channel is of one and the same pass
@@ -139,7 +174,13 @@ struct FinishedRun
     std::vector<size_t> Latest() const;
 };
 
+/// "Simulated receiver: network model town.ini, SHA-256 0123..., seed 7", "" for a real one.
+std::wstring SimulationText(const RunReceiver& receiver);
+
 /// A point in time as a run keeps it.
 std::wstring UtcText(int64_t millisecondsSince1970);
+/// The same in local time with its offset from UTC: "2026-11-21 13:59:05 +01:00". What is no point in time stays as it
+/// is.
+std::wstring LocalText(const std::wstring& utc);
 
 }  // namespace tvn2x

@@ -29,7 +29,7 @@ void RequireSameSetup(const FinishedRun& run, const std::wstring& journal, const
         RaiseInput(journal + L" belongs to the setup " + run.setup.path + L" as it was on " + run.began.substr(0, 10) +
                    L", and " + setup + L" differs from that" + remedy);
     }
-    if (run.selection.empty() || run.selection.back() > channels) {
+    if (run.selection.empty() || run.selection.back().number > channels) {
         RaiseInput(journal + L" names channels that " + setup + L" does not have" + remedy);
     }
 }
@@ -47,16 +47,17 @@ std::vector<ChannelTurn> TurnsLeft(const FinishedRun& run)
             done.insert(channel.number);
         }
     }
-    const bool isDone = std::ranges::all_of(run.selection, [&](int32_t channel) { return done.contains(channel); });
+    const bool isDone = std::ranges::all_of(
+        run.selection, [&](const PlannedChannel& channel) { return done.contains(channel.number); });
     if (isDone) {
         done.clear();
         ++pass;
     }
     std::vector<ChannelTurn> turns;
     if (run.passes == 0 || pass <= run.passes) {
-        for (const int32_t channel : run.selection) {
-            if (!done.contains(channel)) {
-                turns.push_back({pass, channel});
+        for (const PlannedChannel& channel : run.selection) {
+            if (!done.contains(channel.number)) {
+                turns.push_back({pass, channel.number});
             }
         }
     }

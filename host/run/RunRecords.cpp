@@ -1,8 +1,11 @@
 #include "host/run/RunRecords.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <set>
 
+#include "host/run/UserNumber.h"
 #include "nlohmann/json.hpp"
 #include "text/InputError.h"
 #include "text/RichText.h"
@@ -136,7 +139,9 @@ int32_t NamedParameter(const std::string& name)
 
 Reading ReadReading(const std::string& name, const Record& json)
 {
-    Reading reading{.parameter = NamedParameter(name), .text = json.Text("text"), .unit = json.Text("unit")};
+    // Whoever measured it may have had another decimal mark than who reads it.
+    Reading reading{
+        .parameter = NamedParameter(name), .text = WithUserMark(json.Text("text")), .unit = json.Text("unit")};
     if (!json.At("value").is_null()) {
         reading.value = json.Number("value");
     }
@@ -170,7 +175,37 @@ ChannelResult ReadChannel(const Record& json)
             channel.readings.push_back(ReadReading(kind.name, Record(readings).Object(kind.name)));
         }
     }
+    if (channel.outcome != ChannelOutcome::unmeasured) {
+        channel.outcome = OutcomeOf(channel.status, channel.readings);
+    }
     return channel;
+}
+
+PlannedChannel ReadPlanned(const Record& json)
+{
+    return {.number = json.Whole("number", 1),
+            .label = json.Text("label"),
+            .frequency = json.Number("frequencyMHz"),
+            .symbolRate = json.Number("symbolRateMSymbs")};
+}
+
+void RequireAscending(const std::vector<PlannedChannel>& selection)
+{
+    const auto falls = std::ranges::adjacent_find(selection, std::ranges::greater_equal(), &PlannedChannel::number);
+    if (selection.empty() || falls != selection.end()) {
+        Record::Refuse("selection", L"has to name channels, by number and each once");
+    }
+}
+
+/// Whoever adds, leaves out or doubles lines of a run gets no verdict on the rest.
+void RequirePlanned(const ChannelResult& channel, const FinishedRun& run)
+{
+    if (!std::ranges::binary_search(run.selection, channel.number, {}, &PlannedChannel::number)) {
+        Record::Refuse("number", L"is " + std::to_wstring(channel.number) + L", which was not to be measured");
+    }
+    if (run.passes != 0 && channel.pass > run.passes) {
+        Record::Refuse("pass", L"is " + std::to_wstring(channel.pass) + L" of " + std::to_wstring(run.passes));
+    }
 }
 
 void ReadHead(const Record& json, FinishedRun& run)
@@ -197,7 +232,13 @@ void ReadHead(const Record& json, FinishedRun& run)
                     .hardware = receiver.Text("hardware"),
                     .serialNumber = receiver.Text("serialNumber"),
                     .firmware = receiver.Text("firmware"),
-                    .options = receiver.Text("options")};
+                    .options = receiver.Text("options"),
+                    .simulation = {}};
+    if (receiver.Has("simulation")) {
+        const Record simulation = receiver.Object("simulation");
+        run.receiver.simulation = {
+            .model = simulation.Text("model"), .sha256 = simulation.Text("sha256"), .seed = simulation.Text("seed")};
+    }
     if (json.Has("protocol")) {  // early files have none
         const Record protocol = json.Object("protocol");
         run.protocol = {.site = protocol.Text("site"),
@@ -209,9 +250,10 @@ void ReadHead(const Record& json, FinishedRun& run)
     for (const Json& column : json.Array("columns")) {
         run.columns.push_back({Record(column).Whole("parameter"), Record(column).Text("caption")});
     }
-    for (const Json& number : json.Array("selection")) {
-        run.selection.push_back(Record(Json{{"channel", number}}).Whole("channel", 1));
+    for (const Json& channel : json.Array("selection")) {
+        run.selection.push_back(ReadPlanned(Record(channel)));
     }
+    RequireAscending(run.selection);
     run.passes = json.Whole("passes", 0);
     run.interval = json.Number("intervalSeconds");
     run.began = json.Text("began");
@@ -231,6 +273,7 @@ void ReadRecord(const Json& json, bool isFirst, FinishedRun& run)
         ReadHead(record, run);
     } else if (kind == "channel") {
         run.channels.push_back(ReadChannel(record));
+        RequirePlanned(run.channels.back(), run);
     } else if (kind == "resumed") {
         run.resumed.push_back(record.Text("at"));
         run.stopped = false;
@@ -238,12 +281,23 @@ void ReadRecord(const Json& json, bool isFirst, FinishedRun& run)
     } else if (kind == "end") {
         run.ended = record.Text("at");
         run.stopped = record.Flag("stopped");
-    } else {
-        Record::Refuse("record", L"is " + Excerpt(kind) + L"; known are run, channel, resumed and end");
+    } else if (kind != "verdict") {
+        Record::Refuse("record", L"is " + Excerpt(kind) + L"; known are run, channel, resumed, end and verdict");
     }
 }
 
 const std::wstring remedy = L". Give a result file (scan --json) or a journal (scan --journal) as it was written.";
+
+void RequireOnce(const FinishedRun& run, const std::wstring& path)
+{
+    std::set<std::pair<int32_t, int32_t>> places;
+    for (const ChannelResult& channel : run.channels) {
+        if (channel.outcome != ChannelOutcome::unmeasured && !places.emplace(channel.pass, channel.number).second) {
+            RaiseInput(path + L": channel " + std::to_wstring(channel.number) + L" of pass " +
+                       std::to_wstring(channel.pass) + L" is there twice" + remedy);
+        }
+    }
+}
 
 }  // namespace
 
@@ -252,6 +306,22 @@ std::string RunLine(const FinishedRun& run)
     Json columns = Json::array();
     for (const RunColumn& column : run.columns) {
         columns.push_back({{"parameter", column.parameter}, {"caption", Text(column.caption)}});
+    }
+    Json selection = Json::array();
+    for (const PlannedChannel& channel : run.selection) {
+        selection.push_back({{"number", channel.number},
+                             {"label", Text(channel.label)},
+                             {"frequencyMHz", channel.frequency},
+                             {"symbolRateMSymbs", channel.symbolRate}});
+    }
+    Json receiver{{"identity", Text(run.receiver.identity)},
+                  {"hardware", Text(run.receiver.hardware)},
+                  {"serialNumber", Text(run.receiver.serialNumber)},
+                  {"firmware", Text(run.receiver.firmware)},
+                  {"options", Text(run.receiver.options)}};
+    if (const auto& simulation = run.receiver.simulation) {
+        receiver["simulation"] = {
+            {"model", Text(simulation->model)}, {"sha256", Text(simulation->sha256)}, {"seed", Text(simulation->seed)}};
     }
     return Line({{"record", "run"},
                  {"format", format},
@@ -269,12 +339,7 @@ std::string RunLine(const FinishedRun& run)
                    {"berSamples", run.setup.settings.berSamples},
                    {"maxSettlingTimeSeconds", run.setup.settings.maxSettlingTime},
                    {"levelUnit", Text(run.setup.settings.levelUnit)}}},
-                 {"receiver",
-                  {{"identity", Text(run.receiver.identity)},
-                   {"hardware", Text(run.receiver.hardware)},
-                   {"serialNumber", Text(run.receiver.serialNumber)},
-                   {"firmware", Text(run.receiver.firmware)},
-                   {"options", Text(run.receiver.options)}}},
+                 {"receiver", std::move(receiver)},
                  {"protocol",
                   {{"site", Text(run.protocol.site)},
                    {"outlet", Text(run.protocol.outlet)},
@@ -282,7 +347,7 @@ std::string RunLine(const FinishedRun& run)
                    {"order", Text(run.protocol.order)},
                    {"remark", Text(run.protocol.remark)}}},
                  {"columns", std::move(columns)},
-                 {"selection", run.selection},
+                 {"selection", std::move(selection)},
                  {"passes", run.passes},
                  {"intervalSeconds", run.interval}});
 }
@@ -321,10 +386,9 @@ std::string ResumedLine(const std::wstring& time)
     return Line({{"record", "resumed"}, {"at", Text(time)}});
 }
 
-std::string EndLine(const FinishedRun& run, std::string_view further)
+std::string EndLine(const FinishedRun& run)
 {
-    return Line({{"record", "end"}, {"at", Text(run.ended)}, {"stopped", run.stopped}, {"seconds", run.Seconds()}},
-                further);
+    return Line({{"record", "end"}, {"at", Text(run.ended)}, {"stopped", run.stopped}, {"seconds", run.Seconds()}});
 }
 
 StoredRun ReadRun(std::string_view content, const std::wstring& path)
@@ -350,6 +414,7 @@ StoredRun ReadRun(std::string_view content, const std::wstring& path)
         }
         stored.wholeBytes = end + 1;
     }
+    RequireOnce(stored.run, path);
     if (stored.run.began.empty()) {
         RaiseInput(path + (content.empty() ? L" is empty" : L" has no whole line") + remedy);
     }

@@ -14,7 +14,7 @@ std::string RunLine(const FinishedRun& run);  ///< setup, receiver, columns and 
 std::string ChannelLine(const ChannelResult& channel, std::string_view further = {});
 std::string ResumedLine(const std::wstring& time);
 /// The end of a run, or of its first part where it was stopped.
-std::string EndLine(const FinishedRun& run, std::string_view further = {});
+std::string EndLine(const FinishedRun& run);
 
 /// A run as it was read back.
 struct StoredRun

@@ -5,30 +5,12 @@
 namespace tvn2x {
 namespace {
 
-bool IsLocked(const std::wstring& indicator)
-{
-    return indicator.empty() || indicator == L"OK";
-}
-
 std::wstring Counted(int32_t count, const wchar_t* one, const wchar_t* several)
 {
     return std::to_wstring(count) + (count == 1 ? one : several);
 }
 
 }  // namespace
-
-ChannelOutcome OutcomeOf(const ChannelCells& cells, bool measured)
-{
-    if (!measured) {
-        return ChannelOutcome::unmeasured;
-    }
-    if (cells.status != L"Done") {
-        return ChannelOutcome::error;
-    }
-    return IsLocked(cells.reference) && IsLocked(cells.carrier) && IsLocked(cells.frame)
-               ? ChannelOutcome::synchronised
-               : ChannelOutcome::notSynchronised;
-}
 
 std::wstring OutcomeText(ChannelOutcome outcome)
 {
@@ -59,14 +41,6 @@ std::wstring ScanSummary::Text() const
            std::to_wstring(synchronised) + L" synchronised, " + std::to_wstring(notSynchronised) +
            L" not synchronised, " + Counted(errors, L" error, ", L" errors, ") +
            (unmeasured > 0 ? std::to_wstring(unmeasured) + L" not measured, " : L"") + DurationText(seconds) + L" min";
-}
-
-int ScanSummary::ExitCode() const
-{
-    if (stopped) {
-        return 3;
-    }
-    return synchronised == channels ? 0 : 1;
 }
 
 }  // namespace tvn2x

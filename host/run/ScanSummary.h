@@ -10,23 +10,13 @@ enum class ChannelOutcome
 {
     unmeasured,
     synchronised,
-    notSynchronised,  ///< a lock indicator is not "OK": never locked, or lost while measuring
+    notSynchronised,  ///< a lock indicator is not "OK": never locked, lost while measuring, or not looked at
     error
 };
 
-/// The result cells that tell the outcome. An indicator that the setup does not measure is "".
-struct ChannelCells
-{
-    std::wstring status;
-    std::wstring reference;  ///< "OK", "UNSYNC" or "INTERMITTENT"
-    std::wstring carrier;
-    std::wstring frame;
-};
-
-ChannelOutcome OutcomeOf(const ChannelCells& cells, bool measured);
 std::wstring OutcomeText(ChannelOutcome outcome);
 
-/// What a run brought, and what its process tells the caller.
+/// What a pass brought.
 struct ScanSummary
 {
     int32_t channels = 0;  ///< chosen for the run
@@ -38,7 +28,6 @@ struct ScanSummary
 
     void Count(ChannelOutcome outcome);
     std::wstring Text() const;  ///< one line without its end
-    int ExitCode() const;       ///< 0 all synchronised, 1 some not, 3 stopped
 };
 
 }  // namespace tvn2x

@@ -143,8 +143,10 @@ expect_text 'Stopped: 3 channels, 1 synchronised, 0 not synchronised, 0 errors, 
 grep -qE '^  1 .* Done .* OK ' "$work/out" || fail "loses the first channel's row"
 grep -qE '^  3 .* Un-measured$' "$work/out" || fail "comes after the third channel"
 python3 -B "$root/tests/system/report_check.py" schema "$root/docs/result.schema.json" run.journal run.jsonl
-expect_exit 0 scan slow.ini --network clean.ini "${fast[@]}" --resume run.journal
-expect_text '3 channels, 3 synchronised'
+expect_exit 2 scan slow.ini --network clean.ini "${fast[@]}" --resume run.journal
+expect_notice 'was begun with another network: Simulated receiver: network model one.ini'
+expect_exit 1 scan slow.ini --network one.ini "${fast[@]}" --resume run.journal
+expect_text '3 channels, 1 synchronised, 2 not synchronised'
 
 # A driver library that is not registered.
 "$wine_program" regsvr32 /s /u "$(wine_path "$bin/XKTR2x.dll")" </dev/null

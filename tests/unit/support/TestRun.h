@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,7 +22,7 @@ inline Reading TestReading(int32_t parameter, const std::wstring& cell, const st
     return MakeReading(parameter, cell, value, levelUnit, SystemLocale());
 }
 
-/// A measured channel; readings as cells by parameter.
+/// A measured channel; readings as cells by parameter, with all locks where it is synchronised.
 inline ChannelResult TestChannel(int32_t number, double frequency, std::vector<std::pair<int32_t, std::wstring>> cells,
                                  int32_t pass = 1, ChannelOutcome outcome = ChannelOutcome::synchronised)
 {
@@ -36,8 +37,14 @@ inline ChannelResult TestChannel(int32_t number, double frequency, std::vector<s
                           .began = L"2026-11-21T12:59:05.123Z",
                           .seconds = 1.25,
                           .readings = {}};
-    for (const auto& [parameter, cell] : cells) {
-        channel.readings.push_back(TestReading(parameter, cell));
+    const bool isLocked = outcome == ChannelOutcome::synchronised;
+    for (const ReadingKind& kind : ReadingKinds()) {
+        const auto cell = std::ranges::find(cells, kind.parameter, &std::pair<int32_t, std::wstring>::first);
+        if (cell != cells.end()) {
+            channel.readings.push_back(TestReading(kind.parameter, cell->second));
+        } else if (kind.isLock && isLocked) {
+            channel.readings.push_back(TestReading(kind.parameter, L"OK"));
+        }
     }
     return channel;
 }
@@ -57,13 +64,13 @@ inline FinishedRun TestRun(std::vector<ChannelResult> channels)
                               .berSamples = 10,
                               .maxSettlingTime = 10,
                               .levelUnit = L"dBµV"}};
-    run.receiver = {L"KTR", L"2x", L"100001", L"2.40", L"EXTREF,RB"};
+    run.receiver = {L"KTR", L"2x", L"100001", L"2.40", L"EXTREF,RB", {}};
     run.columns = {{MP_USERFIELD, L"User Field"}, {MP_RFLEV, L"RF Level (dBµV)"}, {MP_MER, L"MER"}};
     run.began = L"2026-11-21T12:59:00.000Z";
     run.ended = L"2026-11-21T13:00:00.000Z";
     for (const ChannelResult& channel : channels) {
         if (channel.pass == 1) {
-            run.selection.push_back(channel.number);
+            run.selection.push_back({channel.number, channel.label, channel.frequency, channel.symbolRate});
         }
     }
     run.channels = std::move(channels);

@@ -1,5 +1,6 @@
 #include "host/judge/Judgement.h"
 
+#include "host/judge/VerdictText.h"
 #include "setup/catalogue/LevelUnits.h"
 #include "support/TestFiles.h"
 #include "support/TestRun.h"
@@ -36,6 +37,11 @@ TEST(Limits, TheMoreSpecialSectionCounts)
     EXPECT_EQ(*outlet.Find(MP_RFLEV, 256), (Limit{54, 57, 71, 74}));
     EXPECT_EQ(*outlet.Find(MP_BER, 16), (Limit{{}, {}, 1e-4, 2e-4}));
     EXPECT_EQ(outlet.drift.at(MP_RFLEV), 2);
+    for (const int32_t order : {4, 16, 32, 64, 128, 256}) {
+        for (const int32_t parameter : outlet.Parameters()) {
+            EXPECT_NE(outlet.Find(parameter, order), nullptr) << parameter << " " << order;
+        }
+    }
 }
 
 TEST(Limits, ABadFileIsNamedWithLineAndRemedy)
@@ -109,14 +115,61 @@ TEST(Judge, GoesByWhatWasMeasuredAndNotByWhatIsShown)
 {
     ChannelResult channel = TestChannel(1, 474, {});
     channel.readings = {MakeReading(MP_MER, L"31.0", 30.96, L"dBµV", SystemLocale())};
-    EXPECT_EQ(JudgeOne(channel, merLimits).channels.front().reason, L"MER 31.0 dB is 0.04 dB below the limit of 31 dB");
+    EXPECT_EQ(JudgeOne(channel, merLimits).channels.front().reason,
+              L"MER 30.96 dB is 0.04 dB below the limit of 31 dB");
+    channel.readings = {TestReading(MP_MER, L"30.7")};
+    EXPECT_EQ(JudgeOne(channel, merLimits).channels.front().reason, L"MER 30.7 dB is 0.3 dB below the limit of 31 dB");
+    channel.readings = {MakeReading(MP_BER, L"2.0E-4", 2.04e-4, L"", SystemLocale())};
+    EXPECT_EQ(JudgeOne(channel, "[ber]\nFail Above=2e-4\n").channels.front().reason,
+              L"BER before RS 2.04E-4 is 0.01 decades above the limit of 2E-4");
+    channel.readings = {MakeReading(MP_RFLEV, L"0.5012", 0.501182, L"mV", SystemLocale())};
+    EXPECT_EQ(JudgeOne(channel, "[rflev]\nFail Below=54\n").channels.front().reason,
+              L"RF level 0.50118 mV is 1.25E-4 dB below the limit of 54 dBµV");
+    channel.readings = {{.parameter = MP_MER, .text = L"good", .value = 30.5, .unit = L"dB"}};
+    EXPECT_EQ(JudgeOne(channel, merLimits).channels.front().reason, L"MER 30.5 dB is 0.5 dB below the limit of 31 dB");
+}
+
+TEST(Judge, WhatNobodySawIsNeverGood)
+{
+    const FinishedRun whole = TestRun({TestChannel(1, 474, {{MP_MER, L"39.0"}}), TestChannel(2, 482, {})});
+    const auto verdict = [&](const char* content, auto change) {
+        FinishedRun run = whole;
+        change(run);
+        const Limits limits = ReadLimits(content, L"my.ini");
+        const RunJudgement judgement = Judge(run, content == merLimits ? nullptr : &limits);
+        EXPECT_EQ(judgement.ExitCode(), 1);
+        return VerdictSentence(run, judgement);
+    };
+    const auto as = [](FinishedRun&) {};
+    const auto killed = [](FinishedRun& run) { run.channels.pop_back(); };
+    const auto again = [](FinishedRun& run) { run.passes = 1000000; };
+    const auto unlocked = [](FinishedRun& run) { run.channels[1].outcome = ChannelOutcome::notSynchronised; };
+    const auto level = [](FinishedRun& run) {
+        run.channels[1].readings.push_back(TestReading(MP_RFLEV, L"60.0", L"V"));
+        run.channels[1].readings.push_back(TestReading(MP_MER, L"39.0"));
+    };
+    const std::string both = "[mer]\nFail Below=31\n[rflev]\nFail Below=54\n";
+    EXPECT_EQ(
+        verdict("[mer]\nFail Below=31\n", as),
+        L"NOT MEASURED: 1 of 2 channels pass, 1 not measured. Worst: C2 482 MHz, MER was not measured. 1 limit not "
+        L"applied: MER: not measured (1 channel).");
+    EXPECT_EQ(verdict("[mer 64-QAM]\nFail Below=26\n", as),
+              L"NOT JUDGED: 2 of 2 channels pass. None of the limits could be applied. 1 limit not applied: MER: no "
+              L"section for 256-QAM (2 channels).");
+    EXPECT_THAT(verdict("[step]\nFail Above=3\n", as), HasSubstr(L"level step: not measured (2 channels)"));
+    EXPECT_THAT(verdict(both.c_str(), level), HasSubstr(L"RF level: no level that can be converted (1 channel)"));
+    EXPECT_EQ(verdict(merLimits.c_str(), killed), L"INCOMPLETE: 1 of 2 channels pass, 1 not measured.");
+    EXPECT_EQ(verdict(merLimits.c_str(), again), L"INCOMPLETE: 2 of 2000000 measurements pass, 1999998 not measured.");
+    EXPECT_THAT(verdict(merLimits.c_str(), unlocked),
+                HasSubstr(L"FAIL: 1 of 2 channels pass, 1 fails. Worst: C2 482 MHz, not synchronised"));
 }
 
 TEST(Judge, AChannelsVerdictIsItsWorstAndTheRunsTheWorstOfAll)
 {
     FinishedRun run = TestRun(
         {TestChannel(1, 474, {{MP_MER, L"39.0"}, {MP_BER, L"3E-4"}}), TestChannel(2, 482, {{MP_MER, L"32.0"}}),
-         TestChannel(3, 490, {{MP_SYNC, L"UNSYNC"}, {MP_MER, L"---"}}, 1, ChannelOutcome::notSynchronised),
+         TestChannel(3, 490, {{MP_REF, L"OK"}, {MP_SYNC, L"UNSYNC"}, {MP_DATA, L"OK"}}, 1,
+                     ChannelOutcome::notSynchronised),
          TestChannel(4, 498, {}, 1, ChannelOutcome::error), TestChannel(5, 506, {}, 1, ChannelOutcome::unmeasured)});
     const Limits limits = ReadLimits(merLimits, L"my.ini");
     const RunJudgement judgement = Judge(run, &limits);
@@ -127,12 +180,14 @@ TEST(Judge, AChannelsVerdictIsItsWorstAndTheRunsTheWorstOfAll)
     }
     EXPECT_EQ(judgement.channels[2].reason, L"not synchronised: symbol rate and carrier UNSYNC");
     EXPECT_EQ(judgement.ExitCode(), 1);
-    EXPECT_EQ(
-        VerdictSentence(run, judgement),
-        L"FAIL: 1 of 5 channels pass, 1 with a warning, 1 fails, 1 error of the instrument, 1 not measured. Worst "
-        L"margin: C2 482 MHz, MER 32.0 dB is 1 dB below the warning limit of 33 dB.");
+    EXPECT_EQ(VerdictSentence(run, judgement),
+              L"FAIL, INCOMPLETE: 1 of 5 channels pass, 1 with a warning, 1 fails, 1 error of the instrument, 1 not "
+              L"measured. Worst: C3 490 MHz, not synchronised: symbol rate and carrier UNSYNC.");
 
     run.channels.resize(2);
+    run.selection.resize(2);
+    EXPECT_THAT(VerdictSentence(run, Judge(run, &limits)),
+                HasSubstr(L"Worst: C2 482 MHz, MER 32.0 dB is 1 dB below the warning limit of 33 dB."));
     EXPECT_EQ(Judge(run, &limits).ExitCode(), 0) << "warnings pass";
     EXPECT_EQ(Judge(run, nullptr).verdict, Verdict::pass) << "without limits the locks decide";
     EXPECT_EQ(Judge(TestRun({}), &limits).ExitCode(), 1) << "nothing measured is no pass";

@@ -34,6 +34,14 @@ TEST(CompareRuns, ShowsWhatDriftedAndWhatCameAndWent)
     EXPECT_EQ(comparison.channels, 3);
     EXPECT_EQ(comparison.changed, 4);
     EXPECT_TRUE(CompareRuns(before, before, {{MP_RFLEV, 0}}).changes.empty());
+
+    FinishedRun blind = before;
+    blind.channels[0] = TestChannel(1, 474, {{MP_BER, L"1E-8"}});
+    blind.channels[1].outcome = ChannelOutcome::unmeasured;
+    EXPECT_EQ(CompareRuns(before, blind, {{MP_RFLEV, 9}}).changes.at(0).after, L"not measured")
+        << "a reading that went";
+    EXPECT_EQ(CompareRuns(before, blind, {{MP_RFLEV, 9}}).changed, 2);
+    EXPECT_EQ(CompareRuns(blind, blind, {{MP_RFLEV, 9}}).changed, 1) << "what nobody measured is not unchanged";
 }
 
 }  // namespace

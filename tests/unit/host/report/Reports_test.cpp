@@ -104,14 +104,19 @@ TEST(HtmlReport, StandsAloneWhateverTheTextsAre)
     run.channels[1].label = L"</td><script>alert(1)</script>&\"'\x01";
     run.columns[1].caption = L"<b>";
     run.protocol = {.site = L"<Linz>", .outlet = L"3rd floor", .by = L"A. Huber", .order = L"4711", .remark = L"rain"};
+    run.receiver.simulation = {L"C:\\data\\town.ini", L"0123", L"7"};
+    run.channels.push_back(TestChannel(4, 378, {{MP_RFLEV, L"60.0"}}, 1, ChannelOutcome::notSynchronised));
+    run.selection.push_back({4, L"C4", 378, 6.9});
     const Limits limits = OutletLimits();
     const std::string html = HtmlReport(run, Judge(run, &limits), &limits);
     for (const char* text : {"<script", "<b>", "\x01", "src="}) {
         EXPECT_THAT(html, Not(HasSubstr(text)));
     }
-    for (const char* text : {"FAIL: 0 of 3 channels pass, 3 fail.", "mostly I/Q imbalance", "RF level", "Level steps",
-                             "Modulation error", "Bit error ratio", "What eats the MER", "&lt;Linz&gt;", "3rd floor",
-                             "A. Huber", "4711", "rain", "input Receiver (75 ohm)", "Cable outlets, 20"}) {
+    for (const char* text : {"FAIL: 0 of 4 channels pass, 4 fail.", "Worst: C4 378 MHz, not synchronised",
+                             "class=\"band\">Simulated receiver: network model town.ini, SHA-256 0123, seed 7<",
+                             "mostly I/Q imbalance", "RF level", "Level steps", "Modulation error", "Bit error ratio",
+                             "What eats the MER", "&lt;Linz&gt;", "3rd floor", "A. Huber", "4711", "rain",
+                             "input Receiver (75 ohm)", "Cable outlets, 20"}) {
         EXPECT_THAT(html, HasSubstr(text));
     }
     EXPECT_THAT(HtmlReport(TestRun({}), Judge(TestRun({}), nullptr), nullptr), StartsWith("<!DOCTYPE html>"));
@@ -128,7 +133,7 @@ TEST(HtmlReport, ShowsTheWorstOfSeveralPasses)
     EXPECT_THAT(html, Not(HasSubstr(">39.1</td>")));
 }
 
-TEST(JunitReport, TellsFailuresErrorsAndSkippedCasesApart)
+TEST(JunitReport, IsGreenForNothingThatWasNotSeen)
 {
     FinishedRun run = TestRun({Misadjusted(1, 354), TestChannel(2, 482, {}, 1, ChannelOutcome::error),
                                TestChannel(3, 490, {}, 1, ChannelOutcome::unmeasured), TestChannel(1, 354, {}, 2)});
@@ -136,11 +141,14 @@ TEST(JunitReport, TellsFailuresErrorsAndSkippedCasesApart)
     const Limits limits = OutletLimits();
     const std::string xml = JunitReport(run, Judge(run, &limits));
     for (const char* text :
-         {R"(<testsuite name="net pass 1" tests="3" failures="1" errors="1" skipped="1" time="3.750")",
-          R"(<testsuite name="net pass 2" tests="1" failures="0" errors="0" skipped="0")",
+         {R"(<testsuite name="net pass 1" tests="3" failures="1" errors="2" skipped="0" time="3.750")",
+          R"(<testsuite name="net pass 2" tests="1" failures="0" errors="1" skipped="0")",
+          R"(<testsuites name="net" tests="5" failures="1" errors="4")",
+          R"(<error message="FAIL, INCOMPLETE: 0 of 6 measurements pass, 1 fails, 1 error of the instrument, 4 not )",
           R"(<failure message="MER 31.3 dB is 0.7 dB below the limit of 32 dB" type="limit">)",
           "the instrument ended the channel with &quot;Control Error&quot;",
-          R"(<skipped message="the channel was not measured"/>)"}) {
+          R"(<error message="the channel was not measured" type="not measured">)",
+          R"(<error message="RF level was not measured; )"}) {
         EXPECT_THAT(xml, HasSubstr(text));
     }
 }

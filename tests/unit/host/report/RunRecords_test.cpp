@@ -61,6 +61,7 @@ TEST(RunRecords, ARunReadsBackAsItWasWritten)
     EXPECT_EQ(stored.run, run);
     EXPECT_FALSE(stored.isTorn);
     run.resumed = {L"2026-11-22T00:00:00.000Z"};
+    run.receiver.simulation = {L"C:\\data\\town.ini", std::wstring(64, L'b'), L"7"};
     const RunJudgement judgement = Judge(run, nullptr);
     EXPECT_EQ(ReadRun(ResultText(run, &judgement), L"").run, run) << "verdicts are passed over";
 
@@ -72,6 +73,16 @@ TEST(RunRecords, ARunReadsBackAsItWasWritten)
     EXPECT_FALSE(resumed.stopped) << "going on takes the end back";
     EXPECT_EQ(resumed.ended, L"");
     EXPECT_EQ(resumed.resumed.back(), L"2026-11-22T00:00:00.000Z");
+}
+
+TEST(RunRecords, WhatSomebodyEditedIsJudgedByItsLocks)
+{
+    const FinishedRun run = TestRun({TestChannel(1, 474, {{MP_MER, L"39,1"}})});
+    std::string text = ResultText(run);
+    EXPECT_EQ(ReadRun(text, L"").run.channels[0].Find(MP_MER)->text, L"39.1") << "one decimal mark, the reader's";
+    const std::string lock = "\"data\":\"OK\"";
+    text.replace(text.find(lock), lock.size(), "\"data\":\"UNSYNC\"");
+    EXPECT_EQ(ReadRun(text, L"").run.channels[0].outcome, ChannelOutcome::notSynchronised);
 }
 
 TEST(RunRecords, EveryCutThroughAJournalLeavesItsWholeLines)
@@ -113,6 +124,10 @@ TEST(RunRecords, NamesTheLineThatIsNoRecord)
                           {with("\"number\":1", "\"number\":99999999999"), L"\"number\" is outside 1 to"},
                           {with("\"pass\":1", "\"pass\":0"), L"\"pass\" is outside 1 to"},
                           {with("\"seconds\"", "\"secs\""), L"line 2: \"seconds\" is missing"},
+                          {with("\"number\":1", "\"number\":9"), L"\"number\" is 9, which was not to be measured"},
+                          {with("\"pass\":1", "\"pass\":2"), L"\"pass\" is 2 of 1"},
+                          {head + channel + channel, L"run.jsonl: channel 1 of pass 1 is there twice"},
+                          {RunLine(TestRun({})), L"\"selection\" has to name channels"},
                           {with("\"below\"", "\"beside\""), L"is \"beside\", which is not known"},
                           {with("\"value\":61.1", "\"value\":\"x\""), L"\"value\" has to be a number"},
                           {"{\"record\":\"run\",\"format\":2}\n", L"\"format\" is 2, this program reads 1"}});

@@ -1,0 +1,103 @@
+#!/usr/bin/env bash
+# Nobody gets a verdict of "good" out of a network that nobody saw: dead networks, setups that do not look, limits that do
+# not apply, runs that were stopped, killed or edited, in every combination of flags, by every command that judges.
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+. tests/system/expect.sh verdict_test
+fast=(--time-scale 0.001)
+
+head -n 24 "$root/tests/data/plans/at-Kabelsignal" >town # three channels
+expect_exit 0 import town -o seeing.ini --ber-samples 1 --max-settling-time 1
+expect_exit 0 network town -o alive.ini --clean
+printf '[Network]\n' >dead.ini
+sed 's/^Order of QAM=.*/Order of QAM=64/' alive.ini >other.ini # something else is on the air
+sed 's/^Level (dBuV)=.*/Level (dBuV)=5/' alive.ini >faint.ini
+# Setups that neither display nor save the locks, and such as measure next to nothing.
+without() { # SETUP PARAMETER...
+    local parameters=" ${*:2} "
+    awk -v not="$parameters" '/^\[/ { in_flags = /^\[Parameters to (Display|Save)\]/ }
+        { split($0, part, /[ =]/); if (in_flags && index(not, " " part[2] " ")) print "Parameter " part[2] "=0\r"; else print }' \
+        seeing.ini >"$1"
+}
+without blind.ini 18 19 20
+without level.ini 16 17 18 19 20 21 22 23 24 25 26 27 28 29 30
+printf '[rflev]\nWarn Below=1\n' >lenient.ini
+printf '[ber 64-QAM]\nFail Above=1\n[step 4-QAM]\nFail Above=90\n' >useless.ini
+
+# No report of a run says that it is good.
+never_good() {
+    ! grep -qE '^PASS' "$work/out" || fail "passes"
+    if [ -e run.xml ]; then
+        grep -qE '<testsuites .*(failures|errors)="[1-9]' run.xml || fail "is green for a build server"
+        xmllint --noout --schema "$root/tests/data/junit.xsd" run.xml 2>xsd || fail "$(cat xsd)"
+    fi
+    if [ -e run.jsonl ]; then
+        tail -n 1 run.jsonl | grep -qE '"record":"verdict","result":"(not measured|error|fail)"' || fail "passes in JSON"
+        python3 -B "$root/tests/system/report_check.py" schema "$root/docs/result.schema.json" run.jsonl
+        ! grep -qE '<p class="verdict (pass|warning)"' run.html || fail "passes on the page"
+        grep -q 'class="band">Simulated receiver' run.html || fail "does not say that the receiver is a simulated one"
+    fi
+}
+reports=(--json run.jsonl --junit run.xml --html run.html)
+bad() { # ARGUMENT...
+    rm -f run.*
+    local status=0
+    said="tvnhost $*"
+    "$wine_program" "$bin/tvnhost.exe" "$@" "${reports[@]}" >"$work/out" 2>"$work/err" </dev/null || status=$?
+    [ "$status" = 1 ] || [ "$status" = 3 ] || fail "ends with $status"
+    never_good
+}
+
+# Dead networks, whatever the flags.
+combinations=0
+for network in dead other faint; do
+    for setup in seeing blind level; do
+        for flags in '' '--limits outlet --write' '--limits lenient.ini --channels 2 --parameters rflev' \
+            '--limits useless.ini --force --repeat 2'; do
+            # shellcheck disable=SC2086
+            bad scan $setup.ini --network $network.ini "${fast[@]}" $flags
+            [ $setup = seeing ] || expect_notice 'because verdicts need it'
+            combinations=$((combinations + 1))
+        done
+        mv run.jsonl stored.jsonl
+        for limits in outlet lenient.ini useless.ini; do
+            bad judge stored.jsonl --limits $limits
+        done
+    done
+done
+
+# A good network and limits that cannot be applied; one that can, seen by a setup that does not look.
+bad scan seeing.ini --network alive.ini "${fast[@]}" --limits useless.ini
+expect_text 'NOT JUDGED' 'BER before RS: no section for 256-QAM (3 channels)'
+expect_exit 0 scan level.ini --network alive.ini "${fast[@]}" --limits lenient.ini --json good.jsonl
+expect_text 'PASS: 3 of 3 channels pass.' 'Simulated receiver: network model alive.ini, SHA-256'
+bad judge good.jsonl
+expect_text 'MER: not measured (3 channels)'
+
+# Stopped, killed, edited.
+lines() { grep -vE '"record":"(verdict|end)"' good.jsonl; }
+head -n 2 good.jsonl >killed.jsonl
+lines | sed 3d >gap.jsonl
+(lines | head -n 3; grep '"end"' good.jsonl | sed 's/"stopped":false/"stopped":true/') >stopped.jsonl
+sed 's/"passes":1/"passes":9/' good.jsonl >passes.jsonl
+sed 's/"data":"OK"/"data":"UNSYNC"/' good.jsonl >unlocked.jsonl
+sed 's/"locks":{[^}]*}/"locks":{}/' good.jsonl >lockless.jsonl
+sed 's/"status":"Done"/"status":"Control Error"/' good.jsonl >error.jsonl
+sed 's/"outcome":"synchronised"/"outcome":"not measured"/' good.jsonl >unmeasured.jsonl
+for run in killed gap stopped passes unlocked lockless error unmeasured; do
+    bad judge $run.jsonl --limits lenient.ini
+    [[ $run =~ lock|error ]] || bad report $run.jsonl
+done
+sed 's/"selection":\[.*\],"passes"/"selection":[],"passes"/' good.jsonl >empty.jsonl
+(head -n 2 good.jsonl; lines | tail -n +2) >twice.jsonl
+for run in empty twice; do
+    expect_exit 2 judge $run.jsonl
+done
+expect_exit 1 compare gap.jsonl gap.jsonl
+expect_text 'not measured'
+head -n 3 good.jsonl >begun.jsonl
+expect_exit 2 scan level.ini --network dead.ini "${fast[@]}" --resume begun.jsonl
+expect_exit 0 scan level.ini --network alive.ini "${fast[@]}" --resume begun.jsonl --limits lenient.ini
+expect_text 'PASS: 3 of 3 channels pass.'
+
+echo "$combinations scans of dead networks, and none was good"

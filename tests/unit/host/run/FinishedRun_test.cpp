@@ -1,0 +1,69 @@
+#include "host/run/FinishedRun.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/TestRun.h"
+
+namespace tvn2x {
+namespace {
+
+using testing::ElementsAre;
+using enum ChannelOutcome;
+
+TEST(OutcomeOf, OnlyWhatWasSeenLockedIsSynchronised)
+{
+    const std::tuple<const wchar_t*, std::vector<std::wstring>, ChannelOutcome> cases[] = {
+        {L"Done", {L"OK", L"OK", L"OK"}, synchronised},
+        {L"Done", {L"UNSYNC", L"OK", L"OK"}, notSynchronised},
+        {L"Done", {L"OK", L"OK", L"INTERMITTENT"}, notSynchronised},
+        {L"Done", {L"OK", L"OK"}, notSynchronised},
+        {L"Done", {L"", L"OK", L"OK"}, notSynchronised},
+        {L"Done", {}, notSynchronised},
+        {L"Control Error", {L"OK", L"OK", L"OK"}, error},
+        {L"", {L"OK", L"OK", L"OK"}, error}};
+    for (const auto& [status, locks, outcome] : cases) {
+        std::vector<Reading> readings{TestReading(MP_MER, L"39.0")};
+        for (size_t i = 0; i < locks.size(); ++i) {
+            readings.push_back({.parameter = MP_REF + static_cast<int32_t>(i), .text = locks[i]});
+        }
+        EXPECT_EQ(OutcomeOf(status, readings), outcome) << status << locks.size();
+    }
+}
+
+TEST(FinishedRun, CompleteGivesEachPlannedChannelOfTheBegunPassesItsPlace)
+{
+    FinishedRun run = TestRun({TestChannel(1, 474, {}), TestChannel(2, 482, {}), TestChannel(3, 490, {})});
+    run.passes = 5;
+    EXPECT_EQ(run.Planned(), 15);
+    run.channels = {TestChannel(3, 490, {}, 2), TestChannel(2, 482, {}, 1, unmeasured), TestChannel(2, 482, {}),
+                    TestChannel(1, 474, {}, 2, unmeasured), TestChannel(1, 474, {}, 3, unmeasured)};
+    run.Complete();
+    std::vector<std::tuple<int32_t, int32_t, ChannelOutcome>> places;
+    for (const ChannelResult& channel : run.channels) {
+        places.emplace_back(channel.pass, channel.number, channel.outcome);
+    }
+    EXPECT_THAT(places, ElementsAre(std::tuple(1, 1, unmeasured), std::tuple(1, 2, synchronised),
+                                    std::tuple(1, 3, unmeasured), std::tuple(2, 1, unmeasured),
+                                    std::tuple(2, 2, unmeasured), std::tuple(2, 3, synchronised)));
+    EXPECT_EQ(run.channels[0].Name(), L"C1 474 MHz");
+    EXPECT_EQ(run.Measured(), 2);
+    EXPECT_FALSE(run.IsComplete());
+    run.passes = 0;
+    EXPECT_EQ(run.Planned(), 6) << "without an end the passes that began count";
+}
+
+TEST(FinishedRun, IsCompleteWhereAllWasMeasuredThatWasToBe)
+{
+    FinishedRun run = TestRun({TestChannel(1, 474, {}), TestChannel(2, 482, {}, 1, error)});
+    EXPECT_TRUE(run.IsComplete());
+    run.passes = 2;
+    EXPECT_FALSE(run.IsComplete());
+    run.channels[1].outcome = unmeasured;
+    run.passes = 0;
+    EXPECT_FALSE(run.IsComplete());
+    EXPECT_FALSE(TestRun({}).IsComplete());
+}
+
+}  // namespace
+}  // namespace tvn2x
