@@ -16,6 +16,11 @@ if(TVN_FUZZ)
   set(CMAKE_CXX_FLAGS_DEBUG "-O1 -g")
 endif()
 
+if(WIN32)
+  # Wine's debugger reads no newer form of it. An object of the tests has more sections than the format has by itself.
+  set(CMAKE_CXX_FLAGS_DEBUG "-O0 -gdwarf-4 -Wa,-mbig-obj")
+endif()
+
 find_program(CCACHE ccache)
 if(CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE})

@@ -17,6 +17,9 @@ build() {
     }
 }
 
+# The build tree whose programs run under Wine: TVN_TREE names another one (win64-debug).
+windows_tree=${TVN_TREE:-win64}
+
 # The Wine prefix of the project's own, and a quiet Wine in it. TVN_PREFIX names another one: programs that need a screen
 # must not meet a Wine that was started without.
 wine_environment() {
@@ -27,7 +30,7 @@ wine_environment() {
 # Makes the prefix when it is not there, and registers the three libraries when one of them has changed.
 wine_ready() {
     wine_environment
-    local bin=$root/build/win64/bin stamp=$WINEPREFIX/registered
+    local bin=$root/build/$windows_tree/bin stamp=$WINEPREFIX/registered
     if [ ! -f "$WINEPREFIX/made" ]; then
         rm -rf "$WINEPREFIX"
         mkdir -p "$WINEPREFIX"
