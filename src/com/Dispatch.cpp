@@ -53,6 +53,16 @@ WORD UnderstoodFlags(ITypeInfo* info, DISPID member, WORD flags)
     return one ? static_cast<WORD>((flags & ~assignments) | offered) : flags;
 }
 
+/// Whether an assignment by reference says null: that is how some languages say that there is no object.
+bool AssignsNull(const DISPPARAMS& parameters, WORD flags)
+{
+    if (flags != DISPATCH_PROPERTYPUTREF || parameters.cArgs == 0) {
+        return false;
+    }
+    const VARIANT& value = parameters.rgvarg[0];
+    return value.vt == VT_NULL || (value.vt == variantReference && value.pvarVal && value.pvarVal->vt == VT_NULL);
+}
+
 /// The type behind each reference parameter of a member, in order; VT_EMPTY for a parameter taken by value.
 std::vector<VARTYPE> ReferenceTypes(ITypeInfo* info, DISPID member, WORD flags)
 {
@@ -77,11 +87,11 @@ size_t PositionOf(const DISPPARAMS& parameters, UINT argument)
     return parameters.cArgs - 1 - argument;
 }
 
-/// The arguments of one call with typed references in place of references to VARIANTs.
+/// The arguments of one call with typed references in place of references to VARIANTs, and no object in place of null.
 class TypedArguments
 {
 public:
-    TypedArguments(const DISPPARAMS& parameters, const std::vector<VARTYPE>& types)
+    TypedArguments(const DISPPARAMS& parameters, WORD flags, const std::vector<VARTYPE>& types)
         : arguments_(parameters.rgvarg, parameters.rgvarg + parameters.cArgs),
           values_(parameters.cArgs),
           call(parameters)
@@ -98,6 +108,10 @@ public:
             } else if (type != VT_EMPTY && type != VT_VARIANT) {
                 Convert(i, type);
             }
+        }
+        if (AssignsNull(parameters, flags)) {
+            VariantInit(arguments_.data());
+            arguments_.front().vt = VT_DISPATCH;
         }
         call.rgvarg = arguments_.data();
     }
@@ -147,10 +161,10 @@ HRESULT InvokeTyped(ITypeInfo* info, IDispatch* object, DISPID member, WORD flag
                     VARIANT* result, EXCEPINFO* exception, UINT* argument)
 {
     flags = UnderstoodFlags(info, member, flags);
-    if (!HasVariantReference(*parameters)) {
+    if (!HasVariantReference(*parameters) && !AssignsNull(*parameters, flags)) {
         return info->Invoke(object, member, flags, parameters, result, exception, argument);
     }
-    TypedArguments typed(*parameters, ReferenceTypes(info, member, flags));
+    TypedArguments typed(*parameters, flags, ReferenceTypes(info, member, flags));
     const HRESULT outcome = info->Invoke(object, member, flags, &typed.call, result, exception, argument);
     return SUCCEEDED(outcome) ? typed.HandBack(*parameters) : outcome;
 }

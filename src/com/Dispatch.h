@@ -16,10 +16,10 @@ HRESULT DispatchTypeInfo(REFIID interfaceId, UINT index, ITypeInfo** out) noexce
 HRESULT DispatchNames(REFIID interfaceId, REFIID reserved, LPOLESTR* names, UINT count, DISPID* ids) noexcept;
 /// What a type library cannot say for itself:
 /// - Script languages pass every variable as a reference to a VARIANT; where a member takes a typed reference, the
-/// value
-///   is converted there and back, whether the argument stands at its position or is named.
+///   value is converted there and back, whether the argument stands at its position or is named.
 /// - A reference to an argument that was left out, which a procedure passes on, is left out.
 /// - A property that is only ever set by reference takes the plain assignment, too: not every language has both.
+///   It takes null for no object.
 HRESULT DispatchInvoke(REFIID interfaceId, IDispatch* object, DISPID member, REFIID reserved, WORD flags,
                        DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception, UINT* argument) noexcept;
 

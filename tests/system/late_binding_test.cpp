@@ -176,9 +176,17 @@ TEST_F(LateBinding, ParentTakesEveryKindOfAssignment)
         EXPECT_EQ(parent.references, 0u);
         EXPECT_EQ(Call(measurement, L"Parent", flags, {Reference(variable)}), S_OK);
         EXPECT_GT(parent.references, 0u);
-        EXPECT_EQ(Call(measurement, L"Parent", flags, {Holding(nullptr)}), S_OK);
+        VARIANT none{};
+        none.vt = VT_NULL;
+        EXPECT_EQ(Call(measurement, L"Parent", flags, {none}), S_OK);
+        EXPECT_EQ(parent.references, 0u);
+        EXPECT_EQ(Call(measurement, L"Parent", flags, {variable}), S_OK);
+        EXPECT_EQ(Call(measurement, L"Parent", flags, {Reference(none)}), S_OK);
+        EXPECT_EQ(parent.references, 0u);
     }
-    EXPECT_NE(Call(measurement, L"Parent", DISPATCH_PROPERTYPUT, {Number(5)}), S_OK);
+    for (const VARIANT& wrong : {Number(5), VARIANT{}}) {
+        EXPECT_NE(Call(measurement, L"Parent", DISPATCH_PROPERTYPUT, {wrong}), S_OK);
+    }
     // A plain property takes no reference, and keeps taking values.
     EXPECT_NE(Call(measurement, L"Notes", DISPATCH_PROPERTYPUTREF, {Holding(&parent)}), S_OK);
     const Bstr notes(L"n");
