@@ -36,6 +36,7 @@ struct Arguments
     bool checksReceiver = false, replacesChannels = false, forces = false;
 };
 
+/// The single-threaded apartment of the main thread, while it lives.
 class Apartment
 {
 public:

@@ -19,6 +19,7 @@ enum ExitCode : int
     exitStopped = 3
 };
 
+/// What `import` was called with.
 struct ImportOptions
 {
     PlanSource plan;
@@ -30,6 +31,7 @@ struct ImportOptions
     bool forces = false;           ///< replaces setups that are there
 };
 
+/// What `network` was called with.
 struct NetworkOptions
 {
     PlanSource plan;
@@ -39,6 +41,7 @@ struct NetworkOptions
     bool forces = false;   ///< replaces a file that is there
 };
 
+/// What `scan` was called with.
 struct ScanOptions
 {
     std::wstring setup;
@@ -68,6 +71,7 @@ struct JudgeOptions
     RunProtocol protocol;  ///< in place of what the run has, where something is said
 };
 
+/// What `compare` was called with.
 struct CompareOptions
 {
     std::wstring before;

@@ -50,6 +50,7 @@ struct ReceiverReport
 };
 ReceiverReport AskReceiver(const Plugin& plugin);
 
+/// Which way settings go: from the receiver into the setup, or back.
 enum class Transfer
 {
     read,
@@ -77,6 +78,7 @@ void TakeSettings(const Plugin& plugin, const SetupSettings& settings);
 /// Takes the channels of `setup` over into the plug-in's, in place of those there.
 void TakeChannels(const Plugin& plugin, const Setup& setup);
 
+/// How far a scan prepares the receiver.
 struct Preparation
 {
     bool writes = false;         ///< brings the receiver into the setup's whole state, not only its mode

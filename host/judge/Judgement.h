@@ -39,6 +39,7 @@ struct Finding
     std::wstring unapplied{};  ///< why the limit could not be applied, "" where it was
 };
 
+/// The verdict on a channel of a run, with its reasons.
 struct ChannelJudgement
 {
     Verdict verdict = Verdict::pass;
@@ -59,6 +60,7 @@ struct UnappliedLimit
     bool operator==(const UnappliedLimit&) const = default;
 };
 
+/// The verdict on a whole run.
 struct RunJudgement
 {
     bool hasLimits = false;

@@ -18,6 +18,7 @@ struct RunChange
     std::wstring change;  ///< "-15.1 dB", "" where it is no number
 };
 
+/// What is other between two runs.
 struct RunComparison
 {
     int32_t channels = 0;            ///< that both runs were to measure

@@ -54,6 +54,7 @@ NetworkChannel GoodChannel(const PlanChannel& planned, double ripplePhase, uint6
     return channel;
 }
 
+/// A radio service that leaks into cables.
 struct IngressSource
 {
     double low;  // MHz

@@ -30,6 +30,7 @@ struct NetworkChannel
     std::wstring fault{};           ///< what a cable engineer would call it, "" for a good channel
 };
 
+/// An invented network, as its model file is written.
 struct NetworkDraft
 {
     uint64_t seed = 0;

@@ -11,6 +11,7 @@
 namespace tvn2x {
 namespace {
 
+/// A test suite of the report while it is being written.
 struct Suite
 {
     int32_t failures = 0;

@@ -25,12 +25,14 @@ struct SetupSettings
 /// What a setup says, as the plug-in has loaded it.
 struct Setup
 {
+    /// A channel of the frequency list.
     struct Channel
     {
         std::wstring userField;
         double frequency = 0;   ///< MHz
         double symbolRate = 0;  ///< MSymb/s
     };
+    /// A parameter: whether and where it is shown and saved.
     struct Parameter
     {
         std::wstring caption;

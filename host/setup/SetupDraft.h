@@ -16,6 +16,7 @@ struct SetupDraft
     std::vector<PlanChannel> channels;  ///< by ascending frequency, no frequency twice
 };
 
+/// The setups that a plan gives.
 struct SetupDrafts
 {
     std::vector<SetupDraft> setups;   ///< by ascending order of QAM

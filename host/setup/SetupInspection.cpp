@@ -47,6 +47,7 @@ std::optional<double> WholeNumber(std::string_view text)
     return isNegative ? -number : number;
 }
 
+/// Goes through a setup file once and collects the remarks.
 class Inspector
 {
 public:

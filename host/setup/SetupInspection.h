@@ -21,6 +21,7 @@ struct SetupRemark
     bool IsAbout(int32_t channel) const { return channel >= firstChannel && channel <= lastChannel; }
 };
 
+/// What is to be said of a setup file.
 struct SetupInspection
 {
     std::wstring version;

@@ -26,6 +26,7 @@ public:
     std::wstring Render(int32_t maxWidth = 0) const;
 
 private:
+    /// A column with the widths that its cells have come to need.
     struct Column
     {
         std::vector<std::wstring> caption;

@@ -62,6 +62,7 @@ const std::array channelKeys{
 constexpr size_t maxOutages = 100;
 constexpr double maxOutageSeconds = 86400;
 
+/// A lock as an outage names it.
 struct LockName
 {
     LockKind lock;

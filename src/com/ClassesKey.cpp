@@ -66,6 +66,7 @@ std::optional<std::wstring> TextIn(HKEY key, const wchar_t* name)
     }
 }
 
+/// A value of the registry as it is stored.
 struct RawValue
 {
     DWORD type = REG_NONE;

@@ -25,6 +25,7 @@ bool IsInSystemFolder(const std::wstring& name)
 /// What tells a file from all others of the machine, as long as it is open.
 using Identity = std::tuple<DWORD, DWORD, DWORD>;
 
+/// A file held open to ask who it is, not to read it.
 class OpenFile
 {
 public:

@@ -18,6 +18,7 @@ constexpr const wchar_t* otherPlatform = sizeof(void*) == 8 ? L"win32" : L"win64
 // The system's own marshaller for interfaces that a type library describes.
 constexpr wchar_t automationMarshaller[] = L"{00020424-0000-0000-C000-000000000046}";
 
+/// Which type library it is, and its version as keys are named.
 struct LibraryIdentity
 {
     GUID id = GUID_NULL;

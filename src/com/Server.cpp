@@ -9,6 +9,7 @@
 namespace tvn2x::com {
 namespace {
 
+/// Makes objects of one class.
 class ClassFactory final : public Counted<IClassFactory>
 {
 public:

@@ -8,6 +8,7 @@
 namespace tvn2x {
 namespace {
 
+/// A drop-down list: its label, and the setting that it chooses for.
 struct ChoiceTable
 {
     std::wstring_view label;

@@ -40,6 +40,7 @@ constexpr PlainReading plainReadings[] = {
 #include "setup/catalogue/ReceiverOperations.h"
 };
 
+/// Thrown to end the channel from within a step.
 struct LeaveAtOnce
 {
 };

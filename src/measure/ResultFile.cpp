@@ -14,6 +14,7 @@
 namespace tvn2x {
 namespace {
 
+/// A setting's value as the file words it.
 struct Word
 {
     int32_t value;

@@ -23,6 +23,7 @@ constexpr std::array<std::wstring_view, 22> hiddenGroups{
     L"headerl",  L"headerr",    L"info",      L"listtable", L"object",  L"objdata", L"pict",   L"nonshppict",
     L"rxe",      L"stylesheet", L"themedata", L"tc",        L"txe",     L"xe"};
 
+/// A control word that stands for one character.
 struct Symbol
 {
     std::wstring_view word;
@@ -132,6 +133,7 @@ public:
     }
 
 private:
+    /// What holds inside a pair of braces.
     struct Group
     {
         bool isFormat = false;     ///< its text is none of the page

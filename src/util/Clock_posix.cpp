@@ -7,6 +7,7 @@
 namespace tvn2x {
 namespace {
 
+/// The clocks of the machine.
 class MachineClock : public Clock
 {
 public:

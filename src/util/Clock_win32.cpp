@@ -35,6 +35,7 @@ double SinceMidnight(const SYSTEMTIME& time)
     return time.wHour * 3600 + time.wMinute * 60 + time.wSecond + time.wMilliseconds * 1e-3;
 }
 
+/// The clocks of the machine.
 class MachineClock : public Clock
 {
 public:

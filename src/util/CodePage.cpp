@@ -5,6 +5,7 @@
 namespace tvn2x {
 namespace {
 
+/// UTF-8, in which nothing is lost.
 class Utf8 : public CodePage
 {
 public:

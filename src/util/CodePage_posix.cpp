@@ -32,6 +32,7 @@ wchar_t FromByte(char byte)
     return value >= 0x80 && value < 0xA0 ? upperControls[value - 0x80] : static_cast<wchar_t>(value);
 }
 
+/// Windows-1252, for systems that have no code pages.
 class WesternEurope : public CodePage
 {
 public:

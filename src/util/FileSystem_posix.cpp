@@ -20,6 +20,7 @@
 namespace tvn2x {
 namespace {
 
+/// A file descriptor that closes itself.
 class Descriptor
 {
 public:
@@ -181,6 +182,7 @@ FileFault LockFolder(Descriptor folder, std::unique_ptr<FileLock>& lock)
     return FileFault::none;
 }
 
+/// A file that is being read.
 class PosixInput : public InputFile
 {
 public:
@@ -220,6 +222,7 @@ private:
     Descriptor file_;
 };
 
+/// A file that is being written.
 class PosixOutput : public OutputFile
 {
 public:
@@ -240,6 +243,7 @@ public:
     FileFault Close() override { return file.Close() == 0 ? FileFault::none : FaultOf(errno); }
 };
 
+/// The files of the machine.
 class MachineFiles : public FileSystem
 {
 public:

@@ -21,6 +21,7 @@ FileFault LastFault()
     return FaultOf(GetLastError());
 }
 
+/// A file handle that closes itself.
 class Handle
 {
 public:
@@ -293,6 +294,7 @@ Handle MutexOf(const std::wstring& folder)
     return Handle(mutex == nullptr ? INVALID_HANDLE_VALUE : mutex);
 }
 
+/// A file that is being read.
 class WindowsInput : public InputFile
 {
 public:
@@ -318,6 +320,7 @@ private:
     Handle file_;
 };
 
+/// A file that is being written.
 class WindowsOutput : public OutputFile
 {
 public:
@@ -342,6 +345,7 @@ public:
     FileFault Close() override { return file.Close() ? FileFault::none : LastFault(); }
 };
 
+/// The files of the machine.
 class MachineFiles : public FileSystem
 {
 public:

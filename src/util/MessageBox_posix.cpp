@@ -7,6 +7,7 @@
 namespace tvn2x {
 namespace {
 
+/// Messages as lines on the error stream.
 class ErrorStreamMessages : public MessageBoxes
 {
 public:

@@ -46,6 +46,7 @@ void WriteError(const std::wstring& line)
     }
 }
 
+/// Messages in boxes that hold the program up.
 class ModalMessages : public MessageBoxes
 {
 public:

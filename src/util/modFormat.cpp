@@ -99,6 +99,7 @@ Decimal SignificantDigits(double value)
     return decimal;
 }
 
+/// A numeric pattern, taken apart.
 struct Picture
 {
     int minWhole = 0;

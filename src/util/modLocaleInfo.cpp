@@ -54,6 +54,7 @@ bool IsTiny(std::string_view number)
     return exponent < first - point;
 }
 
+/// A number at the head of a text, and how long it is there.
 struct Prefix
 {
     double value;

@@ -80,6 +80,7 @@ std::string ProtectedAsHidden(const std::string& richText)
     return marked;
 }
 
+/// A text on its way into the control, piece by piece.
 struct Reading
 {
     const std::string& text;
