@@ -16,13 +16,13 @@ echo "$said"
 scan() { # RUNNER HOST NAME
     "$1" "$2" scan "$(wine_path examples/first-scan.ini)" --network "$(wine_path examples/first-scan-network.ini)" --write \
         --json "$(wine_path "$work/$3.jsonl")" >"$work/$3.txt" 2>&1 || [ $? -eq 1 ] || { cat "$work/$3.txt"; exit 1; }
-    python3 - "$work/$3.jsonl" >"$work/$3.readings" <<'END'
+    python3 - "$work/$3.jsonl" ber sy de timestamp >"$work/$3.readings" <<'END'
 import json, sys
-COUNTED = {"berBeforeRs", "syncErrors", "dataErrors"}
 for line in open(sys.argv[1], encoding="utf-8"):
     record = json.loads(line)
     if record["record"] == "channel":
-        print(record["label"], record["outcome"], [r for r in record["readings"] if r["parameter"] not in COUNTED])
+        readings = {name: reading for name, reading in record["readings"].items() if name not in sys.argv[2:]}
+        print(record["label"], record["outcome"], readings)
 END
 }
 scan tools/wine tvnhost 64
