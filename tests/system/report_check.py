@@ -22,7 +22,7 @@ def schema(schema_path, *paths):
             for error in validator.iter_errors(record):
                 sys.exit(f"{path}:{number}: {error.message[:300]} {[e.message for e in error.context][:8]}")
         kinds = [record["record"] for record in records(path)]
-        if kinds[0] != "run" or kinds.count("run") != 1 or "end" not in kinds[-2:]:
+        if kinds[0] != "run" or kinds.count("run") != 1 or kinds[-1] not in ("end", "verdict"):
             sys.exit(f"{path}: the lines are {kinds}")
 
 
