@@ -118,7 +118,6 @@ std::string Facts(const FinishedRun& run, const RunJudgement& judgement, const L
     text += Fact("Firmware", run.receiver.firmware);
     text += Fact("Options", run.receiver.options);
     text += Fact("Limits", LimitsName(judgement, limits));
-    text += Fact("Simulation", SimulationText(run.receiver));
     text += Fact("Program", run.program);
     return text + "</tbody></table>\n";
 }
