@@ -226,7 +226,7 @@ TEST_F(Contract, IsPublishedAsItAlwaysWas)
 /// A library keeps one spelling of a name, the first, for all that bear it.
 TEST_F(Contract, NamesOfALibraryDifferInMoreThanCase)
 {
-    const std::regex quoted(R"("(\\.|[^"\\])*"|//[^\n]*)"), word("[A-Za-z_][A-Za-z_0-9]*");
+    const std::regex quoted(R"("(\\.|[^"\\])*"|//[^\n]*|#[^\n]*)"), word("[A-Za-z_][A-Za-z_0-9]*");
     for (const wchar_t* name : {L"TVNINT", L"XKTR2x", L"TVN2x"}) {
         const std::string text =
             std::regex_replace(ReadText(TVN_INTERFACES + (L"\\" + std::wstring(name)) + L".idl"), quoted, "");
