@@ -335,7 +335,10 @@ void CountApplied(const ChannelResult& result, const ChannelJudgement& channel, 
 std::vector<int32_t> WithoutSection(const Limits* limits, int32_t orderOfQam)
 {
     std::vector<int32_t> parameters;
-    for (const int32_t parameter : limits ? limits->Parameters() : std::set<int32_t>()) {
+    if (!limits) {
+        return parameters;
+    }
+    for (const int32_t parameter : limits->Parameters()) {
         if (!limits->Find(parameter, orderOfQam)) {
             parameters.push_back(parameter);
         }
@@ -346,7 +349,7 @@ std::vector<int32_t> WithoutSection(const Limits* limits, int32_t orderOfQam)
 /// Whatever was planned and is no result counts as not measured, also where the run has no place for it.
 void CountPlanned(const FinishedRun& run, RunJudgement& judgement)
 {
-    const int64_t places = static_cast<int64_t>(run.channels.size());
+    const auto places = static_cast<int64_t>(run.channels.size());
     judgement.isComplete = run.IsComplete();
     judgement.planned = std::max(run.Planned(), places);
     judgement.counts[static_cast<size_t>(Verdict::notMeasured)] += judgement.planned - places;

@@ -162,7 +162,7 @@ constexpr ImpairmentStyle impairmentStyles[impairments] = {
 /// A channel's name in a column of a picture: of a long label the front, and the frequency whole.
 std::wstring PictureName(const ChannelResult& channel, int32_t columns)
 {
-    const std::wstring name = channel.Name();
+    std::wstring name = channel.Name();
     if (DisplayWidth(name) <= columns) {
         return name;
     }

@@ -5,6 +5,7 @@
 #include <limits>
 #include <set>
 
+#include "fmt/xchar.h"
 #include "host/run/UserNumber.h"
 #include "nlohmann/json.hpp"
 #include "text/InputError.h"
@@ -293,8 +294,8 @@ void RequireOnce(const FinishedRun& run, const std::wstring& path)
     std::set<std::pair<int32_t, int32_t>> places;
     for (const ChannelResult& channel : run.channels) {
         if (channel.outcome != ChannelOutcome::unmeasured && !places.emplace(channel.pass, channel.number).second) {
-            RaiseInput(path + L": channel " + std::to_wstring(channel.number) + L" of pass " +
-                       std::to_wstring(channel.pass) + L" is there twice" + remedy);
+            RaiseInput(
+                fmt::format(L"{}: channel {} of pass {} is there twice{}", path, channel.number, channel.pass, remedy));
         }
     }
 }

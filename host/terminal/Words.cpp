@@ -36,10 +36,10 @@ size_t Distance(std::string_view left, std::string_view right)
 {
     std::vector<size_t> row(right.size() + 1);
     std::iota(row.begin(), row.end(), size_t{0});
-    for (size_t i = 0; i < left.size(); ++i) {
+    for (const char letter : left) {
         size_t diagonal = row[0]++;
         for (size_t j = 0; j < right.size(); ++j) {
-            const size_t changed = diagonal + (left[i] != right[j]);
+            const size_t changed = diagonal + (letter != right[j]);
             diagonal = row[j + 1];
             row[j + 1] = std::min({changed, row[j] + 1, row[j + 1] + 1});
         }
