@@ -166,6 +166,7 @@ void Editor::DuplicateRows(GridRows& grid)
 {
     const std::vector<int32_t> rows = grid.SelectedRows();
     std::vector<SharedRow> copies;
+    copies.reserve(rows.size());
     for (const int32_t row : rows) {
         copies.push_back(grid.rows[static_cast<size_t>(row)]);
     }
@@ -199,10 +200,11 @@ void Editor::MoveRows(GridRows& grid, int32_t step)
         std::reverse(rows.begin(), rows.end());
     }
     for (int32_t& row : rows) {
-        std::swap(grid.rows[static_cast<size_t>(row)], grid.rows[static_cast<size_t>(row + step)]);
+        const int32_t other = row + step;
+        std::swap(grid.rows[static_cast<size_t>(row)], grid.rows[static_cast<size_t>(other)]);
         for (size_t index = 0; index < 3; ++index) {
             view_.CellChanged(grid.ColumnAt(index), row);
-            view_.CellChanged(grid.ColumnAt(index), row + step);
+            view_.CellChanged(grid.ColumnAt(index), other);
         }
         row += step;
     }

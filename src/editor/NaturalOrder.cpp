@@ -15,7 +15,7 @@ bool IsDigit(wchar_t c)
 /// Takes a number from the front of a text, without its leading zeros.
 std::wstring_view TakeNumber(std::wstring_view& text)
 {
-    const size_t length = static_cast<size_t>(std::find_if_not(text.begin(), text.end(), IsDigit) - text.begin());
+    const auto length = static_cast<size_t>(std::find_if_not(text.begin(), text.end(), IsDigit) - text.begin());
     std::wstring_view number = text.substr(0, length);
     text.remove_prefix(length);
     number.remove_prefix(std::min(number.find_first_not_of(L'0'), number.size()));

@@ -48,7 +48,7 @@ std::wstring NameIn(std::wstring_view heading)
 Column Named(Grid grid, std::wstring_view heading)
 {
     const std::wstring name = NameIn(heading);
-    for (Column column = static_cast<Column>(grid); column < static_cast<Column>(grid) + Column{gridWidth}; ++column) {
+    for (auto column = static_cast<Column>(grid); column < static_cast<Column>(grid) + Column{gridWidth}; ++column) {
         if (name == NameIn(HeadingOf(column))) {
             return column;
         }
