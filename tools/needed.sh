@@ -26,7 +26,7 @@ unit_programs() {
 # other_tests PATTERN: the names of all other tests that match.
 other_tests() {
     cmake --preset asan >/dev/null
-    ctest --test-dir build/asan --show-only --tests-regex "$1" | sed -nE 's/^ *Test +#[0-9]+: ((system(32)?|fuzz)\..*)/\1/p'
+    ctest --test-dir build/asan --show-only --tests-regex "$1" | sed -nE 's/^ *Test +#[0-9]+: ((system|fuzz)\..*)/\1/p'
 }
 
 # targets_of PRESET TEST...: the targets of a build tree that these tests need, or all tests; "all" where
@@ -43,8 +43,8 @@ targets_of() {
             asan:system.spreadsheet) echo result_file_sample ;;
             fuzz:fuzz.*) echo "fuzz_$name" ;;
             win64:system.spreadsheet) ;;
-            win32:system.binaries | win32:system32.*) echo all ;;
-            win64:system32.agree) printf '%s\n' TVN2x XKTR2x tvnhost ;;
+            win32:system.binaries) echo all ;;
+            win32:system.world32) printf '%s\n' TVN2x XKTR2x tvnhost ;;
             win64:system.*)
                 # A script may run any program; what runs without one is a program of the test's name.
                 if [ -f "tests/system/${name}_test.sh" ]; then
