@@ -20,7 +20,7 @@ int Hold(const std::wstring& path, const wchar_t* event)
     if (SystemFiles().Exclude(path, lock) != FileFault::none || !lock || !SetEvent(ready)) {
         return 1;
     }
-    Sleep(INFINITE);
+    WaitForSingleObject(GetCurrentProcess(), INFINITE);  // whoever holds a file cannot be asked to let go
     return 0;
 }
 
