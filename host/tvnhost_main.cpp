@@ -15,10 +15,10 @@
 #include "com/TypeLibrary.h"
 #include "dvbc/Qam.h"
 #include "host/commands/Commands.h"
-#include "host/commands/Plugin.h"
 #include "host/commands/RunArguments.h"
 #include "host/commands/TextOption.h"
 #include "host/commands/Usage.h"
+#include "host/link/Plugin.h"
 #include "setup/catalogue/LevelUnits.h"
 #include "util/Encoding.h"
 

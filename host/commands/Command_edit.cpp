@@ -1,9 +1,9 @@
 #include "fmt/format.h"
 #include "fmt/xchar.h"
 #include "host/commands/Commands.h"
-#include "host/commands/Files.h"
-#include "host/commands/Plugin.h"
 #include "host/commands/SetupFiles.h"
+#include "host/console/Files.h"
+#include "host/link/Plugin.h"
 #include "text/InputError.h"
 
 namespace tvn2x {

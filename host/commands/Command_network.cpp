@@ -3,8 +3,8 @@
 #include "fmt/format.h"
 #include "fmt/xchar.h"
 #include "host/commands/Commands.h"
-#include "host/commands/Files.h"
 #include "host/commands/PlanSource.h"
+#include "host/console/Files.h"
 #include "host/plan/NetworkWriter.h"
 #include "text/TextInput.h"
 

@@ -4,9 +4,9 @@
 #include <optional>
 #include <string>
 
-#include "host/commands/Console.h"
 #include "host/commands/PlanSource.h"
 #include "host/commands/Reports.h"
+#include "host/console/Console.h"
 
 namespace tvn2x {
 

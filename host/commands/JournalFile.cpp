@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "host/commands/Files.h"
+#include "host/console/Files.h"
 #include "text/InputError.h"
 #include "util/FileKit.h"
 

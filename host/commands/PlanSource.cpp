@@ -2,7 +2,7 @@
 
 #include "fmt/format.h"
 #include "fmt/xchar.h"
-#include "host/commands/Files.h"
+#include "host/console/Files.h"
 #include "text/InputError.h"
 
 namespace tvn2x {

@@ -2,9 +2,9 @@
 
 #include <vector>
 
-#include "host/commands/Files.h"
-#include "host/commands/Plugin.h"
-#include "host/commands/RunCollector.h"
+#include "host/console/Files.h"
+#include "host/link/Plugin.h"
+#include "host/link/RunCollector.h"
 #include "host/report/HtmlReport.h"
 #include "host/report/JsonReport.h"
 #include "host/report/JunitReport.h"

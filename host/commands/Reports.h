@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "host/commands/Console.h"
-#include "host/commands/Plugin.h"
+#include "host/console/Console.h"
 #include "host/judge/Judgement.h"
 #include "host/judge/Limits.h"
+#include "host/link/Plugin.h"
 #include "host/run/FinishedRun.h"
 
 namespace tvn2x {

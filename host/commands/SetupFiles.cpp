@@ -2,7 +2,7 @@
 
 #include "fmt/format.h"
 #include "fmt/xchar.h"
-#include "host/commands/SetupReader.h"
+#include "host/link/SetupReader.h"
 #include "host/setup/Product.h"
 #include "host/setup/UnsavableText.h"
 #include "text/InputError.h"

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "host/commands/Files.h"
-#include "host/commands/Plugin.h"
+#include "host/console/Files.h"
+#include "host/link/Plugin.h"
 #include "host/setup/SetupInspection.h"
 
 namespace tvn2x {

@@ -2,8 +2,8 @@
 
 #include "TVNINT.h"
 #include "com/Object.h"
-#include "host/commands/Console.h"
-#include "host/commands/StopRequest.h"
+#include "host/console/Console.h"
+#include "host/link/StopRequest.h"
 
 namespace tvn2x {
 

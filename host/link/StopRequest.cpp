@@ -1,11 +1,11 @@
-#include "host/commands/StopRequest.h"
+#include "host/link/StopRequest.h"
 
 #include <cguid.h>
 #include <objbase.h>
 
 #include <atomic>
 
-#include "host/commands/Plugin.h"
+#include "host/link/Plugin.h"
 
 namespace tvn2x {
 namespace {

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "host/commands/Console.h"
-#include "host/commands/Plugin.h"
-#include "host/commands/StopRequest.h"
+#include "host/console/Console.h"
+#include "host/link/Plugin.h"
+#include "host/link/StopRequest.h"
 #include "host/receiver/ReceiverCheck.h"
 #include "host/setup/Setup.h"
 

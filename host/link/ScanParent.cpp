@@ -1,4 +1,4 @@
-#include "host/commands/ScanParent.h"
+#include "host/link/ScanParent.h"
 
 #include "com/Text.h"
 

@@ -1,4 +1,4 @@
-#include "host/commands/Console.h"
+#include "host/console/Console.h"
 
 #include <algorithm>
 

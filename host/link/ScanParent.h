@@ -4,8 +4,8 @@
 
 #include "TVNINT.h"
 #include "com/Object.h"
-#include "host/commands/Console.h"
-#include "host/commands/StopRequest.h"
+#include "host/console/Console.h"
+#include "host/link/StopRequest.h"
 #include "host/terminal/ProgressLine.h"
 
 namespace tvn2x {

@@ -1,11 +1,11 @@
-#include "host/commands/RunCollector.h"
+#include "host/link/RunCollector.h"
 
 #include <algorithm>
 #include <chrono>
 #include <set>
 
 #include "Version.h"
-#include "host/commands/Files.h"
+#include "host/console/Files.h"
 #include "host/run/ParameterNames.h"
 #include "host/run/ReadingKind.h"
 #include "host/run/Sha256.h"

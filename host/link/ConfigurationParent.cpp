@@ -1,4 +1,4 @@
-#include "host/commands/ConfigurationParent.h"
+#include "host/link/ConfigurationParent.h"
 
 #include "com/Text.h"
 #include "host/terminal/ProgressLine.h"

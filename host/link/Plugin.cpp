@@ -1,4 +1,4 @@
-#include "host/commands/Plugin.h"
+#include "host/link/Plugin.h"
 
 #include <objbase.h>
 

@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "host/commands/Plugin.h"
-#include "host/commands/Receiver.h"
 #include "host/judge/Limits.h"
+#include "host/link/Plugin.h"
+#include "host/link/Receiver.h"
 #include "host/run/FinishedRun.h"
 #include "host/run/Journal.h"
 

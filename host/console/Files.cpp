@@ -1,4 +1,4 @@
-#include "host/commands/Files.h"
+#include "host/console/Files.h"
 
 #include <windows.h>
 

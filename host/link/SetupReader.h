@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "host/commands/Plugin.h"
+#include "host/link/Plugin.h"
 #include "host/setup/Setup.h"
 
 namespace tvn2x {

@@ -1,13 +1,13 @@
-#include "host/commands/Receiver.h"
+#include "host/link/Receiver.h"
 
 #include <algorithm>
 #include <utility>
 
 #include "fmt/format.h"
 #include "fmt/xchar.h"
-#include "host/commands/ConfigurationParent.h"
-#include "host/commands/Files.h"
-#include "host/commands/SetupReader.h"
+#include "host/console/Files.h"
+#include "host/link/ConfigurationParent.h"
+#include "host/link/SetupReader.h"
 #include "host/receiver/ReceiverOptions.h"
 #include "host/receiver/ReceiverState.h"
 #include "setup/catalogue/LevelUnits.h"

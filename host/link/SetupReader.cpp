@@ -1,4 +1,4 @@
-#include "host/commands/SetupReader.h"
+#include "host/link/SetupReader.h"
 
 namespace tvn2x {
 namespace {
