@@ -56,6 +56,12 @@ wine cscript //nologo "$folder\\examples\\scan.vbs" "$folder\\examples\\first-sc
     "$folder\\examples\\first-scan-network.ini" | tr -d '\r' >"$work/script" || [ $? -eq 1 ] || fail "the script ended with $?"
 [ "$(tail -1 "$work/script")" = '7 of 8 channels synchronised' ] || fail "the script: $(tail -3 "$work/script")"
 
+# The entry of the start menu comes as far as the editor, which has no screen here.
+shortcut=$(msiinfo export "$work/package.msi" Shortcut | awk -F'\t' '$1 == "EditorShortcut" { print $6 }')
+echo "@${shortcut#/c }" | sed 's/\[#tvnhost.exe\]/%HOST%/g' >"$work/menu.bat"
+(cd "$work" && HOST=$folder\\tvnhost.exe wine cmd /c menu.bat) >"$work/editor" 2>&1 || true
+grep -q 'It needs a screen' "$work/editor" || fail "the menu's editor: $(cat "$work/editor")"
+
 # What the libraries would register themselves is there already, but for folders of help that they have not got.
 state before
 wine "$folder\\tvnhost.exe" register >/dev/null
