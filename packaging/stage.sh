@@ -32,7 +32,7 @@ notices() {
 # The guide as a page that stands alone.
 guide() {
     sed '/^<!-- text -->$/,$d' packaging/guide.html
-    cmark docs/windows.md
+    cmark-gfm --extension table docs/windows.md
     sed '1,/^<!-- text -->$/d' packaging/guide.html
 }
 
