@@ -3,8 +3,7 @@
 # What the package's compiler does not know of the language is written into the tables behind it.
 #   Registry     its sign for "machine or user, as the installation goes" is not the installer's
 #   RegLocator   a search for a key's own value, which has no name
-#   Component    conditions: another vendor's driver, or another host's interface library, keeps its place. What an
-#                earlier run of this installer has registered is its own.
+#   Component    conditions: another vendor's driver, or another host's interface library, keeps its place
 #   CustomAction, InstallExecuteSequence  properties are set at once, between the search and the first use of folders
 complete_tables() { # FILE PLATFORM
     local file=$1 platform=$2 search=18 name root
@@ -13,7 +12,8 @@ complete_tables() { # FILE PLATFORM
     local library='Software\Classes\TypeLib\{CCFB3DDF-7A82-4F26-92C6-0E7D10C02784}\1.0\0\'$platform
     local queries=(-q 'UPDATE `Registry` SET `Root` = -1 WHERE `Root` = 4' -q 'UPDATE `CustomAction` SET `Type` = 51')
     local sequence=60
-    for name in UseOldFolderMachine UseOldFolderUser UseUserFolder; do
+    for name in NameOwnDriverMachine NameOwnDriverUser NameOwnLibraryMachine NameOwnLibraryUser \
+        UseOldFolderMachine UseOldFolderUser UseUserFolder; do
         queries+=(-q "UPDATE \`InstallExecuteSequence\` SET \`Sequence\` = $((sequence++)) WHERE \`Action\` = '$name'")
     done
     for name in driver library; do
@@ -27,7 +27,8 @@ complete_tables() { # FILE PLATFORM
             )
         done
         local upper=${name^^}
-        local free="(NOT ${upper}MACHINE OR OWN${upper}MACHINE) AND (NOT ${upper}USER OR OWN${upper}USER)"
+        local free="(NOT ${upper}MACHINE OR ${upper}MACHINE ~= OWN${upper}MACHINE)"
+        free+=" AND (NOT ${upper}USER OR ${upper}USER ~= OWN${upper}USER)"
         local components=(HostLibrary HostNames)
         [ $name = library ] || components=(DriverClasses DriverNames)
         for component in "${components[@]}"; do

@@ -87,6 +87,14 @@ installer /i "$newer"
 rm "$WINEPREFIX/drive_c/Prüf technik/TVN 2x/mine.ini"
 state newer
 same 'is not where the older version was' machine newer
+# A vendor who registers himself over ours has the place, whatever the installer does later.
+said='upgrade beside a vendor'
+driver='HKLM\Software\Classes\CLSID\{78BE4523-D7A7-4F15-B0C0-964A5FB290E8}\InprocServer32'
+wine reg add "$driver" /ve /d 'C:\vendor\driver.dll' /f >/dev/null
+installer /i "$newer" REINSTALL=ALL REINSTALLMODE=omus
+wine reg query "$driver" /ve | grep -q vendor || fail "the vendor's driver is replaced"
+wine reg add "$driver" /ve /d "$folder\\XKTR2x.dll" /f >/dev/null
+
 said=downgrade
 installer /i "$package" && fail 'is not refused'
 state kept
