@@ -1,5 +1,5 @@
-// Any bytes as a setup file in one of three code pages: refused, or loaded; what was loaded is saved, and comes back as
-// it was.
+// Any bytes as a setup file in one of three code pages: refused, or loaded, as the host's look at the file says; what
+// was loaded is saved, and comes back as it was.
 
 #include <algorithm>
 #include <cmath>
@@ -7,6 +7,7 @@
 #include <string>
 
 #include "Require.h"
+#include "host/setup/SetupInspection.h"
 #include "setup/SetupFile.h"
 #include "support/DocumentParts.h"
 #include "support/FixedLocale.h"
@@ -58,10 +59,15 @@ public:
     {
         files_.Put(original, content);
         SetupDocument document;
-        if (!Load(original, document)) {
+        const bool isLoaded = Load(original, document);
+        const SetupInspection inspection = InspectSetup(content, product, page_);
+        Require(inspection.IsUsable() == isLoaded, "the host's verdict");
+        if (!isLoaded) {
             RequireSame(SetupDocument(), document);
             return;
         }
+        Require(inspection.channels == std::max(document.ListSize(), 0), "the host's number of channels");
+        Require(inspection.isBackup == document.isBackup, "what the host takes for a backup copy");
         Require(SaveSetup(document, environment_, product, L"2.0", copy), "saved as a new file");
         const SetupDocument again = Reloaded(copy);
         RequireSame(document, again);
