@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <regex>
 
 #include "fmt/format.h"
@@ -29,20 +28,24 @@ std::vector<std::vector<std::string>> Matches(const std::string& text, const std
     return matches;
 }
 
-/// A chart's picture, whose places are read as values by the numbers at its grid lines.
+/// The picture of a chart, whose area is 650 x 180 from 58, 30 on; its places are read as values between the axes'
+/// ends.
 class Picture
 {
 public:
-    explicit Picture(std::string drawn) : svg(std::move(drawn))
+    Picture(std::string drawn, std::pair<double, double> x, std::pair<double, double> y)
+        : svg(std::move(drawn)), x_(std::move(x)), y_(std::move(y))
     {
-        const std::string grid = R"x(<line class="grid" )x", number = R"x([^<]*>(?:10<tspan[^>]*>)?([-\d.]+)<)x";
-        x_ = Scale(Matches(
-            svg, grid + R"x(x1="([\d.]+)" x2="\1"[^<]*<text x="\1" y="[\d.]+" text-anchor="middle")x" + number));
-        y_ = Scale(Matches(svg, grid + R"x([^>]*y1="([\d.]+)" y2="\1"[^<]*<text[^>]*text-anchor="end")x" + number));
     }
 
-    double X(const std::string& left, double shift = 0) const { return x_.ValueAt(std::stod(left) + shift); }
-    double Y(const std::string& top, double shift = 0) const { return y_.ValueAt(std::stod(top) + shift); }
+    double X(const std::string& left, double shift = 0) const
+    {
+        return x_.first + (std::stod(left) + shift - 58) / 650 * (x_.second - x_.first);
+    }
+    double Y(const std::string& top, double shift = 0) const
+    {
+        return y_.second - (std::stod(top) + shift - 30) / 180 * (y_.second - y_.first);
+    }
 
     /// "pass 474.0 60.0": every mark, by shape.
     std::vector<std::string> Marks() const
@@ -83,86 +86,63 @@ public:
     std::string svg;
 
 private:
-    struct Linear
-    {
-        double ValueAt(double place) const { return value + (place - from) * slope; }
-
-        double from, value, slope;
-    };
-
-    static Linear Scale(const std::vector<std::vector<std::string>>& ticks)
-    {
-        EXPECT_GE(ticks.size(), 3u);
-        const auto place = [&](size_t i) { return std::stod(ticks[i][0]); };
-        const auto value = [&](size_t i) { return std::stod(ticks[i][1]); };
-        const size_t last = ticks.size() - 1;
-        const Linear scale{place(0), value(0), (value(last) - value(0)) / (place(last) - place(0))};
-        for (size_t i = 0; i <= last; ++i) {
-            EXPECT_NEAR(scale.ValueAt(place(i)), value(i), std::abs(scale.slope) / 10) << "the steps are even";
-        }
-        return scale;
-    }
-
-    Linear x_{}, y_{};
+    std::pair<double, double> x_, y_;
 };
 
-/// The rows of a report: channels of 8 MHz with one reading each, and what was found of it.
+/// The rows of a report: channels with one reading each, judged.
 class Rows
 {
 public:
-    explicit Rows(int32_t parameter) : parameter_(parameter) {}
+    Rows(int32_t parameter, const std::vector<std::pair<double, const wchar_t*>>& cells, const std::string& limits)
+        : limits_(ReadLimits(limits, L""))
+    {
+        std::vector<ChannelResult> channels;
+        for (const auto& [frequency, cell] : cells) {
+            channels.push_back(TestChannel(static_cast<int32_t>(channels.size()) + 1, frequency, {{parameter, cell}}));
+        }
+        run = TestRun(channels);
+        judgement_ = Judge(run, &limits_);
+        const auto steps = LevelSteps(run);
+        for (size_t i = 0; i < channels.size(); ++i) {
+            all.push_back({run.channels[i], judgement_.channels[i], steps[i]});
+        }
+    }
+    const Limit* LimitOf(int32_t parameter) const { return limits_.Find(parameter, 256); }
 
-    void Add(double frequency, const wchar_t* cell, Verdict verdict, std::optional<double> step = {})
-    {
-        channels_.push_back(TestChannel(static_cast<int32_t>(channels_.size()) + 1, frequency, {{parameter_, cell}}));
-        judgements_.push_back({verdict, {{.parameter = step ? levelStep : parameter_, .verdict = verdict}}, L""});
-        steps_.push_back(step);
-    }
-    std::vector<ReportRow> All() const
-    {
-        std::vector<ReportRow> rows;
-        for (size_t i = 0; i < channels_.size(); ++i) {
-            rows.push_back({channels_[i], judgements_[i], steps_[i]});
-        }
-        return rows;
-    }
-    std::vector<const ChannelResult*> Channels() const
-    {
-        std::vector<const ChannelResult*> channels;
-        for (const ChannelResult& channel : channels_) {
-            channels.push_back(&channel);
-        }
-        return channels;
-    }
+    FinishedRun run;
+    std::vector<ReportRow> all;
 
 private:
-    int32_t parameter_;
-    std::vector<ChannelResult> channels_;
-    std::vector<ChannelJudgement> judgements_;
-    std::vector<std::optional<double>> steps_;
+    Limits limits_;
+    RunJudgement judgement_;
 };
-
-constexpr Limit levelLimit{.failBelow = 48, .warnBelow = 54, .warnAbove = 74, .failAbove = 80};
 
 TEST(LevelPlot, MarksEveryLevelAtItsFrequencyBetweenTheLimits)
 {
-    Rows rows(MP_RFLEV);
-    rows.Add(474, L"60.0", Verdict::pass);
-    rows.Add(482, L"52.5", Verdict::warning);
-    rows.Add(490, L"45.1", Verdict::fail);
-    rows.Add(498, L"---", Verdict::notMeasured);
-    rows.Add(770, L"58.4", Verdict::pass);
-    const ReportPlot plot = LevelPlot(rows.All(), &levelLimit);
-    const Picture picture(plot.svg);
+    const Rows rows(MP_RFLEV, {{474, L"60.0"}, {482, L"52.5"}, {490, L"45.1"}, {498, L"---"}, {770, L"58.4"}},
+                    "[rflev]\nFail Below=48\nWarn Below=54\nWarn Above=74\nFail Above=80\n");
+    const ReportPlot plot = LevelPlot(rows.all, rows.LimitOf(MP_RFLEV));
+    const Picture picture(plot.svg, {466, 778}, {40, 80});
     EXPECT_THAT(picture.Marks(), UnorderedElementsAre("pass 474.0 60.0", "pass 770.0 58.4", "warning 482.0 52.5",
                                                       "fail 490.0 45.1", "missing 498.0 40.0"));
     const std::string dashes = R"( stroke-dasharray="6 4")";
     EXPECT_THAT(picture.LimitLines(),
                 UnorderedElementsAre("fail 48.0", "fail 80.0", "warning 54.0" + dashes, "warning 74.0" + dashes));
+    for (const char* const tick :
+         {R"(y1="210.0" y2="210.0" stroke="#cccccc"/><text x="52" y="214.0" text-anchor="end" fill="currentColor">40<)",
+          R"(y1="75.0" y2="75.0" stroke="#cccccc"/><text x="52" y="79.0" text-anchor="end" fill="currentColor">70<)",
+          R"(x1="128.8" x2="128.8" y1="210" y2="215" stroke="#cccccc"/><text x="128.8" y="227" text-anchor="middle" )"
+          R"(fill="currentColor">500<)"}) {
+        EXPECT_THAT(plot.svg, HasSubstr(tick));
+    }
     EXPECT_THAT(plot.caption, HasSubstr(" Limit (solid line): 48 to 80 dBµV. Warning (dashed line): 54 to 74 dBµV."));
     EXPECT_THAT(plot.svg, HasSubstr("<title>C3 490 MHz: 45.1 dBµV</title>"));
 
-    const auto tilt = FitTilt(rows.Channels());
+    std::vector<const ChannelResult*> channels;
+    for (const ReportRow& row : rows.all) {
+        channels.push_back(&row.channel);
+    }
+    const auto tilt = FitTilt(channels);
     const auto curve = Matches(Matches(plot.svg, "<polyline[^>]*points=\"([^\"]*)\"").at(0)[0], R"(([\d.]+),([\d.]+))");
     ASSERT_GT(curve.size(), 20u);
     EXPECT_NEAR(picture.X(curve.front()[0]), 474, 0.1);
@@ -172,7 +152,7 @@ TEST(LevelPlot, MarksEveryLevelAtItsFrequencyBetweenTheLimits)
     }
     EXPECT_THAT(plot.caption, HasSubstr(fmt::format("{:+.1f} dB from 474 to 770 MHz; the levels spread {:.1f} dB round",
                                                     tilt->Tilt(), tilt->spread)));
-    EXPECT_THAT(LevelPlot(rows.All(), nullptr).caption, testing::Not(HasSubstr("Limit")));
+    EXPECT_THAT(LevelPlot(rows.all, nullptr).caption, testing::Not(HasSubstr("Limit")));
 }
 
 TEST(LevelPlot, NamesWhatIsNotGoodWithoutCoveringAName)
@@ -183,26 +163,25 @@ TEST(LevelPlot, NamesWhatIsNotGoodWithoutCoveringAName)
     for (const auto& [x, y, label] : points) {
         chart.Point(x, y, Verdict::fail, Bound::exact, L"", label);
     }
-    const Picture picture(chart.Svg());
+    for (int i = 0; i < 3; ++i) {  // there is room for two
+        chart.Point(700, 75, Verdict::fail, Bound::exact, L"", L"a label of forty characters, no fewer ab");
+    }
     std::vector<std::string> labels;
-    for (const auto& label :
-         Matches(picture.svg, R"x(<text x="([\d.]+)" y="([\d.]+)" font-size="10" text-anchor="(\w+)"[^>]*>(\w+)<)x")) {
+    for (const auto& label : Matches(
+             chart.Svg(), R"x(<text x="([\d.]+)" y="([\d.]+)" font-size="10" text-anchor="(\w+)"[^>]*>([^<]*)<)x")) {
         labels.push_back(fmt::format("{} {} {} {}", label[3], label[0], label[1], label[2]));
     }
-    // The chart is 650 x 180 from 58, 30 on; a mark's name stands 7 above it, 15 below it at the upper edge.
+    // A mark's name stands 7 above it, 15 below it at the upper edge.
     EXPECT_THAT(labels, ElementsAre("one 220.5 113.0 middle", "two 228.6 101.0 middle", "three 230.2 81.5 middle",
-                                    "top 383.0 47.2 middle", "end 699.0 113.0 middle"));
+                                    "top 383.0 47.2 middle", "end 699.0 113.0 middle",
+                                    "a label of fort… 545.5 45.5 middle", "a label of fort… 545.5 33.5 middle"));
 }
 
 TEST(StepPlot, DrawsEachStepFromZeroOverHalfAChannel)
 {
-    Rows rows(MP_RFLEV);
-    rows.Add(474, L"60.0", Verdict::pass);
-    rows.Add(482, L"61.5", Verdict::pass, 1.5);
-    rows.Add(490, L"57.3", Verdict::fail, -4.2);
-    const Limit limit{.warnAbove = 2, .failAbove = 3};
-    const ReportPlot plot = StepPlot(rows.All(), &limit);
-    const Picture picture(plot.svg);
+    const Rows rows(MP_RFLEV, {{474, L"60.0"}, {482, L"61.5"}, {490, L"57.3"}}, "[step]\nWarn Above=2\nFail Above=3\n");
+    const ReportPlot plot = StepPlot(rows.all, rows.LimitOf(levelStep));
+    const Picture picture(plot.svg, {466, 498}, {-6, 6});
     std::vector<std::string> bars;
     for (const auto& bar : Matches(
              picture.svg, R"x(<rect class="(\w+)" x="([\d.]+)" y="([\d.]+)" width="([\d.]+)" height="([\d.]+)")x")) {
@@ -218,16 +197,14 @@ TEST(StepPlot, DrawsEachStepFromZeroOverHalfAChannel)
 
 TEST(BerPlot, MarksRatiosByTheirPowersAndBoundsByArrows)
 {
-    Rows rows(MP_BER);
-    rows.Add(474, L"1E-6", Verdict::pass);
-    rows.Add(482, L"<1E-8", Verdict::pass);
-    rows.Add(490, L"2E-4", Verdict::fail);
-    const Limit limit{.failAbove = 1e-4};
-    const Picture picture(BerPlot(rows.All(), &limit).svg);
+    const Rows rows(MP_BER, {{474, L"1E-6"}, {482, L"<1E-8"}, {490, L"2E-4"}}, "[ber]\nFail Above=1e-4\n");
+    const ReportPlot plot = BerPlot(rows.all, rows.LimitOf(MP_BER));
+    const Picture picture(plot.svg, {466, 498}, {-9, -3});
     EXPECT_THAT(picture.Marks(), UnorderedElementsAre("pass 474.0 -6.0", "below 482.0 -8.0", "fail 490.0 -3.7"));
     EXPECT_THAT(picture.LimitLines(), ElementsAre("fail -4.0"));
-    EXPECT_NEAR(picture.Y("210"), -9, 0.01) << "room for the arrow";
-    EXPECT_NEAR(picture.Y("30"), -3, 0.01);
+    EXPECT_THAT(plot.svg,
+                HasSubstr(R"(y="214.0" text-anchor="end" fill="currentColor">10<tspan dy="-5" font-size="8">-9<)"))
+        << "room for the arrow";
 }
 
 TEST(BudgetPlot, StacksTheSharesOfTheChannelsWithTheLowestMer)
@@ -272,11 +249,9 @@ TEST(BudgetPlot, StacksTheSharesOfTheChannelsWithTheLowestMer)
 
 TEST(Plots, OfNothingAreNone)
 {
-    Rows rows(MP_SN);
-    rows.Add(474, L"41", Verdict::pass);
-    const std::vector<ReportRow> all = rows.All();
-    for (const ReportPlot& plot : {LevelPlot(all, &levelLimit), StepPlot(all, nullptr), MerPlot(all, nullptr),
-                                   BerPlot(all, nullptr), BudgetPlot(all)}) {
+    const Rows rows(MP_SN, {{474, L"41"}}, "[mer]\nFail Below=31\n");
+    for (const ReportPlot& plot : {LevelPlot(rows.all, rows.LimitOf(MP_MER)), StepPlot(rows.all, nullptr),
+                                   MerPlot(rows.all, nullptr), BerPlot(rows.all, nullptr), BudgetPlot(rows.all)}) {
         EXPECT_EQ(plot.svg + plot.caption, "");
     }
 }
