@@ -59,32 +59,6 @@ TEST(NetworkDraft, ACleanNetworkHasPlausibleLevelsThatAChannelKeepsWhateverElseI
     EXPECT_EQ(first.frequencyOffset, network.channels[20].frequencyOffset);
 }
 
-TEST(NetworkDraft, EveryKindOfFaultOccursOnceAndIsWorthItsName)
-{
-    const std::pair<const wchar_t*, bool (*)(const NetworkChannel&)> faults[] = {
-        {L"missing", [](const NetworkChannel& channel) { return channel.isMissing; }},
-        {L"low level", [](const NetworkChannel& channel) { return channel.level < 54; }},
-        {L"phase noise", [](const NetworkChannel& channel) { return channel.phaseJitter > 1; }},
-        {L"I/Q imbalance", [](const NetworkChannel& channel) { return channel.iqImbalance > 2; }},
-        {L"echo", [](const NetworkChannel& channel) { return channel.echoLength > 300; }},
-        {L"drops in and out", [](const NetworkChannel& channel) { return channel.dropsOut; }},
-        {L"drifted", [](const NetworkChannel& channel) { return channel.frequencyOffset < 170e3; }},  // still caught
-        {L"the plan says 256-QAM", [](const NetworkChannel& channel) { return channel.orderOfQam == 64; }},
-    };
-    for (const uint64_t seed : {1u, 2u, 3u}) {
-        const auto channels = Draft(seed).channels;
-        EXPECT_EQ(std::ranges::count_if(channels, [](const auto& c) { return !c.fault.empty(); }), 9);
-        for (const auto& [words, isWorthIt] : faults) {
-            const auto isMeant = [&words = words](const auto& channel) {
-                return channel.fault.find(words) != std::wstring::npos;
-            };
-            const auto found = std::ranges::find_if(channels, isMeant);
-            ASSERT_NE(found, channels.end()) << words;
-            EXPECT_TRUE(isWorthIt(*found)) << words;
-        }
-    }
-}
-
 TEST(NetworkDraft, IngressStrikesWhereItsSourceTransmitsAndAModelHoldsEachFrequencyOnce)
 {
     ChannelPlan plan;

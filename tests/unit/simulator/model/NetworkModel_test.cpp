@@ -86,16 +86,6 @@ TEST(NetworkModel, RefusesFilesThatAreNoModel)
     EXPECT_THAT(Complaint("Seed=1"), HasSubstr("stands before any section"));
 }
 
-TEST(NetworkModel, FindsNoWayToReadAPieceOfAFileAsSomethingElse)
-{
-    const std::string whole =
-        "[Network]\nSeed=3\n[Channel 1]\nFrequency (MHz)=474\n[Channel 2]\nFrequency (MHz)=482.5\n";
-    for (size_t length = 0; length < whole.size(); ++length) {
-        const std::string complaint = Complaint(std::string_view(whole).substr(0, length));
-        EXPECT_TRUE(complaint == "accepted" || complaint.starts_with("net.ini")) << length << ": " << complaint;
-    }
-}
-
 /// The page that people write their models by.
 TEST(NetworkModel, HasTheRangesAndDefaultsThatItsPageTells)
 {

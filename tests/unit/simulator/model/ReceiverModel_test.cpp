@@ -326,37 +326,25 @@ TEST_F(ReceiverModelTest, FreezesWhatItShowsOnHold)
     EXPECT_EQ(Locks(), "");
 }
 
-TEST_F(ReceiverModelTest, RepeatsItsReadingsBySeed)
+TEST_F(ReceiverModelTest, DrawsBySeedAndAnewWithEachTuningWhateverItWasTunedToBetween)
 {
-    const auto readings = [&](const wchar_t* seed) {
-        Set(L"Network", {{L"Reading Noise", L"1"}, {L"Seed", seed}});
-        TuneTo(474, 1);
-        return std::vector{receiver.ReadRfLevel(), receiver.ReadMer(), receiver.ReadMer(),
-                           receiver.ReadFrequencyOffset()};
-    };
-    EXPECT_EQ(readings(L"5"), readings(L"5"));
-    EXPECT_NE(readings(L"5"), readings(L"6"));
-}
-
-TEST_F(ReceiverModelTest, DrawsAnewWithEachTuningWhateverItWasTunedToBetween)
-{
-    Set(L"Network", {{L"Reading Noise", L"1"}});
-    const auto passes = [&](std::vector<double> frequencies) {
-        Set(L"Network", {});  // begins anew
-        std::vector<double> levels;
+    const auto passes = [&](const wchar_t* seed, const std::vector<double>& frequencies) {
+        Set(L"Network", {{L"Reading Noise", L"1"}, {L"Seed", seed}});  // begins anew
+        std::vector<std::pair<double, double>> readings;
         for (const double frequency : frequencies) {
             TuneTo(frequency, 1);
-            const double level = receiver.ReadRfLevel();
+            const std::pair both(receiver.ReadRfLevel(), receiver.ReadFrequencyOffset());
             if (frequency == 474) {
-                levels.push_back(level);
+                readings.push_back(both);
             }
         }
-        return levels;
+        return readings;
     };
-    const std::vector<double> levels = passes({474, 602, 474, 602, 474});
-    EXPECT_NE(levels[0], levels[1]);
-    EXPECT_NE(levels[1], levels[2]);
-    EXPECT_EQ(passes({602, 474, 474, 602, 474}), levels);
+    const auto readings = passes(L"5", {474, 602, 474, 602, 474});
+    EXPECT_NE(readings[0], readings[1]);
+    EXPECT_NE(readings[1], readings[2]);
+    EXPECT_EQ(passes(L"5", {602, 474, 474, 602, 474}), readings);
+    EXPECT_NE(passes(L"6", {474, 602, 474, 602, 474}), readings);
 }
 
 TEST_F(ReceiverModelTest, LocksSoonerByTheTimeScaleAndReadsTheSame)
