@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <initializer_list>
-#include <new>
 #include <sstream>
 
 #include "support/FaultyFiles.h"
@@ -187,19 +186,23 @@ TEST_F(ResultFileTest, SavingAgainReplacesTheFile)
 
 TEST_F(ResultFileTest, UserLearnsWhatStandsInTheWay)
 {
-    const std::pair<FileFault, std::wstring> texts[] = {
-        {FileFault::diskFull, L"Destination disk drive is full."},
-        {FileFault::inUse,
+    using enum FileOperation;
+    const std::tuple<FileOperation, FileFault, std::wstring> texts[] = {
+        {write, FileFault::diskFull, L"Destination disk drive is full."},
+        {rename, FileFault::inUse,
          L"The document C:\\out\\results.csv is in use by another application and cannot be accessed."},
-        {FileFault::accessDenied, L"Access to C:\\out\\results.csv was denied."},
-        {FileFault::readOnly, L"Access to C:\\out\\results.csv was denied."},
-        {FileFault::isDirectory, L"Access to C:\\out\\results.csv was denied."},
-        {FileFault::pathMissing, L"Path does not exist. Please verify the correct path was given."},
-        {FileFault::missing, L"Path does not exist. Please verify the correct path was given."},
-        {FileFault::other, L"Error writing C:\\out\\results.csv: the system reports an error."}};
-    for (const auto& [fault, text] : texts) {
-        faulty.FailAt(1, fault);
+        {create, FileFault::accessDenied, L"Access to C:\\out\\results.csv was denied."},
+        {create, FileFault::readOnly, L"Access to C:\\out\\results.csv was denied."},
+        {create, FileFault::isDirectory, L"Access to C:\\out\\results.csv was denied."},
+        {create, FileFault::pathMissing, L"Path does not exist. Please verify the correct path was given."},
+        {create, FileFault::missing, L"Path does not exist. Please verify the correct path was given."},
+        {create, FileFault::other, L"Error writing C:\\out\\results.csv: the system reports an error."}};
+    files.Put(path, "old");
+    for (const auto& [operation, fault, text] : texts) {
+        faulty.FailOn(operation, 1, fault);
         EXPECT_FALSE(Write());
+        EXPECT_EQ(files.Content(path), "old");
+        EXPECT_THAT(files.Paths(), ElementsAre(path)) << "no piece is left behind";
         ASSERT_EQ(messages.messages.size(), 1u);
         EXPECT_EQ(messages.messages[0].text, text);
         EXPECT_EQ(messages.messages[0].title, L"Save Results");
@@ -207,59 +210,13 @@ TEST_F(ResultFileTest, UserLearnsWhatStandsInTheWay)
     }
 }
 
-TEST_F(ResultFileTest, FaultOfAnyFileOperationLeavesTheOldFileOrTheNewOne)
-{
-    for (int failing = 1;; ++failing) {
-        ASSERT_LT(failing, 20);
-        files.Put(path, "old");
-        faulty.FailAt(failing, FileFault::diskFull);
-        const bool saved = Write();
-        const bool unhurt = !faulty.Failed();
-        EXPECT_EQ(saved, unhurt) << failing;
-        EXPECT_EQ(files.Content(path), saved ? ResultFileContent(document, table, locale) : "old") << failing;
-        EXPECT_THAT(files.Paths(), ElementsAre(path)) << "no piece is left behind";
-        EXPECT_EQ(messages.messages.size(), saved ? 0u : 1u);
-        if (unhurt) {
-            break;
-        }
-    }
-}
-
-/// Files on which memory runs out while the result file is open.
-class MemorylessFiles : public MemoryFiles
-{
-public:
-    FileFault CreateTemporary(const std::wstring& target, std::wstring& temporary,
-                              std::unique_ptr<OutputFile>& file) override
-    {
-        const FileFault fault = MemoryFiles::CreateTemporary(target, temporary, file);
-        file = std::make_unique<Output>(open);
-        return fault;
-    }
-
-    int open = 0;
-
-private:
-    struct Output : OutputFile
-    {
-        explicit Output(int& count) : open(++count) {}
-        ~Output() override { --open; }
-        FileFault Write(std::string_view) override { throw std::bad_alloc(); }
-        FileFault Flush() override { return FileFault::none; }
-        FileFault Close() override { return FileFault::none; }
-        int& open;
-    };
-};
-
 TEST_F(ResultFileTest, NoFileStaysOpenWhenMemoryRunsOut)
 {
-    MemorylessFiles memoryless;
-    memoryless.Put(path, "old");
-    Replacement file(memoryless);
+    ExhaustedFiles exhausted;
+    Replacement file(exhausted);
     EXPECT_THROW(SaveResults(document, table, locale, file, messages, path), std::bad_alloc);
-    EXPECT_EQ(memoryless.open, 0);
-    EXPECT_EQ(memoryless.Content(path), "old");
-    EXPECT_THAT(memoryless.Paths(), ElementsAre(path));
+    EXPECT_FALSE(file.IsOpen());
+    EXPECT_TRUE(exhausted.Paths().empty());
 }
 
 }  // namespace

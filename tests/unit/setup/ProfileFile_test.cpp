@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "setup/ProfileRules.h"
 #include "support/ShiftedCodePage.h"
+#include "util/FileText.h"
 
 using namespace std::string_literals;
 
@@ -20,16 +20,6 @@ std::string Written(const std::string& content, const std::string& section, cons
     ProfileFile profile(content);
     EXPECT_TRUE(profile.Write(section, key, value));
     return profile.Render();
-}
-
-TEST(ProfileRules, EveryCallAnswersAsTheTableSays)
-{
-    const std::vector<Rule> rules = Rules(TVN_TEST_DATA "/profile-rules.tsv");
-    ASSERT_GT(rules.size(), 190u);
-    for (const Rule& rule : rules) {
-        EXPECT_EQ(rule.expected, AnswerTo(rule))
-            << rule.id << ": " << rule.call << "(" << rule.arguments << ") on " << rule.file << "  " << rule.note;
-    }
 }
 
 TEST(ProfileFile, BytesThatNoWriteTouchesStayAsTheyWere)

@@ -1,28 +1,18 @@
-// What others do to a file while it is being written: programs of our own in processes of their own, and strangers.
+// What others do to a file while it is being written.
 
 #include "setup/ProfileStore.h"
 
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <array>
-#include <filesystem>
-#include <fstream>
 #include <functional>
-#include <random>
 #include <string>
 #include <utility>
 
 #include "support/FaultyFiles.h"
 #include "support/MemoryFiles.h"
-#include "util/FileKit.h"
 
 namespace tvn2x {
 namespace {
-
-namespace fs = std::filesystem;
 
 const std::wstring path = L"C:\\data\\net.ini";
 
@@ -142,103 +132,6 @@ TEST(ProfileStore, AStampIsTrustedOnceNoSecondWriteCanHaveLeftItWhateverTheClock
         EXPECT_EQ(reads(), 0) << "what is trusted stays so";
         files.Put(path, "[s]\nk=3\n");
         EXPECT_EQ(value(), "3");
-    }
-}
-
-/// A file on the disk, and processes that write it.
-class SharedOnDisk : public testing::Test
-{
-protected:
-    SharedOnDisk() : folder(fs::temp_directory_path() / UnpredictableName()) { fs::create_directory(folder); }
-    ~SharedOnDisk() override { fs::remove_all(folder); }
-
-    static std::string Key(char writer, int number) { return std::string(1, writer) + std::to_string(number); }
-    /// The result of the process is 0 where every key was written, be it after some refusals.
-    static int WriteKeys(const fs::path& file, char writer, int count)
-    {
-        ProfileStore store(SystemFiles());
-        store.Bind(file.wstring());
-        int refusals = 0;
-        for (int i = 1; i <= count && refusals < 100; ++i) {
-            while (!store.Write("s", Key(writer, i), std::to_string(i)) && ++refusals < 100) {
-            }
-        }
-        return refusals < 100 ? 0 : 1;
-    }
-    ProfileFile Written() const
-    {
-        std::ifstream file(folder / "net.ini", std::ios::binary);
-        return ProfileFile({std::istreambuf_iterator<char>(file), {}});
-    }
-
-    fs::path folder;
-};
-
-TEST_F(SharedOnDisk, TwoProcessesLoseNoneOfTheirWritesOfOneFile)
-{
-    constexpr int count = 100;
-    fs::create_symlink(folder / "net.ini", folder / "link.ini");
-    std::array<pid_t, 2> writers{};
-    for (size_t i = 0; i < writers.size(); ++i) {
-        writers[i] = fork();
-        ASSERT_GE(writers[i], 0);
-        if (writers[i] == 0) {
-            _exit(WriteKeys(folder / (i == 0 ? "net.ini" : "link.ini"), i == 0 ? 'a' : 'b', count));
-        }
-    }
-    for (const pid_t writer : writers) {
-        int status = 0;
-        ASSERT_EQ(writer, waitpid(writer, &status, 0));
-        EXPECT_EQ(status, 0);
-    }
-    const ProfileFile profile = Written();
-    int kept = 0;
-    for (int i = 1; i <= count; ++i) {
-        for (const char writer : {'a', 'b'}) {
-            kept += profile.GetInt("s", Key(writer, i), 0) == static_cast<uint32_t>(i);
-        }
-    }
-    EXPECT_EQ(kept, 2 * count);
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 2) << "the file and its link";
-}
-
-TEST_F(SharedOnDisk, AWriterThatIsKilledAnywhereKeepsNobodyOut)
-{
-    std::mt19937 random(20240315);
-    ProfileStore store(SystemFiles());
-    store.Bind((folder / "net.ini").wstring());
-    for (int round = 0; round < 30; ++round) {
-        std::array<int, 2> acknowledged{};
-        ASSERT_EQ(pipe(acknowledged.data()), 0);
-        const pid_t writer = fork();
-        ASSERT_GE(writer, 0);
-        if (writer == 0) {
-            ProfileStore own(SystemFiles());
-            own.Bind((folder / "net.ini").wstring());
-            for (int i = 1;; ++i) {
-                if (!own.Write("s", Key('a', i % 50), std::to_string(round * 100'000 + i)) ||
-                    write(acknowledged[1], &i, sizeof i) != sizeof i) {
-                    _exit(1);
-                }
-            }
-        }
-        close(acknowledged[1]);
-        const timespec pause{0, static_cast<long>(random() % 12'000'000)};
-        nanosleep(&pause, nullptr);
-        kill(writer, SIGKILL);
-        EXPECT_TRUE(store.Write("s", "own", std::to_string(round))) << round;
-        int status = 0;
-        ASSERT_EQ(writer, waitpid(writer, &status, 0));
-        ASSERT_TRUE(WIFSIGNALED(status)) << "a write was refused";
-        int last = 0;
-        while (read(acknowledged[0], &last, sizeof last) == sizeof last) {
-        }
-        close(acknowledged[0]);
-        const ProfileFile profile = Written();
-        EXPECT_EQ(profile.GetInt("s", "own", 0), static_cast<uint32_t>(round));
-        if (last != 0) {
-            EXPECT_GE(profile.GetInt("s", Key('a', last % 50), 0), static_cast<uint32_t>(round * 100'000 + last));
-        }
     }
 }
 

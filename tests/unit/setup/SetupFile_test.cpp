@@ -5,7 +5,6 @@
 #include <cmath>
 #include <fstream>
 #include <limits>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -130,62 +129,6 @@ TEST_F(SetupFile, AMissingKeyTakesItsDefaultAndACaptionStays)
     EXPECT_EQ(31, document.Order(3));
     EXPECT_EQ(32, document.Order(7));
     EXPECT_EQ(30, document.Order(1));
-}
-
-TEST_F(SetupFile, RandomDocumentsComeBackAsTheyWere)
-{
-    std::mt19937 random(7);
-    const std::vector<std::wstring> texts{L"",    L"plain",   L" blanks \t",       L"\"quoted\"", L"'",
-                                          L"'x'", L"a=b;[c]", L"50 \u20AC \u00FC", L";x",         L"[s]",
-                                          L"= ",  L"\"",      L"MISSING not"};
-    const auto text = [&] { return texts[random() % texts.size()]; };
-    const auto number = [&] { return static_cast<int32_t>(random()); };
-    const auto flag = [&] { return random() % 2 == 0; };
-    const FixedLocale comma = CommaLocale();
-    for (int round = 0; round < 20; ++round) {
-        const SetupEnvironment around{files, messages, round % 2 == 0 ? static_cast<const Locale&>(locale) : comma};
-        SetupDocument saved;
-        saved.ListSize(static_cast<int32_t>(random() % 130));
-        for (int32_t row = 1; row <= saved.ListSize(); ++row) {
-            saved.Frequency(row, static_cast<double>(random()) / 1e7);
-            saved.SymbolRate(row, static_cast<double>(random() % 7000) / 1e3);
-            saved.UserField(row, text());
-        }
-        saved.Count(30 + static_cast<int32_t>(random() % 90));
-        for (int32_t parameter = 1; parameter <= saved.Count(); ++parameter) {
-            saved.Parameter(1, parameter, flag());
-            saved.Parameter(2, parameter, flag());
-            saved.Parameter(0, parameter, saved.Parameter(1, parameter) || saved.Parameter(2, parameter));
-            saved.Order(parameter, static_cast<int16_t>(random() % 1000));
-            saved.StoredCaption(parameter, text());
-        }
-        saved.Notes(text() + L"\r\n\r\n" + text());
-        saved.LevelUnit(text());
-        using D = SetupDocument;
-        for (void (D::*const set)(int32_t) :
-             std::initializer_list<void (D::*)(int32_t)>{&D::ReferenceSource, &D::BerSamples, &D::SawBw, &D::OrderOfQam,
-                                                         &D::RollOffFactor, &D::Zin, &D::MaxSettlingTime}) {
-            (saved.*set)(number());
-        }
-        saved.CoupleDisplayAndSave(flag());
-        saved.XAxis(0, number());
-        saved.mode = number();
-        ASSERT_TRUE(SaveSetup(saved, around, product, L"2.1", path));
-        SetupDocument loaded;
-        ASSERT_TRUE(LoadSetup(loaded, around, product, path, model, mode));
-        const std::string first = files.Content(path);
-        ASSERT_TRUE(SaveSetup(loaded, around, product, L"2.1"));
-        EXPECT_EQ(first, files.Content(path));
-        ASSERT_EQ(saved.ListSize(), loaded.ListSize());
-        for (int32_t row = 1; row <= saved.ListSize(); ++row) {
-            EXPECT_EQ(saved.Frequency(row), loaded.Frequency(row));
-            EXPECT_EQ(saved.SymbolRate(row), loaded.SymbolRate(row));
-            EXPECT_EQ(saved.UserField(row), loaded.UserField(row));
-        }
-        EXPECT_EQ(ParametersOf(saved), ParametersOf(loaded));
-        EXPECT_EQ(SettingsOf(saved), SettingsOf(loaded));
-        EXPECT_EQ(saved.mode, mode);
-    }
 }
 
 TEST_F(SetupFile, IdentityIsCheckedInOrderAndAnUnknownVersionTrustsTheCallersModel)

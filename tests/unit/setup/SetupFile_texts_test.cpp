@@ -20,14 +20,14 @@ protected:
     const std::wstring product = L"P";
     MemoryFiles files;
     RecordingMessageBoxes messages;
-    FixedLocale locale;
+    FixedLocale locale = CommaLocale();
     SetupEnvironment environment{files, messages, locale};
     SetupDocument document;
     std::wstring model;
     int32_t mode = 0;
 };
 
-TEST_F(SetupFileTexts, TextsThatTheCodePageLacksComeBackAsTheyWere)
+TEST_F(SetupFileTexts, EveryTextComesBackAsItWasAndTheLocaleDoesNotMatter)
 {
     const ShiftedCodePage shifted;
     const std::wstring backup = L"C:\\data\\backup.ini";
@@ -39,17 +39,28 @@ TEST_F(SetupFileTexts, TextsThatTheCodePageLacksComeBackAsTheyWere)
         {L"dB\u00B5V", &shifted, true},
         {L"\u30BD\\\u30BE]", &shifted, false},
         {L"\u010CT1", &Utf8CodePage(), false},
+        {L" blanks \t", &SystemCodePage(), false},
+        {L"\"quoted\"", &SystemCodePage(), false},
+        {L"'x'", &SystemCodePage(), false},
+        {L"'", &SystemCodePage(), false},
+        {L"\"", &SystemCodePage(), false},
+        {L"a=b;[c]", &SystemCodePage(), false},
+        {L";x", &SystemCodePage(), false},
+        {L"[s]", &SystemCodePage(), false},
+        {L"MISSING not", &SystemCodePage(), false},
     };
     for (const auto& [text, page, becomesUnicode] : cases) {
         const SetupEnvironment around{files, messages, locale, *page};
         SetupDocument saved;
         saved.LevelUnit(text);
         saved.UserField(1, text);
+        saved.Frequency(1, 474.1234567);
         saved.Notes(L"n\r\n" + text);
         saved.StoredCaption(22, text);
         files.Put(path, "; kept\r\n\r\n[Other]\r\nx=1\r\n");
         ASSERT_TRUE(SaveSetup(saved, around, product, L"2.1", path));
         EXPECT_EQ(becomesUnicode, files.Content(path).starts_with("\xFF\xFE"));
+        EXPECT_TRUE(CanStoreNotes(saved.Notes() + std::wstring(L"\0\n", 2))) << "a NUL ends them";
         saved.fullPath = L"C:\\" + text + L"\\net.ini";
         ASSERT_TRUE(BackupSetup(saved, around, product, L"2.1", backup));
         for (const std::wstring& file : {path, backup}) {
@@ -58,6 +69,7 @@ TEST_F(SetupFileTexts, TextsThatTheCodePageLacksComeBackAsTheyWere)
             EXPECT_EQ(std::tuple(text, text, saved.Notes(), text, file == path ? path : saved.fullPath),
                       std::tuple(loaded.LevelUnit(), loaded.UserField(1), loaded.Notes(), loaded.StoredCaption(22),
                                  loaded.fullPath));
+            EXPECT_EQ(474.1234567, loaded.Frequency(1));
         }
         clsIniFile ini(files, messages, *page);
         ini.FullPath(path);
@@ -71,19 +83,6 @@ TEST_F(SetupFileTexts, TextsThatTheCodePageLacksComeBackAsTheyWere)
     EXPECT_FALSE(SaveSetup(document, {files, messages, locale, shifted}, product, L"2.1", path));
     EXPECT_TRUE(document.dirty);
     EXPECT_TRUE(files.Content(path).starts_with(foreign));
-}
-
-TEST_F(SetupFileTexts, ANulEndsATextAndNothingElse)
-{
-    document.UserField(1, std::wstring(L" a\0b ", 5));
-    document.Notes(std::wstring(L"n\0\n", 3));
-    document.Zin(50);
-    ASSERT_TRUE(SaveSetup(document, environment, product, L"2.1", path));
-    ASSERT_TRUE(LoadSetup(document, environment, product, path, model, mode));
-    EXPECT_EQ(L" a", document.UserField(1));
-    EXPECT_EQ(L"n", document.Notes());
-    EXPECT_EQ(50, document.Zin());
-    EXPECT_TRUE(CanStoreNotes(std::wstring(L"n\0\n", 3)));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <limits>
 #include <map>
 #include <memory>
+#include <new>
 #include <set>
 #include <string>
 #include <string_view>
@@ -158,6 +159,13 @@ private:
 
     std::map<std::wstring, std::shared_ptr<Entry>> entries_;
     uint64_t counter_ = 0;
+};
+
+/// Files on which memory runs out when all is written.
+class ExhaustedFiles : public MemoryFiles
+{
+public:
+    FileFault Rename(const std::wstring&, const std::wstring&, const FileStamp*) override { throw std::bad_alloc(); }
 };
 
 }  // namespace tvn2x

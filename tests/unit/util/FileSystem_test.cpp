@@ -2,13 +2,17 @@
 
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <set>
+#include <utility>
 
 #include "support/FaultyFiles.h"
 #include "support/MemoryFiles.h"
@@ -40,13 +44,7 @@ TEST(ReplaceContent, LeavesTheOldFileOrTheNewWhicheverOperationFails)
 
 TEST(ReplaceContent, RemovesItsTemporaryWhenMemoryRunsOutOrItsOwnerGoesBeforeItIsDone)
 {
-    class Exhausted : public MemoryFiles
-    {
-        FileFault Rename(const std::wstring&, const std::wstring&, const FileStamp*) override
-        {
-            throw std::bad_alloc();
-        }
-    } files;
+    ExhaustedFiles files;
     EXPECT_THROW(ReplaceContent(files, L"net.ini", "new"), std::bad_alloc);
     EXPECT_TRUE(files.Paths().empty());
     files.Put(L"net.ini", "old");
@@ -239,6 +237,61 @@ TEST_F(SystemFilesTest, AFileIsOneWritersAloneByWhateverPathUntilItsProcessEnds)
     EXPECT_EQ(files.Stamp(far), stampBefore);
     EXPECT_EQ(std::distance(fs::directory_iterator(folder / "far"), fs::directory_iterator()), 1)
         << "it leaves nothing";
+}
+
+TEST_F(SystemFilesTest, AProcessKilledAnywhereLeavesTheOldFileOrTheNewAndWhatItLeavesGoesInADay)
+{
+    const std::string contents[] = {std::string(3000, 'a'), std::string(3000, 'b')};
+    ReplaceContent(files, path, contents[0]);
+    std::mt19937 random(20240315);
+    std::string last = contents[0];
+    int changes = 0;
+    for (int round = 0; round < 50; ++round) {
+        std::array<int, 2> replaced{};
+        ASSERT_EQ(pipe(replaced.data()), 0);
+        const pid_t writer = fork();
+        ASSERT_GE(writer, 0);
+        if (writer == 0) {
+            for (size_t i = 0; ReplaceContent(files, path, contents[i % 2]) == FileFault::none; ++i) {
+                write(replaced[1], "!", 1);
+            }
+            _exit(1);
+        }
+        close(replaced[1]);
+        std::array<char, 2> told{};
+        EXPECT_GT(read(replaced[0], told.data(), random() % 2 + 1), 0) << "at least one is written";
+        const timespec pause{0, static_cast<long>(random() % 3'000'000)};
+        nanosleep(&pause, nullptr);
+        kill(writer, SIGKILL);
+        int status = 0;
+        ASSERT_EQ(writer, waitpid(writer, &status, 0));
+        close(replaced[0]);
+        ASSERT_TRUE(WIFSIGNALED(status)) << "a replacement failed";
+        const std::string now = Get(path);
+        ASSERT_TRUE(now == contents[0] || now == contents[1]) << round;
+        changes += std::exchange(last, now) != now;
+    }
+    EXPECT_GT(changes, 5);
+    for (const fs::path& file : fs::directory_iterator(folder)) {
+        fs::last_write_time(file, fs::file_time_type::clock::now() - std::chrono::hours(25));
+    }
+    EXPECT_EQ(ReplaceContent(files, path, "after it"), FileFault::none);
+    EXPECT_EQ(FilesInFolder(), 1);
+}
+
+TEST_F(SystemFilesTest, AFileThatFindsNoRoomLeavesTheOldOneAndNothingElse)
+{
+    Put(path, "old");
+    rlimit old{};
+    getrlimit(RLIMIT_FSIZE, &old);
+    const rlimit small{64 << 10, old.rlim_max};
+    const auto handler = signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &small);
+    EXPECT_EQ(ReplaceContent(files, path, std::string(100'000, 'x')), FileFault::diskFull);
+    setrlimit(RLIMIT_FSIZE, &old);
+    signal(SIGXFSZ, handler);
+    EXPECT_EQ(Get(path), "old");
+    EXPECT_EQ(FilesInFolder(), 1);
 }
 
 TEST_F(SystemFilesTest, ReplacesAFileOnlyInTheStateThatIsExpected)

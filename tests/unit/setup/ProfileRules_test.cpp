@@ -1,10 +1,7 @@
-#pragma once
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdint>
-#include <filesystem>
 #include <fstream>
 #include <optional>
 #include <string>
@@ -17,17 +14,18 @@
 #include "util/FileText.h"
 
 namespace tvn2x {
+namespace {
 
 /// One row of the rules: a file, one call, what the call answers and what the file holds afterwards.
 struct Rule
 {
-    std::string id, file, call, arguments, expected, windows, note;
+    std::string id, file, call, arguments, expected, note;
 };
 
 /// An argument of a call. A null text is a null pointer.
 using RuleText = std::optional<std::string>;
 
-inline std::vector<std::string> Split(const std::string& text, char separator)
+std::vector<std::string> Split(const std::string& text, char separator)
 {
     std::vector<std::string> parts(1);
     bool quoted = false;
@@ -45,7 +43,7 @@ inline std::vector<std::string> Split(const std::string& text, char separator)
     return parts;
 }
 
-inline std::vector<Rule> Rules(const std::filesystem::path& table)
+std::vector<Rule> Rules(const std::string& table)
 {
     std::ifstream file(table);
     std::vector<Rule> rules;
@@ -53,13 +51,13 @@ inline std::vector<Rule> Rules(const std::filesystem::path& table)
     std::getline(file, line);
     while (std::getline(file, line)) {
         const std::vector<std::string> cells = Split(line, '\t');
-        rules.push_back({cells[0], cells[1], cells[2], cells[3], cells[4], cells[5], cells[6]});
+        rules.push_back({cells[0], cells[1], cells[2], cells[3], cells[4], cells[6]});
     }
     return rules;
 }
 
 /// A C literal with its quotes; "-" and NULL are no text.
-inline RuleText Unescape(const std::string& literal)
+RuleText Unescape(const std::string& literal)
 {
     if (literal.empty() || literal[0] != '"') {
         return std::nullopt;
@@ -82,7 +80,7 @@ inline RuleText Unescape(const std::string& literal)
     return text;
 }
 
-inline std::string Escape(const std::string& text)
+std::string Escape(const std::string& text)
 {
     std::string literal = "\"";
     for (const char c : text) {
@@ -101,7 +99,7 @@ inline std::string Escape(const std::string& text)
 }
 
 /// What our own engine answers where it stands in for the system's functions, with their buffers.
-inline std::string AnswerTo(const Rule& rule)
+std::string AnswerTo(const Rule& rule)
 {
     using Names = std::vector<std::string>;
     const std::wstring path = L"C:\\data\\rules.ini";
@@ -185,4 +183,15 @@ inline std::string AnswerTo(const Rule& rule)
     return {};
 }
 
+TEST(ProfileRules, EveryCallAnswersAsTheTableSays)
+{
+    const std::vector<Rule> rules = Rules(TVN_TEST_DATA "/profile-rules.tsv");
+    ASSERT_GT(rules.size(), 190u);
+    for (const Rule& rule : rules) {
+        EXPECT_EQ(rule.expected, AnswerTo(rule))
+            << rule.id << ": " << rule.call << "(" << rule.arguments << ") on " << rule.file << "  " << rule.note;
+    }
+}
+
+}  // namespace
 }  // namespace tvn2x
