@@ -250,20 +250,6 @@ TEST_F(WrongDriver, MissingObjectIsAnError)
     EXPECT_FALSE(driven.settings) << "a driver need not have any";
 }
 
-TEST_F(WrongDriver, FrequencyThatIsNoNumberStaysOutOfTheSetup)
-{
-    for (const char* reading : {"get_Frequency", "get_SymbolRate"}) {
-        for (const Answer answer : {Answer::notANumber, Answer::infinite, Answer::minusInfinite, Answer::huge}) {
-            Driven driven;
-            misbehave(reading, answer);
-            EXPECT_EQ(driven.measure->GetConfiguration(), RuntimeError(13));
-            double value = 0;
-            driven.setup->get_SymbolRate(1, &value);
-            EXPECT_EQ(value, 6.9);
-        }
-    }
-}
-
 /// A script's parent, late bound by name, that fails as it is told.
 class LateParent final : public IDispatch
 {

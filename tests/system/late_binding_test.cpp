@@ -142,27 +142,6 @@ TEST_F(LateBinding, ViewAnswersTheInterfaceOfItsTypeInformationUnderOneIdentityT
     EXPECT_EQ(measurement.Detach()->Release(), 0u);
 }
 
-TEST_F(LateBinding, ObjectOfAClassNamesIt)
-{
-    const std::pair<const wchar_t*, const wchar_t*> classes[] = {
-        {L"TVN2x.clsSetup", L"clsSetup"},
-        {L"TVN2x.clsSupport", L"clsSupport"},
-        {L"TVN2x.clsTimeout", L"clsTimeout"},
-        {L"XKTR2x.clsReceiver", L"clsReceiver"},
-        {L"XKTR2x.clsRunControl", L"clsRunControl"},
-        {L"XKTR2x.clsErrorReport", L"clsErrorReport"},
-    };
-    for (const auto& [progId, name] : classes) {
-        const auto provider = Create<IDispatch>(progId).As<IProvideClassInfo>();
-        ASSERT_TRUE(provider);
-        ComPtr<ITypeInfo> info;
-        ASSERT_EQ(provider->GetClassInfo(info.Put()), S_OK);
-        Bstr named;
-        EXPECT_EQ(info->GetDocumentation(MEMBERID_NIL, named.Put(), nullptr, nullptr, nullptr), S_OK);
-        EXPECT_EQ(named.View(), name);
-    }
-}
-
 TEST_F(LateBinding, ParentTakesEveryKindOfAssignment)
 {
     Parent parent;
@@ -245,33 +224,6 @@ TEST_F(LateBinding, ReferencesWorkByNameAsByPositionAndWhatIsLeftOutStaysLeftOut
         VariantClear(&model);
     }
     DeleteFileW(file.c_str());
-}
-
-TEST_F(LateBinding, ReservedArgumentIsCheckedAndAFailureBeforeTheMemberTellsNothingOfAnotherCall)
-{
-    auto name = const_cast<LPOLESTR>(L"Notes");
-    DISPID id = 0;
-    DISPPARAMS none{};
-    VARIANT result{};
-    double frequency = 0;
-    const std::pair<HRESULT, std::function<HRESULT()>> calls[] = {
-        {DISP_E_UNKNOWNINTERFACE, [&] { return setup->GetIDsOfNames(IID_ISetup, &name, 1, LOCALE_USER_DEFAULT, &id); }},
-        {DISP_E_UNKNOWNINTERFACE,
-         [&] {
-             return document->Invoke(1, IID_ISetup, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &none, &result, nullptr,
-                                     nullptr);
-         }},
-        {DISP_E_MEMBERNOTFOUND,
-         [&] {
-             return setup->Invoke(9999, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &none, &result, nullptr,
-                                  nullptr);
-         }},
-    };
-    for (const auto& [expected, call] : calls) {
-        ASSERT_EQ(setup->get_Frequency(2, &frequency), RuntimeError(9));
-        EXPECT_EQ(call(), expected);
-        EXPECT_EQ(LastError().description, L"");
-    }
 }
 
 }  // namespace

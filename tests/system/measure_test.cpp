@@ -1,4 +1,4 @@
-// A measurement through COM: plug-in and simulated receiver together, and a parent that calls back.
+// Measuring and configuring through COM: plug-in and simulated receiver together, and a parent that calls back.
 
 #include <initguid.h>
 
@@ -71,7 +71,10 @@ TEST_F(Measure, ParentMayCallBackInAnyWay)
         [&] { measure->putref_Parent(nullptr); },
         [&] {
             VARIANT_BOOL result;
-            EXPECT_EQ(measure->Measure(1, VARIANT{}, &result), RuntimeError(5));
+            for (const HRESULT call :
+                 {measure->Measure(1, VARIANT{}, &result), measure->GetConfiguration(), measure->SetConfiguration()}) {
+                EXPECT_EQ(call, RuntimeError(5));
+            }
             Bstr model;
             long mode = 0;
             setup.As<ISetup>()->Load(Bstr(L"x").Get(), Bstr(L"C:\\none.ini").Get(), model.Put(), &mode, &result);
@@ -80,43 +83,92 @@ TEST_F(Measure, ParentMayCallBackInAnyWay)
             }
         },
     };
+    VARIANT_BOOL result;
+    const std::function<void()> operations[] = {
+        [&] { measure->Measure(2, VARIANT{}, &result); },
+        [&] { measure->SetConfiguration(); },
+        [&] { measure->GetConfiguration(); },
+    };
     for (const auto& callback : callbacks) {
         for (const wchar_t* when : {L"status", L"progress", L"cell", L"channel"}) {
-            SCOPED_TRACE(testing::Message() << &callback - callbacks);
-            Channels({466, 474, 482});
-            measure->putref_Parent(&parent);
-            parent.onNotice = [&, when](const std::wstring& notice) {
-                if (notice == when) {
-                    callback();
-                }
-                return S_OK;
-            };
-            VARIANT_BOOL result;
-            measure->Measure(2, VARIANT{}, &result);
-            measure->putref_Parent(nullptr);
-            EXPECT_EQ(parent.references, 0u);
+            for (const auto& operation : operations) {
+                SCOPED_TRACE(testing::Message() << &callback - callbacks << " in " << &operation - operations);
+                Channels({466, 474, 482});
+                measure->putref_Parent(&parent);
+                parent.onNotice = [&, when](const std::wstring& notice) {
+                    if (notice == when) {
+                        callback();
+                    }
+                    return S_OK;
+                };
+                operation();
+                measure->putref_Parent(nullptr);
+                EXPECT_EQ(parent.references, 0u);
+            }
         }
     }
     Channels({466, 474, 482});
     EXPECT_TRUE(Measured(3)) << "and the object is as good as before";
 }
 
-TEST_F(Measure, ParentMayReleaseThePlugInDuringTheScan)
+TEST_F(Measure, ParentMayReleaseThePlugInMeanwhile)
 {
-    IMeasure* last = measure.Get();
-    measure->putref_Parent(&parent);
-    parent.onNotice = [&](const std::wstring& notice) {
-        if (notice == L"channel") {
-            setup.Reset();
-            measure.Reset();
-            driver.Reset();
-        }
-        return S_OK;
-    };
     VARIANT_BOOL result = VARIANT_FALSE;
-    EXPECT_EQ(last->Measure(1, VARIANT{}, &result), S_OK);
-    EXPECT_EQ(parent.references, 0u) << "the object is gone, and with it its parent reference";
-    EXPECT_EQ(parent.statuses.back(), L"Measuring at 466 MHz");
+    const std::pair<const wchar_t*, std::function<HRESULT(IMeasure*)>> operations[] = {
+        {L"channel", [&](IMeasure* last) { return last->Measure(1, VARIANT{}, &result); }},
+        {L"progress", [](IMeasure* last) { return last->SetConfiguration(); }},
+    };
+    for (const auto& [when, operation] : operations) {
+        auto other = Create<_clsSetup>(L"TVN2x.clsSetup");
+        other->put_MaxSettlingTime(1);
+        auto held = other.As<IMeasure>();
+        IMeasure* const last = held.Get();
+        held->ResetMeasurement(0);
+        held->putref_Parent(&parent);
+        parent.onNotice = [&, when = when](const std::wstring& notice) {
+            if (notice == when) {
+                other.Reset();
+                held.Reset();
+            }
+            return S_OK;
+        };
+        EXPECT_EQ(operation(last), S_OK);
+        EXPECT_EQ(parent.references, 0u) << "the object is gone, and with it its parent reference";
+    }
+    EXPECT_THAT(parent.statuses, testing::Contains(L"Measuring at 213 MHz"));
+}
+
+TEST_F(Measure, ConfigurationThatIsWrittenIsReadBack)
+{
+    const auto errors = Create<IErrorReport>(L"XKTR2x.clsErrorReport");
+    Set(L"Network", L"Installed Options", L"KTR-H2,KTR-H4,KTR-H5");
+    const auto put = [&](long zin, const wchar_t* unit, long saw, long qam, long alpha, long samples) {
+        setup->put_Zin(zin);
+        setup->put_LevelUnit(Bstr(unit).Get());
+        setup->put_SawBw(saw);
+        setup->put_OrderOfQam(qam);
+        setup->put_RollOffFactor(alpha);
+        setup->put_BerSamples(samples);
+    };
+    for (const bool isReferenceMissing : {false, true}) {
+        put(50, L"dB\u00B5W", 8, 32, 13, 9999);
+        setup->put_ReferenceSource(isReferenceMissing ? 1 : 0);
+        EXPECT_EQ(static_cast<uint32_t>(measure->SetConfiguration()), isReferenceMissing ? 0x800407D5u : 0u);
+        if (isReferenceMissing) {
+            const ErrorText error = LastError();
+            EXPECT_EQ(error.source, L"clsSetup.SetConfiguration");
+            EXPECT_EQ(error.description,
+                      L"External 10MHz reference input is not fitted, internal reference will be used");
+            EXPECT_EQ(Get(errors, &IErrorReport::get_Description), L"Let Setup10MhzRef not available");
+        }
+        put(1, L"?", 99, 99, 99, 99);
+        EXPECT_EQ(measure->GetConfiguration(), S_OK);
+        EXPECT_EQ(std::tuple(Get(setup, &_clsSetup::get_Zin), Get(setup, &_clsSetup::get_LevelUnit),
+                             Get(setup, &_clsSetup::get_SawBw), Get(setup, &_clsSetup::get_OrderOfQam),
+                             Get(setup, &_clsSetup::get_RollOffFactor), Get(setup, &_clsSetup::get_BerSamples),
+                             Get(setup, &_clsSetup::get_ReferenceSource)),
+                  std::tuple(50, L"dB\u00B5W", 8, 32, 13, 9999, 0));
+    }
 }
 
 TEST_F(Measure, ObjectThatIsNoParentAndIndexOutsideTheListAreRefused)

@@ -1,13 +1,16 @@
-// The profile engine beside the system's own functions on the same bytes, and the machine's files as the setup uses
-// them.
+// The machine's files as the setup uses them, and the system's own functions on the same bytes.
 
 #include <windows.h>
 
 #include <gtest/gtest.h>
 
-#include "setup/ProfileRules.h"
+#include <filesystem>
+#include <fstream>
+
+#include "setup/ProfileFile.h"
 #include "setup/SystemProfile.h"
 #include "setup/clsIniFile.h"
+#include "support/MemoryFiles.h"
 #include "support/RecordingMessageBoxes.h"
 #include "util/FileKit.h"
 
@@ -50,65 +53,6 @@ protected:
 
     fs::path folder;
 };
-
-/// What the system's functions answer to a row of the rules.
-std::string SystemAnswer(const Rule& rule, const fs::path& path)
-{
-    const std::string name = path.string();
-    const char* const file = name.c_str();
-    const std::vector<std::string> arguments = Split(rule.arguments, ',');
-    std::vector<RuleText> texts;
-    for (const std::string& argument : arguments) {
-        texts.push_back(Unescape(argument));
-    }
-    const auto text = [&](size_t i) { return texts[i] ? texts[i]->c_str() : nullptr; };
-    // The result and the part of the buffer that was written; its size is the last argument.
-    const auto filled = [&](auto call) {
-        const auto size = static_cast<DWORD>(std::stoul(arguments.back()));
-        std::string buffer(size + 1, '\xCC');
-        const DWORD result = call(buffer.data(), size);
-        buffer.erase(buffer.find_last_not_of('\xCC') + 1);
-        return "ret=" + std::to_string(result) + " buf=" + Escape(buffer);
-    };
-    if (rule.call == "GetPrivateProfileStringA") {
-        return filled([&](char* buffer, DWORD size) {
-            return GetPrivateProfileStringA(text(0), text(1), text(2), buffer, size, file);
-        });
-    }
-    if (rule.call == "GetPrivateProfileSectionA") {
-        return filled([&](char* buffer, DWORD size) { return GetPrivateProfileSectionA(text(0), buffer, size, file); });
-    }
-    if (rule.call == "GetPrivateProfileSectionNamesA") {
-        return filled([&](char* buffer, DWORD size) { return GetPrivateProfileSectionNamesA(buffer, size, file); });
-    }
-    if (rule.call == "GetPrivateProfileIntA") {
-        return "ret=" + std::to_string(GetPrivateProfileIntA(text(0), text(1), std::stoi(arguments[2]), file));
-    }
-    const BOOL result = rule.call == "WritePrivateProfileStringA"
-                            ? WritePrivateProfileStringA(text(0), text(1), text(2), file)
-                            : WritePrivateProfileSectionA(text(0), text(1), file);
-    WritePrivateProfileStringA(nullptr, nullptr, nullptr, file);
-    return "ret=" + std::to_string(result) + " file=" + (fs::exists(path) ? Escape(ContentOf(path)) : "-");
-}
-
-using ProfileRulesOnWindows = MachineFolder;
-
-TEST_F(ProfileRulesOnWindows, TheSystemAndTheEngineAnswerAlike)
-{
-    int compared = 0;
-    for (const Rule& rule : Rules(fs::path(TVN_TEST_DATA) / L"profile-rules.tsv")) {
-        if (rule.windows != "same") {
-            continue;
-        }
-        ++compared;
-        const std::wstring name = std::wstring(rule.id.begin(), rule.id.end()) + L".ini";
-        const RuleText content = Unescape(rule.file);
-        const fs::path path = content ? Make(name, *content) : folder / name;
-        EXPECT_EQ(SystemAnswer(rule, path), AnswerTo(rule))
-            << rule.id << ": " << rule.call << "(" << rule.arguments << ") on " << rule.file << "  " << rule.note;
-    }
-    EXPECT_GT(compared, 70);
-}
 
 using FilesOnWindows = MachineFolder;
 

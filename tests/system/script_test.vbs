@@ -69,12 +69,6 @@ setup.Frequency(9) = 1
 Expect "Err.Number", Err.Number, 9
 Expect "Err.Source", Err.Source, "clsSetup.Frequency"
 Expect "Err.Description", Err.Description, "Subscript out of range"
-Err.Clear
-setup.Order(31) = 1
-Expect "Err.Number of no parameter", Err.Number, 9
-Err.Clear
-setup.Caption(-1) = ""
-Expect "Err.Number below the parameters", Err.Number, 9
 On Error GoTo 0
 
 ' Save and load; the model and the mode come back through the arguments.

@@ -49,6 +49,12 @@ TEST_F(Server, AnswersItsInterfacesAndRefusesOthersUnderOneIdentity)
             EXPECT_EQ(other, nullptr);
         }
         EXPECT_EQ(object->QueryInterface(IID_IUnknown, nullptr), E_POINTER);
+
+        ComPtr<ITypeInfo> info;
+        Bstr name;
+        ASSERT_EQ(object.As<IProvideClassInfo>()->GetClassInfo(info.Put()), S_OK);
+        EXPECT_EQ(info->GetDocumentation(MEMBERID_NIL, name.Put(), nullptr, nullptr, nullptr), S_OK);
+        EXPECT_EQ(name.View(), wcschr(progId, L'.') + 1);
     }
 }
 
@@ -149,31 +155,41 @@ TEST_F(Server, RaisedErrorArrivesWithNumberSourceAndDescription)
     EXPECT_EQ(text.description, L"Subscript out of range");
 }
 
-TEST_F(Server, NullOutArgumentIsRefusedWithoutTheErrorInformationOfAnotherCall)
+TEST_F(Server, RefusalBeforeTheMemberTellsNothingOfAnotherCall)
 {
     const auto setup = Create<_clsSetup>(L"TVN2x.clsSetup");
     const auto receiver = Create<IReceiver>(L"XKTR2x.clsReceiver");
     const auto document = setup.As<ISetup>();
     VARIANT_BOOL result;
-    const std::function<HRESULT()> calls[] = {
-        [&] { return setup->get_Notes(nullptr); },
-        [&] { return setup->get_Setup(nullptr); },
-        [&] { return document->Edit(nullptr); },
-        [&] { return document->Load(nullptr, nullptr, nullptr, nullptr, &result); },
-        [&] { return setup.As<IMeasure>()->get_Result(0, 13, 1, nullptr); },
-        [&] { return setup.As<IDriver>()->Test(nullptr, nullptr, nullptr, &result); },
-        [&] { return receiver->get_ErrorCounters(nullptr); },
-        [&] { return receiver.As<IDriver>()->Test(nullptr, nullptr, nullptr, &result); },
-        [&] { return setup->GetTypeInfoCount(nullptr); },
-        [&] { return setup->GetTypeInfo(0, LOCALE_USER_DEFAULT, nullptr); },
-        [&] { return setup->GetIDsOfNames(IID_NULL, nullptr, 1, LOCALE_USER_DEFAULT, nullptr); },
-        [&] { return setup->QueryInterface(IID_IUnknown, nullptr); },
+    auto name = const_cast<LPOLESTR>(L"Notes");
+    DISPID id = 0;
+    DISPPARAMS none{};
+    const auto get = [&](DISPID member, REFIID reserved) {
+        return document->Invoke(member, reserved, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &none, nullptr, nullptr,
+                                nullptr);
     };
-    for (size_t i = 0; i < std::size(calls); ++i) {
-        SCOPED_TRACE(i);
+    const std::pair<HRESULT, std::function<HRESULT()>> calls[] = {
+        {E_POINTER, [&] { return setup->get_Notes(nullptr); }},
+        {E_POINTER, [&] { return setup->get_Setup(nullptr); }},
+        {E_POINTER, [&] { return document->Edit(nullptr); }},
+        {E_POINTER, [&] { return document->Load(nullptr, nullptr, nullptr, nullptr, &result); }},
+        {E_POINTER, [&] { return setup.As<IMeasure>()->get_Result(0, 13, 1, nullptr); }},
+        {E_POINTER, [&] { return setup.As<IDriver>()->Test(nullptr, nullptr, nullptr, &result); }},
+        {E_POINTER, [&] { return receiver->get_ErrorCounters(nullptr); }},
+        {E_POINTER, [&] { return receiver.As<IDriver>()->Test(nullptr, nullptr, nullptr, &result); }},
+        {E_POINTER, [&] { return setup->GetTypeInfoCount(nullptr); }},
+        {E_POINTER, [&] { return setup->GetTypeInfo(0, LOCALE_USER_DEFAULT, nullptr); }},
+        {E_POINTER, [&] { return setup->GetIDsOfNames(IID_NULL, nullptr, 1, LOCALE_USER_DEFAULT, nullptr); }},
+        {E_POINTER, [&] { return setup->QueryInterface(IID_IUnknown, nullptr); }},
+        {DISP_E_UNKNOWNINTERFACE, [&] { return setup->GetIDsOfNames(IID_ISetup, &name, 1, LOCALE_USER_DEFAULT, &id); }},
+        {DISP_E_UNKNOWNINTERFACE, [&] { return get(1, IID_ISetup); }},
+        {DISP_E_MEMBERNOTFOUND, [&] { return get(9999, IID_NULL); }},
+    };
+    for (const auto& row : calls) {
+        SCOPED_TRACE(&row - calls);
         double frequency = 1;
         ASSERT_EQ(setup->get_Frequency(2, &frequency), RuntimeError(9));
-        EXPECT_EQ(calls[i](), E_POINTER);
+        EXPECT_EQ(row.second(), row.first);
         EXPECT_EQ(LastError().description, L"");
     }
 }
@@ -205,9 +221,10 @@ TEST(MultithreadedClient, ReachesEveryInterfaceOfThePlugIn)
     CoUninitialize();
 }
 
-HRESULT CallExport(const char* name)
+/// What an entry point of a library beside this program answers.
+HRESULT CallExport(const wchar_t* library, const char* name)
 {
-    const HMODULE module = LoadLibraryW(L"TVN2x.dll");
+    const HMODULE module = LoadLibraryW(library);
     const auto call =
         reinterpret_cast<HRESULT(STDMETHODCALLTYPE*)()>(reinterpret_cast<void*>(GetProcAddress(module, name)));
     const HRESULT result = call ? call() : E_NOINTERFACE;
@@ -235,8 +252,6 @@ TEST_F(Server, RegistrationThatFailsHalfWayLeavesWhatWasThereBefore)
                        blocked = KeyOf(L"Interface", IID_IResults);
     const std::wstring file = RegisteredText(kept + L"\\InprocServer32");
     ASSERT_NE(file, L"<none>");
-    const std::wstring folder = file.substr(0, file.find_last_of(L'\\'));
-    ASSERT_TRUE(SetDllDirectoryW(folder.c_str()));
     ASSERT_EQ(RegSetKeyValueW(HKEY_LOCAL_MACHINE, kept.c_str(), nullptr, REG_SZ, L"before", 7 * sizeof(wchar_t)),
               ERROR_SUCCESS);
     ASSERT_EQ(RegDeleteTreeW(HKEY_LOCAL_MACHINE, lacking.c_str()), ERROR_SUCCESS);
@@ -248,7 +263,7 @@ TEST_F(Server, RegistrationThatFailsHalfWayLeavesWhatWasThereBefore)
               ERROR_SUCCESS);
     RegCloseKey(key);
 
-    EXPECT_EQ(CallExport("DllRegisterServer"), HRESULT_FROM_WIN32(ERROR_CHILD_MUST_BE_VOLATILE));
+    EXPECT_EQ(CallExport(L"TVN2x.dll", "DllRegisterServer"), HRESULT_FROM_WIN32(ERROR_CHILD_MUST_BE_VOLATILE));
     EXPECT_EQ(RegisteredText(kept), L"before");
     EXPECT_EQ(RegisteredText(kept + L"\\InprocServer32"), file);
     EXPECT_EQ(RegisteredText(lacking), L"<none>");
@@ -256,12 +271,12 @@ TEST_F(Server, RegistrationThatFailsHalfWayLeavesWhatWasThereBefore)
     EXPECT_EQ(RegisteredText(KeyOf(L"Interface", IID_ISetup)), L"ISetup");
 
     EXPECT_EQ(RegDeleteTreeW(HKEY_LOCAL_MACHINE, blocked.c_str()), ERROR_SUCCESS);
-    EXPECT_EQ(CallExport("DllRegisterServer"), S_OK);
+    EXPECT_EQ(CallExport(L"TVN2x.dll", "DllRegisterServer"), S_OK);
     EXPECT_EQ(RegisteredText(lacking), L"Polled timer");
     EXPECT_EQ(RegisteredText(blocked), L"IResults");
 }
 
-TEST_F(Server, TypeLibraryPublishesEnumerationsAndHelpStrings)
+TEST_F(Server, TypeLibraryPublishesHelpStrings)
 {
     ComPtr<ITypeLib> library;
     ASSERT_EQ(LoadRegTypeLib(LIBID_TVN2x, 1, 0, LOCALE_NEUTRAL, library.Put()), S_OK);
@@ -273,12 +288,23 @@ TEST_F(Server, TypeLibraryPublishesEnumerationsAndHelpStrings)
     Bstr help;
     ASSERT_EQ(info->GetDocumentation(member, nullptr, help.Put(), nullptr, nullptr), S_OK);
     EXPECT_FALSE(help.View().empty());
+}
 
-    MEMBERID found = MEMBERID_NIL;
-    USHORT matches = 1;
-    ComPtr<ITypeInfo> enumeration;
-    ASSERT_EQ(library->FindName(const_cast<LPOLESTR>(L"MP_DE"), 0, enumeration.Put(), &found, &matches), S_OK);
-    EXPECT_EQ(matches, 1);
+TEST_F(Server, WithoutItsDriverTheMembersThatNeedOneRaise429AndSayWhy)
+{
+    ASSERT_EQ(CallExport(L"XKTR2x.dll", "DllUnregisterServer"), S_OK);
+    const auto setup = Create<_clsSetup>(L"TVN2x.clsSetup");
+    Bstr text;
+    VARIANT_BOOL isActive = VARIANT_TRUE;
+    const HRESULT result = setup.As<IDriver>()->get_SerialNumber(text.Put());
+    const std::wstring why = LastError().description;
+    const HRESULT activated = setup.As<ICheckHardware>()->ActivateMode(&isActive);
+    EXPECT_EQ(CallExport(L"XKTR2x.dll", "DllRegisterServer"), S_OK);
+    EXPECT_EQ(result, RuntimeError(429));
+    EXPECT_EQ(why, L"ActiveX component can't create object: XKTR2x.clsReceiver is not registered for " +
+                       std::to_wstring(8 * sizeof(void*)) + L"-bit programs");
+    EXPECT_EQ(activated, S_OK);
+    EXPECT_EQ(isActive, VARIANT_FALSE);
 }
 
 }  // namespace
