@@ -12,9 +12,8 @@
 #include <string_view>
 #include <vector>
 
-#include "Require.h"
+#include "Fuzz.h"
 #include "setup/ProfileFile.h"
-#include "support/ShiftedCodePage.h"
 #include "text/Blanks.h"
 #include "text/IniLines.h"
 #include "util/Encoding.h"
@@ -23,15 +22,10 @@
 namespace {
 
 using namespace tvn2x;
+using fuzz::PageFor;
 using fuzz::Require;
 
 using Lines = std::vector<std::wstring>;
-
-const CodePage& PageFor(size_t number)
-{
-    static const ShiftedCodePage shifted;
-    return number % 3 == 0 ? SystemCodePage() : number % 3 == 1 ? Utf8CodePage() : shifted;
-}
 
 Lines LinesOf(const std::string& rendered, bool withBlank, const CodePage& page)
 {

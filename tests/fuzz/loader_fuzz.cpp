@@ -6,19 +6,19 @@
 #include <cstdint>
 #include <string>
 
-#include "Require.h"
+#include "Fuzz.h"
 #include "host/setup/SetupInspection.h"
 #include "setup/SetupFile.h"
 #include "support/DocumentParts.h"
 #include "support/FixedLocale.h"
 #include "support/MemoryFiles.h"
 #include "support/RecordingMessageBoxes.h"
-#include "support/ShiftedCodePage.h"
 #include "util/RaisedError.h"
 
 namespace {
 
 using namespace tvn2x;
+using fuzz::PageFor;
 using fuzz::Require;
 
 const std::wstring original = L"C:\\data\\net.ini";
@@ -117,12 +117,6 @@ private:
     const CodePage& page_;
     SetupEnvironment environment_{files_, messages_, locale_, page_};
 };
-
-const CodePage& PageFor(size_t number)
-{
-    static const ShiftedCodePage shifted;
-    return number % 3 == 0 ? SystemCodePage() : number % 3 == 1 ? Utf8CodePage() : shifted;
-}
 
 }  // namespace
 
