@@ -3,6 +3,8 @@
 
 #include <initguid.h>
 
+#include <utility>
+
 #include "Race.h"
 #include "editor/win32/ControlIds.h"
 #include "editor/win32/frmFreqList.h"
@@ -88,7 +90,8 @@ private:
         const HWND dialog = GetAncestor(GetActiveWindow(), GA_ROOT);
         PaintAll(dialog);
         reinterpret_cast<Session*>(GetWindowLongPtrW(window, GWLP_USERDATA))->work_(dialog);
-        PostMessageW(dialog, WM_CLOSE, 0, 0);
+        // The close sign would ask whether what the commands have done may be lost.
+        PostMessageW(GetDlgItem(dialog, control_id::cancel), BM_CLICK, 0, 0);
         return 0;
     }
 
@@ -142,12 +145,15 @@ void RaceCommands(int32_t count)
         race("Select", [&] { press('A'); });
         press('C');
         race("Paste over", [&] { press('V'); });
-        race("Undo or redo", [&, undo = true]() mutable {
-            press(undo ? 'Z' : 'Y');
-            undo = !undo;
-        });
+        const auto inTurn = [&](WPARAM one, WPARAM other) {
+            return [&press, keys = std::pair(one, other)]() mutable {
+                press(keys.first);
+                std::swap(keys.first, keys.second);
+            };
+        };
+        race("Undo or redo", inTurn('Z', 'Y'));
         race("Sort", [&] { press('O', true); });
-        race("Fill down", [&] { press('D'); });
+        race("Fill down or undo", inTurn('D', 'Z'));
     });
 }
 
