@@ -28,12 +28,24 @@ int Order(const T& left, const T& right)
     return (left > right) - (left < right);
 }
 
+/// How many characters two labels begin with alike, up to where a number begins that may not be the same. Labels of a
+/// plan mostly differ behind a long beginning, and the system's tables of letters are slow to ask.
+size_t SameBeginning(std::wstring_view left, std::wstring_view right)
+{
+    auto length = static_cast<size_t>(std::ranges::mismatch(left, right).in1 - left.begin());
+    while (length > 0 && IsDigit(left[length - 1])) {
+        --length;
+    }
+    return length;
+}
+
 }  // namespace
 
 int CompareNaturally(std::wstring_view left, std::wstring_view right)
 {
-    std::wstring_view l = left;
-    std::wstring_view r = right;
+    const size_t same = SameBeginning(left, right);
+    std::wstring_view l = left.substr(same);
+    std::wstring_view r = right.substr(same);
     while (!l.empty() && !r.empty()) {
         int order = 0;
         if (IsDigit(l.front()) && IsDigit(r.front())) {

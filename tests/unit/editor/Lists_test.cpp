@@ -34,6 +34,7 @@ TEST(NaturalOrder, ComparesNumbersByValueAndLettersInEitherCase)
              {L"K2", L"K10"},
              {L"k2", L"K3"},
              {L"K02", L"K2"},
+             {L"K19", L"K103"},
              {L"", L"K"},
              {L"K2", L"K2 HD"},
              {L"9", L"A"},
