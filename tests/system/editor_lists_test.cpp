@@ -94,32 +94,6 @@ TEST_F(SetupEditor, MouseSelectsRowsAndACharacterOpensACell)
     });
 }
 
-TEST_F(SetupEditor, OpenCellKeepsItsTextAndItsPlaceWhileTheWindowIsResized)
-{
-    Put(Channels(40, {L"x", 474, 6.9}));
-    Edit([](EditorDriver& editor) {
-        editor.ClickTab(Page::frequencies);
-        RECT frame{};
-        GetWindowRect(editor.dialog, &frame);
-        const auto resize = [&](LONG more) {
-            SetWindowPos(editor.dialog, nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top + more,
-                         SWP_NOMOVE | SWP_NOZORDER);
-        };
-        resize(200);
-        editor.ClickRow(MP_FREQUENCY, 15);
-        editor.Type(L"47");
-        resize(0);
-        editor.Type(L"4");
-        EXPECT_EQ(editor.FocusText(), L"474");
-        RECT field{};
-        RECT list{};
-        GetWindowRect(editor.CellEditor(Grid::channels), &field);
-        GetWindowRect(editor.List(MP_FREQUENCY), &list);
-        EXPECT_GE(field.top, list.top);
-        EXPECT_LE(field.bottom, list.bottom);
-    });
-}
-
 TEST_F(SetupEditor, OneButtonIsTheDefaultAndTheWheelLeavesChoicesAlone)
 {
     Edit([](EditorDriver& editor) {

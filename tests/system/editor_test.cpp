@@ -72,31 +72,10 @@ TEST_F(SetupEditor, EscapeLeavesTheCellAndOnlyThenTheDialog)
     EXPECT_EQ(Stored(), (Channels{{L"one", 474, 6.9}})) << "nothing is written";
 }
 
-TEST_F(SetupEditor, TabWrapsRoundTheWholeGrid)
-{
-    Put({{L"one", 474, 6.9}, {L"two", 482, 5}});
-    Edit([](EditorDriver& editor) {
-        editor.ClickTab(Page::frequencies);
-        editor.ClickRow(MP_USERFIELD, 0);
-        for (const wchar_t* const text :
-             {L"one", L"474.0000000", L"6.900", L"two", L"482.0000000", L"5.000", L"-", L"-"}) {
-            EXPECT_EQ(editor.FocusText(), text);
-            editor.Press(VK_TAB);
-        }
-        EXPECT_EQ(editor.Focus(), editor.CellEditor(Grid::channels));
-        EXPECT_EQ(editor.SelectedRow(MP_SYMBOLRATE), 2);
-        editor.Press(VK_TAB);
-        EXPECT_EQ(editor.FocusText(), L"one");
-        editor.Press(VK_TAB, shift);
-        EXPECT_EQ(editor.FocusText(), L"-");
-        EXPECT_EQ(editor.SelectedRow(MP_USERFIELD), 2);
-    });
-}
-
 TEST_F(SetupEditor, RefusedEntriesAreNamedAndGetTheKeyboardOnTheirPages)
 {
     Put({{L"one", 474, 6.9}, {L"two", 482, 6.9}});
-    EXPECT_TRUE(Edit([](EditorDriver& editor) {
+    Edit([](EditorDriver& editor) {
         editor.ClickTab(Page::application);
         editor.Alt(L'm');
         editor.Type(L"30a1");
@@ -116,12 +95,7 @@ TEST_F(SetupEditor, RefusedEntriesAreNamedAndGetTheKeyboardOnTheirPages)
         EXPECT_TRUE(editor.IsEditing(Grid::channels));
         EXPECT_EQ(editor.FocusText(), L"2");
         EXPECT_EQ(editor.SelectedRow(MP_FREQUENCY), 1);
-        editor.Type(L"3.3");
-        editor.Click(control_id::ok);
-        EXPECT_EQ(editor.AnswerMessageBox(), L"Setup|Frequency rounded to 3.2999999 MHz.");
-        EXPECT_FALSE(IsWindow(editor.dialog));
-    }));
-    EXPECT_DOUBLE_EQ(std::get<1>(Stored().at(1)), 3.2999999);
+    });
 }
 
 TEST_F(SetupEditor, HeadingsSortAndButtonsMoveByClickAndByKey)
@@ -195,57 +169,51 @@ TEST_F(SetupEditor, AccessKeysWorkOnTheirOwnPageAndGoRoundWhereTwoAreAlike)
     });
 }
 
-TEST_F(SetupEditor, ListsScrollAndSelectInStep)
-{
-    Put(Channels(5000, {L"x", 474, 6.9}));
-    Edit([](EditorDriver& editor) {
-        editor.ClickTab(Page::frequencies);
-        EXPECT_EQ(editor.Rows(MP_USERFIELD), 5001);
-        editor.Alt(L'f');
-        editor.Press(VK_END, control);
-        for (const Column column : {MP_USERFIELD, MP_FREQUENCY, MP_SYMBOLRATE}) {
-            EXPECT_EQ(editor.SelectedRow(column), 5000) << column;
-        }
-        const long last = editor.TopRow(MP_FREQUENCY);
-        EXPECT_GT(last, 4900);
-        PostMessageW(editor.List(MP_SYMBOLRATE), WM_VSCROLL, SB_LINEUP, 0);
-        editor.Press(VK_SHIFT);
-        for (const Column column : {MP_USERFIELD, MP_FREQUENCY, MP_SYMBOLRATE}) {
-            EXPECT_EQ(editor.TopRow(column), last - 1) << column;
-        }
-    });
-}
-
 TEST_F(SetupEditor, LargerWindowShowsMoreRowsAndASmallestSizeIsKept)
 {
     Put(Channels(100, {L"x", 474, 6.9}));
     Edit([](EditorDriver& editor) {
-        const auto size = [&](HWND window) {
-            RECT area{};
-            GetWindowRect(window, &area);
-            return SIZE{area.right - area.left, area.bottom - area.top};
+        const auto placeOf = [](HWND window) {
+            RECT place{};
+            GetWindowRect(window, &place);
+            return place;
         };
-        const auto resize = [&](SIZE to) {
-            SetWindowPos(editor.dialog, nullptr, 0, 0, to.cx, to.cy, SWP_NOMOVE | SWP_NOZORDER);
+        const auto size = [&](HWND window) {
+            const RECT place = placeOf(window);
+            return SIZE{place.right - place.left, place.bottom - place.top};
+        };
+        const auto resize = [&](LONG width, LONG height) {
+            SetWindowPos(editor.dialog, nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER);
         };
         const SIZE usual = size(editor.dialog);
         const SIZE list = size(editor.List(MP_FREQUENCY));
         const SIZE button = size(editor.Find(control_id::ok));
-        resize({usual.cx + 100, usual.cy + 90});
+        resize(usual.cx + 100, usual.cy + 190);
         const RECT first = editor.CellRect(MP_FREQUENCY, 0);
-        const LONG rowHeight = first.bottom - first.top;
-        const LONG growth = size(editor.List(MP_FREQUENCY)).cy - list.cy;
-        EXPECT_EQ(growth, 90);
+        EXPECT_EQ(size(editor.List(MP_FREQUENCY)).cy - list.cy, 190);
         EXPECT_GT(size(editor.List(MP_FREQUENCY)).cx, list.cx);
         EXPECT_EQ(size(editor.Find(control_id::ok)).cx, button.cx);
         editor.ClickTab(Page::frequencies);
         editor.Alt(L'f');
         editor.Press(VK_END, control);
-        EXPECT_EQ(editor.CellRect(MP_FREQUENCY, 100).bottom - editor.CellRect(MP_FREQUENCY, 100).top, rowHeight)
-            << "the last row is wholly seen";
-        resize({50, 50});
+        const RECT last = editor.CellRect(MP_FREQUENCY, 100);
+        EXPECT_EQ(last.bottom - last.top, first.bottom - first.top) << "the last row is wholly seen";
+        const long top = editor.TopRow(MP_FREQUENCY);
+        PostMessageW(editor.List(MP_FREQUENCY), WM_VSCROLL, SB_LINEUP, 0);
+        editor.Press(VK_SHIFT);
+        EXPECT_EQ(editor.TopRow(MP_FREQUENCY), top - 1);
+
+        editor.ClickRow(MP_FREQUENCY, 98);
+        editor.Type(L"47");
+        resize(50, 50);
         EXPECT_EQ(size(editor.dialog).cx, usual.cx);
         EXPECT_EQ(size(editor.dialog).cy, usual.cy);
+        editor.Type(L"4");
+        EXPECT_EQ(editor.FocusText(), L"474") << "the open cell stays open, and in sight";
+        const RECT field = placeOf(editor.CellEditor(Grid::channels));
+        const RECT around = placeOf(editor.List(MP_FREQUENCY));
+        EXPECT_GE(field.top, around.top);
+        EXPECT_LE(field.bottom, around.bottom);
     });
 }
 
@@ -335,17 +303,11 @@ TEST_F(SetupEditor, ProtectedNotesCanBeReadOnDarkWindowsAndKeepTheirColour)
     EXPECT_THAT(Get(setup, &_clsSetup::get_Notes), testing::Not(testing::HasSubstr(L"\\blue255;")));
 }
 
-TEST_F(SetupEditor, CancelWritesNothingAndOkResetsTheResults)
+TEST_F(SetupEditor, OkResetsTheResults)
 {
     Put({{L"one", 474, 6.9}});
     const auto measure = setup.As<IMeasure>();
     ASSERT_EQ(measure->ResetMeasurement(0), S_OK);
-    EXPECT_FALSE(Edit([](EditorDriver& editor) {
-        editor.Alt(L'f');
-        editor.Click(control_id::Of(RowCommand::remove, Grid::channels));
-        editor.Click(control_id::cancel);
-    }));
-    EXPECT_EQ(Stored(), (Channels{{L"one", 474, 6.9}}));
     EXPECT_TRUE(Edit([](EditorDriver& editor) {
         editor.Alt(L'f');
         editor.Click(control_id::Of(RowCommand::insert, Grid::channels));
