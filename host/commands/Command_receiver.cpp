@@ -35,7 +35,7 @@ std::wstring Line(const wchar_t* name, const std::wstring& value)
 /// Loads a setup after a look at the file, so that what is wrong in it is named.
 std::wstring LoadChecked(const Plugin& plugin, const std::wstring& setup)
 {
-    const std::wstring path = AbsolutePath(setup);
+    std::wstring path = AbsolutePath(setup);
     RequireUsable(ReadInput(path), path);
     plugin.Load(path);
     return path;

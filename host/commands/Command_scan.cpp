@@ -75,7 +75,7 @@ private:
 struct ScanRun
 {
     const Plugin& plugin;
-    const Setup& setup;
+    Setup& setup;
     FinishedRun& run;
     ScanJournal& journal;
     StopRequest& stop;
@@ -310,6 +310,73 @@ void TellAdded(const std::vector<std::wstring>& captions, Console& console)
     }
 }
 
+/// The simulated receiver's network, and how fast its time passes.
+void SetSimulator(const Plugin& plugin, const ScanOptions& options, int32_t maxSettlingTime)
+{
+    UseNetwork(plugin, options.network);
+    if (options.hasTimeScale) {
+        const auto simulator = SimulatorSettings(plugin);
+        Call(simulator, &ISimulatorSettings::put_TimeScale, options.timeScale);
+        Call(simulator, &ISimulatorSettings::put_SettlingTime, static_cast<double>(maxSettlingTime));
+    }
+}
+
+/// Brings the receiver on line into the setup's state, as far as the options say. False where a stop has ended that.
+bool Prepare(const ScanRun& scan, const ScanOptions& options, const ReceiverIdentity& identity)
+{
+    TakeReceiver(DescribeReceiver(scan.plugin, identity), options, scan.run, scan.console);
+    const Preparation how{.writes = options.writes,
+                          .forces = options.forces,
+                          .measuresAsIs = options.measuresAsIs,
+                          .setsSimulator = !options.network.empty() || options.hasTimeScale};
+    if (!PrepareReceiver(scan.plugin, scan.setup, how, scan.stop, scan.console)) {
+        scan.console.Notice(L"Stopped before the first channel");
+        return false;
+    }
+    scan.setup = ReadSetup(scan.plugin, scan.setup.path);
+    if (options.resume.empty()) {
+        TakeState(scan.setup, scan.run);
+    }
+    return true;
+}
+
+/// Measures what is left, between the journal's lines that tell of the run.
+void MeasureRun(const ScanRun& scan, bool isResumed)
+{
+    FinishedRun& run = scan.run;
+    const bool wasComplete = isResumed && !run.ended.empty() && !run.stopped;
+    if (!isResumed) {
+        scan.journal.Add(RunLine(run));
+    } else if (!wasComplete) {
+        run.resumed.push_back(NowUtc());
+        run.stopped = false;
+        scan.journal.Add(ResumedLine(run.resumed.back()));
+    }
+    MeasurePasses(scan);
+    if (!wasComplete) {
+        run.ended = NowUtc();
+        scan.journal.Add(EndLine(run));
+    }
+    run.Complete();
+}
+
+/// The verdict and the reports; returns the exit code.
+int Conclude(const ScanRun& scan, const ScanOptions& options, const Limits* limits)
+{
+    const RunJudgement judgement = Judge(scan.run, limits);
+    if (limits) {
+        ShowVerdict(scan.run, judgement, scan.console);
+    }
+    WriteReports(scan.run, judgement, limits, options.reports,
+                 {&scan.plugin, options.resume.empty() && scan.run.IsOnePass()}, scan.console);
+    if (!scan.journal.IsWhole()) {
+        RaiseInput(
+            L"the journal lacks the last channels: it could not be written. The results above are whole; --json, "
+            L"--html and --junit keep them too.");
+    }
+    return scan.run.stopped ? exitStopped : judgement.ExitCode();
+}
+
 }  // namespace
 
 int Scan(const ScanOptions& options, Console& console)
@@ -322,6 +389,7 @@ int Scan(const ScanOptions& options, Console& console)
         RaiseInput(path + L": there is no channel to measure. Add some in the setup's editor: tvnhost edit SETUP");
     }
     const std::optional<Limits> limits = LoadLimits(options.reports.limits);
+    const Limits* const allowed = limits ? &*limits : nullptr;
     RequireTargets(options, path);
     const std::wstring sha256 = Sha256(content);
     std::optional<StoredRun> stored = ReadResumed(options, sha256, size, console);
@@ -331,60 +399,22 @@ int Scan(const ScanOptions& options, Console& console)
         TakeSettings(plugin, stored->run.setup.settings);
     }
     Setup setup = ReadSetup(plugin, path);
-    TellAdded(MeasureForVerdicts(plugin, setup, limits ? &*limits : nullptr), console);
+    TellAdded(MeasureForVerdicts(plugin, setup, allowed), console);
     FinishedRun run = stored ? std::move(stored->run) : NewRun(setup, sha256, options);
     ScanJournal journal(options, stored ? stored->wholeBytes : 0, console);
     TellDoubts(inspection, run.selection, path, console);
     StopRequest stop(CreateRunControl());
-    UseNetwork(plugin, options.network);
-    if (options.hasTimeScale) {
-        const auto simulator = SimulatorSettings(plugin);
-        Call(simulator, &ISimulatorSettings::put_TimeScale, options.timeScale);
-        Call(simulator, &ISimulatorSettings::put_SettlingTime, static_cast<double>(setup.settings.maxSettlingTime));
-    }
+    SetSimulator(plugin, options, setup.settings.maxSettlingTime);
+    const ScanRun scan{plugin, setup, run, journal, stop, console};
     std::optional<OnLine> online;  // what is complete needs no receiver
     if (!TurnsLeft(run).empty()) {
         online.emplace(plugin);
-        TakeReceiver(DescribeReceiver(plugin, online->Identity()), options, run, console);
-        const Preparation how{.writes = options.writes,
-                              .forces = options.forces,
-                              .measuresAsIs = options.measuresAsIs,
-                              .setsSimulator = !options.network.empty() || options.hasTimeScale};
-        if (!PrepareReceiver(plugin, setup, how, stop, console)) {
-            console.Notice(L"Stopped before the first channel");
+        if (!Prepare(scan, options, online->Identity())) {
             return exitStopped;
         }
-        setup = ReadSetup(plugin, path);
-        if (options.resume.empty()) {
-            TakeState(setup, run);
-        }
     }
-    const bool wasComplete = !options.resume.empty() && !run.ended.empty() && !run.stopped;
-    if (options.resume.empty()) {
-        journal.Add(RunLine(run));
-    } else if (!wasComplete) {
-        run.resumed.push_back(NowUtc());
-        run.stopped = false;
-        journal.Add(ResumedLine(run.resumed.back()));
-    }
-    MeasurePasses({plugin, setup, run, journal, stop, console});
-    if (!wasComplete) {
-        run.ended = NowUtc();
-        journal.Add(EndLine(run));
-    }
-    run.Complete();
-    const RunJudgement judgement = Judge(run, limits ? &*limits : nullptr);
-    if (limits) {
-        ShowVerdict(run, judgement, console);
-    }
-    WriteReports(run, judgement, limits ? &*limits : nullptr, options.reports,
-                 {&plugin, options.resume.empty() && run.IsOnePass()}, console);
-    if (!journal.IsWhole()) {
-        RaiseInput(
-            L"the journal lacks the last channels: it could not be written. The results above are whole; --json, "
-            L"--html and --junit keep them too.");
-    }
-    return run.stopped ? exitStopped : judgement.ExitCode();
+    MeasureRun(scan, stored.has_value());
+    return Conclude(scan, options, allowed);
 }
 
 }  // namespace tvn2x

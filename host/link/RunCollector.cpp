@@ -47,6 +47,7 @@ std::vector<RunColumn> Columns(const Setup& setup, const std::wstring& chosen)
     }
     std::ranges::stable_sort(parameters, {}, [&](int32_t parameter) { return setup.ParameterAt(parameter).position; });
     std::vector<RunColumn> columns;
+    columns.reserve(parameters.size());
     for (const int32_t parameter : parameters) {
         columns.push_back({parameter, setup.ParameterAt(parameter).caption});
     }
