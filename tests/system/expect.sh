@@ -8,6 +8,7 @@ root=$PWD
 . tools/common.sh
 wine_environment
 bin=$root/build/win64/bin
+program=("$bin/tvnhost.exe")
 work=$root/build/$1
 tools/wine cmd /c ver >/dev/null # the prefix is made and everything registered
 rm -rf "$work"
@@ -23,8 +24,8 @@ fail() {
 expect_exit() { # CODE ARGUMENT...
     local code=$1 status=0
     shift
-    said="tvnhost $*"
-    "$wine_program" "$bin/tvnhost.exe" "$@" >"$work/out" 2>"$work/err" </dev/null || status=$?
+    said="${program[0]##*/} $*"
+    "$wine_program" "${program[@]}" "$@" >"$work/out" 2>"$work/err" </dev/null || status=$?
     [ "$status" = "$code" ] || fail "ends with $status instead of $code"
 }
 expect_text() { # LINE_OR_PART...

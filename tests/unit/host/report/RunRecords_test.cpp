@@ -1,6 +1,8 @@
 #include "host/run/RunRecords.h"
 #include "host/report/JsonReport.h"
 
+#include <cstring>
+
 #include "host/run/Sha256.h"
 #include "support/FixedLocale.h"
 #include "support/TestFiles.h"
@@ -78,11 +80,17 @@ TEST(RunRecords, ARunReadsBackAsItWasWritten)
 TEST(RunRecords, WhatSomebodyEditedIsJudgedByItsLocks)
 {
     const FinishedRun run = TestRun({TestChannel(1, 474, {{MP_MER, L"39,1"}})});
-    std::string text = ResultText(run);
+    const std::string text = ResultText(run);
     EXPECT_EQ(ReadRun(text, L"").run.channels[0].Find(MP_MER)->text, L"39.1") << "one decimal mark, the reader's";
-    const std::string lock = "\"data\":\"OK\"";
-    text.replace(text.find(lock), lock.size(), "\"data\":\"UNSYNC\"");
-    EXPECT_EQ(ReadRun(text, L"").run.channels[0].outcome, ChannelOutcome::notSynchronised);
+    const std::tuple<const char*, const char*, ChannelOutcome> edits[] = {
+        {R"("data":"OK")", R"("data":"UNSYNC")", ChannelOutcome::notSynchronised},
+        {R"("status":"Done")", R"("status":"Control Error")", ChannelOutcome::error},
+        {R"("outcome":"synchronised")", R"("outcome":"not measured")", ChannelOutcome::unmeasured}};
+    for (const auto& [from, to, outcome] : edits) {
+        std::string edited = text;
+        edited.replace(edited.find(from), std::strlen(from), to);
+        EXPECT_EQ(ReadRun(edited, L"").run.channels[0].outcome, outcome) << to;
+    }
 }
 
 TEST(RunRecords, EveryCutThroughAJournalLeavesItsWholeLines)
