@@ -63,6 +63,10 @@ TEST_F(HardwareCheckTest, ModeNeedsItsOptionAsAWholeEntryInThisLetterCase)
         {
             {4, {L"KTR-H2", L"A,KTR-H2,B"}, {L"", L"ktr-h2", L"KTR-H22", L"XKTR-H2", L"A, KTR-H2", L"KTR-H7"}},
             {6, {L"KTR-S31", L"B,KTR-S31"}, {L"KTR-S33", L"KTR-S311", L"KTR-H2"}},
+            {7, {L"KTR-S33"}, {L"KTR-S31"}},
+            {8, {L"KTR-S31"}, {L"KTR-S33"}},
+            {13, {L"KTR-H7"}, {L"KTR-H2"}},
+            {14, {L"KTR-S32"}, {L"KTR-S31,KTR-S33"}},
             {1, {L"", L"KTR-H2"}, {}},  // modes that need no option
             {-3, {L""}, {}},
         },
@@ -76,6 +80,7 @@ TEST_F(HardwareCheckTest, InputFilterAndReferenceNeedTheirOptions)
             {2, {L"EAMOD", L"XEAMODX"}, {L"eamod", L"RB,KTR-H5"}},
             {4, {L"RB", L"A,RBX"}, {L"rb", L"EAMOD"}},
             {50, {L"KTR-H5", L"KTR-H55"}, {L"KTR-H4", L""}},
+            {75, {L"KTR-H5"}, {L"RB,EAMOD"}},
             {1, {}, {L"EAMOD,RB,KTR-H5"}},
         },
         [&](int32_t route) { document.Zin(route); }, [&] { return check.InputPort(); });
@@ -84,6 +89,7 @@ TEST_F(HardwareCheckTest, InputFilterAndReferenceNeedTheirOptions)
             {2, {L"KTR-H6", L"A,KTR-H6,B"}, {L"KTR-H66", L"KTR-H8 (or KTR-H9)"}},
             {6, {L"KTR-H8 (or KTR-H9)", L"KTR-H8 "}, {L"KTR-H8", L"A,KTR-H8,B", L"KTR-H9"}},
             {7, {L"KTR-H8 (or KTR-H9)", L"(or KTR-H9),B"}, {L"KTR-H9", L"(or KTR-H9) ,B", L"KTR-H8 "}},
+            {8, {L"KTR-H4"}, {L"KTR-H45"}},
         },
         [&](int32_t filter) { document.SawBw(filter); }, [&] { return check.SawFilterBw(); });
     ExpectAnswers(

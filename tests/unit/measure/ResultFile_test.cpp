@@ -6,7 +6,6 @@
 #include <initializer_list>
 #include <sstream>
 
-#include "support/FaultyFiles.h"
 #include "support/FixedLocale.h"
 #include "support/MemoryFiles.h"
 #include "support/RecordingMessageBoxes.h"
@@ -68,7 +67,7 @@ struct ResultFileTest : testing::Test
     bool Write(const std::wstring& to = path)
     {
         messages.messages.clear();
-        Replacement file(faulty);
+        Replacement file(files);
         return SaveResults(document, table, locale, file, messages, to);
     }
 
@@ -76,7 +75,6 @@ struct ResultFileTest : testing::Test
     ResultTable table;
     const FixedLocale locale = CommaLocale();
     MemoryFiles files;
-    FaultyFiles faulty{files};
     RecordingMessageBoxes messages;
 };
 
@@ -199,7 +197,7 @@ TEST_F(ResultFileTest, UserLearnsWhatStandsInTheWay)
         {create, FileFault::other, L"Error writing C:\\out\\results.csv: the system reports an error."}};
     files.Put(path, "old");
     for (const auto& [operation, fault, text] : texts) {
-        faulty.FailOn(operation, 1, fault);
+        files.FailOn(operation, 1, fault);
         EXPECT_FALSE(Write());
         EXPECT_EQ(files.Content(path), "old");
         EXPECT_THAT(files.Paths(), ElementsAre(path)) << "no piece is left behind";
@@ -212,11 +210,11 @@ TEST_F(ResultFileTest, UserLearnsWhatStandsInTheWay)
 
 TEST_F(ResultFileTest, NoFileStaysOpenWhenMemoryRunsOut)
 {
-    ExhaustedFiles exhausted;
-    Replacement file(exhausted);
+    files.before = [](FileOperation kind) { kind == FileOperation::rename ? throw std::bad_alloc() : void(); };
+    Replacement file(files);
     EXPECT_THROW(SaveResults(document, table, locale, file, messages, path), std::bad_alloc);
     EXPECT_FALSE(file.IsOpen());
-    EXPECT_TRUE(exhausted.Paths().empty());
+    EXPECT_TRUE(files.Paths().empty());
 }
 
 }  // namespace

@@ -4,45 +4,15 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 #include <utility>
 
-#include "support/FaultyFiles.h"
 #include "support/MemoryFiles.h"
 
 namespace tvn2x {
 namespace {
 
 const std::wstring path = L"C:\\data\\net.ini";
-
-/// Files before whose every operation somebody else may do something.
-class SharedFiles : public MemoryFiles
-{
-public:
-    std::function<void()> before = [] {};
-
-    FileStamp Stamp(const std::wstring& name) override { return before(), MemoryFiles::Stamp(name); }
-    FileFault Read(const std::wstring& name, std::string& content, FileStamp& stamp) override
-    {
-        return before(), MemoryFiles::Read(name, content, stamp);
-    }
-    FileFault Exclude(const std::wstring& name, std::unique_ptr<FileLock>& lock) override
-    {
-        return before(), MemoryFiles::Exclude(name, lock);
-    }
-    FileFault CreateTemporary(const std::wstring& name, std::wstring& temporary,
-                              std::unique_ptr<OutputFile>& file) override
-    {
-        return before(), MemoryFiles::CreateTemporary(name, temporary, file);
-    }
-    FileFault Rename(const std::wstring& from, const std::wstring& to, const FileStamp* expected) override
-    {
-        isRenaming = true;
-        return before(), MemoryFiles::Rename(from, to, expected);
-    }
-    bool isRenaming = false;
-};
 
 TEST(ProfileStore, AStrangersChangeIsKeptWheneverItComesBeforeTheFileIsReplaced)
 {
@@ -51,19 +21,20 @@ TEST(ProfileStore, AStrangersChangeIsKeptWheneverItComesBeforeTheFileIsReplaced)
     for (const uint64_t now : {uint64_t{0}, uint64_t{4'000'000'000}}) {
         int moment = 0;
         for (bool meddled = true; meddled; ++moment) {
-            SharedFiles files;
+            MemoryFiles files;
             files.now = now;
             files.Put(path, "[s]\nk=1\n");
             ProfileStore store(files);
             store.Bind(path);
             meddled = false;
             int operation = 0;
-            files.before = [&] {
-                if (operation++ != moment || (now != 0 && files.isRenaming)) {
-                    return;
+            bool isRenaming = false;
+            files.before = [&](FileOperation kind) {
+                isRenaming = isRenaming || kind == FileOperation::rename;
+                if (operation++ == moment && (now == 0 || !isRenaming)) {
+                    meddled = true;
+                    files.Put(path, "[s]\nk=7\n");
                 }
-                meddled = true;
-                files.Put(path, "[s]\nk=7\n");
             };
             EXPECT_TRUE(store.Write("s", "n", "2"));
             EXPECT_EQ(files.Content(path), meddled ? "[s]\nk=7\nn=2\n" : "[s]\nk=1\nn=2\n") << now << " " << moment;
@@ -74,19 +45,18 @@ TEST(ProfileStore, AStrangersChangeIsKeptWheneverItComesBeforeTheFileIsReplaced)
 
 TEST(ProfileStore, AFileThatNeverRestsOrIsTakenIsNotReplaced)
 {
-    SharedFiles files;
-    FaultyFiles faulty(files);
-    ProfileStore store(faulty);
+    MemoryFiles files;
+    ProfileStore store(files);
     store.Bind(path);
     int changes = 0;
-    files.before = [&] { files.Put(path, "[s]\nk=" + std::to_string(++changes) + "\n"); };
+    files.before = [&](FileOperation) { files.Put(path, "[s]\nk=" + std::to_string(++changes) + "\n"); };
     EXPECT_FALSE(store.Write("s", "n", "2"));
     EXPECT_EQ(files.Content(path), "[s]\nk=" + std::to_string(changes) + "\n");
     EXPECT_EQ(files.Paths().size(), 1u) << "no temporary stays";
     EXPECT_LT(changes, 200) << "there is an end to it";
 
-    files.before = [] {};
-    faulty.FailOn(FileOperation::exclude, 1, FileFault::inUse);
+    files.before = {};
+    files.FailOn(FileOperation::exclude, 1, FileFault::inUse);
     EXPECT_FALSE(store.Write("s", "n", "2"));
     EXPECT_EQ(files.Content(path), "[s]\nk=" + std::to_string(changes) + "\n");
     EXPECT_TRUE(store.Write("s", "n", "2"));
@@ -96,13 +66,12 @@ TEST(ProfileStore, AStampIsTrustedOnceNoSecondWriteCanHaveLeftItWhateverTheClock
 {
     constexpr uint64_t second = 1'000'000'000;
     MemoryFiles files;
-    FaultyFiles counted(files);
-    ProfileStore store(counted);
+    ProfileStore store(files);
     const auto value = [&] { return std::string(*store.Profile().Find("s", "k")); };
     const auto reads = [&] {
-        const int before = counted.Count(FileOperation::read);
+        const int before = files.Count(FileOperation::read);
         value();
-        return counted.Count(FileOperation::read) - before;
+        return files.Count(FileOperation::read) - before;
     };
     // Of the machine's clock behind the file's time, and then back again.
     struct

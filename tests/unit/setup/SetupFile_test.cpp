@@ -11,7 +11,6 @@
 #include "setup/catalogue/Parameters.h"
 #include "setup/clsIniFile.h"
 #include "support/DocumentParts.h"
-#include "support/FaultyFiles.h"
 #include "support/FixedLocale.h"
 #include "support/MemoryFiles.h"
 #include "support/RaisedBy.h"
@@ -62,10 +61,9 @@ protected:
     }
 
     MemoryFiles files;
-    FaultyFiles faulty{files};
     RecordingMessageBoxes messages;
     FixedLocale locale;
-    SetupEnvironment environment{faulty, messages, locale};
+    SetupEnvironment environment{files, messages, locale};
     SetupDocument document;
     std::wstring product = L"P";
     std::wstring model;
@@ -396,10 +394,10 @@ TEST_F(SetupFile, EveryFileOperationMayFailAndTheFileIsTheOldOrTheNew)
     for (int n = 1;; ++n) {
         files.Put(path, old);
         trial = document;
-        faulty.FailAt(n, FileFault::diskFull);
+        files.FailAt(n, FileFault::diskFull);
         const bool saved = Save(trial);
-        const bool failed = faulty.Failed();
-        faulty.Heal();
+        const bool failed = files.Failed();
+        files.Heal();
         EXPECT_EQ(saved ? fresh : old, files.Content(path)) << n;
         EXPECT_EQ(!saved, trial.dirty) << n;
         EXPECT_EQ(1u, files.Paths().size()) << n;
@@ -411,10 +409,10 @@ TEST_F(SetupFile, EveryFileOperationMayFailAndTheFileIsTheOldOrTheNew)
     }
     for (int n = 1;; ++n) {
         trial = document;
-        faulty.FailAt(n, FileFault::inUse);
+        files.FailAt(n, FileFault::inUse);
         const bool loaded = Load(trial, path);
-        const bool failed = faulty.Failed();
-        faulty.Heal();
+        const bool failed = files.Failed();
+        files.Heal();
         EXPECT_TRUE(loaded || trial.dirty) << n;
         if (!failed) {
             break;

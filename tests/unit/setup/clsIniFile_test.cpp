@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "support/FaultyFiles.h"
 #include "support/MemoryFiles.h"
 #include "support/RecordingMessageBoxes.h"
 #include "support/ShiftedCodePage.h"
@@ -34,9 +33,8 @@ protected:
 
     const std::string old = "[s]\r\nk=1\r\n";
     MemoryFiles files;
-    FaultyFiles faulty{files};
     RecordingMessageBoxes messages;
-    clsIniFile ini{faulty, messages};
+    clsIniFile ini{files, messages};
 };
 
 TEST_F(IniFile, StartsOnTheRunningModulesOwnFileAndTakesPathsApart)
@@ -76,7 +74,7 @@ TEST_F(IniFile, FindsFilesWithAndWithoutTheirExtension)
     EXPECT_EQ(-1, ini.Exists(L"C:\\data\\net"));
     EXPECT_EQ(0, ini.Exists(L"C:\\data\\other"));
     EXPECT_EQ(0, ini.Exists(L""));
-    faulty.FailOn(FileOperation::find, 1, FileFault::other);
+    files.FailOn(FileOperation::find, 1, FileFault::other);
     EXPECT_EQ(0, ini.Exists(path));
 }
 
@@ -228,7 +226,7 @@ TEST_F(IniFile, SeesWhatAnotherProgramHasWritten)
     ini.PutString(L"k", L"4");
     EXPECT_EQ("[s]\r\nk=4\r\nm=3\r\n", files.Content(path));
     ini.PutString(L"k", L"4");
-    EXPECT_EQ(1, faulty.Count(FileOperation::rename)) << "a value that is there already is not written again";
+    EXPECT_EQ(1, files.Count(FileOperation::rename)) << "a value that is there already is not written again";
 }
 
 TEST_F(IniFile, ABatchWorksOnOneStateAndCommitsOnceInTheFileAsItIsThen)
@@ -246,19 +244,19 @@ TEST_F(IniFile, ABatchWorksOnOneStateAndCommitsOnceInTheFileAsItIsThen)
     EXPECT_EQ(L"9", ini.GetString(L"k", L"")) << "a batch does not look at the file again";
     EXPECT_TRUE(ini.CommitBatch());
     EXPECT_EQ("; theirs\n[s]\nk=9\nm=7\n", files.Content(path)) << "our writes are made in their file";
-    EXPECT_EQ(2, faulty.Count(FileOperation::rename));
+    EXPECT_EQ(2, files.Count(FileOperation::rename));
 }
 
 TEST_F(IniFile, AFailedReadOrWriteLeavesTheOldFile)
 {
     // What cannot be read looks empty and is not overwritten.
-    faulty.FailOn(FileOperation::read, 1, FileFault::inUse, true);
+    files.FailOn(FileOperation::read, 1, FileFault::inUse, true);
     EXPECT_EQ(L"d", ini.GetString(L"k", L"d"));
     EXPECT_EQ(0, ini.PutString(L"k", L"2"));
-    faulty.Heal();
+    files.Heal();
     EXPECT_EQ(old, files.Content(path));
     for (const FileOperation kind : {FileOperation::write, FileOperation::rename}) {
-        faulty.FailOn(kind, 1, FileFault::diskFull);
+        files.FailOn(kind, 1, FileFault::diskFull);
         EXPECT_EQ(0, ini.PutString(L"k", L"2"));
         EXPECT_EQ(old, files.Content(path));
         EXPECT_EQ(L"1", ini.GetString(L"k", L"")) << "what was not written does not read back";

@@ -14,7 +14,6 @@
 #include <set>
 #include <utility>
 
-#include "support/FaultyFiles.h"
 #include "support/MemoryFiles.h"
 #include "util/Encoding.h"
 #include "util/FileKit.h"
@@ -29,22 +28,22 @@ TEST(ReplaceContent, LeavesTheOldFileOrTheNewWhicheverOperationFails)
     const std::wstring path = L"C:\\data\\net.ini";
     bool unhurt = false;
     for (int n = 1; !unhurt; ++n) {
-        MemoryFiles memory;
-        memory.Put(path, "old");
-        FaultyFiles files(memory);
+        MemoryFiles files;
+        files.Put(path, "old");
         files.FailAt(n, FileFault::diskFull);
         const FileFault fault = ReplaceContent(files, path, "new content");
         unhurt = !files.Failed();
         EXPECT_EQ(fault, unhurt ? FileFault::none : FileFault::diskFull) << n;
-        EXPECT_EQ(memory.Content(path), unhurt ? "new content" : "old") << n;
-        EXPECT_EQ(memory.Paths().size(), 1U) << n;
+        EXPECT_EQ(files.Content(path), unhurt ? "new content" : "old") << n;
+        EXPECT_EQ(files.Paths().size(), 1U) << n;
         EXPECT_EQ(files.Count(FileOperation::flush), n > 2 || unhurt ? 1 : 0) << n;
     }
 }
 
 TEST(ReplaceContent, RemovesItsTemporaryWhenMemoryRunsOutOrItsOwnerGoesBeforeItIsDone)
 {
-    ExhaustedFiles files;
+    MemoryFiles files;
+    files.before = [](FileOperation kind) { kind == FileOperation::rename ? throw std::bad_alloc() : void(); };
     EXPECT_THROW(ReplaceContent(files, L"net.ini", "new"), std::bad_alloc);
     EXPECT_TRUE(files.Paths().empty());
     files.Put(L"net.ini", "old");
