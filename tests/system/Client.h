@@ -93,8 +93,26 @@ auto Get(const ComPtr<Interface>& object, HRESULT (STDMETHODCALLTYPE Interface::
     }
 }
 
+/// An object whose members nobody calls by name.
+template <class Interface>
+class EarlyBound : public Interface
+{
+public:
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) noexcept override
+    {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
+                                     UINT*) noexcept override
+    {
+        return E_NOTIMPL;
+    }
+};
+
 /// A parent object that does what a test wants at every notice. Lives on the stack of the test.
-class Parent final : public IMeasureParent
+class Parent final : public EarlyBound<IMeasureParent>
 {
 public:
     std::function<HRESULT(const std::wstring& notice)> onNotice = [](const std::wstring&) { return S_OK; };
@@ -113,17 +131,6 @@ public:
     }
     ULONG STDMETHODCALLTYPE AddRef() noexcept override { return ++references; }
     ULONG STDMETHODCALLTYPE Release() noexcept override { return --references; }
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) noexcept override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
-                                     UINT*) noexcept override
-    {
-        return E_NOTIMPL;
-    }
     HRESULT STDMETHODCALLTYPE Status(BSTR text) noexcept override
     {
         statuses.emplace_back(com::ViewOf(text));

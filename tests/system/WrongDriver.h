@@ -1,5 +1,11 @@
 #pragma once
 
+#include <set>
+#include <string>
+#include <utility>
+
+#include "Client.h"
+
 namespace tvn2x::wrong {
 
 /// How an operation of the wrong driver answers. The failures hand out what nobody may touch.
@@ -35,11 +41,32 @@ constexpr unsigned long topic = 77;
 /// What every right answer leaves behind on its thread: error information of something else.
 constexpr const wchar_t* leftOver = L"External 10MHz reference input is not fitted";
 
-/// From now on the operation answers so; null is none. Settings that were written are forgotten.
-using MisbehaveFunction = void (*)(const char* operation, Answer answer);
+/// An object that stays, whoever counts it.
+template <class Interface, class Base = Interface>
+class Lasting : public Base
+{
+public:
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) noexcept override
+    {
+        const bool isDispatch = std::is_base_of_v<IDispatch, Interface> && id == IID_IDispatch;
+        const bool known = id == IID_IUnknown || isDispatch || id == __uuidof(Interface);
+        *out = known ? this : nullptr;
+        return known ? S_OK : E_NOINTERFACE;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() noexcept override { return 2; }
+    ULONG STDMETHODCALLTYPE Release() noexcept override { return 1; }
+};
+
+/// By class of the driver library; registered in its place they are a driver that knows nothing but the published
+/// contract and the list of its operations. It answers as a receiver with a good signal does, except for the one
+/// operation that it was told to answer wrongly.
+extern const std::pair<CLSID, IClassFactory*> factories[3];
+
+/// From now on the operation answers so; "" is none. Settings that were written are forgotten.
+void Misbehave(const std::string& operation, Answer answer);
 /// How often an operation has answered as it was told.
-using MisdeedsFunction = int (*)();
-/// The operations that have been called since the library was loaded, one after the other; null behind the last one.
-using OperationFunction = const char* (*)(int index);
+int Misdeeds();
+/// The operations that have been called since the program began.
+const std::set<std::string>& Operations();
 
 }  // namespace tvn2x::wrong

@@ -17,6 +17,7 @@ namespace tvn2x::client {
 namespace {
 
 using wrong::Answer;
+using wrong::Misbehave;
 
 constexpr short status = 13;
 
@@ -28,48 +29,27 @@ RaisedError Told()
     return told;
 }
 
-HMODULE WrongLibrary()
-{
-    static const HMODULE library = LoadLibraryW(TVN_PRODUCT_FOLDER L"\\wrong_driver.dll");
-    return library;
-}
-
-template <class Function>
-Function Export(const char* name)
-{
-    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(WrongLibrary(), name)));
-}
-
 /// The wrong driver library in the place of the registered one, for this process and this apartment only.
 class WrongDriver : public Apartment
 {
 protected:
     WrongDriver()
     {
-        using GetClassObject = HRESULT(STDMETHODCALLTYPE*)(REFCLSID, REFIID, void**);
-        for (const CLSID& id : {CLSID_clsReceiver, CLSID_clsRunControl, CLSID_clsErrorReport}) {
-            ComPtr<IUnknown> factory;
-            DWORD cookie = 0;
+        for (const auto& [id, factory] : wrong::factories) {
             EXPECT_EQ(
-                Export<GetClassObject>("DllGetClassObject")(id, IID_IUnknown, reinterpret_cast<void**>(factory.Put())),
+                CoRegisterClassObject(id, factory, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookies.emplace_back()),
                 S_OK);
-            EXPECT_EQ(CoRegisterClassObject(id, factory.Get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie),
-                      S_OK);
-            cookies.push_back(cookie);
         }
     }
     ~WrongDriver() override
     {
-        misbehave(nullptr, Answer::rightly);
+        Misbehave("", Answer::rightly);
         for (const DWORD cookie : cookies) {
             CoRevokeClassObject(cookie);
         }
     }
 
     std::vector<DWORD> cookies;
-    const wrong::MisbehaveFunction misbehave = Export<wrong::MisbehaveFunction>("Misbehave");
-    const wrong::MisdeedsFunction misdeeds = Export<wrong::MisdeedsFunction>("Misdeeds");
-    const wrong::OperationFunction operation = Export<wrong::OperationFunction>("Operation");
 };
 
 /// The plug-in and every member of it that needs the driver.
@@ -149,20 +129,6 @@ struct Driven
 class EveryOperation : public WrongDriver
 {
 protected:
-    /// The operations that the members of the plug-in need, found by calling them.
-    std::vector<std::string> Operations() const
-    {
-        Driven driven;
-        for (const auto& member : driven.members) {
-            EXPECT_EQ(FromUnmaskedHost(member.call), S_OK) << member.name;
-        }
-        std::vector<std::string> names;
-        while (const char* name = operation(static_cast<int>(names.size()))) {
-            names.emplace_back(name);
-        }
-        return names;
-    }
-
     /// What a member has answered where the operation failed under it.
     void ExpectFailure(const Driven& driven, const Driven::Member& member, const std::string& name, Answer answer,
                        HRESULT result) const
@@ -196,20 +162,23 @@ protected:
 
 TEST_F(EveryOperation, AnsweredInEveryWrongWayHarmsNothing)
 {
-    const std::vector<std::string> names = Operations();
+    for (Driven driven; const auto& member : driven.members) {
+        EXPECT_EQ(FromUnmaskedHost(member.call), S_OK) << member.name;
+    }
+    const std::set<std::string> names = wrong::Operations();
     EXPECT_GT(names.size(), 50u);
     for (const std::string& name : names) {
         for (int i = 1; i <= static_cast<int>(wrong::lastAnswer); ++i) {
             const auto answer = static_cast<Answer>(i);
             SCOPED_TRACE(name + ", answer " + std::to_string(i));
-            misbehave(name.c_str(), answer);
-            const int before = misdeeds();
+            Misbehave(name, answer);
+            const int before = wrong::Misdeeds();
             Driven driven;
             for (const auto& member : driven.members) {
                 SCOPED_TRACE(member.name);
-                const int earlier = misdeeds();
+                const int earlier = wrong::Misdeeds();
                 const HRESULT result = FromUnmaskedHost(member.call);
-                const bool wronged = misdeeds() > earlier;
+                const bool wronged = wrong::Misdeeds() > earlier;
                 if (wronged && wrong::Fails(answer)) {
                     ExpectFailure(driven, member, name, answer, result);
                 } else if (FAILED(result)) {
@@ -218,10 +187,10 @@ TEST_F(EveryOperation, AnsweredInEveryWrongWayHarmsNothing)
                     EXPECT_THAT(Told().description, testing::Not(testing::AnyOf(L"", wrong::leftOver)));
                 }
             }
-            EXPECT_GT(misdeeds(), before);
+            EXPECT_GT(wrong::Misdeeds(), before);
             EXPECT_EQ(driven.noticesInHostsState, driven.notices);
 
-            misbehave(nullptr, Answer::rightly);
+            Misbehave("", Answer::rightly);
             EXPECT_EQ(FromUnmaskedHost([&] { return driven.Measure(); }), S_OK);
             EXPECT_EQ(driven.flag, VARIANT_TRUE);
             EXPECT_EQ(Cell(driven.measure.Get(), 1, status, 1), L"Done");
@@ -234,24 +203,24 @@ TEST_F(EveryOperation, AnsweredInEveryWrongWayHarmsNothing)
 TEST_F(WrongDriver, MissingObjectIsAnError)
 {
     Driven driven;
-    misbehave("get_ErrorCounters", Answer::untouched);
+    Misbehave("get_ErrorCounters", Answer::untouched);
     EXPECT_EQ(driven.Measure(), S_OK);
     EXPECT_EQ(driven.flag, VARIANT_FALSE);
     EXPECT_EQ(Cell(driven.measure.Get(), 1, status, 1), L"Control Error");
-    misbehave("QueryInterface IDriver", Answer::untouched);
+    Misbehave("QueryInterface IDriver", Answer::untouched);
     EXPECT_EQ(driven.driver->put_Online(VARIANT_TRUE), E_NOINTERFACE);
     for (const char* creation : {"CreateInstance clsReceiver", "CreateInstance clsRunControl"}) {
-        misbehave(creation, Answer::untouched);
+        Misbehave(creation, Answer::untouched);
         EXPECT_EQ(Driven().measure->GetConfiguration(), RuntimeError(429)) << creation;
         EXPECT_THAT(Told().description, testing::HasSubstr(L"without an object"));
     }
-    misbehave("get_Settings", Answer::untouched);
+    Misbehave("get_Settings", Answer::untouched);
     EXPECT_EQ(driven.driver->get_Settings(driven.settings.Put()), S_OK);
     EXPECT_FALSE(driven.settings) << "a driver need not have any";
 }
 
 /// A script's parent, late bound by name, that fails as it is told.
-class LateParent final : public IDispatch
+class LateParent final : public wrong::Lasting<IDispatch, EarlyBound<IDispatch>>
 {
 public:
     EXCEPINFO failure{};
@@ -259,21 +228,11 @@ public:
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) noexcept override
     {
-        const bool known = id == IID_IUnknown || id == IID_IDispatch;
-        *out = known ? this : reinterpret_cast<void*>(0x51);
-        if (known) {
-            return S_OK;
-        }
         // A success with nothing behind it, and a failure with something in front of it.
-        if (id == IID_IDispatchEx) {
-            *out = nullptr;
-        }
-        return id == IID_IDispatchEx ? S_OK : E_NOINTERFACE;
+        const HRESULT known = Lasting::QueryInterface(id, out);
+        *out = SUCCEEDED(known) || id == IID_IDispatchEx ? *out : reinterpret_cast<void*>(0x51);
+        return id == IID_IDispatchEx ? S_OK : known;
     }
-    ULONG STDMETHODCALLTYPE AddRef() noexcept override { return 2; }
-    ULONG STDMETHODCALLTYPE Release() noexcept override { return 1; }
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID* id) noexcept override
     {
         *id = 1;

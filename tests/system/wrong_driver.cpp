@@ -1,36 +1,27 @@
-// A driver library that knows nothing but the published contract and the list of its operations. It answers as a
-// receiver with a good signal does, except for the one operation that it was told to answer wrongly.
-
-#include <initguid.h>
-#include <windows.h>
-
-#include <oleauto.h>
-
-#include <algorithm>
-#include <limits>
-#include <string>
-#include <vector>
-
-#include "TVNINT.h"
 #include "WrongDriver.h"
-#include "XKTR2x.h"
+
+#include <limits>
+#include <set>
+#include <string>
+
 #include "com/Wire.h"
 #include "support/ReceiverAnswers.h"
 
-using tvn2x::com::FromWire;
-using tvn2x::com::Wire;
-using tvn2x::wrong::Answer;
-
+namespace tvn2x::wrong {
 namespace {
 
-std::vector<const char*> operations;
+using client::EarlyBound;
+using com::FromWire;
+using com::Wire;
+
+std::set<std::string> operations;
 std::string wrongOperation;
 Answer wrongAnswer;
 int misdeeds;
 
-tvn2x::ReceiverAnswers RightAnswers()
+ReceiverAnswers RightAnswers()
 {
-    tvn2x::ReceiverAnswers right = tvn2x::GoodAnswers();
+    ReceiverAnswers right = GoodAnswers();
     right.ReferenceSource = 1;
     right.Hold = true;
     right.Frequency = 474e6;
@@ -38,14 +29,11 @@ tvn2x::ReceiverAnswers RightAnswers()
     right.InstalledOptions = L"KTR-H2,KTR-H4,KTR-H5,EXTREF";
     return right;
 }
-tvn2x::ReceiverAnswers answers = RightAnswers();
+ReceiverAnswers answers = RightAnswers();
 
-Answer Next(const char* operation)
+Answer Next(const std::string& operation)
 {
-    if (std::find_if(operations.begin(), operations.end(),
-                     [&](const char* known) { return std::string(known) == operation; }) == operations.end()) {
-        operations.push_back(operation);
-    }
+    operations.insert(operation);
     if (wrongOperation != operation) {
         return Answer::rightly;
     }
@@ -78,7 +66,6 @@ void Unmask()
 
 HRESULT Status(Answer answer)
 {
-    using namespace tvn2x::wrong;
     switch (answer) {
         case Answer::failsBare:
             return E_FAIL;
@@ -167,7 +154,7 @@ template <class Out, class Right>
 HRESULT Give(const char* operation, Out* out, Right right)
 {
     const Answer answer = Next(operation);
-    if (tvn2x::wrong::Fails(answer)) {
+    if (Fails(answer)) {
         *out = Rubbish<Out>();
     } else if (answer != Answer::untouched) {
         *out = Odd(answer, right);
@@ -196,52 +183,31 @@ auto Right(const Value& answer)
     if constexpr (std::is_same_v<Value, std::wstring>) {
         return answer.c_str();
     } else {
-        return tvn2x::com::ToWire(answer);
+        return com::ToWire(answer);
     }
 }
 
-class Support final : public ISupportErrorInfo
+class Support final : public Lasting<ISupportErrorInfo>
 {
 public:
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void**) noexcept override { return E_NOINTERFACE; }
-    ULONG STDMETHODCALLTYPE AddRef() noexcept override { return 2; }
-    ULONG STDMETHODCALLTYPE Release() noexcept override { return 1; }
     HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID) noexcept override { return S_OK; }
 } support;
 
-/// An object that stays, whoever counts it, and is called by its members only.
+/// One of the driver library's objects, which is called by its members only.
 template <class Interface>
-class Lasting : public Interface
+class Member : public Lasting<Interface, EarlyBound<Interface>>
 {
 public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) noexcept override
     {
-        *out = nullptr;
-        if (id == __uuidof(Interface) || id == IID_IUnknown || id == IID_IDispatch) {
-            *out = static_cast<Interface*>(this);
-        } else if (id == IID_ISupportErrorInfo) {
-            *out = &support;
-        }
-        return *out ? S_OK : E_NOINTERFACE;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() noexcept override { return 2; }
-    ULONG STDMETHODCALLTYPE Release() noexcept override { return 1; }
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) noexcept override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
-                                     UINT*) noexcept override
-    {
-        return E_NOTIMPL;
+        using Unsupported = Lasting<Interface, EarlyBound<Interface>>;
+        return id == IID_ISupportErrorInfo ? support.QueryInterface(id, out) : Unsupported::QueryInterface(id, out);
     }
 };
 
 using Flag = VARIANT_BOOL;
 
-class Counters final : public Lasting<IErrorCounters>
+class Counters final : public Member<IErrorCounters>
 {
 public:
     HRESULT STDMETHODCALLTYPE get_SyncErrors(double* v) noexcept override { return Give(__func__, v, 1.0); }
@@ -249,7 +215,7 @@ public:
     HRESULT STDMETHODCALLTYPE get_Unavailable(double* v) noexcept override { return Give(__func__, v, 3.0); }
 } counters;
 
-class DriverSide final : public Lasting<IDriver>
+class DriverSide final : public Member<IDriver>
 {
 public:
     HRESULT STDMETHODCALLTYPE get_FirmwareVersion(BSTR*) noexcept override { return E_NOTIMPL; }
@@ -264,7 +230,7 @@ public:
     HRESULT STDMETHODCALLTYPE Test(BSTR*, BSTR*, LONG*, Flag*) noexcept override { return E_NOTIMPL; }
 } driverSide;
 
-class IdentitySide final : public Lasting<IIdentification>{
+class IdentitySide final : public Member<IIdentification>{
     public :
 #define INSTRUMENT_IDENTITY(name)                                   \
     HRESULT STDMETHODCALLTYPE get_##name(BSTR* v) noexcept override \
@@ -274,15 +240,15 @@ class IdentitySide final : public Lasting<IIdentification>{
 #include "setup/catalogue/ReceiverOperations.h"
 } identitySide;
 
-class Receiver final : public Lasting<IReceiver>{
+class Receiver final : public Member<IReceiver>{
     public : HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) noexcept override{
         if (id == __uuidof(IDriver)){return Give("QueryInterface IDriver", out, static_cast<void*>(&driverSide));
 }  // namespace
 if (id == __uuidof(IIdentification)) {
     return Give("QueryInterface IIdentification", out, static_cast<void*>(&identitySide));
 }
-return Lasting::QueryInterface(id, out);
-}  // namespace
+return Member::QueryInterface(id, out);
+}  // namespace tvn2x::wrong
 #define RECEIVER_READING(name, parameter)                       \
     HRESULT STDMETHODCALLTYPE name(double* v) noexcept override \
     {                                                           \
@@ -313,7 +279,7 @@ return Lasting::QueryInterface(id, out);
 }
 receiver;
 
-class RunControl final : public Lasting<IRunControl>
+class RunControl final : public Member<IRunControl>
 {
 public:
     HRESULT STDMETHODCALLTYPE get_StopFlag(Flag* v) noexcept override { return Give(__func__, v, Flag{0}); }
@@ -321,7 +287,7 @@ public:
     HRESULT STDMETHODCALLTYPE Pause(float) noexcept override { return Take(__func__); }
 } runControl;
 
-class ErrorReport final : public Lasting<IErrorReport>
+class ErrorReport final : public Member<IErrorReport>
 {
 public:
     HRESULT STDMETHODCALLTYPE Report(LONG, BSTR, BSTR, VARIANT) noexcept override { return Take(__func__); }
@@ -332,71 +298,48 @@ public:
     HRESULT STDMETHODCALLTYPE Clear() noexcept override { return E_NOTIMPL; }
 } errorReport;
 
-class Factory final : public IClassFactory
+class Factory final : public Lasting<IClassFactory>
 {
 public:
-    Factory(const CLSID& classId, const char* operation, IUnknown& object)
-        : id(classId), operation_(operation), object_(object)
-    {
-    }
+    Factory(std::string operation, IUnknown& object) : operation_(std::move(operation)), object_(object) {}
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID wanted, void** out) noexcept override
-    {
-        const bool known = wanted == IID_IClassFactory || wanted == IID_IUnknown;
-        *out = known ? this : nullptr;
-        return known ? S_OK : E_NOINTERFACE;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() noexcept override { return 2; }
-    ULONG STDMETHODCALLTYPE Release() noexcept override { return 1; }
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID, void** out) noexcept override
     {
-        *out = nullptr;
         const Answer answer = Next(operation_);
-        if (answer != Answer::untouched && !tvn2x::wrong::Fails(answer)) {
-            *out = &object_;
-        }
+        *out = answer != Answer::untouched && !Fails(answer) ? &object_ : nullptr;
         return Status(answer);
     }
     HRESULT STDMETHODCALLTYPE LockServer(BOOL) noexcept override { return S_OK; }
 
-    const CLSID& id;
-
 private:
-    const char* operation_;
+    std::string operation_;
     IUnknown& object_;
 };
 
-Factory factories[] = {
-    {CLSID_clsReceiver, "CreateInstance clsReceiver", receiver},
-    {CLSID_clsRunControl, "CreateInstance clsRunControl", runControl},
-    {CLSID_clsErrorReport, "CreateInstance clsErrorReport", errorReport},
-};
+Factory receivers("CreateInstance clsReceiver", receiver);
+Factory runControls("CreateInstance clsRunControl", runControl);
+Factory errorReports("CreateInstance clsErrorReport", errorReport);
 
 }  // namespace
 
-STDAPI DllGetClassObject(REFCLSID classId, REFIID interfaceId, void** out)
-{
-    for (Factory& factory : factories) {
-        if (factory.id == classId) {
-            return factory.QueryInterface(interfaceId, out);
-        }
-    }
-    return CLASS_E_CLASSNOTAVAILABLE;
-}
+const std::pair<CLSID, IClassFactory*> factories[] = {
+    {CLSID_clsReceiver, &receivers}, {CLSID_clsRunControl, &runControls}, {CLSID_clsErrorReport, &errorReports}};
 
-extern "C" void Misbehave(const char* operation, Answer answer)
+void Misbehave(const std::string& operation, Answer answer)
 {
-    wrongOperation = operation ? operation : "";
+    wrongOperation = operation;
     wrongAnswer = answer;
     answers = RightAnswers();
 }
 
-extern "C" int Misdeeds()
+int Misdeeds()
 {
     return misdeeds;
 }
 
-extern "C" const char* Operation(int index)
+const std::set<std::string>& Operations()
 {
-    return index < static_cast<int>(operations.size()) ? operations[static_cast<size_t>(index)] : nullptr;
+    return operations;
 }
+
+}  // namespace tvn2x::wrong
