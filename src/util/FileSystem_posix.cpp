@@ -196,14 +196,9 @@ public:
         if (fstat(file_.Get(), &state) != 0) {
             return FaultOf(errno);
         }
-        if (S_ISDIR(state.st_mode)) {
-            return FileFault::isDirectory;
-        }
-        if (!S_ISREG(state.st_mode)) {
-            return FileFault::other;
-        }
         stamp = StampOf(state);
-        return FileFault::none;
+        // A folder says so itself when it is read.
+        return S_ISREG(state.st_mode) || S_ISDIR(state.st_mode) ? FileFault::none : FileFault::other;
     }
 
     FileFault Rewind() override { return lseek(file_.Get(), 0, SEEK_SET) == 0 ? FileFault::none : FaultOf(errno); }

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -46,17 +47,11 @@ Lines LinesOf(const std::string& rendered, bool withBlank, const CodePage& page)
 /// One stretch of lines is replaced by another; all others are the same.
 void RequireOneChange(const Lines& before, const Lines& after, size_t mostGone, size_t mostNew)
 {
-    const size_t shorter = std::min(before.size(), after.size());
-    size_t head = 0;
-    while (head < shorter && before[head] == after[head]) {
-        ++head;
-    }
-    size_t tail = 0;
-    while (tail < shorter - head && before[before.size() - 1 - tail] == after[after.size() - 1 - tail]) {
-        ++tail;
-    }
-    Require(before.size() - head - tail <= mostGone, "no other line is gone");
-    Require(after.size() - head - tail <= mostNew, "no other line is new");
+    const auto [oldHead, newHead] = std::ranges::mismatch(before, after);
+    const std::reverse_iterator oldEnd(oldHead), newEnd(newHead);
+    const auto [oldTail, newTail] = std::mismatch(before.rbegin(), oldEnd, after.rbegin(), newEnd);
+    Require(static_cast<size_t>(oldEnd - oldTail) <= mostGone, "no other line is gone");
+    Require(static_cast<size_t>(newEnd - newTail) <= mostNew, "no other line is new");
 }
 
 void RequireSameAnswers(const ProfileFile& left, const ProfileFile& right, std::string_view section,

@@ -345,34 +345,24 @@ protected:
 TEST_F(UnmaskedHost, FindsItsControlWordsAfterEveryCall)
 {
     setup->put_MaxSettlingTime(0);
-    for (const double frequency : {474.0, 5e-324, 1e300, 0.0}) {
-        for (const double symbolRate : {6.9, 5e-324, 0.0}) {
-            Expect(S_OK, [&] { return setup->put_Frequency(1, frequency); });
-            Expect(S_OK, [&] { return setup->put_SymbolRate(1, symbolRate); });
-            Expect(S_OK, [&] { return measure->ResetMeasurement(0); });
-            for (const wchar_t* route : {L"75", L"128"}) {
-                setup->put_Zin(std::wcstol(route, nullptr, 10));
-                FromUnmaskedHost([&] { return measure->SetConfiguration(); });
-                VARIANT_BOOL result;
-                Expect(S_OK, [&] { return measure->Measure(1, VARIANT{}, &result); });
-            }
-        }
+    VARIANT_BOOL result = VARIANT_FALSE;
+    for (const double odd : {5e-324, 1e300, 0.0}) {
+        Expect(S_OK, [&] { return setup->put_Frequency(1, odd); });
+        Expect(S_OK, [&] { return setup->put_SymbolRate(1, odd); });
+        Expect(S_OK, [&] { return measure->ResetMeasurement(0); });
+        Expect(S_OK, [&] { return measure->Measure(1, VARIANT{}, &result); });
     }
     const auto path = (std::filesystem::temp_directory_path() / L"unmasked host.ini").wstring();
-    const Bstr file(path), product(L"TVN Host"), version(L"1.0");
+    const Bstr file(path), product(L"TVN Host"), version(L"2.0");
     VARIANT left{};
     left.vt = VT_BSTR;
     left.bstrVal = file.Get();
-    VARIANT_BOOL result = VARIANT_FALSE;
-    setup->put_Frequency(1, 474);
     const auto document = setup.As<ISetup>();
     Expect(S_OK, [&] { return document->Save(product.Get(), version.Get(), left, &result); });
     EXPECT_EQ(result, VARIANT_TRUE);
-    Bstr model(L"2x");
+    Bstr model;
     LONG mode = 4;
-    BSTR modelText = model.Detach();
-    Expect(S_OK, [&] { return document->Load(product.Get(), file.Get(), &modelText, &mode, &result); });
-    *model.Put() = modelText;
+    Expect(S_OK, [&] { return document->Load(product.Get(), file.Get(), model.Put(), &mode, &result); });
     EXPECT_EQ(result, VARIANT_TRUE);
     std::filesystem::remove(path);
 }

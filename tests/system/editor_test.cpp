@@ -108,6 +108,7 @@ TEST_F(SetupEditor, HeadingsSortAndButtonsMoveByClickAndByKey)
         editor.Click(control_id::ok);
     }));
     EXPECT_EQ(Stored(), (Channels{{L"a", 490, 6.9}, {L"b", 482, 6.9}, {L"c", 474, 6.9}}));
+    EXPECT_EQ(Cell(setup.As<IMeasure>().Get(), 1, MP_FREQUENCY, 3), L"474.0000000") << "OK resets the results";
     EXPECT_TRUE(Edit([](EditorDriver& editor) {
         editor.Alt(L'f');
         editor.Alt(L'r');
@@ -180,19 +181,19 @@ TEST_F(SetupEditor, LargerWindowShowsMoreRowsAndASmallestSizeIsKept)
         };
         const auto size = [&](HWND window) {
             const RECT place = placeOf(window);
-            return SIZE{place.right - place.left, place.bottom - place.top};
+            return std::pair(place.right - place.left, place.bottom - place.top);
         };
         const auto resize = [&](LONG width, LONG height) {
             SetWindowPos(editor.dialog, nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER);
         };
-        const SIZE usual = size(editor.dialog);
-        const SIZE list = size(editor.List(MP_FREQUENCY));
-        const SIZE button = size(editor.Find(control_id::ok));
-        resize(usual.cx + 100, usual.cy + 190);
+        const auto usual = size(editor.dialog);
+        const auto list = size(editor.List(MP_FREQUENCY));
+        const auto button = size(editor.Find(control_id::ok));
+        resize(usual.first + 100, usual.second + 190);
         const RECT first = editor.CellRect(MP_FREQUENCY, 0);
-        EXPECT_EQ(size(editor.List(MP_FREQUENCY)).cy - list.cy, 190);
-        EXPECT_GT(size(editor.List(MP_FREQUENCY)).cx, list.cx);
-        EXPECT_EQ(size(editor.Find(control_id::ok)).cx, button.cx);
+        EXPECT_EQ(size(editor.List(MP_FREQUENCY)).second - list.second, 190);
+        EXPECT_GT(size(editor.List(MP_FREQUENCY)).first, list.first);
+        EXPECT_EQ(size(editor.Find(control_id::ok)), button);
         editor.ClickTab(Page::frequencies);
         editor.Alt(L'f');
         editor.Press(VK_END, control);
@@ -206,8 +207,7 @@ TEST_F(SetupEditor, LargerWindowShowsMoreRowsAndASmallestSizeIsKept)
         editor.ClickRow(MP_FREQUENCY, 98);
         editor.Type(L"47");
         resize(50, 50);
-        EXPECT_EQ(size(editor.dialog).cx, usual.cx);
-        EXPECT_EQ(size(editor.dialog).cy, usual.cy);
+        EXPECT_EQ(size(editor.dialog), usual);
         editor.Type(L"4");
         EXPECT_EQ(editor.FocusText(), L"474") << "the open cell stays open, and in sight";
         const RECT field = placeOf(editor.CellEditor(Grid::channels));
@@ -303,39 +303,18 @@ TEST_F(SetupEditor, ProtectedNotesCanBeReadOnDarkWindowsAndKeepTheirColour)
     EXPECT_THAT(Get(setup, &_clsSetup::get_Notes), testing::Not(testing::HasSubstr(L"\\blue255;")));
 }
 
-TEST_F(SetupEditor, OkResetsTheResults)
+TEST_F(SetupEditor, SecondEditIsRefusedAndAnObjectThatTheHostLetsGoOfOutlivesTheDialog)
 {
-    Put({{L"one", 474, 6.9}});
-    const auto measure = setup.As<IMeasure>();
-    ASSERT_EQ(measure->ResetMeasurement(0), S_OK);
-    EXPECT_TRUE(Edit([](EditorDriver& editor) {
-        editor.Alt(L'f');
-        editor.Click(control_id::Of(RowCommand::insert, Grid::channels));
-        editor.ClickRow(MP_FREQUENCY, 0);
-        editor.Type(L"482");
-        editor.Click(control_id::ok);
-    }));
-    EXPECT_EQ(Cell(measure.Get(), 1, MP_FREQUENCY, 2), L"474.0000000") << "the table has the new list";
-}
-
-TEST_F(SetupEditor, SecondEditAndMeasurementAreRefusedWhileItIsOpen)
-{
-    EXPECT_FALSE(Edit([&](EditorDriver& editor) {
+    ISetup* const borrowed = setup.As<ISetup>().Get();
+    bool accepted = false;
+    const HRESULT result = person.Edit(borrowed, accepted, [&](EditorDriver& editor) {
         editor.OnGuiThread([&] {
             VARIANT_BOOL answer = VARIANT_TRUE;
             EXPECT_EQ(setup.As<ISetup>()->Edit(&answer), RuntimeError(5));
             EXPECT_EQ(LastError().description, L"The setup editor is open");
             EXPECT_EQ(setup.As<IMeasure>()->Measure(1, VARIANT{}, &answer), RuntimeError(5));
+            setup = nullptr;
         });
-    }));
-}
-
-TEST_F(SetupEditor, ObjectThatTheHostLetsGoOfOutlivesTheDialog)
-{
-    ISetup* const borrowed = setup.As<ISetup>().Get();
-    bool accepted = false;
-    const HRESULT result = person.Edit(borrowed, accepted, [&](EditorDriver& editor) {
-        editor.OnGuiThread([&] { setup = nullptr; });
         editor.Alt(L'f');
         editor.Click(control_id::ok);
     });

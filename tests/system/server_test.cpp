@@ -276,20 +276,6 @@ TEST_F(Server, RegistrationThatFailsHalfWayLeavesWhatWasThereBefore)
     EXPECT_EQ(RegisteredText(blocked), L"IResults");
 }
 
-TEST_F(Server, TypeLibraryPublishesHelpStrings)
-{
-    ComPtr<ITypeLib> library;
-    ASSERT_EQ(LoadRegTypeLib(LIBID_TVN2x, 1, 0, LOCALE_NEUTRAL, library.Put()), S_OK);
-    ComPtr<ITypeInfo> info;
-    ASSERT_EQ(library->GetTypeInfoOfGuid(__uuidof(_clsSetup), info.Put()), S_OK);
-    auto name = const_cast<LPOLESTR>(L"BerSamples");
-    MEMBERID member;
-    ASSERT_EQ(info->GetIDsOfNames(&name, 1, &member), S_OK);
-    Bstr help;
-    ASSERT_EQ(info->GetDocumentation(member, nullptr, help.Put(), nullptr, nullptr), S_OK);
-    EXPECT_FALSE(help.View().empty());
-}
-
 TEST_F(Server, WithoutItsDriverTheMembersThatNeedOneRaise429AndSayWhy)
 {
     ASSERT_EQ(CallExport(L"XKTR2x.dll", "DllUnregisterServer"), S_OK);

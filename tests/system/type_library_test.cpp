@@ -166,6 +166,9 @@ private:
             text += TypeOf(info, parameter.tdesc) + (i + 1 < named ? " " + names[i + 1] : "");
         }
         text += ")\n";
+        Bstr help;
+        EXPECT_EQ(info->GetDocumentation(function.memid, nullptr, help.Put(), nullptr, nullptr), S_OK);
+        EXPECT_FALSE(help.View().empty()) << names.front();
     }
 
     static std::vector<std::string> NamesOf(ITypeInfo* info, MEMBERID member)

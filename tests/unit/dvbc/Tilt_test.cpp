@@ -21,6 +21,7 @@ TEST(LevelTilt, FollowsTheSquareRootOfTheFrequency)
     EXPECT_EQ(tilt->highestFrequency, 625);
     EXPECT_FALSE(FitTilt({{100, 60}, {100, 61}, {100, 62}}));
     EXPECT_FALSE(FitTilt({{100, 60}, {200, 61}}));
+    EXPECT_TRUE(FitTilt({{100, 60}, {200, 61}, {400, 62}}));
 }
 
 TEST(LevelTilt, TellsHowFarLevelsLieFromTheLine)

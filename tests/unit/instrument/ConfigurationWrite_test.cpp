@@ -74,10 +74,12 @@ TEST(ConfigurationWrite, InputSettingsBelongToTheirRoutes)
 
 TEST(ConfigurationWrite, UnknownLevelUnitIsNotWritten)
 {
-    Writing test;
-    test.document.LevelUnit(L"dBuV");
-    EXPECT_EQ(test.Run(), L"");
-    EXPECT_EQ(test.log.Count("LevelUnit"), 0);
+    for (const auto& [unit, written] : {std::pair{L"dBuV", 0}, {L"dBmV", 1}}) {
+        Writing test;
+        test.document.LevelUnit(unit);
+        EXPECT_EQ(test.Run(), L"");
+        EXPECT_EQ(test.log.Count("LevelUnit"), written);
+    }
 }
 
 TEST(ConfigurationWrite, SawFilterThatIsNotTheRightOneIsSwitchedOff)

@@ -41,6 +41,9 @@ TEST_F(ResultTableTest, ResetLeavesTheFixedColumnsAndTheStatusAlone)
     Reset(2);
     EXPECT_TRUE(table.Measured(1));
     EXPECT_FALSE(table.Measured(2));
+    table.Measured(2, true);
+    Reset();
+    EXPECT_FALSE(table.Measured(2));
     EXPECT_EQ(table.Result(1, MP_USERFIELD, 2), L"S 21");
     EXPECT_EQ(table.Result(1, MP_FREQUENCY, 2), L"858,1234567");
     EXPECT_EQ(table.Result(1, MP_SYMBOLRATE, 2), L"0,500");

@@ -15,6 +15,7 @@
 #include "support/MemoryFiles.h"
 #include "support/RaisedBy.h"
 #include "support/RecordingMessageBoxes.h"
+#include "support/ShiftedCodePage.h"
 
 using namespace std::string_literals;
 
@@ -387,37 +388,79 @@ TEST_F(SetupFile, EveryFileOperationMayFailAndTheFileIsTheOldOrTheNew)
     ASSERT_TRUE(Save());
     const std::string old = files.Content(path);
     document.UserField(1, L"new");
-    SetupDocument trial = document;
-    ASSERT_TRUE(Save(trial));
-    const std::string fresh = files.Content(path);
-    ASSERT_NE(old, fresh);
-    for (int n = 1;; ++n) {
+    int n = 1;
+    for (bool failed = true; failed; ++n) {
         files.Put(path, old);
-        trial = document;
+        SetupDocument trial = document;
         files.FailAt(n, FileFault::diskFull);
         const bool saved = Save(trial);
-        const bool failed = files.Failed();
+        failed = files.Failed();
         files.Heal();
-        EXPECT_EQ(saved ? fresh : old, files.Content(path)) << n;
+        EXPECT_TRUE(saved || failed) << n;
+        EXPECT_EQ(!saved, files.Content(path) == old) << n;
         EXPECT_EQ(!saved, trial.dirty) << n;
         EXPECT_EQ(1u, files.Paths().size()) << n;
-        if (!failed) {
-            EXPECT_TRUE(saved);
-            EXPECT_GT(n, 5);
-            break;
+        EXPECT_TRUE(Load(trial, path)) << n;
+        EXPECT_EQ(saved ? L"new" : L"My Channel", trial.UserField(1)) << n;
+    }
+    EXPECT_GT(n, 5);
+    files.FailAt(1, FileFault::inUse);
+    EXPECT_FALSE(Load());
+}
+
+/// By code page; whether the file becomes one of UTF-16.
+TEST_F(SetupFile, EveryTextComesBackAsItWasAndTheLocaleDoesNotMatter)
+{
+    const ShiftedCodePage shifted;
+    const FixedLocale comma = CommaLocale();
+    const std::wstring backup = L"C:\\data\\backup.ini";
+    const CodePage* const pages[] = {&SystemCodePage(), &shifted, &Utf8CodePage()};
+    const std::tuple<std::wstring, int, bool> cases[] = {
+        {L"dB\u00B5V", 0, false},
+        {L"\u0420\u043E\u0441", 0, true},
+        {L" \u041C\u00B0 ", 1, true},
+        {L"dB\u00B5V", 1, true},
+        {L"\u30BD\\\u30BE]", 1, false},
+        {L"\u010CT1", 2, false},
+        {L" blanks \t", 0, false},
+        {L"\"quoted\"", 0, false},
+        {L"'x'", 0, false},
+        {L"'", 0, false},
+        {L"\"", 0, false},
+        {L"a=b;[c]", 0, false},
+        {L";x", 0, false},
+        {L"[s]", 0, false},
+        {L"MISSING not", 0, false},
+    };
+    for (const auto& [text, page, becomesUnicode] : cases) {
+        const SetupEnvironment around{files, messages, comma, *pages[page]};
+        SetupDocument saved;
+        saved.LevelUnit(text);
+        saved.UserField(1, text);
+        saved.Frequency(1, 474.1234567);
+        saved.Notes(L"n\r\n" + text);
+        saved.StoredCaption(22, text);
+        files.Put(path, "; kept\r\n\r\n[Other]\r\nx=1\r\n");
+        ASSERT_TRUE(SaveSetup(saved, around, product, L"2.1", path));
+        EXPECT_EQ(becomesUnicode, files.Content(path).starts_with("\xFF\xFE"));
+        EXPECT_TRUE(CanStoreNotes(saved.Notes() + std::wstring(L"\0\n", 2))) << "a NUL ends them";
+        saved.fullPath = L"C:\\" + text + L"\\net.ini";
+        ASSERT_TRUE(BackupSetup(saved, around, product, L"2.1", backup));
+        for (const std::wstring& file : {path, backup}) {
+            SetupDocument loaded;
+            ASSERT_TRUE(LoadSetup(loaded, around, product, file, model, mode));
+            EXPECT_EQ(std::tuple(text, text, saved.Notes(), text, file == path ? path : saved.fullPath, 474.1234567),
+                      std::tuple(loaded.LevelUnit(), loaded.UserField(1), loaded.Notes(), loaded.StoredCaption(22),
+                                 loaded.fullPath, loaded.Frequency(1)));
         }
     }
-    for (int n = 1;; ++n) {
-        trial = document;
-        files.FailAt(n, FileFault::inUse);
-        const bool loaded = Load(trial, path);
-        const bool failed = files.Failed();
-        files.Heal();
-        EXPECT_TRUE(loaded || trial.dirty) << n;
-        if (!failed) {
-            break;
-        }
-    }
+    // What the code page does not know has no place in UTF-16.
+    document.LevelUnit(L"dB\u00B5V");
+    const std::string foreign = "[Other]\r\nx=\x83\r\n";
+    files.Put(path, foreign);
+    EXPECT_FALSE(SaveSetup(document, {files, messages, locale, shifted}, product, L"2.1", path));
+    EXPECT_TRUE(document.dirty);
+    EXPECT_TRUE(files.Content(path).starts_with(foreign));
 }
 
 }  // namespace

@@ -244,6 +244,8 @@ TEST_F(IniFile, ABatchWorksOnOneStateAndCommitsOnceInTheFileAsItIsThen)
     EXPECT_EQ(L"9", ini.GetString(L"k", L"")) << "a batch does not look at the file again";
     EXPECT_TRUE(ini.CommitBatch());
     EXPECT_EQ("; theirs\n[s]\nk=9\nm=7\n", files.Content(path)) << "our writes are made in their file";
+    files.Put(path, "[s]\nk=8\n");
+    EXPECT_EQ(L"8", ini.GetString(L"k", L"")) << "the batch is over";
     EXPECT_EQ(2, files.Count(FileOperation::rename));
 }
 

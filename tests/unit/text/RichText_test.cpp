@@ -67,6 +67,7 @@ TEST(RichText, BytesAreReadInTheCodePageOfTheirFontOrOfTheText)
         {fonts + L"\\f2\\'83v\\'83\\'8d ABC\\f4\\'d9", L"プロ ABCΩ"},
         {fonts + L"{\\pntext\\f3\\'b7\\tab}one", L"•\tone"},
         {L"\\mac\\'8a", L"ä"},
+        {fonts + L"\\f1\\'cf\\f\\'cf", L"ПÏ"},  // without a number, the first
         {L"\\pc\\'84", L"ä"},
         {L"\\ansicpg99999\\'b5", L"µ"},
     });

@@ -10,7 +10,6 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <random>
 #include <set>
 #include <utility>
 
@@ -238,44 +237,18 @@ TEST_F(SystemFilesTest, AFileIsOneWritersAloneByWhateverPathUntilItsProcessEnds)
         << "it leaves nothing";
 }
 
-TEST_F(SystemFilesTest, AProcessKilledAnywhereLeavesTheOldFileOrTheNewAndWhatItLeavesGoesInADay)
+TEST_F(SystemFilesTest, WhatAKilledProcessHasLeftGoesInADay)
 {
-    const std::string contents[] = {std::string(3000, 'a'), std::string(3000, 'b')};
-    ReplaceContent(files, path, contents[0]);
-    std::mt19937 random(20240315);
-    std::string last = contents[0];
-    int changes = 0;
-    for (int round = 0; round < 50; ++round) {
-        std::array<int, 2> replaced{};
-        ASSERT_EQ(pipe(replaced.data()), 0);
-        const pid_t writer = fork();
-        ASSERT_GE(writer, 0);
-        if (writer == 0) {
-            for (size_t i = 0; ReplaceContent(files, path, contents[i % 2]) == FileFault::none; ++i) {
-                write(replaced[1], "!", 1);
-            }
-            _exit(1);
-        }
-        close(replaced[1]);
-        std::array<char, 2> told{};
-        EXPECT_GT(read(replaced[0], told.data(), random() % 2 + 1), 0) << "at least one is written";
-        const timespec pause{0, static_cast<long>(random() % 3'000'000)};
-        nanosleep(&pause, nullptr);
-        kill(writer, SIGKILL);
-        int status = 0;
-        ASSERT_EQ(writer, waitpid(writer, &status, 0));
-        close(replaced[0]);
-        ASSERT_TRUE(WIFSIGNALED(status)) << "a replacement failed";
-        const std::string now = Get(path);
-        ASSERT_TRUE(now == contents[0] || now == contents[1]) << round;
-        changes += std::exchange(last, now) != now;
-    }
-    EXPECT_GT(changes, 5);
-    for (const fs::path& file : fs::directory_iterator(folder)) {
-        fs::last_write_time(file, fs::file_time_type::clock::now() - std::chrono::hours(25));
-    }
+    const fs::path old = folder / UnpredictableName(), fresh = folder / UnpredictableName();
+    Put(old.wstring(), "half");
+    Put(fresh.wstring(), "half");
+    fs::last_write_time(old, fs::file_time_type::clock::now() - std::chrono::seconds(86410));
+    fs::last_write_time(fresh, fs::file_time_type::clock::now() - std::chrono::seconds(86000));
+    Put(Path("~tvn.tmp"), "somebody else's");
+    fs::last_write_time(folder / "~tvn.tmp", fs::file_time_type::clock::now() - std::chrono::hours(99));
     EXPECT_EQ(ReplaceContent(files, path, "after it"), FileFault::none);
-    EXPECT_EQ(FilesInFolder(), 1);
+    EXPECT_FALSE(fs::exists(old));
+    EXPECT_EQ(FilesInFolder(), 3);
 }
 
 TEST_F(SystemFilesTest, AFileThatFindsNoRoomLeavesTheOldOneAndNothingElse)
@@ -326,7 +299,7 @@ TEST_F(SystemFilesTest, TellsFaultsApart)
     EXPECT_EQ(files.Remove(path), FileFault::missing);
     EXPECT_EQ(files.Rename(path, Path("other"), nullptr), FileFault::missing);
     EXPECT_EQ(ReplaceContent(files, Path("none/net.ini"), ""), FileFault::pathMissing);
-    EXPECT_EQ(ReplaceContent(files, folder.wstring(), ""), FileFault::isDirectory);
+    EXPECT_EQ(Replacement(files).Open(folder.wstring()), FileFault::isDirectory) << "before anything is written";
     Put(path, "file");
     EXPECT_EQ(ReadFault(path + L"/below"), FileFault::pathMissing);
     EXPECT_EQ(ReadFault(path + std::wstring(L"\0.txt", 5)), FileFault::missing);

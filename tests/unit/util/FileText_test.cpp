@@ -45,7 +45,7 @@ TEST(FileText, TellsWhatACodePageCanHold)
     const std::wstring half(1, static_cast<wchar_t>(0xD83D));
     const std::tuple<std::wstring, bool, bool, bool> cases[] = {
         {L"", true, true, true},           {L"A1?", true, true, true},           {L"dB\u00B5V", true, true, false},
-        {L"\u010CT1", false, true, false}, {L"\u30BE\u30FC", false, true, true}, {L"\U0001F600", false, true, false},
+        {L"\u010CT1", false, true, false}, {L"\u30BE\u30FC", false, true, true}, {L"\U0010FFFF", false, true, false},
         {half, false, false, false},       {L"\u0081", true, true, false},
     };
     for (const auto& [wide, in1252, inUtf8, inShifted] : cases) {
