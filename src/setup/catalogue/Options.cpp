@@ -29,21 +29,21 @@ constexpr OptionFact options[] = {
 
 // The receivers list their filters of 6 and 7 MHz as one entry.
 constexpr OptionNeed needs[] = {
-    {mode, 4, L"KTR-H2", L"KTR-H2", L",KTR-H2,", true},
-    {mode, 6, L"KTR-S31", L"KTR-S31", L",KTR-S31,", true},
-    {mode, 7, L"KTR-S33", L"KTR-S33", L",KTR-S33,", true},
-    {mode, 8, L"KTR-S31", L"KTR-S31", L",KTR-S31,", true},
-    {mode, 13, L"KTR-H7", L"KTR-H7", L",KTR-H7,", true},
-    {mode, 14, L"KTR-S32", L"KTR-S32", L",KTR-S32,", true},
-    {filter, 2, L"KTR-H6", L"KTR-H6", L",KTR-H6,", true},
-    {filter, 6, L"KTR-H8", bothFilters, L",KTR-H8 ", true},
-    {filter, 7, L"KTR-H9", bothFilters, L"(or KTR-H9),", true},
-    {filter, 8, L"KTR-H4", L"KTR-H4", L",KTR-H4,", true},
-    {reference, 1, L"EXTREF", L"EXTREF", L"EXTREF", false},
-    {route, 2, L"EAMOD", L"EAMOD", L"EAMOD", false},
-    {route, 4, L"RB", L"RB", L"RB", false},
-    {route, 50, L"KTR-H5", L"KTR-H5", L"KTR-H5", false},
-    {route, 75, L"KTR-H5", L"KTR-H5", L"KTR-H5", false},
+    {mode, 4, L"KTR-H2", L"KTR-H2", L",KTR-H2,"},
+    {mode, 6, L"KTR-S31", L"KTR-S31", L",KTR-S31,"},
+    {mode, 7, L"KTR-S33", L"KTR-S33", L",KTR-S33,"},
+    {mode, 8, L"KTR-S31", L"KTR-S31", L",KTR-S31,"},
+    {mode, 13, L"KTR-H7", L"KTR-H7", L",KTR-H7,"},
+    {mode, 14, L"KTR-S32", L"KTR-S32", L",KTR-S32,"},
+    {filter, 2, L"KTR-H6", L"KTR-H6", L",KTR-H6,"},
+    {filter, 6, L"KTR-H8", bothFilters, L",KTR-H8 "},
+    {filter, 7, L"KTR-H9", bothFilters, L"(or KTR-H9),"},
+    {filter, 8, L"KTR-H4", L"KTR-H4", L",KTR-H4,"},
+    {reference, 1, L"EXTREF", L"EXTREF", L"EXTREF"},
+    {route, 2, L"EAMOD", L"EAMOD", L"EAMOD"},
+    {route, 4, L"RB", L"RB", L"RB"},
+    {route, 50, L"KTR-H5", L"KTR-H5", L"KTR-H5"},
+    {route, 75, L"KTR-H5", L"KTR-H5", L"KTR-H5"},
 };
 
 }  // namespace
@@ -62,9 +62,7 @@ const OptionNeed* FindNeed(Capability capability, int32_t value)
 
 bool IsMet(const OptionNeed& need, std::wstring_view installedOptions)
 {
-    const std::wstring list =
-        need.isWholeEntry ? L"," + std::wstring(installedOptions) + L"," : std::wstring(installedOptions);
-    return list.find(need.listedAs) != std::wstring::npos;
+    return (L"," + std::wstring(installedOptions) + L",").find(need.listedAs) != std::wstring::npos;
 }
 
 bool HasReferenceInput(std::wstring_view installedOptions)

@@ -31,8 +31,7 @@ struct OptionNeed
     int32_t value;
     std::wstring_view part;      ///< the equipment itself, by its code
     std::wstring_view option;    ///< as it is ordered: two parts that share a place are one option
-    std::wstring_view listedAs;  ///< what is looked for in the receiver's list
-    bool isWholeEntry;           ///< the list is looked through with a comma before its first and behind its last entry
+    std::wstring_view listedAs;  ///< looked for in the list with a comma before its first and behind its last entry
 };
 
 /// Null where the value needs no option, or where no receiver has it.

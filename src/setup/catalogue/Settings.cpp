@@ -60,15 +60,13 @@ constinit const Setting resultFile{"X-Axis", "Result File", integer, 0, 0, fileA
 
 namespace {
 
-constexpr wchar_t ownParameters[] = {L'0' + MP_LAST / 10, L'0' + MP_LAST % 10, L'\0'};
-static_assert(MP_LAST >= 10 && MP_LAST <= 99);
-
 constexpr Setting productName{"Application", "Name", text};
 constexpr Setting appVersion{"Application", "Version", text};
 constexpr Setting model{"Hardware", "Model", text};
 constexpr Setting channels{"Frequency List", "Count", integer, 1, largest, {}, L"1"};
 constexpr Setting coupled{"Static Settings", "Couple Display and Save", word, 0, 0, {}, L"True"};
-constexpr Setting parameterCount{"Parameters", "Count", integer, 0, 32757, {}, ownParameters};
+constexpr Setting parameterCount{"Parameters", "Count", integer, 0, 32757, {}, L"30"};
+static_assert(MP_LAST == 30);
 constexpr Setting notes{"Notes", "Template", text};
 constexpr Setting notesBefore{"Notes", "Show Before", integer, yes, 1, {}, L"-1"};
 constexpr Setting notesAfter{"Notes", "Show After", integer, yes, 1, {}, L"-1"};

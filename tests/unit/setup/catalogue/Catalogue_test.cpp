@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <set>
 #include <string>
 #include <vector>
@@ -8,6 +9,7 @@
 #include "setup/catalogue/Options.h"
 #include "setup/catalogue/Parameters.h"
 #include "setup/catalogue/Settings.h"
+#include "util/modLocaleInfo.h"
 
 namespace tvn2x {
 namespace {
@@ -27,6 +29,7 @@ TEST(LevelUnits, MapToTheReceiversCodesAndBack)
     EXPECT_EQ(0, SignificantLevelDigits(L"dBm"));
     EXPECT_EQ(0, SignificantLevelDigits(L"mv"));
     EXPECT_EQ(4, SignificantLevelDigits(L"mV"));
+    EXPECT_EQ(61, LevelInDecibelMicrovolt(1, L"dBmV"));
 }
 
 TEST(Parameters, HaveACaptionAndOnlyReadingsAFormat)
@@ -63,6 +66,18 @@ TEST(Settings, ThatHaveAClosedListOfNumbersTakeOneOfThemWhereTheyAreMissing)
         const bool isClosed = setting->lowest == setting->highest && !setting->choices.empty();
         if (isClosed && setting->kind != SettingKind::text) {
             EXPECT_GE(FindListData(setting->choices, std::stoi(setting->otherwise)), 0) << setting->key;
+        }
+    }
+}
+
+TEST(Settings, ThatAreChosenByANumberHaveIt)
+{
+    for (const auto& [setting, scale] : {std::pair{&setting::orderOfQam, 1},
+                                         {&setting::rollOffFactor, 100},
+                                         {&setting::berSamples, 1},
+                                         {&setting::sawBandwidth, 1}}) {
+        for (const ListItem& choice : setting->choices) {
+            EXPECT_EQ(std::lround(LeadingNumber(choice.text) * scale), choice.value) << setting->key;
         }
     }
 }
