@@ -15,9 +15,10 @@
 namespace tvn2x {
 namespace {
 
+using dialog_unit::gap;
+using dialog_unit::margin;
+
 // Dialog units.
-constexpr int margin = 7;
-constexpr int gap = 4;
 constexpr int pitch = 18;
 constexpr int labelWidth = 96;
 constexpr int fieldWidth = 84;

@@ -15,9 +15,10 @@
 namespace tvn2x {
 namespace {
 
+using dialog_unit::gap;
+using dialog_unit::margin;
+
 // Dialog units.
-constexpr int margin = 7;
-constexpr int gap = 4;
 constexpr int buttonWidth = 52;
 constexpr int buttonHeight = 14;
 constexpr int rowPitch = 19;
