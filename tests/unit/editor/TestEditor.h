@@ -42,7 +42,7 @@ public:
     void PageChanged() override {}
     void ChoiceChanged(Choice) override {}
     void FieldChanged(Field) override {}
-    void CheckChanged(Check) override {}
+    void CheckChanged(Check check) override { checks[check] = editor->Checked(check); }
     void ButtonRolesChanged() override { okIsDefault = editor->OkIsDefault(); }
     void LoadNotes(const std::wstring& text, bool isRichText) override
     {
@@ -97,6 +97,7 @@ public:
 
     Editor* editor = nullptr;
     std::map<Grid, Cells> grids;
+    std::map<Check, bool> checks;  ///< as they were last shown
     std::pair<Control, Column> focus{Control::other, 0};
     std::wstring notes;
     std::wstring richText = L"{\\rtf1 new}";

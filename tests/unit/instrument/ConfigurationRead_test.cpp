@@ -54,7 +54,7 @@ StopFlag, Progress 9, InstalledOptions, ReferenceSource
 StopFlag, Progress 10)");
 }
 
-TEST(ConfigurationRead, KeepsTheRestAndChangesNothingWhereNothingHasChanged)
+TEST(ConfigurationRead, KeepsTheRestAndChangesNothingWhereNothingButAKnownLevelUnitHasChanged)
 {
     Reading test;
     test.document.Notes(L"keep me");
@@ -64,11 +64,14 @@ TEST(ConfigurationRead, KeepsTheRestAndChangesNothingWhereNothingHasChanged)
     EXPECT_TRUE(test.document.dirty);
     EXPECT_EQ(test.document.Notes(), L"keep me");
     EXPECT_EQ(test.document.MaxSettlingTime(), 33);
-
     test.document.UserField(1, L"label");
     test.document.dirty = false;
-    EXPECT_EQ(test.Run(), L"");
-    EXPECT_FALSE(test.document.dirty);
+    for (const auto& [code, name] : {std::pair{5, L"mV"}, {6, L"mV"}, {-1, L"mV"}, {4, L"dB\u00B5V"}}) {
+        test.receiver.answers.LevelUnit = code;
+        EXPECT_EQ(test.Run(), L"");
+        EXPECT_EQ(test.document.LevelUnit(), name) << code;
+        EXPECT_FALSE(test.document.dirty);
+    }
     EXPECT_EQ(test.document.UserField(1), L"label");
 }
 
@@ -98,19 +101,6 @@ TEST(ConfigurationRead, FrequencyOrSymbolRateThatIsNoNumberIsRefused)
         EXPECT_EQ(symbolRate.Run(),
                   L"13 clsSetup.GetConfiguration: The receiver reports a symbol rate that is no number");
         EXPECT_EQ(symbolRate.document.DefaultSymbolRate(), 6.9);
-    }
-}
-
-TEST(ConfigurationRead, UnknownLevelUnitStaysAndAKnownOneIsNoChangeOfTheDocument)
-{
-    Reading test;
-    EXPECT_EQ(test.Run(), L"");
-    test.document.dirty = false;
-    for (const auto& [code, name] : {std::pair{5, L"mV"}, {6, L"mV"}, {-1, L"mV"}, {4, L"dB\u00B5V"}}) {
-        test.receiver.answers.LevelUnit = code;
-        EXPECT_EQ(test.Run(), L"");
-        EXPECT_EQ(test.document.LevelUnit(), name) << code;
-        EXPECT_FALSE(test.document.dirty);
     }
 }
 

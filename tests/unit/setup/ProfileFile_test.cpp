@@ -112,23 +112,10 @@ TEST(ProfileFile, ATextThatTheCodePageLacksMakesItAUtf16FileCommentsAndAll)
     EXPECT_EQ((std::vector<std::string>{"s"}), ProfileFile("[s]\n[\x83\x5D\n", shifted).GetBracketedLines());
 }
 
-/// Files of the worst shapes: what would cost more than a fixed amount of work per byte would take minutes here.
-TEST(ProfileFile, EveryShapeOfALargeFileTakesLinearTime)
+/// What would cost more than a fixed amount of work per byte would take minutes here.
+TEST(ProfileFile, WritesToALargeFileTakeLinearTime)
 {
     constexpr size_t size = 400'000;
-    const std::string shapes[] = {"\n", "\r",     "a",     "[",       "=\n", "a\n", "[\n", ";\n", std::string(1, '\0'),
-                                  " ",  "\r\r\n", "k=1\r", "[s]\n=\n"};
-    for (const std::string& shape : shapes) {
-        std::string content = "[s]\r";
-        while (content.size() < size) {
-            content += shape;
-        }
-        ProfileFile profile(content);
-        profile.Find("s", "k");
-        profile.Write("s", "new", "1");
-        profile.Write("t", "new", "1");
-        EXPECT_GE(profile.Render().size(), content.size());
-    }
     std::string distinct;
     for (int i = 0; distinct.size() < size; ++i) {
         distinct += "[" + std::to_string(i) + "]\nk=1\nK=2\n";

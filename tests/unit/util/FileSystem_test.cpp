@@ -3,10 +3,7 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <array>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
@@ -168,69 +165,24 @@ TEST_F(SystemFilesTest, FollowsLinksToTheRealFile)
     EXPECT_EQ(Get(Path("far/new.ini")), "created");
 }
 
-/// A process that has a file for itself until it is killed.
-class Holder
-{
-public:
-    explicit Holder(const std::wstring& path)
-    {
-        std::array<int, 2> ready{};
-        char told = 0;
-        EXPECT_EQ(pipe(ready.data()), 0);
-        process_ = fork();
-        if (process_ == 0) {
-            std::unique_ptr<FileLock> lock;
-            if (SystemFiles().Exclude(path, lock) != FileFault::none || !lock || write(ready[1], "!", 1) != 1) {
-                _exit(1);
-            }
-            pause();
-            _exit(2);
-        }
-        close(ready[1]);
-        EXPECT_EQ(read(ready[0], &told, 1), 1);
-        close(ready[0]);
-    }
-    ~Holder() { Kill(); }
-    Holder(const Holder&) = delete;
-    Holder& operator=(const Holder&) = delete;
-
-    void Kill()
-    {
-        if (process_ > 0) {
-            kill(process_, SIGKILL);
-            waitpid(process_, nullptr, 0);
-        }
-        process_ = 0;
-    }
-
-private:
-    pid_t process_ = 0;
-};
-
-TEST_F(SystemFilesTest, AFileIsOneWritersAloneByWhateverPathUntilItsProcessEnds)
+TEST_F(SystemFilesTest, AFileIsOneWritersAloneByWhateverPathUntilItLetsGo)
 {
     fs::create_directory(folder / "far");
     fs::create_directory_symlink("far", folder / "near");
     fs::create_symlink("near/net.ini", path);
     const std::wstring far = Path("far/net.ini");
-    std::unique_ptr<FileLock> lock;
+    std::unique_ptr<FileLock> holder, lock;
     Put(far, "old");
     const FileStamp stampBefore = files.Stamp(far);
-    {
-        Holder holder(path);
-        for (const std::wstring& same : {path, Path("near/../near/./net.ini")}) {
-            EXPECT_EQ(files.Exclude(same, lock), FileFault::inUse);
-        }
-        EXPECT_EQ(ReplaceContent(files, far, "new"), FileFault::inUse);
-        EXPECT_EQ(files.Exclude(Path("elsewhere.ini"), lock), FileFault::none);
-        holder.Kill();
-        EXPECT_EQ(files.Exclude(far, lock), FileFault::none);
+    EXPECT_EQ(files.Exclude(path, holder), FileFault::none);
+    for (const std::wstring& same : {path, Path("near/../near/./net.ini")}) {
+        EXPECT_EQ(files.Exclude(same, lock), FileFault::inUse);
     }
-    std::unique_ptr<FileLock> second;
-    EXPECT_EQ(files.Exclude(path, second), FileFault::inUse) << "two objects of one process";
-    lock.reset();
-    EXPECT_EQ(files.Exclude(path, second), FileFault::none);
-    EXPECT_TRUE(second);
+    EXPECT_EQ(ReplaceContent(files, far, "new"), FileFault::inUse);
+    EXPECT_EQ(files.Exclude(Path("elsewhere.ini"), lock), FileFault::none);
+    holder.reset();
+    EXPECT_EQ(files.Exclude(far, holder), FileFault::none);
+    EXPECT_TRUE(holder);
     EXPECT_EQ(files.Exclude(Path("none/net.ini"), lock), FileFault::none) << "what is wrong there is told elsewhere";
     EXPECT_EQ(files.Stamp(far), stampBefore);
     EXPECT_EQ(std::distance(fs::directory_iterator(folder / "far"), fs::directory_iterator()), 1)
