@@ -39,7 +39,7 @@ public:
     const std::wstring& SectionName() const { return sectionName_; }
 
     /// File name of a path, or of the full path where it is empty: 1 before its first ".", 2 behind it, 0 the whole.
-    std::wstring ExtractName(const std::wstring& path, int32_t choice = 0) const;
+    std::wstring ExtractName(const std::wstring& path, int32_t choice) const;
     /// Folder of a path, without a separator at its end unless it is a root; relative to the current folder and drive.
     std::wstring ExtractPath(const std::wstring& path) const;
     int16_t Exists(const std::wstring& name) const;  ///< -1 where a file has that name, else 0; "net" finds "net.*"

@@ -70,6 +70,22 @@ inline ErrorText LastError()
     return text;
 }
 
+/// Each of the interfaces leads to each, and to one identity.
+inline void ExpectOneIdentity(IUnknown* object, const std::vector<IID>& answered)
+{
+    ComPtr<IUnknown> identity;
+    ASSERT_EQ(object->QueryInterface(IID_IUnknown, reinterpret_cast<void**>(identity.Put())), S_OK);
+    for (const IID& from : answered) {
+        ComPtr<IUnknown> face;
+        ASSERT_EQ(object->QueryInterface(from, reinterpret_cast<void**>(face.Put())), S_OK);
+        EXPECT_EQ(face.As<IUnknown>().Get(), identity.Get());
+        for (const IID& to : answered) {
+            ComPtr<IUnknown> other;
+            EXPECT_EQ(face->QueryInterface(to, reinterpret_cast<void**>(other.Put())), S_OK);
+        }
+    }
+}
+
 /// A text cell of the result table.
 inline std::wstring Cell(IMeasure* measure, long field, short parameter, long channel)
 {

@@ -34,15 +34,7 @@ TEST_F(Server, AnswersItsInterfacesAndRefusesOthersUnderOneIdentity)
         SCOPED_TRACE(testing::PrintToString(std::wstring(progId)));
         const auto object = Create<IUnknown>(progId);
         ASSERT_TRUE(object);
-        for (const IID& id : answered) {
-            ComPtr<IUnknown> other;
-            ASSERT_EQ(object->QueryInterface(id, reinterpret_cast<void**>(other.Put())), S_OK);
-            for (const IID& back : answered) {
-                ComPtr<IUnknown> again;
-                EXPECT_EQ(other->QueryInterface(back, reinterpret_cast<void**>(again.Put())), S_OK);
-            }
-            EXPECT_EQ(other.As<IUnknown>().Get(), object.Get()) << "one object, one identity";
-        }
+        ExpectOneIdentity(object.Get(), answered);
         for (const IID& id : refused) {
             void* other = this;
             EXPECT_EQ(object->QueryInterface(id, &other), E_NOINTERFACE);

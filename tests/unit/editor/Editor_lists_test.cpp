@@ -1,5 +1,3 @@
-#include <random>
-
 #include "TestEditor.h"
 #include "editor/EditorKeys.h"
 #include "support/DocumentText.h"

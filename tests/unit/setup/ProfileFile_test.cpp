@@ -63,6 +63,10 @@ TEST(ProfileFile, NoTextCanForgeAKeyASectionOrALine)
         EXPECT_FALSE(profile.WriteSection("a", {text}));
     }
     EXPECT_EQ(content, profile.Render());
+    for (const char* const key : {";k", "[k"}) {
+        EXPECT_TRUE(profile.Write("b", key, "1"));
+        EXPECT_FALSE(profile.Find("b", key)) << "what reads as no key is none before it is read, too";
+    }
     for (const std::string& value : {std::string(32767, 'v'), "[b]"s, "b=2"s, ";"s, "="s, "]"s, "[b"s}) {
         ASSERT_TRUE(profile.Write("a", "k", value));
         EXPECT_EQ(value, *ProfileFile(profile.Render()).Find("a", "k"));

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <fstream>
 #include <limits>
 #include <string>
 #include <vector>
@@ -16,6 +15,7 @@
 #include "support/RaisedBy.h"
 #include "support/RecordingMessageBoxes.h"
 #include "support/ShiftedCodePage.h"
+#include "support/TestFiles.h"
 
 using namespace std::string_literals;
 
@@ -46,9 +46,8 @@ protected:
     /// Loads a whole file as a program or a person has left it.
     void LoadSample(const std::string& name)
     {
-        std::ifstream file(TVN_TEST_DATA "/setups/" + name, std::ios::binary);
         product = L"TVN Host";
-        ASSERT_TRUE(Load({std::istreambuf_iterator<char>(file), {}}));
+        ASSERT_TRUE(Load(TestFile("setups/" + name)));
     }
     std::wstring ErrorOf(const std::string& content)
     {
@@ -157,38 +156,12 @@ TEST_F(SetupFile, IdentityIsCheckedInOrderAndAnUnknownVersionTrustsTheCallersMod
 
 TEST_F(SetupFile, Version14IsConverted)
 {
-    const std::string content =
-        "[Application]\r\nName=P\r\nVersion=1.4\r\n[Parameters]\r\nCount=20\r\n[Parameters to Display]\r\n" +
-        Keys("Parameter ", 20, [](int) { return "-1"; }) + "[Parameters to Save]\r\n" +
-        Keys("Parameter ", 20, [](int number) { return number == 17 ? "1" : "0"; }) + "[Parameter Captions]\r\n" +
-        Keys("Parameter ", 20, [](int number) { return "old " + std::to_string(number) + " \xBA (dBmV)"; });
-    ASSERT_TRUE(Load(content));
+    LoadSample("parameters-1.4.ini");  // each caption with the number of its key
     EXPECT_EQ(L"2x", model);
     EXPECT_EQ(4, mode);
-    ASSERT_EQ(30, document.Count());
-
-    // The parameter's old key number, 0 for the ten that version 1.4 did not have.
-    const std::vector<int> oldKeys{4, 3,  1, 0, 0, 0,  2,  0,  5,  6,  7,  8,  19, 20, 17,
-                                   9, 12, 0, 0, 0, 13, 14, 11, 16, 10, 18, 15, 0,  0,  0};
-    for (int32_t parameter = 1; parameter <= 30; ++parameter) {
-        const int key = oldKeys[static_cast<size_t>(parameter - 1)];
-        EXPECT_EQ(key != 0, document.Parameter(1, parameter)) << parameter;
-        EXPECT_EQ(key == 17, document.Parameter(2, parameter)) << parameter;
-        const std::wstring old = L"old " + std::to_wstring(key);
-        EXPECT_EQ(key == 0                  ? std::wstring(DefaultCaption(parameter))
-                  : parameter == MP_RFLEV   ? old + L" \u00BA"
-                  : parameter == MP_IQPHASE ? old + L" \u00B0 (dBmV)"
-                  : parameter == MP_PHASJIT ? old + L" \u00B0  (dBmV)"
-                                            : old + L" \u00BA (dBmV)",
-                  document.StoredCaption(parameter));
-    }
-
-    // Without position keys every parameter takes the place that its own number had become.
-    const std::vector<int> places{3,  7,  2,  1,  9,  4,  5,  6,  8,  10, 11, 12, 16, 25, 23,
-                                  17, 21, 22, 27, 24, 15, 26, 13, 14, 18, 19, 20, 28, 29, 30};
-    for (int32_t parameter = 1; parameter <= 30; ++parameter) {
-        EXPECT_EQ(places[static_cast<size_t>(parameter - 1)], document.Order(parameter)) << parameter;
-    }
+    const std::string content = files.Content(path);
+    ASSERT_TRUE(SaveSetup(document, environment, product, L"2.0", L"C:\\data\\copy.ini"));
+    EXPECT_EQ(TestFile("setups/parameters-1.4-converted.ini"), files.Content(L"C:\\data\\copy.ini"));
     ASSERT_TRUE(Load(content + "[Parameters Display Order]\r\nPosition 01=20\r\nPosition 06=25\r\n"));
     EXPECT_EQ(14, document.Order(1));
     EXPECT_EQ(35, document.Order(10)) << "a position beyond the old ones moves by the ten new parameters";

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "setup/SystemProfile.h"
 #include "support/MemoryFiles.h"
 #include "support/RecordingMessageBoxes.h"
 #include "support/ShiftedCodePage.h"
@@ -263,6 +264,23 @@ TEST_F(IniFile, AFailedReadOrWriteLeavesTheOldFile)
         EXPECT_EQ(old, files.Content(path));
         EXPECT_EQ(L"1", ini.GetString(L"k", L"")) << "what was not written does not read back";
     }
+}
+
+TEST_F(IniFile, WinIniTakesThePlaceOfTheFile)
+{
+    ini.UseWinINI(true);
+    EXPECT_EQ(0, ini.PutString(L"k", L"x\n[y]"));
+    EXPECT_NE(0, ini.PutString(L"k", L"v"));
+    EXPECT_NE(0, ini.PutInt(L"n", -7));
+    EXPECT_EQ("[s]\r\nk=v\r\nn=-7\r\n", files.Content(WindowsFolder() + L"/WIN.INI"));
+    EXPECT_EQ(L"v", ini.GetString(L"k", L""));
+    EXPECT_EQ(-7, ini.GetLong(L"n", 1));
+    EXPECT_EQ(std::wstring(L"k=v\0n=-7\0", 9), ini.GetSectEntries());
+    EXPECT_TRUE(ini.DeleteNumEntry(L"n"));
+    EXPECT_EQ(1, ini.GetLong(L"n", 1));
+    ini.DeleteSection();
+    EXPECT_EQ("", files.Content(WindowsFolder() + L"/WIN.INI"));
+    EXPECT_EQ(old, files.Content(path));
 }
 
 TEST_F(IniFile, OneShotAccessLeavesTheBindingAlone)
