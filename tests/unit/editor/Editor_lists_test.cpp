@@ -1,6 +1,5 @@
 #include "TestEditor.h"
 #include "editor/EditorKeys.h"
-#include "support/DocumentText.h"
 
 namespace tvn2x {
 namespace {
