@@ -21,22 +21,28 @@ UUID = r"uuid\(([0-9A-Fa-f-]{36})\)"
 
 
 class Library:
-    """A type library as its IDL defines it: identity, version, classes, interfaces."""
+    """A type library as its IDL defines it: identity, version, classes, interfaces. Classes in front of the library are
+    the simulated receiver's own, simReceiver for XKTR2xSim.clsReceiver."""
 
     def __init__(self, text):
         # An attribute block belongs to the definition behind it, up to its name.
         blocks = re.findall(r"\[([^\[\]]*?" + UUID + r"[^\[\]]*?)\]\s*(library|coclass|interface)\s+(\w+)\s*(:|\{)", text)
-        self.classes, self.interfaces = [], []
+        self.classes, self.own_classes, self.interfaces = [], [], []
+        is_inside = False
         for attributes, uuid, kind, name, _ in blocks:
             help_text = re.search(r'helpstring\("([^"]*)"\)', attributes).group(1)
             if kind == "library":
+                is_inside = True
                 major, minor = re.search(r"version\((\d+)\.(\d+)\)", attributes).groups()
                 self.id, self.name, self.help = braced(uuid), name, help_text
                 self.version = f"{int(major):x}.{int(minor):x}"
             elif kind == "coclass":
-                self.classes.append((braced(uuid), name, help_text))
+                classes = self.classes if is_inside else self.own_classes
+                classes.append((braced(uuid), name, help_text))
             else:
                 self.interfaces.append((braced(uuid), name))
+        self.classes = [(id_, f"{self.name}.{name}", text) for id_, name, text in self.classes]
+        self.own_classes = [(id_, f"{self.name}Sim.cls{name.removeprefix('sim')}", text) for id_, name, text in self.own_classes]
 
 
 def braced(uuid):
@@ -48,13 +54,13 @@ def row(key, value="", name=None):
     return f'<RegistryValue Root="HKMU" Key={quoteattr(CLASSES + key)}{named} Type="string" Value={quoteattr(value)}/>'
 
 
-def class_rows(library, file):
-    for id_, name, help_text in library.classes:
+def class_rows(library, classes, file):
+    for id_, name, help_text in classes:
         key = "CLSID\\" + id_
         yield row(key, help_text)
         yield row(key + "\\InprocServer32", f"[#{file}]")
         yield row(key + "\\InprocServer32", "Apartment", "ThreadingModel")
-        yield row(key + "\\ProgID", f"{library.name}.{name}")
+        yield row(key + "\\ProgID", name)
         yield row(key + "\\TypeLib", library.id)
         yield row(key + "\\Version", "1.0")
         yield row(key + "\\Programmable")
@@ -76,11 +82,15 @@ def need_row(library, path, platform):
     return row(f"TypeLib\\{library.id}\\{library.version}\\0\\{platform}", "", path)
 
 
-def name_rows(library):
-    """Class names and the library's own, which programs of both word lengths share."""
-    for id_, name, help_text in library.classes:
-        yield row(f"{library.name}.{name}", help_text)
-        yield row(f"{library.name}.{name}\\CLSID", id_)
+def class_name_rows(classes):
+    """Class names, which programs of both word lengths share."""
+    for id_, name, help_text in classes:
+        yield row(name, help_text)
+        yield row(f"{name}\\CLSID", id_)
+
+
+def library_name_rows(library):
+    """What they share of a library."""
     key = f"TypeLib\\{library.id}\\{library.version}"
     yield row(key, library.help)
     yield row(key + "\\FLAGS", "0")
@@ -88,14 +98,16 @@ def name_rows(library):
 
 def registry(host, plugin, driver, platform, output):
     files = {
-        "plugin": [*class_rows(plugin, "TVN2x.dll"), *library_rows(plugin, "[#TVN2x.dll]", platform),
+        "plugin": [*class_rows(plugin, plugin.classes, "TVN2x.dll"), *library_rows(plugin, "[#TVN2x.dll]", platform),
                    need_row(plugin, "[#TVN2x.dll]", platform), need_row(host, "[#TVN2x.dll]\\2", platform)],
         "host": [*library_rows(host, "[#tvnhost.exe]", platform), need_row(host, "[#tvnhost.exe]", platform)],
-        "driver": [*class_rows(driver, "XKTR2x.dll"), *library_rows(driver, "[#XKTR2x.dll]", platform),
+        "simulator": [*class_rows(driver, driver.own_classes, "XKTR2x.dll")],
+        "driver": [*class_rows(driver, driver.classes, "XKTR2x.dll"), *library_rows(driver, "[#XKTR2x.dll]", platform),
                    need_row(driver, "[#XKTR2x.dll]", platform), need_row(host, "[#XKTR2x.dll]\\2", platform)],
-        "plugin_names": [*name_rows(plugin)],
-        "host_names": [*name_rows(host)],
-        "driver_names": [*name_rows(driver)],
+        "plugin_names": [*class_name_rows(plugin.classes), *library_name_rows(plugin)],
+        "host_names": [*library_name_rows(host)],
+        "simulator_names": [*class_name_rows(driver.own_classes)],
+        "driver_names": [*class_name_rows(driver.classes), *library_name_rows(driver)],
     }
     for name, rows in files.items():
         Path(output, name + ".wxi").write_text("<Include>\n" + "\n".join(rows) + "\n</Include>\n")
@@ -113,9 +125,9 @@ def manifest(name, version, architecture, file, library):
     yield '<assembly xmlns="urn:schemas-microsoft-com:asm.v1" manifestVersion="1.0">'
     yield "  " + identity(name, version, architecture)
     yield f'  <file name="{file}">'
-    for id_, class_name, help_text in library.classes:
+    for id_, class_name, help_text in library.classes + library.own_classes:
         yield (f'    <comClass clsid="{id_}" threadingModel="Apartment" tlbid="{library.id}"'
-               f' progid="{library.name}.{class_name}" description={quoteattr(help_text)}/>')
+               f' progid="{class_name}" description={quoteattr(help_text)}/>')
     yield f'    <typelib tlbid="{library.id}" version="{library.version}" helpdir=""/>'
     yield "  </file>"
     for id_, interface in library.interfaces:

@@ -17,14 +17,21 @@ namespace {
 
 using namespace tvn2x;
 
+// The identities of XKTR2x are every driver's: another vendor's library that has them keeps them.
 const com::ServedClass classes[] = {
-    {CLSID_clsReceiver, L"XKTR2x.clsReceiver", L"Test receiver", com::Create<tvn2x::clsReceiver>},
-    {CLSID_clsRunControl, L"XKTR2x.clsRunControl", L"Run control of the calling thread", tvn2x::clsRunControl::Create},
+    {CLSID_simReceiver, L"XKTR2xSim.clsReceiver", L"Simulated test receiver", com::Create<tvn2x::clsReceiver>},
+    {CLSID_simRunControl, L"XKTR2xSim.clsRunControl", L"Run control of the calling thread, for the simulated receiver",
+     tvn2x::clsRunControl::Create},
+    {CLSID_simErrorReport, L"XKTR2xSim.clsErrorReport",
+     L"Error reporting of the calling thread, for the simulated receiver", tvn2x::clsErrorReport::Create},
+    {CLSID_clsReceiver, L"XKTR2x.clsReceiver", L"Test receiver", com::Create<tvn2x::clsReceiver>, com::Claim::ifVacant},
+    {CLSID_clsRunControl, L"XKTR2x.clsRunControl", L"Run control of the calling thread", tvn2x::clsRunControl::Create,
+     com::Claim::ifVacant},
     {CLSID_clsErrorReport, L"XKTR2x.clsErrorReport", L"Error reporting of the calling thread",
-     tvn2x::clsErrorReport::Create},
+     tvn2x::clsErrorReport::Create, com::Claim::ifVacant},
 };
 
-const com::Server server(classes, LIBID_XKTR2x);
+const com::Server server(classes, LIBID_XKTR2x, com::Claim::ifVacant);
 
 }  // namespace
 

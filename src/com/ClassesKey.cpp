@@ -129,6 +129,12 @@ std::optional<std::wstring> ClassesKey::ReadOtherView(const std::wstring& key) c
     return open ? TextIn(open, nullptr) : std::nullopt;
 }
 
+std::optional<std::wstring> ClassesKey::ReadMachine(const std::wstring& key) const
+{
+    const Key open(HKEY_LOCAL_MACHINE, std::wstring(classes) + L'\\' + key, KEY_READ);
+    return open ? TextIn(open, nullptr) : std::nullopt;
+}
+
 std::vector<std::wstring> ClassesKey::ValueNames(const std::wstring& key) const
 {
     constexpr DWORD longestName = 16'384;  // of any value in the registry, its end included

@@ -34,6 +34,8 @@ public:
     std::optional<std::wstring> Read(const std::wstring& key, const wchar_t* name = nullptr) const;
     /// The same as programs of the other word length see it.
     std::optional<std::wstring> ReadOtherView(const std::wstring& key) const;
+    /// The same of the machine's classes, whosesoever these are.
+    std::optional<std::wstring> ReadMachine(const std::wstring& key) const;
     /// The names of a key's values, its own one left out.
     std::vector<std::wstring> ValueNames(const std::wstring& key) const;
     bool HasSubkeys(const std::wstring& key) const;

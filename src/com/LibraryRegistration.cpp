@@ -64,8 +64,11 @@ std::vector<std::pair<std::wstring, std::wstring>> InterfacesOf(ITypeLib* librar
 
 }  // namespace
 
-LibraryRegistration::LibraryRegistration(ClassesKey& classes, int resource, ITypeLib* library)
-    : classes_(classes), module_(Module::FileName()), own_(resource == 1), interfaces_(InterfacesOf(library))
+LibraryRegistration::LibraryRegistration(ClassesKey& classes, int resource, ITypeLib* library, Claim own)
+    : classes_(classes),
+      module_(Module::FileName()),
+      own_(resource == 1 && own == Claim::own),
+      interfaces_(InterfacesOf(library))
 {
     const LibraryIdentity identity = IdentityOf(library);
     Bstr description;
@@ -75,7 +78,7 @@ LibraryRegistration::LibraryRegistration(ClassesKey& classes, int resource, ITyp
     id_ = TextOf(libraryId_);
     version_ = identity.version;
     path_ = Module::FileName();
-    if (!own_) {
+    if (resource != 1) {
         path_ += L"\\" + std::to_wstring(resource);
     }
     key_ = L"TypeLib\\" + id_ + L"\\" + version_;

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "com/Claim.h"
 #include "com/ClassesKey.h"
 #include "com/EntryFile.h"
 
@@ -16,18 +17,18 @@ namespace tvn2x::com {
 
 /// One type library that is embedded in this module, and its interfaces, as the registry knows them. Failures throw.
 ///
-/// Of its resources the first is the module's own library, which it always serves. Those behind it are other people's,
-/// which the module needs for its own work: it serves them only as long as nobody else does. Under the key of the
-/// platform, which holds the path of the file that serves the library, each module that needs it leaves a value named
-/// by its own path; when the one that serves the library goes, another one takes its place.
+/// Of its resources the first may be the module's own library, which it then always serves. All others are other
+/// people's, which the module needs for its own work: it serves them only as long as nobody else does. Under the key of
+/// the platform, which holds the path of the file that serves the library, each module that needs it leaves a value
+/// named by its own path; when the one that serves the library goes, another one takes its place.
 ///
 /// Only the library's key is common to programs of 32 and 64 bits; within it each has a platform key of its own, and
 /// each has interface keys of its own. They go with the last module of that word length.
 class LibraryRegistration
 {
 public:
-    /// `resource` counts from 1.
-    LibraryRegistration(ClassesKey& classes, int resource, ITypeLib* library);
+    /// `resource` counts from 1; `own` is the module's claim on the first.
+    LibraryRegistration(ClassesKey& classes, int resource, ITypeLib* library, Claim own);
 
     /// `replaced` are files whose place this module takes: what they serve is nobody's.
     void Add(const std::vector<EntryFile>& replaced);

@@ -64,10 +64,8 @@ HRESULT Server::Register(RegisteredFor whom) const noexcept
 {
     return Guard(IID_NULL, [&] {
         Registration registration(typeLibrary_, whom);
-        for (const ServedClass& served : classes_) {
-            registration.Add(served);
-        }
-        registration.AddTypeLibraries();
+        registration.Add(classes_);
+        registration.AddTypeLibraries(libraryClaim_);
         registration.Keep();
     });
 }
@@ -79,7 +77,7 @@ HRESULT Server::Unregister(RegisteredFor whom) const noexcept
         for (const ServedClass& served : classes_) {
             registration.Remove(served);
         }
-        registration.RemoveTypeLibraries();
+        registration.RemoveTypeLibraries(libraryClaim_);
         registration.Keep();
     });
 }

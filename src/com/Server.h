@@ -6,6 +6,7 @@
 
 #include <span>
 
+#include "com/Claim.h"
 #include "com/ClassesKey.h"
 
 namespace tvn2x::com {
@@ -18,13 +19,19 @@ struct ServedClass
     const wchar_t* description;  ///< what the registry shows
     /// Makes an object and answers `interfaceId` of it. May throw.
     HRESULT (*create)(REFIID interfaceId, void** out);
+    /// Classes ifVacant belong together: the module has all of them, or none.
+    Claim claim = Claim::own;
 };
 
 /// What a component server's exports do, over its table of classes and its first embedded type library.
 class Server
 {
 public:
-    Server(std::span<const ServedClass> classes, REFGUID typeLibrary) : classes_(classes), typeLibrary_(typeLibrary) {}
+    /// `libraryClaim` is that on the type library.
+    Server(std::span<const ServedClass> classes, REFGUID typeLibrary, Claim libraryClaim = Claim::own)
+        : classes_(classes), typeLibrary_(typeLibrary), libraryClaim_(libraryClaim)
+    {
+    }
 
     HRESULT ClassObject(REFCLSID classId, REFIID interfaceId, void** out) const noexcept;
     /// A registration that fails half-way is taken back: what was there before stays.
@@ -38,6 +45,7 @@ public:
 private:
     std::span<const ServedClass> classes_;
     const GUID& typeLibrary_;
+    const Claim libraryClaim_;
 };
 
 /// The usual `create` of a class: a new Class, its `interfaceId` answered.

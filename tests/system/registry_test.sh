@@ -106,6 +106,38 @@ done <<'END'
 +other !other -plugin                | -      | -
 END
 
+# Another vendor's driver keeps its class, and the other two stay free for it; a driver for the user alone takes none of
+# them either. The simulated receiver's own classes are registered all the same, and taken over from an earlier copy.
+said='beside another vendor'
+receiver='CLSID\{78BE4523-D7A7-4F15-B0C0-964A5FB290E8}'
+touch "$work/vendor.dll"
+wine_reg add "$classes\\$receiver\\InprocServer32" /ve /d "$(wine_path "$work/vendor.dll")"
+export_classes vendor.reg
+step +driver
+"$wine_program" regsvr32 /s /n /i:user "$(wine_path "$bin/XKTR2x.dll")" </dev/null
+"$wine_program" reg query "HKCU\\Software\\Classes\\$receiver" >/dev/null </dev/null && fail "the user's driver hides the vendor's"
+"$wine_program" regsvr32 /s /u /n /i:user "$(wine_path "$bin/XKTR2x.dll")" </dev/null
+export_classes now.reg
+case $(says "$receiver\\InprocServer32") in *vendor*) ;; *) fail "the vendor's class is not the vendor's" ;; esac
+[ "$(says 'CLSID\{4AA7B9DA-F54D-464F-8BCE-D26AD76392BA}\InprocServer32')" = - ] || fail 'run control is taken'
+[ "$(says 'XKTR2xSim.clsReceiver\CLSID')" != - ] || fail 'the simulated receiver is not registered'
+step -driver
+export_classes left.reg
+cmp vendor.reg left.reg || fail "leaves something behind: $(diff vendor.reg.txt left.reg.txt)"
+rm "$work/vendor.dll"
+step +driver
+export_classes now.reg
+[ "$(says "$receiver\\InprocServer32")" = driver ] || fail 'what is nobody'"'"'s is not taken'
+cp "$bin/XKTR2x.dll" "$work/another folder/XKTR2x.dll"
+"$wine_program" regsvr32 /s "$(wine_path "$work/another folder/XKTR2x.dll")" </dev/null
+export_classes now.reg
+case $(says "$receiver\\InprocServer32") in driver) ;; *) fail 'an earlier copy keeps its class' ;; esac
+grep -q 'another folder..XKTR2x.dll' now.reg.txt || fail 'an earlier copy keeps everything'
+grep -q 'bin..XKTR2x.dll' now.reg.txt && fail 'an earlier copy keeps something'
+"$wine_program" regsvr32 /s /u "$(wine_path "$work/another folder/XKTR2x.dll")" </dev/null
+export_classes left.reg
+cmp clean.reg left.reg || fail "leaves something behind: $(diff clean.reg.txt left.reg.txt)"
+
 # The other word length has its own part of the library, and its own class of the same name.
 said='the other word length'
 step +plugin
