@@ -28,7 +28,7 @@ namespace {
 /// The command line as it was parsed.
 struct Arguments
 {
-    std::wstring setup, output, network, levelUnit = L"dBuV";
+    std::wstring setup, output, network, receiver, levelUnit = L"dBuV";
     ImportOptions import;
     NetworkOptions model;
     ScanOptions scan;
@@ -54,6 +54,14 @@ public:
 private:
     HRESULT result_;
 };
+
+/// Which receiver a command works with.
+void AddReceiver(CLI::App& command, Arguments& arguments)
+{
+    AddText(command, "--receiver", arguments.receiver,
+            "Receiver to use: simulated, registered (the driver), or a driver's class identity in braces")
+        ->type_name("WHICH");
+}
 
 /// Where the plan comes from: a file, or a raster of frequencies.
 void AddPlan(CLI::App& command, PlanSource& plan)
@@ -119,6 +127,7 @@ CLI::App* AddScan(CLI::App& app, Arguments& arguments)
 {
     CLI::App* command = app.add_subcommand("scan", "Measure the channels of a setup and print the results");
     AddText(*command, "setup", arguments.scan.setup, "Setup file")->type_name("FILE")->required();
+    AddReceiver(*command, arguments);
     AddText(*command, "--network", arguments.scan.network, "Network model for the simulated receiver")
         ->type_name("FILE");
     AddText(*command, "--channels", arguments.scan.channels,
@@ -147,7 +156,11 @@ void AddSetupCommands(CLI::App& app, Arguments& arguments)
     for (CLI::App* const command : {show, convert, check}) {
         AddText(*command, "setup", arguments.setup, "Setup file")->type_name("FILE")->required();
     }
-    check->add_flag("--receiver", arguments.checksReceiver, "Ask whether the connected receiver can do it, too");
+    const std::string question = "Ask whether the receiver can do it, too; =WHICH chooses one, as for scan";
+    check->add_flag("--receiver", question)->each([&arguments](const std::string& which) {
+        arguments.checksReceiver = true;
+        arguments.receiver = which == "true" ? L"" : FromUtf8(which);
+    });
     AddText(*check, "--network", arguments.network, "Network model for the simulated receiver")
         ->type_name("FILE")
         ->needs("--receiver");
@@ -170,6 +183,7 @@ void AddReceiverCommands(CLI::App& app, Arguments& arguments)
         ->needs(force);
     AddText(*write, "setup", arguments.setup, "Setup file")->type_name("FILE")->required();
     for (CLI::App* const command : {info, read, write}) {
+        AddReceiver(*command, arguments);
         AddText(*command, "--network", arguments.network, "Network model for the simulated receiver")
             ->type_name("FILE");
     }
@@ -298,6 +312,7 @@ int Main(const std::vector<std::string>& words, Console& console)
     try {
         app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
         const Apartment apartment;
+        const auto chosen = ChooseReceiver(arguments.receiver);
         const int exitCode = Run(app, arguments, console);
         console.RequireResults();
         return exitCode;

@@ -85,6 +85,9 @@ int JudgeRun(const JudgeOptions& options, Console& console)
             L"there is nothing to do. Say which report to make: --html FILE, --junit FILE, --json FILE or --result "
             L"FILE.");
     }
+    // What a simulated receiver has measured is marked in the result file, which the plug-in writes.
+    const auto receiver =
+        run.receiver.simulation && !options.reports.result.empty() ? ChooseReceiver(L"simulated") : nullptr;
     std::optional<Plugin> plugin;
     if (!options.reports.result.empty()) {
         LoadSetupOf(run, options, plugin.emplace());

@@ -94,14 +94,23 @@ com::ComPtr<IErrorReport> CreateErrorReport()
     return Create<IErrorReport>(__uuidof(clsErrorReport), driverLibrary, L"instrument driver");
 }
 
+std::unique_ptr<DriverInstead> ChooseReceiver(const std::wstring& which)
+{
+    try {
+        return which.empty() ? nullptr : std::make_unique<DriverInstead>(FindDriver(which, L"--receiver"));
+    } catch (const RaisedError& error) {
+        RaiseInput(error.description);
+    }
+}
+
 com::ComPtr<ISimulatorSettings> SimulatorSettings(const Plugin& plugin)
 {
     const auto settings = com::ComPtr<IDispatch>::Attach(Get<IDispatch*>(plugin.driver, &IDriver::get_Settings));
     auto simulator = settings.As<ISimulatorSettings>();
     if (!simulator) {
         RaiseInput(
-            L"--network and --time-scale are for the simulated receiver, and the registered driver library is "
-            L"another one. Leave them out, or register the simulated receiver's library");
+            L"--network and --time-scale are for the simulated receiver, and this one is another. Leave them out, or "
+            L"choose the simulated one: --receiver simulated");
     }
     return simulator;
 }
@@ -116,7 +125,8 @@ std::wstring ErrorText(const RaisedError& raised)
         L"error {}{}: {}",
         isHresult ? fmt::format(L"0x{:08X}", static_cast<uint32_t>(raised.number)) : std::to_wstring(raised.number),
         raised.source.empty() || raised.source == L"tvnhost" ? L"" : L" from " + raised.source, raised.description);
-    if (raised.number == error::cannotCreateObject && raised.source != L"tvnhost") {
+    if (raised.number == error::cannotCreateObject && raised.source != L"tvnhost" &&
+        raised.description.starts_with(L"ActiveX")) {
         text +=
             fmt::format(L". Register the instrument driver library as administrator: regsvr32 {}.dll", driverLibrary);
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -11,6 +12,7 @@
 #include "com/ComPtr.h"
 #include "com/Errors.h"
 #include "com/Text.h"
+#include "driver/DriverInstead.h"
 
 namespace tvn2x {
 
@@ -74,6 +76,11 @@ com::ComPtr<IRunControl> CreateRunControl();
 
 /// The object that keeps the errors which the plug-in reports without raising them.
 com::ComPtr<IErrorReport> CreateErrorReport();
+
+/// The receiver of `which` ("simulated", "registered" or the identity of a driver's class) for the plug-in and this
+/// program, while what is returned lives; "" leaves it to the setting for this program, or else to the registered one.
+/// Raises where there is none. Before the plug-in is created.
+std::unique_ptr<DriverInstead> ChooseReceiver(const std::wstring& which);
 
 /// The settings of the simulated receiver. Raises where another receiver is connected.
 com::ComPtr<ISimulatorSettings> SimulatorSettings(const Plugin& plugin);

@@ -169,6 +169,9 @@ ChannelResult CollectChannel(const Plugin& plugin, const Setup& setup, const Cha
 void RestoreResults(const Plugin& plugin, const FinishedRun& run)
 {
     Call(plugin.measure, &IMeasure::ResetMeasurement, 0);
+    if (run.receiver.simulation) {
+        SimulatorSettings(plugin);  // from now on the plug-in knows which receiver it was
+    }
     for (const size_t position : run.Latest()) {
         const ChannelResult& channel = run.channels[position];
         const auto restore = [&](int32_t parameter, const std::wstring& text) {

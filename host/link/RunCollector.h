@@ -30,7 +30,7 @@ std::vector<std::wstring> MeasureForVerdicts(const Plugin& plugin, const Setup& 
 ChannelResult CollectChannel(const Plugin& plugin, const Setup& setup, const ChannelTurn& turn);
 
 /// The other way round: the plug-in's result table has the latest result of each channel of the run, whoever measured
-/// it, and nothing else. The plug-in has the run's setup loaded.
+/// it, and nothing else. The plug-in has the run's setup loaded, and the simulated receiver where that has measured.
 void RestoreResults(const Plugin& plugin, const FinishedRun& run);
 
 }  // namespace tvn2x

@@ -138,9 +138,11 @@ public:
     {
         return model_.Network().installedOptions;
     }
+    /// Always says that it is simulated, whatever the model calls it: readings must not pass for those of a network.
     std::wstring InstrumentName() const
     {
-        return model_.Network().instrumentName;
+        const std::wstring& name = model_.Network().instrumentName;
+        return name.find(L"imulated") == std::wstring::npos ? name + L" (simulated)" : name;
     }
     std::wstring BusAddress() const
     {

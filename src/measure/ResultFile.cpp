@@ -133,6 +133,9 @@ private:
         const std::wstring version = document_.appVersion.empty() ? L"" : L" " + document_.appVersion;
         Setting(L"Application", document_.productName + version);
         Setting(L"Setup", document_.FileTitle());
+        if (!table_.receiver.empty()) {
+            Setting(L"Receiver", table_.receiver);
+        }
         for (const int32_t parameter : Saved(document_, MP_FIRST, MP_LASTSTATIC)) {
             Setting(document_.Caption(parameter), SettingInWords(document_, parameter, locale_));
         }

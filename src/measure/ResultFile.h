@@ -12,12 +12,12 @@ namespace tvn2x {
 
 /// The result file as bytes: a table of text that a spreadsheet opens at a double click.
 ///
-/// First the settings, a row each with caption and value; a blank row; the results, which are the parameters 10..30
-/// that the document marks to be saved, in display order under their captions; where there are measurement notes,
-/// another blank row and their lines. Parameters without a display position come last. The document's choice for the
-/// result file decides whether channels run across (a row per parameter) or down (a row per channel); "same as display
-/// grid" takes the grid's, and down where that is left to the user's view. A table that was never reset has no
-/// channels.
+/// First the settings, a row each with caption and value, and one of a receiver that something has to be said of; a
+/// blank row; the results, which are the parameters 10..30 that the document marks to be saved, in display order under
+/// their captions; where there are measurement notes, another blank row and their lines. Parameters without a display
+/// position come last. The document's choice for the result file decides whether channels run across (a row per
+/// parameter) or down (a row per channel); "same as display grid" takes the grid's, and down where that is left to the
+/// user's view. A table that was never reset has no channels.
 std::string ResultFileContent(const SetupDocument& document, const ResultTable& table, const Locale& locale);
 
 /// Writes the result file in one step: afterwards the path holds the new file, or whatever it held before. `file` is

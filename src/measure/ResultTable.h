@@ -25,6 +25,8 @@ class ResultTable
 public:
     static constexpr int32_t fieldCount = 3;
 
+    std::wstring receiver;  ///< what has to be said of the one that measured: "simulated"; empty for a real one
+
     /// Brings channel `item`, or all channels when it is 0, back to "Un-measured". A list whose size has changed since
     /// the last reset gives a new table, whatever `item` says. Where memory runs out the old table stays.
     void Reset(const SetupDocument& document, const Locale& locale, int32_t item = 0);

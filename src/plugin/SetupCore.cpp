@@ -52,7 +52,19 @@ void SetupCore::ResetMeasurement(int32_t channel)
 
 bool SetupCore::SaveResults(const std::wstring& fullPath)
 {
+    results.receiver = IsSimulated() ? L"simulated" : L"";
     return tvn2x::SaveResults(document, results, SystemLocale(), resultFile_, SystemMessageBoxes(), fullPath);
+}
+
+/// The simulated receiver is told by its settings, which no other has. Whoever has not been used yet is not asked.
+bool SetupCore::IsSimulated() const
+{
+    com::ComPtr<IDriver> driver;
+    com::ComPtr<IDispatch> settings;
+    com::ComPtr<ISimulatorSettings> simulator;
+    return driver_ && SUCCEEDED(com::Query(driver_.Get(), driver)) &&
+           SUCCEEDED(com::Outside([&] { return driver->get_Settings(settings.Put()); })) && settings &&
+           SUCCEEDED(com::Query(settings.Get(), simulator));
 }
 
 template <class Operation>
@@ -116,6 +128,7 @@ bool SetupCore::Test(std::wstring& identity, std::wstring& hardware, int32_t& mo
 const com::ComPtr<IReceiver>& SetupCore::Driver()
 {
     if (!driver_) {
+        chosen_.Require();
         driver_ = CreateObject<IReceiver>(CLSID_clsReceiver, L"XKTR2x.clsReceiver", L"clsSetup.Driver");
     }
     return driver_;

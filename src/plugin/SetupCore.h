@@ -11,6 +11,7 @@
 #include "instrument/HardwareCheck.h"
 #include "measure/ChannelScan.h"
 #include "measure/ResultTable.h"
+#include "plugin/ChosenDriver.h"
 #include "plugin/ComHost.h"
 #include "plugin/ComInstrument.h"
 #include "setup/SetupDocument.h"
@@ -56,6 +57,9 @@ private:
     template <class Operation>
     auto Alone(const wchar_t* source, Operation operation);
 
+    bool IsSimulated() const;
+
+    ChosenDriver chosen_;
     com::ComPtr<IReceiver> driver_;
     std::unique_ptr<Receiver> receiver_;
     std::unique_ptr<ComInstrument> instrument_;

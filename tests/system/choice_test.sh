@@ -1,0 +1,104 @@
+#!/usr/bin/env bash
+# Which receiver: a vendor's driver is registered, the simulated receiver beside it. The user chooses for one run, or for
+# one host program.
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+. tests/system/expect.sh choice_test
+
+settings='Software\TVN2x\Receiver'
+ids=(78BE4523-D7A7-4F15-B0C0-964A5FB290E8 4AA7B9DA-F54D-464F-8BCE-D26AD76392BA 8DBCBD16-FAA0-4D4C-983F-09C300D8FF93)
+names=(clsReceiver clsRunControl clsErrorReport)
+simulated={954DD709-4EF6-496C-A462-6D3BFA2609A7}
+vendor={A0000000-0000-0000-0000-000000000001}
+vendor_file=$(wine_path "$bin/vendor_driver.dll")
+{ # as the registry's editor reads it
+    printf 'REGEDIT4\n\n'
+    for i in 0 1 2; do
+        for id in "${ids[$i]}" "A0000000-0000-0000-0000-00000000000$((i + 1))"; do
+            printf '[HKEY_LOCAL_MACHINE\\Software\\Classes\\CLSID\\{%s}\\InprocServer32]\n@="%s"\n\n' "$id" "${vendor_file//\\/\\\\}"
+        done
+        printf '[HKEY_LOCAL_MACHINE\\Software\\Classes\\CLSID\\{%s}\\ProgID]\n@="Vendor.%s"\n\n' "$id" "${names[$i]}"
+        printf '[HKEY_LOCAL_MACHINE\\Software\\Classes\\Vendor.%s\\CLSID]\n@="{%s}"\n\n' "${names[$i]}" "$id"
+    done
+} >vendor.reg
+sed -n 's/^\[\(.*\)\\\(InprocServer32\|CLSID\)\]$/[-\1]\n/p; 1p' vendor.reg >away.reg
+wine() { "$wine_program" "$@" </dev/null; }
+choose() { # HIVE PROGRAM WORDS
+    wine reg add "$1\\$settings" /v "$2" /d "$3" /f >/dev/null
+}
+give_back() {
+    wine regedit /s away.reg
+    for hive in HKCU HKLM; do wine reg delete "$hive\\$settings" /f >/dev/null 2>&1 || true; done
+    wine regsvr32 /s "$(wine_path "$bin/XKTR2x.dll")"
+}
+wine regedit /s vendor.reg
+trap give_back EXIT
+
+# For one run.
+is_simulated() { expect_text '(simulated)'; }
+is_vendors() { grep -q 'simulated' "$work/out" && fail "takes the simulated receiver"; expect_text 'Serial number'; }
+expect_exit 0 info
+is_vendors
+expect_exit 0 info --receiver "$vendor"
+is_vendors
+for which in simulated "$simulated"; do
+    expect_exit 0 info --receiver "$which"
+    is_simulated
+done
+while IFS='|' read -r which words; do
+    expect_exit 2 info --receiver "$which"
+    expect_notice "$words"
+done <<'END'
+emulated|that names none. Choose "simulated", "registered" or the identity
+{A0000000-0000-0000-0000-000000000009}|no such class is registered for 64-bit programs
+{488198DB-6507-4E93-AE94-D262381549D9}|the class is named "TVN2x.clsSetup", and a driver's receiver is named NAME.clsReceiver
+END
+expect_exit 2 scan "$root/examples/first-scan.ini" --network "$root/examples/first-scan-network.ini"
+expect_notice 'choose the simulated one: --receiver simulated'
+expect_exit 0 scan "$root/examples/first-scan.ini" --receiver simulated --write --channels K44 --time-scale 0.01 --json run.jsonl \
+    --network "$root/examples/first-scan-network.ini" --result result.txt
+expect_text "1 channel, 1 synchronised"
+grep -q '^Receiver.simulated' result.txt || fail 'the result file does not say simulated'
+expect_exit 0 report run.jsonl --result again.txt
+cmp result.txt again.txt || fail 'the result file of the stored run differs'
+
+# For one host program: the plug-in and whoever stops it have the same library, and the user's word is before the machine's.
+cat >host.vbs <<'END'
+Set setup = CreateObject("TVN2x.clsSetup")
+Set run = CreateObject("XKTR2x.clsRunControl")
+stopped = False
+On Error Resume Next
+run.StopFlag = True ' the vendor's does not take it
+stopped = run.StopFlag
+Err.Clear
+model = setup.Driver.Settings.NetworkModel
+WScript.Echo CStr(Err.Number = 0) & " " & stopped & " " & Err.Description
+END
+while IFS='|' read -r hive host words answer; do
+    said="$hive $host $words"
+    wine reg delete "HKCU\\$settings" /f >/dev/null 2>&1 || true
+    choose "$hive" "$host" "$words"
+    wine cscript //nologo host.vbs | tr -d '\r' >"$work/out"
+    expect_match "$answer"
+done <<'END'
+HKCU|tvnhost.exe|simulated|^False False
+HKCU|cscript.exe|simulated|^True True
+HKLM|cscript.exe|{954DD709-4EF6-496C-A462-6D3BFA2609A7}|^True True
+HKCU|cscript.exe|registered|^False False
+HKCU|cscript.exe|real|HKEY_CURRENT_USER.Software.TVN2x.Receiver, value cscript.exe, chooses the receiver "real": that names none
+END
+choose HKCU tvnhost.exe simulated
+expect_exit 0 info
+is_simulated
+expect_exit 0 info --receiver registered
+is_vendors
+wine reg add "HKCU\\$settings" /v tvnhost.exe /t REG_DWORD /d 1 /f >/dev/null
+expect_exit 2 info
+expect_notice 'a value that is no text'
+wine reg delete "HKCU\\$settings" /f >/dev/null
+
+# One library for all three.
+wine reg add "HKLM\\Software\\Classes\\CLSID\\{${ids[1]}}\\InprocServer32" /ve /d "$(wine_path "$bin/XKTR2x.dll")" /f >/dev/null
+expect_exit 2 info
+expect_notice 'have to come from one library'
+echo "the chosen receiver measures"
