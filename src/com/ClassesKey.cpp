@@ -1,5 +1,6 @@
 #include "com/ClassesKey.h"
 
+#include <ranges>
 #include <utility>
 
 #include "com/Errors.h"
@@ -107,8 +108,8 @@ ClassesKey::ClassesKey(RegisteredFor whom)
 
 ClassesKey::~ClassesKey()
 {
-    for (auto undo = undo_.rbegin(); undo != undo_.rend(); ++undo) {
-        (*undo)();
+    for (const auto& undo : undo_ | std::views::reverse) {
+        undo();
     }
     RegCloseKey(root_);
     if (turn_) {

@@ -31,7 +31,7 @@ LibraryIdentity IdentityOf(ITypeLib* library)
     Check(library->GetLibAttr(&attributes), library);
     wchar_t version[16];
     swprintf(version, std::size(version), L"%x.%x", attributes->wMajorVerNum, attributes->wMinorVerNum);
-    const LibraryIdentity identity{attributes->guid, version};
+    LibraryIdentity identity{attributes->guid, version};
     library->ReleaseTLibAttr(attributes);
     return identity;
 }

@@ -137,7 +137,7 @@ std::wstring GridAccessible::NameOf(int32_t child) const
         return grid_ == Grid::channels ? L"Channels" : L"Parameters";
     }
     const int32_t row = RowOf(child);
-    const std::wstring heading = PlainHeading(ColumnOf(child));
+    std::wstring heading = PlainHeading(ColumnOf(child));
     if (row < 0) {
         return heading;
     }
