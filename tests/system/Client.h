@@ -70,6 +70,22 @@ inline ErrorText LastError()
     return text;
 }
 
+/// An entry point of a library that is loaded.
+template <class Function>
+Function Export(const wchar_t* library, const char* name)
+{
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(library), name)));
+}
+
+template <class Value>
+VARIANT Variant(VARTYPE type, Value VARIANT::*member, Value value)
+{
+    VARIANT variant{};
+    variant.vt = type;
+    variant.*member = value;
+    return variant;
+}
+
 /// Each of the interfaces leads to each, and to one identity.
 inline void ExpectOneIdentity(IUnknown* object, const std::vector<IID>& answered)
 {

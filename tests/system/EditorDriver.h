@@ -144,6 +144,12 @@ public:
         MapWindowPoints(nullptr, List(column), reinterpret_cast<POINT*>(&place), 2);
         return place;
     }
+    static RECT PlaceOf(HWND window)
+    {
+        RECT place{};
+        GetWindowRect(window, &place);
+        return place;
+    }
     POINT PointIn(Column column, int row)
     {
         const RECT place = CellRect(column, row);

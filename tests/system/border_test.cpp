@@ -333,9 +333,7 @@ protected:
         auto* plain = const_cast<LPOLESTR>(name);
         DISPID member = 0, put = DISPID_PROPERTYPUT;
         EXPECT_EQ(setup->GetIDsOfNames(IID_NULL, &plain, 1, LOCALE_USER_DEFAULT, &member), S_OK);
-        VARIANT argument{};
-        argument.vt = VT_R8;
-        argument.dblVal = value;
+        VARIANT argument = Variant(VT_R8, &VARIANT::dblVal, value);
         DISPPARAMS parameters{&argument, &put, 1, 1};
         return setup->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYPUT, &parameters, nullptr, nullptr,
                              nullptr);
@@ -354,9 +352,7 @@ TEST_F(UnmaskedHost, FindsItsControlWordsAfterEveryCall)
     }
     const auto path = (std::filesystem::temp_directory_path() / L"unmasked host.ini").wstring();
     const Bstr file(path), product(L"TVN Host"), version(L"2.0");
-    VARIANT left{};
-    left.vt = VT_BSTR;
-    left.bstrVal = file.Get();
+    const VARIANT left = Variant(VT_BSTR, &VARIANT::bstrVal, file.Get());
     const auto document = setup.As<ISetup>();
     Expect(S_OK, [&] { return document->Save(product.Get(), version.Get(), left, &result); });
     EXPECT_EQ(result, VARIANT_TRUE);
@@ -382,8 +378,7 @@ TEST_F(UnmaskedHost, IsCalledByNameAndCreatesClassesLikeAnyOther)
         });
     }
     for (const wchar_t* library : {L"TVN2x.dll", L"XKTR2x.dll"}) {
-        const auto registration = reinterpret_cast<HRESULT(STDMETHODCALLTYPE*)()>(
-            reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(library), "DllRegisterServer")));
+        const auto registration = Export<HRESULT(STDMETHODCALLTYPE*)()>(library, "DllRegisterServer");
         ASSERT_TRUE(registration);
         Expect(S_OK, registration);
     }

@@ -165,11 +165,10 @@ TEST_F(SetupEditor, WindowComesBackAsItWasLeftAndTheCloseSignAsks)
     RECT left{};
     const auto leave = [&](EditorDriver& editor) {
         editor.ClickTab(Page::frequencies);
-        RECT frame{};
-        GetWindowRect(editor.dialog, &frame);
+        const RECT frame = EditorDriver::PlaceOf(editor.dialog);
         SetWindowPos(editor.dialog, nullptr, frame.left - 20, frame.top - 10, frame.right - frame.left + 60,
                      frame.bottom - frame.top + 40, SWP_NOZORDER);
-        GetWindowRect(editor.dialog, &left);
+        left = EditorDriver::PlaceOf(editor.dialog);
         editor.Alt(L'r');
         editor.Press(VK_DELETE);
         editor.Type(L"x");
@@ -183,15 +182,13 @@ TEST_F(SetupEditor, WindowComesBackAsItWasLeftAndTheCloseSignAsks)
     Edit(leave);
     person.remembers = true;
     Edit([&](EditorDriver& editor) {
-        RECT frame{};
-        GetWindowRect(editor.dialog, &frame);
+        const RECT frame = EditorDriver::PlaceOf(editor.dialog);
         EXPECT_TRUE(EqualRect(&frame, &left));
         EXPECT_EQ(editor.CurrentPage(), Page::frequencies);
         SetWindowPos(editor.dialog, nullptr, -3000, 20, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
     });
     Edit([&](EditorDriver& editor) {
-        RECT frame{};
-        GetWindowRect(editor.dialog, &frame);
+        const RECT frame = EditorDriver::PlaceOf(editor.dialog);
         EXPECT_GE(frame.left, 0) << "a place off the screen is ignored";
         EXPECT_EQ(frame.right - frame.left, left.right - left.left);
     });

@@ -174,13 +174,8 @@ TEST_F(SetupEditor, LargerWindowShowsMoreRowsAndASmallestSizeIsKept)
 {
     Put(Channels(100, {L"x", 474, 6.9}));
     Edit([](EditorDriver& editor) {
-        const auto placeOf = [](HWND window) {
-            RECT place{};
-            GetWindowRect(window, &place);
-            return place;
-        };
-        const auto size = [&](HWND window) {
-            const RECT place = placeOf(window);
+        const auto size = [](HWND window) {
+            const RECT place = EditorDriver::PlaceOf(window);
             return std::pair(place.right - place.left, place.bottom - place.top);
         };
         const auto resize = [&](LONG width, LONG height) {
@@ -210,8 +205,8 @@ TEST_F(SetupEditor, LargerWindowShowsMoreRowsAndASmallestSizeIsKept)
         EXPECT_EQ(size(editor.dialog), usual);
         editor.Type(L"4");
         EXPECT_EQ(editor.FocusText(), L"474") << "the open cell stays open, and in sight";
-        const RECT field = placeOf(editor.CellEditor(Grid::channels));
-        const RECT around = placeOf(editor.List(MP_FREQUENCY));
+        const RECT field = EditorDriver::PlaceOf(editor.CellEditor(Grid::channels));
+        const RECT around = EditorDriver::PlaceOf(editor.List(MP_FREQUENCY));
         EXPECT_GE(field.top, around.top);
         EXPECT_LE(field.bottom, around.bottom);
     });

@@ -3,6 +3,7 @@
 #include <ocidl.h>
 
 #include <algorithm>
+#include <filesystem>
 
 #include "Client.h"
 
@@ -11,36 +12,17 @@ namespace {
 
 constexpr const wchar_t* product = L"TVN2x test";
 
-VARIANT LeftOut()
-{
-    VARIANT value{};
-    value.vt = VT_ERROR;
-    value.scode = DISP_E_PARAMNOTFOUND;
-    return value;
-}
-
 VARIANT Reference(VARIANT& variable)
 {
-    VARIANT value{};
-    value.vt = VT_BYREF | VT_VARIANT;
-    value.pvarVal = &variable;
-    return value;
+    return Variant(VT_BYREF | VT_VARIANT, &VARIANT::pvarVal, &variable);
 }
-
 VARIANT Held(const Bstr& text)
 {
-    VARIANT value{};
-    value.vt = VT_BSTR;
-    value.bstrVal = text.Get();
-    return value;
+    return Variant(VT_BSTR, &VARIANT::bstrVal, text.Get());
 }
-
 VARIANT Holding(IDispatch* object)
 {
-    VARIANT value{};
-    value.vt = VT_DISPATCH;
-    value.pdispVal = object;
-    return value;
+    return Variant(VT_DISPATCH, &VARIANT::pdispVal, object);
 }
 
 /// A call by name: arguments by position in their order, then those by name.
@@ -68,13 +50,6 @@ HRESULT Call(const ComPtr<IDispatch>& object, const wchar_t* member, WORD flags,
     DISPPARAMS parameters{arguments.data(), ids.data(), static_cast<UINT>(arguments.size()),
                           static_cast<UINT>(ids.size())};
     return object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, result, nullptr, nullptr);
-}
-
-std::wstring TemporaryFile(const wchar_t* name)
-{
-    wchar_t folder[MAX_PATH];
-    GetTempPathW(MAX_PATH, folder);
-    return std::wstring(folder) + name;
 }
 
 struct LateBinding : Apartment
@@ -153,9 +128,9 @@ TEST_F(LateBinding, ParentTakesEveryKindOfAssignment)
 
 TEST_F(LateBinding, ReferencesWorkByNameAsByPositionAndWhatIsLeftOutStaysLeftOutWhenPassedOn)
 {
-    const std::wstring file = TemporaryFile(L"late_binding_test.ini");
+    const auto file = (std::filesystem::temp_directory_path() / L"late_binding_test.ini").wstring();
     const Bstr productName(product), version(L"2.0"), path(file);
-    VARIANT nothing = LeftOut(), saved{}, loaded{};
+    VARIANT nothing = Variant(VT_ERROR, &VARIANT::scode, DISP_E_PARAMNOTFOUND), saved{}, loaded{};
     EXPECT_EQ(Call(document, L"Save", DISPATCH_METHOD, {Held(productName)},
                    {{L"sFullPath", Held(path)}, {L"sAppVersion", Held(version)}}, &saved),
               S_OK);
@@ -201,7 +176,7 @@ TEST_F(LateBinding, ReferencesWorkByNameAsByPositionAndWhatIsLeftOutStaysLeftOut
         EXPECT_EQ(mode.lVal, 4);
         VariantClear(&model);
     }
-    DeleteFileW(file.c_str());
+    std::filesystem::remove(file);
 }
 
 }  // namespace

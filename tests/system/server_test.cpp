@@ -125,8 +125,7 @@ TEST_F(Server, ClassFactoryRefusesAggregationAndUnknownClasses)
     EXPECT_EQ(factory->CreateInstance(nullptr, IID_ISupport, &out), E_NOINTERFACE);
 
     using GetClassObject = HRESULT(STDMETHODCALLTYPE*)(REFCLSID, REFIID, void**);
-    const auto get = reinterpret_cast<GetClassObject>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"TVN2x.dll"), "DllGetClassObject")));
+    const auto get = Export<GetClassObject>(L"TVN2x.dll", "DllGetClassObject");
     ASSERT_TRUE(get);
     EXPECT_EQ(get(IID_ISetup, IID_IClassFactory, &out), CLASS_E_CLASSNOTAVAILABLE);
     EXPECT_EQ(out, nullptr);
@@ -217,8 +216,7 @@ TEST(MultithreadedClient, ReachesEveryInterfaceOfThePlugIn)
 HRESULT CallExport(const wchar_t* library, const char* name)
 {
     const HMODULE module = LoadLibraryW(library);
-    const auto call =
-        reinterpret_cast<HRESULT(STDMETHODCALLTYPE*)()>(reinterpret_cast<void*>(GetProcAddress(module, name)));
+    const auto call = Export<HRESULT(STDMETHODCALLTYPE*)()>(library, name);
     const HRESULT result = call ? call() : E_NOINTERFACE;
     FreeLibrary(module);
     return result;

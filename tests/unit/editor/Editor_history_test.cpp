@@ -121,8 +121,7 @@ TEST(EditorHistory, UndoShowsTheUserWhatItTakesBack)
     TestEditor test;
     test.Open({100, 200, 300});
     test.Set(MP_USERFIELD, 0, L"new");
-    test.editor.CellPressed(MP_USERFIELD, 1, 0);
-    test.editor.CellPressed(MP_USERFIELD, 2, modifier::shift);
+    test.Select(1, 2);
     test.editor.Execute(RowCommand::remove, Grid::channels);
     test.editor.SelectPage(Page::settings);
     test.Choose(Choice::levelUnit, L"mV");

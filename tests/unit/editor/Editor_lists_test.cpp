@@ -133,25 +133,19 @@ TEST(EditorLists, FindAndGoToSelectTheCell)
 {
     TestEditor test;
     test.Open({100, 145, 300});
-    test.view.answers = {L"45"};
-    test.editor.Execute(RowCommand::find, Grid::channels);
+    EXPECT_EQ(L"", test.Answer(RowCommand::find, {L"45"}));
     EXPECT_EQ(L"1 @1/11", Selected(test.editor, Grid::channels));
-    test.view.answers = {L"c"};
-    test.editor.Execute(RowCommand::find, Grid::channels);
+    EXPECT_EQ(L"", test.Answer(RowCommand::find, {L"c"}));
     EXPECT_EQ(L"Find|45", test.view.asked);
     EXPECT_EQ(L"2 @2/10", Selected(test.editor, Grid::channels));
     test.editor.Execute(RowCommand::findNext, Grid::channels);
     EXPECT_EQ(L"2 @2/10", Selected(test.editor, Grid::channels)) << "round the list";
-    test.view.answers = {L"zz"};
-    test.editor.Execute(RowCommand::find, Grid::channels);
-    EXPECT_EQ(L"No cell has \"zz\" in it.", test.view.answerFault);
+    EXPECT_EQ(L"No cell has \"zz\" in it.", test.Answer(RowCommand::find, {L"zz"}));
     for (const auto& [answer, fault] : std::initializer_list<std::pair<const wchar_t*, const wchar_t*>>{
              {L"4", L"There is no channel of this number."},
              {L"x", L"There is no channel of this number."},
              {L"2", L""}}) {
-        test.view.answers = {answer};
-        test.editor.Execute(RowCommand::goTo, Grid::channels);
-        EXPECT_EQ(fault, test.view.answerFault);
+        EXPECT_EQ(fault, test.Answer(RowCommand::goTo, {answer}));
     }
     EXPECT_EQ(L"1 @1/10", Selected(test.editor, Grid::channels));
 }
@@ -163,19 +157,14 @@ TEST(EditorLists, FillCopiesDownAndCountsOn)
     test.editor.RowSelected(MP_FREQUENCY, 1);
     test.editor.Execute(RowCommand::fillDown, Grid::channels);
     EXPECT_EQ(L"100,0000000 100,0000000 300,0000000 400,0000000 -", test.Texts(MP_FREQUENCY)) << "from above";
-    test.view.answers = {L"306", L"8"};
-    test.editor.Execute(RowCommand::fillSeries, Grid::channels);
+    EXPECT_EQ(L"", test.Answer(RowCommand::fillSeries, {L"306", L"8"}));
     EXPECT_EQ(L"Fill 3 Rows|100,0000000|200", test.view.asked) << "down to the last";
     EXPECT_EQ(L"100,0000000 306,0000000 314,0000000 322,0000000 -", test.Texts(MP_FREQUENCY));
-    test.editor.CellPressed(MP_USERFIELD, 0, 0);
-    test.editor.CellPressed(MP_USERFIELD, 1, shift);
-    test.view.answers = {L"S22", L"1"};
-    test.editor.Execute(RowCommand::fillSeries, Grid::channels);
+    test.Select(0, 1);
+    EXPECT_EQ(L"", test.Answer(RowCommand::fillSeries, {L"S22", L"1"}));
     EXPECT_EQ(L"S22 S23 C D -", test.Texts(MP_USERFIELD));
     for (const std::vector<std::wstring>& wrong : {std::vector<std::wstring>{L"S1", L"0,5"}, {L"S1", L"x"}}) {
-        test.view.answers = wrong;
-        test.editor.Execute(RowCommand::fillSeries, Grid::channels);
-        EXPECT_NE(L"", test.view.answerFault);
+        EXPECT_NE(L"", test.Answer(RowCommand::fillSeries, wrong));
     }
     EXPECT_EQ(L"S22 S23 C D -", test.Texts(MP_USERFIELD));
 }
@@ -184,8 +173,7 @@ TEST(EditorLists, AddChannelsMakesARaster)
 {
     TestEditor test;
     test.Open({});
-    test.view.answers = {L"306", L"330.4", L"8.1", L"6.875", L"S22"};
-    test.editor.Execute(RowCommand::addChannels, Grid::channels);
+    EXPECT_EQ(L"", test.Answer(RowCommand::addChannels, {L"306", L"330.4", L"8.1", L"6.875", L"S22"}));
     EXPECT_EQ(L"Add Channels|306|858|8|6.900|S21", test.view.asked);
     EXPECT_EQ(L"306.0000000 314.1000000 322.2000000 330.3000000 -", test.Texts(MP_FREQUENCY));
     EXPECT_EQ(L"S22 S23 S24 S25 -", test.Texts(MP_USERFIELD));
@@ -194,9 +182,7 @@ TEST(EditorLists, AddChannelsMakesARaster)
                                                    {L"306", L"858", L"0", L"6.9", L""},
                                                    {L"3", L"1000", L"0.001", L"6.9", L""},
                                                    {L"", L"858", L"8", L"6.9", L""}}) {
-        test.view.answers = wrong;
-        test.editor.Execute(RowCommand::addChannels, Grid::channels);
-        EXPECT_NE(L"", test.view.answerFault);
+        EXPECT_NE(L"", test.Answer(RowCommand::addChannels, wrong));
     }
     EXPECT_EQ(5, test.editor.RowCount(Grid::channels));
 }

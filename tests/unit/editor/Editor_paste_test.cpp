@@ -30,20 +30,16 @@ TEST(EditorPaste, SelectedRowsSayWhatIsWrittenOverAndWhatIsNew)
 {
     TestEditor test;
     test.Open({1, 2, 3, 4});
-    const auto select = [&](int32_t first, int32_t last) {
-        test.editor.CellPressed(MP_USERFIELD, first, 0);
-        test.editor.CellPressed(MP_USERFIELD, last, modifier::shift);
-    };
-    select(1, 2);
+    test.Select(1, 2);
     Paste(test, L"x");
     EXPECT_EQ(L"A x x D -", test.Texts(MP_USERFIELD)) << "one cell fills them";
-    select(0, 3);
+    test.Select(0, 3);
     Paste(test, L"p\nq");
     EXPECT_EQ(L"p q p q -", test.Texts(MP_USERFIELD));
-    select(1, 2);
+    test.Select(1, 2);
     Paste(test, L"1\n2\n3\n4");
     EXPECT_EQ(L"p 1 2 3 4 q -", test.Texts(MP_USERFIELD)) << "what has no room comes in behind";
-    select(0, 2);
+    test.Select(0, 2);
     Paste(test, L"k\nl");
     EXPECT_EQ(L"k l 2 3 4 q -", test.Texts(MP_USERFIELD));
     test.editor.RowSelected(MP_USERFIELD, 1);

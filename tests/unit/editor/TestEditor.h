@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "editor/Commands.h"
 #include "editor/Editor.h"
 #include "support/FixedLocale.h"
 #include "support/RecordingMessageBoxes.h"
@@ -179,6 +180,19 @@ public:
     {
         editor.RowSelected(column, row);
         editor.Execute(command, GridOf(column));
+    }
+    /// The mouse on a channel, and on a second one with Shift.
+    void Select(int32_t first, int32_t last)
+    {
+        editor.CellPressed(MP_USERFIELD, first, 0);
+        editor.CellPressed(MP_USERFIELD, last, modifier::shift);
+    }
+    /// Fills in the form that a command shows: what is wrong with the answers.
+    std::wstring Answer(RowCommand command, std::vector<std::wstring> answers)
+    {
+        view.answers = std::move(answers);
+        editor.Execute(command, Grid::channels);
+        return view.answerFault;
     }
     /// Puts a text into a cell.
     void Set(Column column, int32_t row, std::wstring_view text)
