@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
+#include <random>
 #include <string>
 #include <utility>
 
@@ -326,24 +328,24 @@ std::vector<int32_t> Editor::OrderBy(Column column, SortArrow arrow) const
         sorter.ColType(each, clsQuickSort::numeric);
     }
     sorter.ColDirection(value, arrow == SortArrow::up ? clsQuickSort::ascending : clsQuickSort::descending);
-    std::vector<int32_t> missing;
-    for (int32_t row = 0; row <= channels.LastRow(); ++row) {
-        const std::wstring& text = channels.Text(column, row);
-        if (isNumber && std::isnan(NumberIn(text))) {
-            missing.push_back(row);
-            continue;
-        }
+    std::vector<int32_t> rows(static_cast<size_t>(channels.LastRow() + 1));
+    std::iota(rows.begin(), rows.end(), 0);
+    const auto missing = std::stable_partition(rows.begin(), rows.end(), [&](int32_t row) {
+        return !isNumber || !std::isnan(NumberIn(channels.Text(column, row)));
+    });
+    // The sorter is slow where a list is turned round, as by the second click on a heading, and never where it is
+    // shuffled.
+    std::shuffle(rows.begin(), missing, std::minstd_rand());
+    for (auto row = rows.begin(); row != missing; ++row) {
         const int32_t added = sorter.AddRow();
-        sorter.Cell(added, value, isNumber ? text : Digits(ranks[static_cast<size_t>(row)]));
-        sorter.Cell(added, position, Digits(row));
+        sorter.Cell(added, value, isNumber ? channels.Text(column, *row) : Digits(ranks[static_cast<size_t>(*row)]));
+        sorter.Cell(added, position, Digits(*row));
     }
     sorter.Sort();
-    std::vector<int32_t> order;
-    for (int32_t row = 1; row <= sorter.Rows(); ++row) {
-        order.push_back(std::stoi(sorter.Cell(row, position)));
+    for (int32_t place = 0; place < sorter.Rows(); ++place) {
+        rows[static_cast<size_t>(place)] = std::stoi(sorter.Cell(place + 1, position));
     }
-    order.insert(order.end(), missing.begin(), missing.end());
-    return order;
+    return rows;
 }
 
 /// Selected channels stay selected.

@@ -181,7 +181,7 @@ bool clsQuickSort::SortRun(std::vector<int32_t>& order, int32_t low, int32_t hig
 }
 
 /// Puts the pivot into its final place, which it returns. The middle of the first, the central and the last row is the
-/// pivot, so that neither a sorted nor a reversed list is the worst case.
+/// pivot, so that a sorted list is not the worst case. A reversed one is near it; whoever can have one shuffles.
 int32_t clsQuickSort::Partition(std::vector<int32_t>& order, int32_t low, int32_t high, const Key& key)
 {
     const auto at = [&order](int32_t place) -> int32_t& { return order[static_cast<size_t>(place)]; };
