@@ -1,6 +1,5 @@
 #include "com/ClassesKey.h"
 
-#include <ranges>
 #include <utility>
 
 #include "com/Errors.h"
@@ -108,8 +107,8 @@ ClassesKey::ClassesKey(RegisteredFor whom)
 
 ClassesKey::~ClassesKey()
 {
-    for (const auto& undo : undo_ | std::views::reverse) {
-        undo();
+    for (; !undo_.empty(); undo_.pop_back()) {
+        undo_.back()();
     }
     RegCloseKey(root_);
     if (turn_) {
