@@ -40,10 +40,10 @@ constexpr OptionNeed needs[] = {
     {filter, 7, L"KTR-H9", bothFilters, L"(or KTR-H9),"},
     {filter, 8, L"KTR-H4", L"KTR-H4", L",KTR-H4,"},
     {reference, 1, L"EXTREF", L"EXTREF", L"EXTREF"},
-    {route, 2, L"EAMOD", L"EAMOD", L"EAMOD"},
-    {route, 4, L"RB", L"RB", L"RB"},
-    {route, 50, L"KTR-H5", L"KTR-H5", L"KTR-H5"},
-    {route, 75, L"KTR-H5", L"KTR-H5", L"KTR-H5"},
+    {route, input_route::receiver, L"EAMOD", L"EAMOD", L"EAMOD"},
+    {route, input_route::demodulator, L"RB", L"RB", L"RB"},
+    {route, input_route::receiver50, L"KTR-H5", L"KTR-H5", L"KTR-H5"},
+    {route, input_route::receiver75, L"KTR-H5", L"KTR-H5", L"KTR-H5"},
 };
 
 }  // namespace

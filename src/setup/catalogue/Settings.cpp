@@ -2,6 +2,7 @@
 
 #include "setup/catalogue/LevelUnits.h"
 #include "setup/catalogue/MP_TYPES.h"
+#include "setup/catalogue/Options.h"
 #include "setup/catalogue/Patterns.h"
 
 namespace tvn2x {
@@ -20,8 +21,11 @@ constexpr ListItem rollOffs[] = {{L"0.12", 12}, {L"0.13", 13}, {L"0.15", 15}, {L
                                  {L"0.20", 20}, {L"0.25", 25}, {L"0.30", 30}};
 constexpr ListItem samples[] = {{L"1", 1}, {L"10", 10}, {L"100", 100}, {L"1000", 1000}};
 constexpr ListItem filters[] = {{L"Off", 0}, {L"2 MHz", 2}, {L"6 MHz", 6}, {L"7 MHz", 7}, {L"8 MHz", 8}};
-constexpr ListItem routes[] = {
-    {L"Receiver", 2}, {L"Receiver (50 ohm)", 50}, {L"Receiver (75 ohm)", 75}, {L"Demod", 4}, {L"IF", 128}};
+constexpr ListItem routes[] = {{L"Receiver", input_route::receiver},
+                               {L"Receiver (50 ohm)", input_route::receiver50},
+                               {L"Receiver (75 ohm)", input_route::receiver75},
+                               {L"Demod", input_route::demodulator},
+                               {L"IF", input_route::intermediate}};
 constexpr ListItem gridAxes[] = {
     {L"Frequency list always", 0}, {L"Parameter list always", 1}, {L"Select from view menu", 2}};
 constexpr ListItem fileAxes[] = {

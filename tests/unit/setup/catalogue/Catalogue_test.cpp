@@ -60,12 +60,20 @@ TEST(LevelUnits, AreTheChoicesOfTheirSetting)
     }
 }
 
-TEST(Settings, ThatHaveAClosedListOfNumbersTakeOneOfThemWhereTheyAreMissing)
+TEST(Settings, TakeWhatTheyMayBeWhereTheyAreMissingAndOfferNothingElse)
 {
     for (const Setting* setting : Settings()) {
+        if (setting->kind == SettingKind::text || setting->kind == SettingKind::word) {
+            continue;
+        }
+        const double otherwise = LeadingNumber(setting->otherwise);
         const bool isClosed = setting->lowest == setting->highest && !setting->choices.empty();
-        if (isClosed && setting->kind != SettingKind::text) {
-            EXPECT_GE(FindListData(setting->choices, std::stoi(setting->otherwise)), 0) << setting->key;
+        EXPECT_TRUE(!isClosed || FindListData(setting->choices, static_cast<int32_t>(otherwise)) >= 0) << setting->key;
+        EXPECT_TRUE(setting->lowest == setting->highest ||
+                    (otherwise >= setting->lowest && otherwise <= setting->highest))
+            << setting->key;
+        for (const ListItem& choice : setting->choices) {
+            EXPECT_TRUE(isClosed || choice.value >= setting->lowest) << setting->key;
         }
     }
 }
