@@ -12,12 +12,6 @@
 namespace tvn2x {
 namespace {
 
-/// The plain readings of a receiver, with their columns.
-constexpr std::tuple<const char*, MP_TYPES, double ReceiverAnswers::*> readings[] = {
-#define RECEIVER_READING(name, parameter) {#name, parameter, &ReceiverAnswers::name},
-#include "setup/catalogue/ReceiverOperations.h"
-};
-
 /// The calls of a run, one line a step, with the check of all four locks folded into one word.
 std::string Steps(const std::vector<std::string>& calls)
 {

@@ -5,6 +5,7 @@
 #include <initializer_list>
 #include <optional>
 #include <string>
+#include <tuple>
 
 #include "measure/ChannelScan.h"
 #include "support/FakeClock.h"
@@ -65,6 +66,12 @@ struct TestScan
     ScriptedRunControl runControl{log};
     ScriptedParent parent{log};
     ChannelScan scan{document, table, clock, locale};
+};
+
+/// The plain readings of a receiver, with their columns.
+inline constexpr std::tuple<const char*, MP_TYPES, double ReceiverAnswers::*> readings[] = {
+#define RECEIVER_READING(name, parameter) {#name, parameter, &ReceiverAnswers::name},
+#include "setup/catalogue/ReceiverOperations.h"
 };
 
 inline constexpr MP_TYPES lockIndicators[] = {MP_REF, MP_SYNC, MP_DATA};

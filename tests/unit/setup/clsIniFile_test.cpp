@@ -269,6 +269,7 @@ TEST_F(IniFile, AFailedReadOrWriteLeavesTheOldFile)
 TEST_F(IniFile, WinIniTakesThePlaceOfTheFile)
 {
     ini.UseWinINI(true);
+    EXPECT_EQ(WindowsFolder() + L"/WIN.INI", ini.FullPath());
     EXPECT_EQ(0, ini.PutString(L"k", L"x\n[y]"));
     EXPECT_NE(0, ini.PutString(L"k", L"v"));
     EXPECT_NE(0, ini.PutInt(L"n", -7));

@@ -46,6 +46,9 @@ TEST_F(QuickSortTest, RefusesArgumentsOutsideTheirRange)
 {
     sorter.Cols(2);
     sorter.AddRow();
+    sorter.ColType(1, 1);
+    sorter.ColDirection(1, 1);
+    sorter.ColPriority(1, 2);
     const std::pair<const wchar_t*, std::function<void()>> calls[] = {
         {L"Cols", [&] { sorter.Cols(0); }},
         {L"ColType", [&] { sorter.ColType(3, 0); }},
@@ -62,8 +65,8 @@ TEST_F(QuickSortTest, RefusesArgumentsOutsideTheirRange)
     for (const auto& [member, call] : calls) {
         EXPECT_EQ(L"380 clsQuickSort." + std::wstring(member) + L": Invalid property value", RaisedBy(call));
     }
-    EXPECT_EQ(2, sorter.Cols());
-    EXPECT_EQ(1, sorter.Rows());
+    EXPECT_EQ(std::tuple(2, 1, 1, 1, 2), std::tuple(sorter.Cols(), sorter.Rows(), sorter.ColType(1),
+                                                    sorter.ColDirection(1), sorter.ColPriority(1)));
     sorter.Cols(3);
     EXPECT_EQ(0, sorter.Rows());
     EXPECT_EQ(3u, (sorter.AddRow(), sorter.Data(1).size()));
