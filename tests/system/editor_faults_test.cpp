@@ -10,7 +10,7 @@
 #include "EditorDriver.h"
 #include "HeldHandles.h"
 #include "editor/win32/frmFreqList.h"
-#include "support/DocumentText.h"
+#include "support/DocumentParts.h"
 #include "support/FailingMemory.h"
 
 namespace tvn2x::client {
@@ -82,7 +82,7 @@ TEST(EditorFaults, NoMemoryLeavesTheDocumentWholeAndNoHandleBehind)
         SCOPED_TRACE(opened);
         ++rounds;
         SetupDocument document = TwoChannels();
-        const std::wstring whole = Everything(document);
+        const auto whole = Everything(document);
         bool isOk = false;
         person.Work(
             [&] {

@@ -2,7 +2,7 @@
 
 #include "TestEditor.h"
 #include "editor/EditorKeys.h"
-#include "support/DocumentText.h"
+#include "support/DocumentParts.h"
 
 namespace tvn2x {
 namespace {
@@ -88,7 +88,7 @@ TEST(EditorHistory, RandomWorkIsUndoneToTheBeginningAndRedoneToTheEnd)
         TestEditor test;
         test.Open({300, 100, 200});
         const std::wstring opened = Content(test);
-        const std::wstring document = Everything(test.document);
+        const auto document = Everything(test.document);
         RandomUser user(test, seed);
         for (int action = 0; action < 120; ++action) {
             user.Act();

@@ -2,7 +2,7 @@
 #include <new>
 
 #include "TestEditor.h"
-#include "support/DocumentText.h"
+#include "support/DocumentParts.h"
 #include "support/FailingMemory.h"
 
 namespace tvn2x {
@@ -17,7 +17,7 @@ TEST(EditorOk, WithoutAChangeLeavesTheDocumentClean)
         test.document.LevelUnit(L"dB\u00B5V");
         test.document.Notes(L"plain\nnotes");
         test.Open({113, 474.25, 858.1234567, 999.9999999});
-        const std::wstring before = Everything(test.document);
+        const auto before = Everything(test.document);
         EXPECT_EQ(static_cast<size_t>(checkCount), test.view.checks.size());
         EXPECT_TRUE(test.view.checks[Check::couple]);
         test.editor.SelectPage(Page::notes);
@@ -35,7 +35,7 @@ TEST(EditorOk, CancelLeavesTheDocumentAlone)
 {
     TestEditor test;
     test.Open({100});
-    const std::wstring before = Everything(test.document);
+    const auto before = Everything(test.document);
     test.Set(MP_FREQUENCY, 0, L"200");
     test.Choose(Choice::levelUnit, L"mV");
     test.editor.Execute(RowCommand::remove, Grid::parameters);
@@ -77,7 +77,7 @@ TEST(EditorOk, StopsAtTheFirstFaultOnItsPageAndField)
 {
     TestEditor test;
     test.Open({100, 200});
-    const std::wstring before = Everything(test.document);
+    const auto before = Everything(test.document);
     test.Set(MP_SYMBOLRATE, 1, L"7.001");
     test.Set(MP_FREQUENCY, 0, L"1500");
     test.editor.TextChanged(Field::defaultSymbolRate, L"x");
@@ -191,7 +191,7 @@ TEST(EditorFaults, NoMemoryLeavesTheDocumentWholeAndTheUserCanTryAgain)
         test.Put({499, 498, 497});
         test.document.UserField(1, L"a channel with a name that takes memory");
         test.document.dirty = false;
-        const std::wstring before = Everything(test.document);
+        const auto before = Everything(test.document);
         FailAllocationsFrom(n);
         try {
             test.editor.Activate();

@@ -29,4 +29,15 @@ inline auto ParametersOf(const SetupDocument& document)
     return parameters;
 }
 
+/// Everything that the editor can change.
+inline auto Everything(const SetupDocument& document)
+{
+    std::vector<std::tuple<double, double, std::wstring>> channels;
+    for (int32_t channel = 1; channel <= document.ListSize(); ++channel) {
+        channels.emplace_back(document.Frequency(channel), document.SymbolRate(channel), document.UserField(channel));
+    }
+    return std::tuple(SettingsOf(document), ParametersOf(document), channels, document.DefaultSymbolRate(),
+                      document.dirty);
+}
+
 }  // namespace tvn2x
