@@ -14,6 +14,7 @@
 #include "TVNINT.h"
 #include "XKTR2x.h"
 #include "com/ComPtr.h"
+#include "com/Errors.h"
 #include "com/Text.h"
 
 namespace tvn2x::client {
@@ -50,24 +51,12 @@ ComPtr<Interface> Create(const wchar_t* progId)
     return object;
 }
 
-struct ErrorText
-{
-    std::wstring source;
-    std::wstring description;
-};
-
 /// The error information that the last failed call left behind.
-inline ErrorText LastError()
+inline RaisedError LastError()
 {
-    ErrorText text;
-    ComPtr<IErrorInfo> info;
-    if (GetErrorInfo(0, info.Put()) == S_OK) {
-        Bstr source, description;
-        info->GetSource(source.Put());
-        info->GetDescription(description.Put());
-        text = {std::wstring(source.View()), std::wstring(description.View())};
-    }
-    return text;
+    RaisedError told(0, {}, {});
+    com::TakeErrorInfo(told);
+    return told;
 }
 
 /// An entry point of a library that is loaded.

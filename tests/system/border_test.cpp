@@ -11,7 +11,6 @@
 #include "Client.h"
 #include "UnmaskedHost.h"
 #include "WrongDriver.h"
-#include "com/Errors.h"
 
 namespace tvn2x::client {
 namespace {
@@ -20,14 +19,6 @@ using wrong::Answer;
 using wrong::Misbehave;
 
 constexpr short status = 13;
-
-/// All that a failed call tells its caller.
-RaisedError Told()
-{
-    RaisedError told(0, {}, {});
-    com::TakeErrorInfo(told);
-    return told;
-}
 
 /// The wrong driver library in the place of the registered one, for this process and this apartment only.
 class WrongDriver : public Apartment
@@ -142,7 +133,7 @@ protected:
             EXPECT_TRUE(driven.flag == VARIANT_FALSE || harmless);
             return;
         }
-        const RaisedError told = Told();
+        const RaisedError told = LastError();
         const bool hasWords = answer == Answer::failsWithWords;
         EXPECT_THAT(told.description, testing::Not(testing::HasSubstr(wrong::leftOver)));
         if (isCreation) {
@@ -184,7 +175,7 @@ TEST_F(EveryOperation, AnsweredInEveryWrongWayHarmsNothing)
                 } else if (FAILED(result)) {
                     EXPECT_NE(answer, Answer::succeedsOddly);
                     EXPECT_NE(answer, Answer::unmasks);
-                    EXPECT_THAT(Told().description, testing::Not(testing::AnyOf(L"", wrong::leftOver)));
+                    EXPECT_THAT(LastError().description, testing::Not(testing::AnyOf(L"", wrong::leftOver)));
                 }
             }
             EXPECT_GT(wrong::Misdeeds(), before);
@@ -212,7 +203,7 @@ TEST_F(WrongDriver, MissingObjectIsAnError)
     for (const char* creation : {"CreateInstance clsReceiver", "CreateInstance clsRunControl"}) {
         Misbehave(creation, Answer::untouched);
         EXPECT_EQ(Driven().measure->GetConfiguration(), RuntimeError(429)) << creation;
-        EXPECT_THAT(Told().description, testing::HasSubstr(L"without an object"));
+        EXPECT_THAT(LastError().description, testing::HasSubstr(L"without an object"));
     }
     Misbehave("get_Settings", Answer::untouched);
     EXPECT_EQ(driven.driver->get_Settings(driven.settings.Put()), S_OK);
@@ -307,7 +298,7 @@ TEST_F(WrongDriver, LateBoundParentMayFailInOddWays)
         }
         ASSERT_EQ(driven.measure->putref_Parent(&parent), S_OK);
         EXPECT_EQ(FromUnmaskedHost([&] { return driven.measure->SetConfiguration(); }), row.expected);
-        const RaisedError told = Told();
+        const RaisedError told = LastError();
         if (row.told) {
             EXPECT_EQ(told.description, row.told);
         } else if (FAILED(row.expected)) {
@@ -324,7 +315,7 @@ class UnmaskedHost : public PlugIn
 protected:
     void Expect(HRESULT expected, const std::function<HRESULT()>& call) const
     {
-        EXPECT_EQ(FromUnmaskedHost(call), expected) << testing::PrintToString(Told().description);
+        EXPECT_EQ(FromUnmaskedHost(call), expected) << testing::PrintToString(LastError().description);
     }
 
     /// A call by name; what the argument has to be converted to decides whether it can be.

@@ -164,7 +164,7 @@ TEST_F(Measure, ConfigurationThatIsWrittenIsReadBack)
         setup->put_ReferenceSource(isReferenceMissing ? 1 : 0);
         EXPECT_EQ(static_cast<uint32_t>(measure->SetConfiguration()), isReferenceMissing ? 0x800407D5u : 0u);
         if (isReferenceMissing) {
-            const ErrorText error = LastError();
+            const RaisedError error = LastError();
             EXPECT_EQ(error.source, L"clsSetup.SetConfiguration");
             EXPECT_EQ(error.description,
                       L"External 10MHz reference input is not fitted, internal reference will be used");

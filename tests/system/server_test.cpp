@@ -141,7 +141,7 @@ TEST_F(Server, RaisedErrorArrivesWithNumberSourceAndDescription)
     double frequency = 1;
     EXPECT_EQ(setup->get_Frequency(2, &frequency), RuntimeError(9));
     EXPECT_EQ(frequency, 0);
-    const ErrorText text = LastError();
+    const RaisedError text = LastError();
     EXPECT_EQ(text.source, L"clsSetup.Frequency");
     EXPECT_EQ(text.description, L"Subscript out of range");
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <algorithm>
-#include <functional>
 #include <initializer_list>
 #include <optional>
 #include <string>

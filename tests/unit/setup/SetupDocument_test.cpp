@@ -6,7 +6,6 @@
 #include <functional>
 #include <limits>
 #include <string>
-#include <vector>
 
 #include "setup/catalogue/Parameters.h"
 #include "support/DocumentParts.h"

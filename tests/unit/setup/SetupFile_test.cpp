@@ -5,7 +5,6 @@
 #include <cmath>
 #include <limits>
 #include <string>
-#include <vector>
 
 #include "setup/catalogue/Parameters.h"
 #include "setup/clsIniFile.h"

@@ -8,7 +8,6 @@
 #include <filesystem>
 #include <fstream>
 #include <set>
-#include <utility>
 
 #include "support/MemoryFiles.h"
 #include "util/Encoding.h"
