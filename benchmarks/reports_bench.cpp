@@ -51,10 +51,11 @@ void Measure(const SetupDocument& document, ResultTable& table)
 void Collect(const SetupDocument& document, const ResultTable& table, FinishedRun& run)
 {
     run.program = L"bench";
-    run.setup.path = L"net.ini";
-    run.setup.sha256 = std::wstring(64, L'0');
-    run.setup.settings.orderOfQam = 256;
-    run.setup.settings.levelUnit = L"dBµV";
+    RunSetup& setup = run.setups.emplace_back();
+    setup.path = L"net.ini";
+    setup.sha256 = std::wstring(64, L'0');
+    setup.settings.orderOfQam = 256;
+    setup.settings.levelUnit = L"dBµV";
     run.began = L"2026-11-21T12:59:00.000Z";
     run.ended = L"2026-11-21T16:59:00.000Z";
     for (int32_t parameter = MP_FIRSTFIXED; parameter <= MP_LAST; ++parameter) {
@@ -66,6 +67,7 @@ void Collect(const SetupDocument& document, const ResultTable& table, FinishedRu
         result.label = document.UserField(channel);
         result.frequency = document.Frequency(channel);
         result.symbolRate = document.SymbolRate(channel);
+        result.orderOfQam = setup.settings.orderOfQam;
         run.selection.push_back({channel, result.label, result.frequency, result.symbolRate});
         result.outcome = ChannelOutcome::synchronised;
         result.status = table.Result(1, MP_STATUS, channel);

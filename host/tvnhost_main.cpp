@@ -104,7 +104,9 @@ CLI::App* AddImport(CLI::App& app, Arguments& arguments)
         ->default_str("dBuV");
     command->add_flag("--force", arguments.import.forces, "Replace setups that exist");
     AddText(*command, "--title", arguments.import.title, "First line of the setup's notes")->type_name("TEXT");
-    command->footer("A setup has one order of QAM. A plan that mixes orders gives one setup each: SETUP-64qam, ...");
+    command->footer(
+        "A setup has one order of QAM. A plan that mixes orders gives one setup each: SETUP-64qam, ...\n"
+        "scan takes them together.");
     return command;
 }
 
@@ -126,7 +128,9 @@ CLI::App* AddNetwork(CLI::App& app, Arguments& arguments)
 CLI::App* AddScan(CLI::App& app, Arguments& arguments)
 {
     CLI::App* command = app.add_subcommand("scan", "Measure the channels of a setup and print the results");
-    AddText(*command, "setup", arguments.scan.setup, "Setup file")->type_name("FILE")->required();
+    AddTexts(*command, "setup", arguments.scan.setups, "Setup file; several, one for each order of QAM, are one run")
+        ->type_name("FILE")
+        ->required();
     AddReceiver(*command, arguments);
     AddText(*command, "--network", arguments.scan.network, "Network model for the simulated receiver")
         ->type_name("FILE");
@@ -193,8 +197,10 @@ void AddEdit(CLI::App& app, Arguments& arguments)
 {
     CLI::App* const command = app.add_subcommand("edit", "Edit a setup, or make a new one, in a dialog");
     AddText(*command, "setup", arguments.setup, "Setup file (none: a new setup)")->type_name("FILE");
-    AddText(*command, "-o,--output", arguments.output, "Setup file to write (the one that is edited)")
-        ->type_name("FILE");
+    CLI::Option* const output =
+        AddText(*command, "-o,--output", arguments.output, "Setup file to write (the one that is edited)")
+            ->type_name("FILE");
+    command->add_flag("--force", arguments.forces, "Replace a file that exists")->needs(output);
 }
 
 /// A unit's name for a keyboard without "µ".
@@ -262,7 +268,7 @@ int Run(CLI::App& app, Arguments& arguments, Console& console)
         return WriteReceiver({.setup = arguments.setup, .network = arguments.network}, console);
     }
     if (app.got_subcommand("edit")) {
-        return Edit({arguments.setup, arguments.output}, console);
+        return Edit({arguments.setup, arguments.output, arguments.forces}, console);
     }
     return app.got_subcommand("register") ? Register(console) : Unregister(console);
 }

@@ -7,6 +7,7 @@
 #include "text/InputError.h"
 
 namespace tvn2x {
+
 int Edit(const EditOptions& options, Console& console)
 {
     if (options.setup.empty() && options.output.empty()) {
@@ -16,6 +17,9 @@ int Edit(const EditOptions& options, Console& console)
     const Plugin plugin;
     const std::wstring source = options.setup.empty() ? L"" : AbsolutePath(options.setup);
     const std::wstring target = options.output.empty() ? source : AbsolutePath(options.output);
+    if (!options.output.empty()) {
+        RequireNew(target, options.forces);
+    }
     if (!source.empty()) {
         RequireUsable(ReadInput(source), source);
         plugin.Load(source);

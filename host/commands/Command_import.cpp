@@ -59,6 +59,16 @@ void Report(const PlanRemark& remark, const ImportOptions& options, const wchar_
     console.Notice(AtLine(options.plan.file, remark.line) + what + remark.text);
 }
 
+/// How the setups of a mixed plan become one run again.
+std::wstring ScanAdvice(const SetupDrafts& drafts)
+{
+    std::wstring text = L"To scan them as one network: tvnhost scan";
+    for (const SetupDraft& draft : drafts.setups) {
+        text += draft.path.find(L' ') == std::wstring::npos ? L" " + draft.path : L" \"" + draft.path + L"\"";
+    }
+    return text + L" --write";
+}
+
 }  // namespace
 
 int Import(const ImportOptions& options, Console& console)
@@ -95,6 +105,9 @@ int Import(const ImportOptions& options, Console& console)
     }
     for (const SetupDraft& draft : drafts.setups) {
         console.Result(Summary(draft));
+    }
+    if (drafts.setups.size() > 1) {
+        console.Notice(ScanAdvice(drafts));
     }
     return exitDone;
 }

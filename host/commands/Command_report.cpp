@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <deque>
+
 #include "fmt/format.h"
 #include "fmt/xchar.h"
 #include "host/commands/Commands.h"
@@ -31,22 +34,38 @@ TextGrid Findings(const FinishedRun& run, const RunJudgement& judgement)
     return grid;
 }
 
-/// Where the setup is that a stored run followed.
-std::wstring SetupOf(const FinishedRun& run, const JudgeOptions& options)
+/// Where the setups are that a stored run followed.
+std::vector<std::wstring> SetupsOf(const FinishedRun& run, const JudgeOptions& options)
 {
-    return AbsolutePath(options.setup.empty() ? run.setup.path : options.setup);
+    std::vector<std::wstring> paths = options.setups;
+    if (paths.empty()) {
+        std::ranges::transform(run.setups, std::back_inserter(paths), &RunSetup::path);
+    }
+    std::ranges::transform(paths, paths.begin(), AbsolutePath);
+    return paths;
 }
 
-/// Loads that setup, which has to be as it was then.
-void LoadSetupOf(const FinishedRun& run, const JudgeOptions& options, const Plugin& plugin)
+/// Loads those setups, which have to be as they were then.
+std::deque<Plugin> LoadSetupsOf(const FinishedRun& run, const JudgeOptions& options)
 {
-    const std::wstring path = SetupOf(run, options);
-    const std::string content = ReadInput(path);
-    const int32_t channels = RequireUsable(content, path).channels;
-    RequireSameSetup(run, options.result, Sha256(content), path, channels,
-                     L". Name the setup as it was with --setup, or leave out --result.");
-    plugin.Load(path);
-    TakeSettings(plugin, run.setup.settings);  // it may have been measured with the receiver's own
+    std::vector<RunSetup> given;
+    int32_t channels = 0;
+    for (const std::wstring& path : SetupsOf(run, options)) {
+        const std::string content = ReadInput(path);
+        RunSetup& setup = given.emplace_back();
+        setup.path = path;
+        setup.sha256 = Sha256(content);
+        setup.firstChannel = channels + 1;
+        channels += RequireUsable(content, path).channels;
+    }
+    RequireSameSetups(run, options.result, given, channels,
+                      L". Name each setup as it was with --setup, in the run's order, or leave out --result.");
+    std::deque<Plugin> plugins;
+    for (size_t i = 0; i < given.size(); ++i) {
+        plugins.emplace_back().Load(given[i].path);
+        TakeSettings(plugins.back(), run.setups[i].settings);  // it may have been measured with the receiver's own
+    }
+    return plugins;
 }
 
 }  // namespace
@@ -71,7 +90,8 @@ int JudgeRun(const JudgeOptions& options, Console& console)
     const std::optional<Limits> limits = LoadLimits(options.reports.limits);
     FinishedRun run = LoadRun(options.result, console);
     run.protocol.Take(options.protocol);
-    std::vector<std::wstring> sources{AbsolutePath(options.result), SetupOf(run, options)};
+    std::vector<std::wstring> sources = SetupsOf(run, options);
+    sources.push_back(AbsolutePath(options.result));
     if (options.reports.HasLimitsFile()) {
         sources.push_back(AbsolutePath(options.reports.limits));
     }
@@ -88,12 +108,11 @@ int JudgeRun(const JudgeOptions& options, Console& console)
     // What a simulated receiver has measured is marked in the result file, which the plug-in writes.
     const auto receiver =
         run.receiver.simulation && !options.reports.result.empty() ? ChooseReceiver(L"simulated") : nullptr;
-    std::optional<Plugin> plugin;
-    if (!options.reports.result.empty()) {
-        LoadSetupOf(run, options, plugin.emplace());
-    }
-    WriteReports(run, judgement, limits ? &*limits : nullptr, options.reports, {plugin ? &*plugin : nullptr, false},
-                 console);
+    const std::deque<Plugin> plugins =
+        options.reports.result.empty() ? std::deque<Plugin>() : LoadSetupsOf(run, options);
+    ResultWriter writer;
+    std::ranges::transform(plugins, std::back_inserter(writer.plugins), [](const Plugin& plugin) { return &plugin; });
+    WriteReports(run, judgement, limits ? &*limits : nullptr, options.reports, writer, console);
     if (options.shows) {
         return judgement.ExitCode();
     }

@@ -1,11 +1,15 @@
 #include <algorithm>
 #include <cmath>
+#include <functional>
+#include <set>
 #include <vector>
 
+#include "Version.h"
 #include "fmt/format.h"
 #include "fmt/xchar.h"
 #include "host/commands/Commands.h"
 #include "host/commands/JournalFile.h"
+#include "host/commands/ScanParts.h"
 #include "host/commands/SetupFiles.h"
 #include "host/console/Files.h"
 #include "host/link/Plugin.h"
@@ -17,10 +21,9 @@
 #include "host/report/RunGrid.h"
 #include "host/run/ChannelSelection.h"
 #include "host/run/RunRecords.h"
-#include "host/run/Sha256.h"
-#include "host/setup/Product.h"
 #include "text/Duration.h"
 #include "text/InputError.h"
+#include "text/RichText.h"
 #include "util/Clock.h"
 
 namespace tvn2x {
@@ -74,53 +77,76 @@ private:
 /// Everything that a scan works on.
 struct ScanRun
 {
-    const Plugin& plugin;
-    Setup& setup;
+    ScanParts& parts;
+    PartReceiver& receiver;
     FinishedRun& run;
     ScanJournal& journal;
     StopRequest& stop;
     Console& console;
+    std::optional<RaisedError> failure{};  ///< what ended it before its end
+
+    bool IsEnded() { return failure || stop.Poll(); }
 };
 
-ChannelResult MeasureChannel(const ScanRun& scan, const ChannelTurn& turn)
+ChannelResult MeasureChannel(const ScanPart& part, int32_t channel)
 {
     VARIANT nothing;
     nothing.vt = VT_ERROR;
     nothing.scode = DISP_E_PARAMNOTFOUND;
     const std::wstring began = NowUtc();
     const double start = SystemClock().SteadySeconds();
-    Get<VARIANT_BOOL>(scan.plugin.measure, &IMeasure::Measure, turn.channel, nothing);
-    ChannelResult result = CollectChannel(scan.plugin, scan.setup, turn);
+    Get<VARIANT_BOOL>(part.plugin.measure, &IMeasure::Measure, channel, nothing);
+    ChannelResult result = CollectChannel(part.plugin, part.setup, channel);
     result.began = began;
     result.seconds = std::round((SystemClock().SteadySeconds() - start) * 1e3) / 1e3;
     return result;
 }
 
+/// Brings the receiver into the state of the channel's setup and measures it. Nothing where a stop or a failure comes
+/// before; what was measured until then is kept.
+std::optional<ChannelResult> TakeTurn(ScanRun& scan, const ChannelTurn& turn, ScanParent& parent)
+{
+    const size_t position = scan.run.SetupOf(turn.channel);
+    try {
+        if (scan.IsEnded() || !scan.receiver.Prepare(position)) {
+            return std::nullopt;
+        }
+        const ScanPart& part = scan.parts[position];
+        const AttachedParent attached(part.plugin, &parent);
+        parent.Begin(ChannelText(part.ChannelAt(turn.channel)));
+        ChannelResult result = MeasureChannel(part, part.OwnNumber(turn.channel));
+        parent.End();
+        return result;
+    } catch (const RaisedError& error) {
+        scan.failure = error;
+        return std::nullopt;
+    }
+}
+
 /// Measures what is left of a pass; returns the seconds that took. A channel that a stop has ended counts as not
 /// measured.
-double MeasurePass(const ScanRun& scan, const std::vector<ChannelTurn>& turns)
+double MeasurePass(ScanRun& scan, const std::vector<ChannelTurn>& turns)
 {
     const com::ComPtr<ScanParent> parent(new ScanParent(scan.console, scan.stop, static_cast<int32_t>(turns.size())));
-    const AttachedParent attached(scan.plugin, parent.Get());
     int32_t position = 0;
     for (const ChannelTurn& turn : turns) {
-        const std::wstring text = ChannelText(scan.setup.ChannelAt(turn.channel));
-        if (scan.stop.Poll()) {
-            scan.run.channels.push_back(CollectChannel(scan.plugin, scan.setup, turn));
-            continue;
-        }
-        parent->Begin(text);
-        ChannelResult result = MeasureChannel(scan, turn);
-        parent->End();
-        const bool stopped = scan.stop.Poll();
-        if (stopped) {
-            result.outcome = ChannelOutcome::unmeasured;
-        } else {
-            scan.journal.Add(ChannelLine(result));
-        }
-        if (!scan.console.ShowsProgress()) {
-            scan.console.Notice(fmt::format(L"{:>4}/{}  {:<16}  {}", ++position, turns.size(), text,
-                                            stopped ? L"stopped" : OutcomeText(result.outcome)));
+        const ScanPart& part = scan.parts[scan.run.SetupOf(turn.channel)];
+        std::optional<ChannelResult> measured = TakeTurn(scan, turn, *parent.Get());
+        ChannelResult result =
+            measured ? std::move(*measured) : CollectChannel(part.plugin, part.setup, part.OwnNumber(turn.channel));
+        result.pass = turn.pass;
+        result.number = turn.channel;
+        if (measured) {
+            const bool stopped = scan.stop.Poll();
+            if (stopped) {
+                result.outcome = ChannelOutcome::unmeasured;
+            } else {
+                scan.journal.Add(ChannelLine(result));
+            }
+            if (!scan.console.ShowsProgress()) {
+                scan.console.Notice(fmt::format(L"{:>4}/{}  {:<16}  {}", ++position, turns.size(), result.Name(),
+                                                stopped ? L"stopped" : OutcomeText(result.outcome)));
+            }
         }
         scan.run.channels.push_back(std::move(result));
     }
@@ -176,7 +202,7 @@ void WaitFor(double due, StopRequest& stop, Console& console)
 }
 
 /// Pass after pass until all are done or the scan is stopped.
-void MeasurePasses(const ScanRun& scan)
+void MeasurePasses(ScanRun& scan)
 {
     double due = SystemClock().SteadySeconds();
     std::vector<ChannelTurn> turns = TurnsLeft(scan.run);
@@ -186,9 +212,11 @@ void MeasurePasses(const ScanRun& scan)
     }
     while (!turns.empty()) {
         const int32_t pass = turns.front().pass;
-        Call(scan.plugin.measure, &IMeasure::ResetMeasurement, 0);
+        for (const ScanPart& part : scan.parts) {
+            Call(part.plugin.measure, &IMeasure::ResetMeasurement, 0);
+        }
         const double seconds = MeasurePass(scan, turns);
-        scan.run.stopped = scan.stop.Poll();
+        scan.run.stopped = scan.IsEnded();
         std::ranges::stable_sort(scan.run.channels, {},
                                  [](const ChannelResult& channel) { return std::pair(channel.pass, channel.number); });
         ShowPass(scan.run, pass, scan.run.stopped, seconds, scan.console);
@@ -218,29 +246,51 @@ void RequireSameSimulation(const RunReceiver& before, const RunReceiver& now, co
 }
 
 /// What a scan goes on with, nothing where it begins anew.
-std::optional<StoredRun> ReadResumed(const ScanOptions& options, const std::wstring& sha256, int32_t size,
-                                     Console& console)
+std::optional<StoredRun> ReadResumed(const ScanOptions& options, const std::vector<ScanFile>& files, Console& console)
 {
     if (options.resume.empty()) {
         return std::nullopt;
     }
     StoredRun stored = ReadRun(ReadInput(AbsolutePath(options.resume)), options.resume);
-    RequireSameSetup(stored.run, options.resume, sha256, options.setup, size,
-                     L". Give the setup as it was, or begin a new run with --journal and another file.");
+    std::vector<RunSetup> given;
+    std::ranges::transform(files, std::back_inserter(given), &ScanFile::described);
+    const int32_t channels = given.back().firstChannel + files.back().inspection.channels - 1;
+    RequireSameSetups(stored.run, options.resume, given, channels,
+                      L". Give each setup as it was, in the same order, or begin a new run with --journal and another "
+                      L"file.");
     if (stored.isTorn) {
         console.Notice(options.resume + L": the last line is torn; its channel is measured again");
     }
     return stored;
 }
 
-FinishedRun NewRun(const Setup& setup, const std::wstring& sha256, const ScanOptions& options)
+/// The channels of all parts, by their numbers in the run.
+std::vector<PlannedChannel> SelectionOf(const ScanParts& parts, const std::optional<std::wstring>& chosen)
 {
-    FinishedRun run = DescribeRun(setup, sha256, options.parameters);
-    for (const int32_t number :
-         options.channels ? SelectChannels(*options.channels, setup.channels) : AllChannels(setup.channels)) {
-        const Setup::Channel& channel = setup.ChannelAt(number);
-        run.selection.push_back({number, channel.userField, channel.frequency, channel.symbolRate});
+    std::vector<Setup::Channel> all;
+    for (const ScanPart& part : parts) {
+        all.insert(all.end(), part.setup.channels.begin(), part.setup.channels.end());
     }
+    std::vector<PlannedChannel> selection;
+    for (const int32_t number : chosen ? SelectChannels(*chosen, all) : AllChannels(all)) {
+        const Setup::Channel& channel = all[static_cast<size_t>(number - 1)];
+        selection.push_back({number, channel.userField, channel.frequency, channel.symbolRate});
+    }
+    return selection;
+}
+
+FinishedRun NewRun(const ScanParts& parts, const std::vector<ScanFile>& files, const ScanOptions& options)
+{
+    FinishedRun run;
+    run.program = L"tvnhost " TVN_VERSION;
+    run.began = NowUtc();
+    for (size_t i = 0; i < files.size(); ++i) {
+        run.setups.push_back(files[i].described);
+        run.setups.back().notes = PlainText(parts[i].setup.notes);
+        run.setups.back().settings = parts[i].setup.settings;
+    }
+    run.columns = DescribeColumns(SetupsOf(parts), options.parameters);
+    run.selection = SelectionOf(parts, options.channels);
     run.protocol = options.protocol;
     run.passes = options.repeat;
     run.interval = options.interval;
@@ -262,17 +312,20 @@ void TakeReceiver(const RunReceiver& receiver, const ScanOptions& options, Finis
 }
 
 /// A new run states the settings that the receiver really has; the level unit is part of a caption.
-void TakeState(const Setup& setup, FinishedRun& run)
+void TakeState(const ScanParts& parts, const ScanOptions& options, FinishedRun& run)
 {
-    run.setup.settings = setup.settings;
-    for (RunColumn& column : run.columns) {
-        column.caption = setup.ParameterAt(column.parameter).caption;
+    RequireOneLevelUnit(parts);
+    for (size_t i = 0; i < parts.size(); ++i) {
+        run.setups[i].settings = parts[i].setup.settings;
     }
+    run.columns = DescribeColumns(SetupsOf(parts), options.parameters);
 }
 
-void RequireTargets(const ScanOptions& options, const std::wstring& path)
+void RequireTargets(const ScanOptions& options, const std::vector<ScanFile>& files)
 {
-    std::vector<std::wstring> sources{path};
+    std::vector<std::wstring> sources;
+    std::ranges::transform(files, std::back_inserter(sources),
+                           [](const ScanFile& file) { return file.described.path; });
     if (options.reports.HasLimitsFile()) {
         sources.push_back(AbsolutePath(options.reports.limits));
     }
@@ -290,58 +343,71 @@ void RequireTargets(const ScanOptions& options, const std::wstring& path)
     RequireReportTargets(options.reports, sources);
 }
 
-/// What is doubtful about the channels that are to be measured.
-void TellDoubts(const SetupInspection& inspection, const std::vector<PlannedChannel>& channels,
-                const std::wstring& path, Console& console)
+/// What is doubtful about the channels of a setup that are to be measured.
+void TellDoubts(const ScanFile& file, const std::vector<PlannedChannel>& channels, Console& console)
 {
-    for (const SetupRemark& remark : inspection.remarks) {
-        if (std::ranges::any_of(channels,
-                                [&](const PlannedChannel& channel) { return remark.IsAbout(channel.number); })) {
-            console.Notice(RemarkText(path, remark));
+    for (const SetupRemark& remark : file.inspection.remarks) {
+        if (std::ranges::any_of(channels, [&](const PlannedChannel& channel) {
+                return remark.IsAbout(channel.number - file.described.firstChannel + 1);
+            })) {
+            console.Notice(RemarkText(file.described.path, remark));
         }
     }
 }
 
-void TellAdded(const std::vector<std::wstring>& captions, Console& console)
+/// Each setup in a plug-in of its own, in which the receiver and the network are the options' and all is measured that
+/// the run needs.
+void PrepareParts(ScanParts& parts, const FinishedRun& run, const ScanOptions& options, const Limits* limits,
+                  Console& console)
 {
-    if (!captions.empty()) {
-        console.Notice(fmt::format(L"Measured beyond what the setup displays and saves, because verdicts need it: {}",
-                                   fmt::join(captions, L", ")));
+    for (const ScanPart& part : parts) {
+        const std::vector<std::wstring> added = MeasureForRun(part.plugin, part.setup, run.columns, limits);
+        if (!added.empty()) {
+            console.Notice(
+                fmt::format(L"{}: measured beyond what it displays and saves, because columns or verdicts "
+                            L"need it: {}",
+                            part.setup.path, fmt::join(added, L", ")));
+        }
+        UseNetwork(part.plugin, options.network);
+        if (options.hasTimeScale) {
+            const auto simulator = SimulatorSettings(part.plugin);
+            Call(simulator, &ISimulatorSettings::put_TimeScale, options.timeScale);
+            Call(simulator, &ISimulatorSettings::put_SettlingTime,
+                 static_cast<double>(part.setup.settings.maxSettlingTime));
+        }
     }
 }
 
-/// The simulated receiver's network, and how fast its time passes.
-void SetSimulator(const Plugin& plugin, const ScanOptions& options, int32_t maxSettlingTime)
+/// Brings the receiver on line into the state of each setup that has channels to measure: what it cannot do is told
+/// before the first channel. The first comes last and stays. False where a stop has ended that.
+bool PrepareReceivers(ScanRun& scan, const ScanOptions& options)
 {
-    UseNetwork(plugin, options.network);
-    if (options.hasTimeScale) {
-        const auto simulator = SimulatorSettings(plugin);
-        Call(simulator, &ISimulatorSettings::put_TimeScale, options.timeScale);
-        Call(simulator, &ISimulatorSettings::put_SettlingTime, static_cast<double>(maxSettlingTime));
+    std::set<size_t, std::greater<>> needed;
+    for (const PlannedChannel& channel : scan.run.selection) {
+        needed.insert(scan.run.SetupOf(channel.number));
     }
-}
-
-/// Brings the receiver on line into the setup's state, as far as the options say. False where a stop has ended that.
-bool Prepare(const ScanRun& scan, const ScanOptions& options, const ReceiverIdentity& identity)
-{
-    TakeReceiver(DescribeReceiver(scan.plugin, identity), options, scan.run, scan.console);
-    const Preparation how{.writes = options.writes,
-                          .forces = options.forces,
-                          .measuresAsIs = options.measuresAsIs,
-                          .setsSimulator = !options.network.empty() || options.hasTimeScale};
-    if (!PrepareReceiver(scan.plugin, scan.setup, how, scan.stop, scan.console)) {
-        scan.console.Notice(L"Stopped before the first channel");
-        return false;
+    const bool isSimulated = !options.network.empty() || options.hasTimeScale;
+    if (needed.size() > 1 && scan.run.passes != 1 && !options.writes && !isSimulated) {
+        // A plug-in tunes the receiver only where it did not do so last, and does not know of the others.
+        RaiseInput(
+            L"several setups that are scanned again and again are written to the receiver in turn. Give --write.");
     }
-    scan.setup = ReadSetup(scan.plugin, scan.setup.path);
+    const ReceiverIdentity& identity = scan.receiver.GoOnLine(*needed.begin());
+    TakeReceiver(DescribeReceiver(scan.parts[*needed.begin()].plugin, identity), options, scan.run, scan.console);
+    for (const size_t part : needed) {
+        if (!scan.receiver.Prepare(part)) {
+            scan.console.Notice(L"Stopped before the first channel");
+            return false;
+        }
+    }
     if (options.resume.empty()) {
-        TakeState(scan.setup, scan.run);
+        TakeState(scan.parts, options, scan.run);
     }
     return true;
 }
 
 /// Measures what is left, between the journal's lines that tell of the run.
-void MeasureRun(const ScanRun& scan, bool isResumed)
+void MeasureRun(ScanRun& scan, bool isResumed)
 {
     FinishedRun& run = scan.run;
     const bool wasComplete = isResumed && !run.ended.empty() && !run.stopped;
@@ -360,15 +426,20 @@ void MeasureRun(const ScanRun& scan, bool isResumed)
     run.Complete();
 }
 
-/// The verdict and the reports; returns the exit code.
+/// The verdict and the reports; returns the exit code. Raises what ended the scan.
 int Conclude(const ScanRun& scan, const ScanOptions& options, const Limits* limits)
 {
     const RunJudgement judgement = Judge(scan.run, limits);
     if (limits) {
         ShowVerdict(scan.run, judgement, scan.console);
     }
-    WriteReports(scan.run, judgement, limits, options.reports,
-                 {&scan.plugin, options.resume.empty() && scan.run.IsOnePass()}, scan.console);
+    ResultWriter writer{.plugins = {}, .hasMeasured = options.resume.empty() && scan.run.IsOnePass()};
+    std::ranges::transform(scan.parts, std::back_inserter(writer.plugins),
+                           [](const ScanPart& part) { return &part.plugin; });
+    WriteReports(scan.run, judgement, limits, options.reports, writer, scan.console);
+    if (scan.failure) {
+        throw RaisedError(*scan.failure);
+    }
     if (!scan.journal.IsWhole()) {
         RaiseInput(
             L"the journal lacks the last channels: it could not be written. The results above are whole; --json, "
@@ -381,37 +452,32 @@ int Conclude(const ScanRun& scan, const ScanOptions& options, const Limits* limi
 
 int Scan(const ScanOptions& options, Console& console)
 {
-    const std::wstring path = AbsolutePath(options.setup);
-    const std::string content = ReadInput(path);
-    const SetupInspection inspection = RequireUsable(content, path);
-    const int32_t size = inspection.channels;
-    if (size == 0) {
-        RaiseInput(path + L": there is no channel to measure. Add some in the setup's editor: tvnhost edit SETUP");
-    }
+    const std::vector<ScanFile> files = ReadScanFiles(options.setups);
     const std::optional<Limits> limits = LoadLimits(options.reports.limits);
     const Limits* const allowed = limits ? &*limits : nullptr;
-    RequireTargets(options, path);
-    const std::wstring sha256 = Sha256(content);
-    std::optional<StoredRun> stored = ReadResumed(options, sha256, size, console);
-    const Plugin plugin;
-    plugin.Load(path);
-    if (stored) {
-        TakeSettings(plugin, stored->run.setup.settings);
-    }
-    Setup setup = ReadSetup(plugin, path);
-    TellAdded(MeasureForVerdicts(plugin, setup, allowed), console);
-    FinishedRun run = stored ? std::move(stored->run) : NewRun(setup, sha256, options);
-    ScanJournal journal(options, stored ? stored->wholeBytes : 0, console);
-    TellDoubts(inspection, run.selection, path, console);
-    StopRequest stop(CreateRunControl());
-    SetSimulator(plugin, options, setup.settings.maxSettlingTime);
-    const ScanRun scan{plugin, setup, run, journal, stop, console};
-    std::optional<OnLine> online;  // what is complete needs no receiver
-    if (!TurnsLeft(run).empty()) {
-        online.emplace(plugin);
-        if (!Prepare(scan, options, online->Identity())) {
-            return exitStopped;
+    RequireTargets(options, files);
+    std::optional<StoredRun> stored = ReadResumed(options, files, console);
+    ScanParts parts;
+    for (const ScanFile& file : files) {
+        ScanPart& part = parts.emplace_back(file);
+        if (stored) {
+            TakeSettings(part.plugin, stored->run.setups[parts.size() - 1].settings);
+            part.setup = ReadSetup(part.plugin, file.described.path);
         }
+    }
+    RequireOneLevelUnit(parts);
+    FinishedRun run = stored ? std::move(stored->run) : NewRun(parts, files, options);
+    ScanJournal journal(options, stored ? stored->wholeBytes : 0, console);
+    for (const ScanFile& file : files) {
+        TellDoubts(file, run.selection, console);
+    }
+    StopRequest stop(CreateRunControl());
+    PrepareParts(parts, run, options, allowed, console);
+    PartReceiver receiver(parts, options, stop, console);
+    ScanRun scan{parts, receiver, run, journal, stop, console};
+    // What is complete needs no receiver.
+    if (!TurnsLeft(run).empty() && !PrepareReceivers(scan, options)) {
+        return exitStopped;
     }
     MeasureRun(scan, stored.has_value());
     return Conclude(scan, options, allowed);

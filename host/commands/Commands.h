@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "host/commands/PlanSource.h"
 #include "host/commands/Reports.h"
@@ -44,7 +45,7 @@ struct NetworkOptions
 /// What `scan` was called with.
 struct ScanOptions
 {
-    std::wstring setup;
+    std::vector<std::wstring> setups;      ///< measured one after another, as one run
     std::wstring network;                  ///< "" leaves the receiver as it is
     std::optional<std::wstring> channels;  ///< nothing is all
     std::wstring parameters;               ///< "" is what the setup displays
@@ -65,7 +66,7 @@ struct ScanOptions
 struct JudgeOptions
 {
     std::wstring result;
-    std::wstring setup;  ///< for a result file; "" for the one that the run names
+    std::vector<std::wstring> setups;  ///< for a result file; empty for those that the run names
     ReportOptions reports;
     bool shows = true;     ///< the verdict, which the exit code then tells too
     RunProtocol protocol;  ///< in place of what the run has, where something is said
@@ -95,6 +96,7 @@ struct EditOptions
 {
     std::wstring setup;
     std::wstring output;
+    bool forces = false;  ///< replaces a file that is there
 };
 
 // Each command returns its exit code, and raises what it cannot go on from.

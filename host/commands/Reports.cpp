@@ -42,16 +42,45 @@ void RequireReportTargets(const ReportOptions& options, const std::vector<std::w
     }
 }
 
+namespace {
+
+constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
+
+/// The tables of the run's setups one below the other, with an empty line between, each as the plug-in writes it.
+std::string ResultTables(const FinishedRun& run, const ResultWriter& writer, const std::wstring& target)
+{
+    std::string tables;
+    for (size_t i = 0; i < writer.plugins.size(); ++i) {
+        const Plugin& plugin = *writer.plugins[i];
+        if (!writer.hasMeasured) {
+            RestoreResults(plugin, run, i);
+        }
+        const PendingFile table(target);
+        if (Get<VARIANT_BOOL>(plugin.measure, &IMeasure::Save, com::Bstr(table.Path()).Get()) == VARIANT_FALSE) {
+            RequireWritten(FileFault::other, target);
+        }
+        std::string text = ReadInput(table.Path());
+        if (!tables.empty() && text.starts_with(utf8Mark)) {
+            text.erase(0, utf8Mark.size());
+        }
+        tables += (tables.empty() ? "" : "\r\n") + text;
+    }
+    return tables;
+}
+
+}  // namespace
+
 void WriteReports(const FinishedRun& run, const RunJudgement& judgement, const Limits* limits,
                   const ReportOptions& options, const ResultWriter& writer, Console& console)
 {
     std::optional<RaisedError> failure;
-    const auto writeWith = [&](const std::wstring& target, auto make) {
+    const auto write = [&](const std::wstring& target, auto textOf) {
         if (target.empty()) {
             return;
         }
         try {
-            make(AbsolutePath(target));
+            const std::wstring path = AbsolutePath(target);
+            RequireWritten(ReplaceContent(SystemFiles(), path, textOf()), path);
         } catch (const RaisedError& error) {
             if (failure) {
                 console.Notice(L"tvnhost: " + ErrorText(error));
@@ -60,22 +89,10 @@ void WriteReports(const FinishedRun& run, const RunJudgement& judgement, const L
             }
         }
     };
-    const auto write = [&](const std::wstring& target, auto textOf) {
-        writeWith(target, [&](const std::wstring& path) {
-            RequireWritten(ReplaceContent(SystemFiles(), path, textOf()), path);
-        });
-    };
     write(options.json, [&] { return ResultText(run, &judgement); });
     write(options.junit, [&] { return JunitReport(run, judgement); });
     write(options.html, [&] { return HtmlReport(run, judgement, limits); });
-    writeWith(options.result, [&](const std::wstring& path) {
-        if (!writer.hasMeasured) {
-            RestoreResults(*writer.plugin, run);
-        }
-        if (Get<VARIANT_BOOL>(writer.plugin->measure, &IMeasure::Save, com::Bstr(path).Get()) == VARIANT_FALSE) {
-            RequireWritten(FileFault::other, path);
-        }
-    });
+    write(options.result, [&] { return ResultTables(run, writer, AbsolutePath(options.result)); });
     if (failure) {
         throw RaisedError(*failure);
     }

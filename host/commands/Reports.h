@@ -35,9 +35,10 @@ void RequireReportTargets(const ReportOptions& options, const std::vector<std::w
 /// Who writes the result file.
 struct ResultWriter
 {
-    const Plugin* plugin = nullptr;  ///< has the run's setup loaded; null where no result file is wanted
-    /// It has measured all that the run has, in one pass, and its result table is as it left it. Otherwise the run is
-    /// put there first.
+    /// Each has one of the run's setups loaded, in the run's order; empty where no result file is wanted.
+    std::vector<const Plugin*> plugins;
+    /// They have measured all that the run has, in one pass, and their result tables are as they left them. Otherwise
+    /// the run is put there first.
     bool hasMeasured = false;
 };
 

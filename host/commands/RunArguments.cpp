@@ -31,8 +31,9 @@ void RunArguments::AddStored(CLI::App& command, ReportOptions& files)
     AddText(command, "result", result_, "Result file or journal")->type_name("FILE")->required();
     AddReports(command, files);
     AddProtocol(command);
-    AddText(command, "--setup", setup_, "The run's setup, where --result needs it and it is another file by now")
-        ->type_name("FILE");
+    AddTexts(command, "--setup", setups_, "The run's setup, where --result needs it and it is another file by now")
+        ->type_name("FILE")
+        ->allow_extra_args(false);
 }
 
 void RunArguments::AddToScan(CLI::App& scan)
@@ -95,10 +96,10 @@ void RunArguments::FillScan(const CLI::App& scan, ScanOptions& options) const
 std::optional<int> RunArguments::Run(const CLI::App& app, Console& console) const
 {
     if (app.got_subcommand("judge")) {
-        return JudgeRun({result_, setup_, judgeFiles_, true, protocol_}, console);
+        return JudgeRun({result_, setups_, judgeFiles_, true, protocol_}, console);
     }
     if (app.got_subcommand("report")) {
-        return JudgeRun({result_, setup_, reportFiles_, false, protocol_}, console);
+        return JudgeRun({result_, setups_, reportFiles_, false, protocol_}, console);
     }
     if (app.got_subcommand("compare")) {
         const CLI::App& compare = *app.get_subcommand("compare");

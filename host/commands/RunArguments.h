@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "CLI/App.hpp"
 #include "host/commands/Commands.h"
@@ -29,7 +30,8 @@ private:
 
     RunProtocol protocol_;
     ReportOptions scanFiles_, judgeFiles_, reportFiles_;
-    std::wstring result_, setup_, journal_, resume_, every_, before_, after_, compareLimits_;
+    std::vector<std::wstring> setups_;
+    std::wstring result_, journal_, resume_, every_, before_, after_, compareLimits_;
     double driftLevel_ = 0, driftMer_ = 0;
     int32_t repeat_ = 1;
 };

@@ -273,8 +273,7 @@ void Conclude(const ChannelResult& channel, ChannelJudgement& judgement)
     judgement.reason = fmt::format(L"{}", fmt::join(reasons, L"; "));
 }
 
-ChannelJudgement JudgeChannel(const ChannelResult& channel, int32_t orderOfQam, const Limits* limits,
-                              const std::optional<double>& step)
+ChannelJudgement JudgeChannel(const ChannelResult& channel, const Limits* limits, const std::optional<double>& step)
 {
     ChannelJudgement judgement;
     if (channel.outcome == ChannelOutcome::unmeasured) {
@@ -288,7 +287,7 @@ ChannelJudgement JudgeChannel(const ChannelResult& channel, int32_t orderOfQam, 
         return judgement;
     }
     for (const ReadingKind& kind : ReadingKinds()) {
-        const Limit* limit = limits ? limits->Find(kind.parameter, orderOfQam) : nullptr;
+        const Limit* limit = limits ? limits->Find(kind.parameter, channel.orderOfQam) : nullptr;
         if (!limit) {
             continue;
         }
@@ -313,12 +312,12 @@ void AddUnapplied(int32_t parameter, const std::wstring& reason, RunJudgement& j
 }
 
 /// Which limits were held against a channel, and which could not be.
-void CountApplied(const ChannelResult& result, const ChannelJudgement& channel, int32_t orderOfQam,
-                  const std::vector<int32_t>& withoutSection, RunJudgement& judgement)
+void CountApplied(const ChannelResult& result, const ChannelJudgement& channel, const Limits& limits,
+                  const std::set<int32_t>& parameters, RunJudgement& judgement)
 {
     for (const Finding& finding : channel.findings) {
         if (finding.unapplied.empty()) {
-            ++judgement.applied;
+            judgement.unjudged.erase(result.orderOfQam);
         } else {
             AddUnapplied(finding.parameter, finding.unapplied, judgement);
         }
@@ -326,24 +325,11 @@ void CountApplied(const ChannelResult& result, const ChannelJudgement& channel, 
     if (result.outcome == ChannelOutcome::unmeasured) {
         return;
     }
-    for (const int32_t parameter : withoutSection) {
-        AddUnapplied(parameter, fmt::format(L"no section for {}-QAM", orderOfQam), judgement);
-    }
-}
-
-/// What has limits, but none for an order of QAM.
-std::vector<int32_t> WithoutSection(const Limits* limits, int32_t orderOfQam)
-{
-    std::vector<int32_t> parameters;
-    if (!limits) {
-        return parameters;
-    }
-    for (const int32_t parameter : limits->Parameters()) {
-        if (!limits->Find(parameter, orderOfQam)) {
-            parameters.push_back(parameter);
+    for (const int32_t parameter : parameters) {
+        if (!limits.Find(parameter, result.orderOfQam)) {
+            AddUnapplied(parameter, fmt::format(L"no section for {}-QAM", result.orderOfQam), judgement);
         }
     }
-    return parameters;
 }
 
 /// Whatever was planned and is no result counts as not measured, also where the run has no place for it.
@@ -406,19 +392,22 @@ RunJudgement Judge(const FinishedRun& run, const Limits* limits)
 {
     RunJudgement judgement;
     judgement.hasLimits = limits != nullptr;
+    std::set<int32_t> parameters;
     if (limits) {
+        parameters = limits->Parameters();
         judgement.limits = limits->path;
         judgement.limitsSha256 = limits->sha256;
+        judgement.unjudged = run.OrdersOfQam();
     }
-    const int32_t order = run.setup.settings.orderOfQam;
-    const std::vector<int32_t> withoutSection = WithoutSection(limits, order);
     const auto steps = LevelSteps(run);
     for (size_t i = 0; i < run.channels.size(); ++i) {
-        judgement.channels.push_back(JudgeChannel(run.channels[i], order, limits, steps[i]));
+        judgement.channels.push_back(JudgeChannel(run.channels[i], limits, steps[i]));
         const ChannelJudgement& channel = judgement.channels.back();
         judgement.verdict = std::max(judgement.verdict, channel.verdict);
         ++judgement.counts[static_cast<size_t>(channel.verdict)];
-        CountApplied(run.channels[i], channel, order, withoutSection, judgement);
+        if (limits) {
+            CountApplied(run.channels[i], channel, *limits, parameters, judgement);
+        }
     }
     CountPlanned(run, judgement);
     if (!judgement.isComplete || !judgement.IsJudged()) {

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -70,13 +71,13 @@ struct RunJudgement
     bool isComplete = false;                 ///< all was measured that was to be
     int64_t planned = 0;                     ///< measurements that were to be made
     std::array<int64_t, verdicts> counts{};  ///< of them, by Verdict; what was never begun is not measured
-    int64_t applied = 0;                     ///< readings that a limit was held against
+    std::set<int32_t> unjudged;              ///< orders of QAM of which no reading was held against a limit
     std::vector<UnappliedLimit> unapplied;
     std::vector<ChannelJudgement> channels;  ///< as FinishedRun::channels
     std::optional<size_t> worst;             ///< the channel that tells why the run's verdict is what it is
 
     int64_t Count(Verdict which) const { return counts[static_cast<size_t>(which)]; }
-    bool IsJudged() const { return !hasLimits || applied > 0; }
+    bool IsJudged() const { return unjudged.empty(); }
     int ExitCode() const;  ///< 0 passed, with warnings or without; 1 not
 };
 

@@ -10,15 +10,16 @@
 namespace tvn2x {
 namespace {
 
-/// By frequency in kHz: setups may name one frequency with different decimals.
-using ChannelMap = std::map<long long, const ChannelResult*>;
+/// By frequency in kHz, because setups may name one frequency with different decimals, and by order of QAM: what is
+/// measured with another order is another signal.
+using ChannelMap = std::map<std::pair<long long, int32_t>, const ChannelResult*>;
 
 ChannelMap ByFrequency(const FinishedRun& run)
 {
     ChannelMap channels;
     for (const size_t position : run.Latest()) {
         const ChannelResult& channel = run.channels[position];
-        channels[std::llround(channel.frequency * 1000)] = &channel;
+        channels[{std::llround(channel.frequency * 1000), channel.orderOfQam}] = &channel;
     }
     return channels;
 }
@@ -114,14 +115,15 @@ RunComparison CompareRuns(const FinishedRun& before, const FinishedRun& after, c
     const ChannelMap now = all;
     all.insert(old.begin(), old.end());
     RunComparison comparison;
-    for (const auto& [frequency, channel] : all) {
+    for (const auto& [signal, channel] : all) {
         const size_t changes = comparison.changes.size();
-        const auto was = old.find(frequency);
-        const auto is = now.find(frequency);
+        const auto was = old.find(signal);
+        const auto is = now.find(signal);
+        const std::wstring what = fmt::format(L"{}-QAM channel", signal.second);
         if (was == old.end()) {
-            comparison.changes.push_back({channel->Name(), L"channel", L"not in the run", OutcomeIn(*channel), L""});
+            comparison.changes.push_back({channel->Name(), what, L"not in the run", OutcomeIn(*channel), L""});
         } else if (is == now.end()) {
-            comparison.changes.push_back({channel->Name(), L"channel", OutcomeIn(*channel), L"not in the run", L""});
+            comparison.changes.push_back({channel->Name(), what, OutcomeIn(*channel), L"not in the run", L""});
         } else {
             ++comparison.channels;
             CompareChannel(*was->second, *is->second, drift, comparison);

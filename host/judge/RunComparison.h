@@ -12,7 +12,7 @@ namespace tvn2x {
 struct RunChange
 {
     std::wstring channel;    ///< "K45 666 MHz"
-    std::wstring parameter;  ///< "RF level", "lock", "channel"
+    std::wstring parameter;  ///< "RF level", "outcome", "256-QAM channel"
     std::wstring before;
     std::wstring after;
     std::wstring change;  ///< "-15.1 dB", "" where it is no number
@@ -26,9 +26,9 @@ struct RunComparison
     std::vector<RunChange> changes;  ///< by frequency
 };
 
-/// What changed from one run to another, by centre frequency and the latest pass of each: channels that are in one
-/// only, other locks or outcomes, and readings that came, went, or drifted by more than their limit (by parameter,
-/// levels in dB, ratios in decades). A channel that either run did not measure is never unchanged.
+/// What changed from one run to another, by centre frequency and order of QAM and the latest pass of each: channels
+/// that are in one only, other locks or outcomes, and readings that came, went, or drifted by more than their limit (by
+/// parameter, levels in dB, ratios in decades). A channel that either run did not measure is never unchanged.
 RunComparison CompareRuns(const FinishedRun& before, const FinishedRun& after, const std::map<int32_t, double>& drift);
 
 }  // namespace tvn2x

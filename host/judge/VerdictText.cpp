@@ -55,8 +55,8 @@ std::wstring VerdictSentence(const FinishedRun& run, const RunJudgement& judgeme
                             channel.Name(), WorstText(run, judgement));
         text += run.passes == 1 ? L"." : fmt::format(L" (pass {}).", channel.pass);
     }
-    if (!judgement.IsJudged()) {
-        text += L" None of the limits could be applied.";
+    for (const int32_t order : judgement.unjudged) {
+        text += fmt::format(L" None of the limits could be applied to {}-QAM.", order);
     }
     if (!judgement.unapplied.empty()) {
         text += L" " + Counted(static_cast<int64_t>(judgement.unapplied.size()), L"limit") + L" not applied: ";

@@ -137,13 +137,14 @@ void ActivateMode(const Plugin& plugin, bool forces, Console& console)
 }
 
 /// Raises where the receiver cannot do the setup and the scan is not to go on all the same.
-void Tell(const ReceiverReport& report, bool forces, Console& console)
+void Tell(const ReceiverReport& report, const Setup& setup, bool forces, Console& console)
 {
     if (CanDo(report.answers)) {
-        console.Notice(fmt::format(L"Receiver {}: can do everything that the setup asks for", report.serialNumber));
+        console.Notice(
+            fmt::format(L"Receiver {}: can do everything that {} asks for", report.serialNumber, setup.FileName()));
         return;
     }
-    std::wstring text = fmt::format(L"receiver {} cannot do this setup:", report.serialNumber);
+    std::wstring text = fmt::format(L"receiver {} cannot do {}:", report.serialNumber, setup.FileName());
     for (const ReceiverAnswer& answer : report.answers) {
         if (!answer.isMet) {
             text += L"\n  " + AnswerText(answer, report.options);
@@ -181,11 +182,11 @@ void SetSimulator(const Plugin& plugin, const SetupSettings& settings, const Rec
 }
 
 /// Raises where the receiver is set otherwise than the setup and the scan is not to go on all the same.
-void TellDifferences(const SetupSettings& wanted, const SetupSettings& actual, const ReceiverReport& report,
+void TellDifferences(const Setup& setup, const SetupSettings& actual, const ReceiverReport& report,
                      const Preparation& how, Console& console)
 {
     std::wstring text;
-    for (const SettingDifference& difference : CompareSettings(wanted, actual)) {
+    for (const SettingDifference& difference : CompareSettings(setup.settings, actual)) {
         const bool isForced = how.forces && difference.need && IsUnmet(report, *difference.need);
         if (difference.isNeighbour || isForced) {
             console.Notice(DifferenceText(difference));
@@ -197,12 +198,13 @@ void TellDifferences(const SetupSettings& wanted, const SetupSettings& actual, c
         return;
     }
     if (!how.measuresAsIs) {
-        RaiseInput(L"the receiver is set otherwise than the setup:" + text +
+        RaiseInput(L"the receiver is set otherwise than " + setup.FileName() + L":" + text +
                    (how.writes ? L"\nIt did not take these when they were written. "
                                : L"\nTo bring it into the setup's state: --write. ") +
                    L"To measure with the receiver's own settings: --as-is");
     }
-    console.Notice(L"tvnhost: the receiver's own settings count (--as-is):" + text);
+    console.Notice(L"tvnhost: the receiver's own settings count, not those of " + setup.FileName() + L" (--as-is):" +
+                   text);
 }
 
 /// The plug-in's setup is as it was when this goes, whatever was read into it meanwhile.
@@ -392,7 +394,7 @@ std::optional<SetupSettings> PrepareReceiver(const Plugin& plugin, const Setup& 
                                              StopRequest& stop, Console& console)
 {
     const ReceiverReport report = AskReceiver(plugin);
-    Tell(report, how.forces, console);
+    Tell(report, setup, how.forces, console);
     if (how.writes) {
         const Transferred written = WriteWhatThereIs(plugin, setup, report, stop, console);
         if (written.reported) {
@@ -414,7 +416,7 @@ std::optional<SetupSettings> PrepareReceiver(const Plugin& plugin, const Setup& 
         return std::nullopt;
     }
     const SetupSettings actual = ReadReceiverSettings(plugin, setup);
-    TellDifferences(setup.settings, actual, report, how, console);
+    TellDifferences(setup, actual, report, how, console);
     TakeSettings(plugin, actual);
     return actual;
 }

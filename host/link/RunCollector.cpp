@@ -4,7 +4,6 @@
 #include <chrono>
 #include <set>
 
-#include "Version.h"
 #include "host/console/Files.h"
 #include "host/run/ParameterNames.h"
 #include "host/run/ReadingKind.h"
@@ -33,25 +32,22 @@ std::optional<double> ValueOf(const Plugin& plugin, int32_t parameter, int32_t c
     return value.vt == VT_R8 ? std::optional(value.dblVal) : std::nullopt;
 }
 
-/// The columns of the grid: the fixed ones and what the setup displays, or the chosen ones, by display position.
-std::vector<RunColumn> Columns(const Setup& setup, const std::wstring& chosen)
+/// The fixed columns and what is wanted, by the first setup's display positions.
+std::vector<int32_t> ColumnParameters(const std::vector<const Setup*>& setups, const std::wstring& chosen)
 {
     const std::vector<int32_t> wanted = chosen.empty() ? std::vector<int32_t>() : SelectParameters(chosen);
     std::vector<int32_t> parameters;
     for (int32_t parameter = MP_FIRSTFIXED; parameter <= MP_LAST; ++parameter) {
-        const bool isWanted = wanted.empty() ? setup.ParameterAt(parameter).isDisplayed
+        const auto isDisplayed = [&](const Setup* setup) { return setup->ParameterAt(parameter).isDisplayed; };
+        const bool isWanted = wanted.empty() ? std::ranges::any_of(setups, isDisplayed)
                                              : std::ranges::find(wanted, parameter) != wanted.end();
         if (isWanted || parameter <= MP_LASTFIXED) {
             parameters.push_back(parameter);
         }
     }
-    std::ranges::stable_sort(parameters, {}, [&](int32_t parameter) { return setup.ParameterAt(parameter).position; });
-    std::vector<RunColumn> columns;
-    columns.reserve(parameters.size());
-    for (const int32_t parameter : parameters) {
-        columns.push_back({parameter, setup.ParameterAt(parameter).caption});
-    }
-    return columns;
+    std::ranges::stable_sort(parameters, {},
+                             [&](int32_t parameter) { return setups.front()->ParameterAt(parameter).position; });
+    return parameters;
 }
 
 /// A text of the receiver, "" where it does not answer: a run without it is still a run.
@@ -102,7 +98,8 @@ RunReceiver DescribeReceiver(const Plugin& plugin, const ReceiverIdentity& ident
             .simulation = DescribeSimulation(plugin)};
 }
 
-std::vector<std::wstring> MeasureForVerdicts(const Plugin& plugin, const Setup& setup, const Limits* limits)
+std::vector<std::wstring> MeasureForRun(const Plugin& plugin, const Setup& setup, const std::vector<RunColumn>& columns,
+                                        const Limits* limits)
 {
     constexpr long measured = 0;  // whether it is displayed or saved or neither
     std::set<int32_t> needed = limits ? limits->Parameters() : std::set<int32_t>();
@@ -112,6 +109,11 @@ std::vector<std::wstring> MeasureForVerdicts(const Plugin& plugin, const Setup& 
     for (const ReadingKind& kind : ReadingKinds()) {
         if (kind.isLock) {
             needed.insert(kind.parameter);
+        }
+    }
+    for (const RunColumn& column : columns) {
+        if (FindReadingKind(column.parameter)) {
+            needed.insert(column.parameter);
         }
     }
     std::vector<std::wstring> added;
@@ -125,30 +127,27 @@ std::vector<std::wstring> MeasureForVerdicts(const Plugin& plugin, const Setup& 
     return added;
 }
 
-FinishedRun DescribeRun(const Setup& setup, const std::wstring& setupSha256, const std::wstring& chosen)
+std::vector<RunColumn> DescribeColumns(const std::vector<const Setup*>& setups, const std::wstring& chosen)
 {
-    FinishedRun run;
-    run.program = L"tvnhost " TVN_VERSION;
-    run.setup = {
-        .path = setup.path, .sha256 = setupSha256, .notes = PlainText(setup.notes), .settings = setup.settings};
-    run.columns = Columns(setup, chosen);
-    if (std::ranges::all_of(run.columns, [](const RunColumn& column) { return column.parameter <= MP_LASTFIXED; })) {
-        RaiseInput(setup.path +
+    std::vector<RunColumn> columns;
+    for (const int32_t parameter : ColumnParameters(setups, chosen)) {
+        columns.push_back({parameter, setups.front()->ParameterAt(parameter).caption});
+    }
+    if (std::ranges::all_of(columns, [](const RunColumn& column) { return column.parameter <= MP_LASTFIXED; })) {
+        RaiseInput(setups.front()->path +
                    L": the setup displays no measured parameter. Choose some on the setup's parameters page, or "
                    L"with --parameters.");
     }
-    run.began = NowUtc();
-    return run;
+    return columns;
 }
 
-ChannelResult CollectChannel(const Plugin& plugin, const Setup& setup, const ChannelTurn& turn)
+ChannelResult CollectChannel(const Plugin& plugin, const Setup& setup, int32_t channel)
 {
-    const int32_t channel = turn.channel;
-    ChannelResult result{.pass = turn.pass,
-                         .number = channel,
+    ChannelResult result{.number = channel,
                          .label = setup.ChannelAt(channel).userField,
                          .frequency = setup.ChannelAt(channel).frequency,
                          .symbolRate = setup.ChannelAt(channel).symbolRate,
+                         .orderOfQam = setup.settings.orderOfQam,
                          .status = Cell(plugin, MP_STATUS, channel),
                          .timeStamp = Cell(plugin, MP_TIMESTAMP, channel),
                          .began = {},
@@ -166,7 +165,7 @@ ChannelResult CollectChannel(const Plugin& plugin, const Setup& setup, const Cha
     return result;
 }
 
-void RestoreResults(const Plugin& plugin, const FinishedRun& run)
+void RestoreResults(const Plugin& plugin, const FinishedRun& run, size_t setup)
 {
     Call(plugin.measure, &IMeasure::ResetMeasurement, 0);
     if (run.receiver.simulation) {
@@ -174,9 +173,13 @@ void RestoreResults(const Plugin& plugin, const FinishedRun& run)
     }
     for (const size_t position : run.Latest()) {
         const ChannelResult& channel = run.channels[position];
+        if (run.SetupOf(channel.number) != setup) {
+            continue;
+        }
+        const int32_t number = channel.number - run.setups[setup].firstChannel + 1;
         const auto restore = [&](int32_t parameter, const std::wstring& text) {
-            Call(plugin.results, &IResults::put_Result, FieldOf(parameter), static_cast<short>(parameter),
-                 channel.number, com::Bstr(text).Get());
+            Call(plugin.results, &IResults::put_Result, FieldOf(parameter), static_cast<short>(parameter), number,
+                 com::Bstr(text).Get());
         };
         restore(MP_STATUS, channel.status);
         restore(MP_TIMESTAMP, channel.timeStamp);
@@ -184,7 +187,7 @@ void RestoreResults(const Plugin& plugin, const FinishedRun& run)
             restore(reading.parameter, reading.text);
         }
         const VARIANT_BOOL measured = channel.outcome == ChannelOutcome::unmeasured ? VARIANT_FALSE : VARIANT_TRUE;
-        Call(plugin.results, &IResults::put_Measured, channel.number, measured);
+        Call(plugin.results, &IResults::put_Measured, number, measured);
     }
 }
 

@@ -7,7 +7,6 @@
 #include "host/link/Plugin.h"
 #include "host/link/Receiver.h"
 #include "host/run/FinishedRun.h"
-#include "host/run/Journal.h"
 
 namespace tvn2x {
 
@@ -18,19 +17,22 @@ std::wstring NowUtc();
 /// stays empty.
 RunReceiver DescribeReceiver(const Plugin& plugin, const ReceiverIdentity& identity);
 
-/// What is known of a run before its receiver is: setup and columns (`chosen` parameters, or "" for those
-/// that the setup displays). Raises unusableInput where no measured parameter is among the columns.
-FinishedRun DescribeRun(const Setup& setup, const std::wstring& setupSha256, const std::wstring& chosen);
+/// The columns of a run's grid: the `chosen` parameters, or for "" what any of its setups displays, in the order and
+/// with the captions of the first. Raises unusableInput where no measured parameter is among them.
+std::vector<RunColumn> DescribeColumns(const std::vector<const Setup*>& setups, const std::wstring& chosen);
 
-/// Makes the plug-in measure what verdicts need, whatever the setup displays and saves: the locks, and what the limits
-/// name. Returns the captions of what is measured beyond the setup.
-std::vector<std::wstring> MeasureForVerdicts(const Plugin& plugin, const Setup& setup, const Limits* limits);
+/// Makes the plug-in measure what a run needs, whatever the setup displays and saves: its columns, the locks, and what
+/// the limits name. Returns the captions of what is measured beyond the setup.
+std::vector<std::wstring> MeasureForRun(const Plugin& plugin, const Setup& setup, const std::vector<RunColumn>& columns,
+                                        const Limits* limits);
 
-/// A row of the plug-in's result table. `began` and `seconds` are left to the caller.
-ChannelResult CollectChannel(const Plugin& plugin, const Setup& setup, const ChannelTurn& turn);
+/// The plug-in's result for a channel of its setup. `pass`, `began` and `seconds` are left to the caller, and so is the
+/// number in the run.
+ChannelResult CollectChannel(const Plugin& plugin, const Setup& setup, int32_t channel);
 
-/// The other way round: the plug-in's result table has the latest result of each channel of the run, whoever measured
-/// it, and nothing else. The plug-in has the run's setup loaded, and the simulated receiver where that has measured.
-void RestoreResults(const Plugin& plugin, const FinishedRun& run);
+/// The other way round: the plug-in's result table has the latest result of each channel that the run has of one of
+/// its setups, whoever measured it, and nothing else. The plug-in has that setup loaded, and the simulated receiver
+/// where that has measured.
+void RestoreResults(const Plugin& plugin, const FinishedRun& run, size_t setup);
 
 }  // namespace tvn2x

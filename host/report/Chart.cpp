@@ -107,15 +107,15 @@ double Chart::Top(double y) const
     return height - bottom - y_.Position(y) * (height - top - bottom);
 }
 
-void Chart::LimitLine(double y, bool isFailure)
+void Chart::LimitLine(double from, double to, double y, bool isFailure)
 {
     if (y < y_.low || y > y_.high) {
         return;
     }
     body_ += fmt::format(
-        R"(<line class="{0}-line" x1="{1}" x2="{2}" y1="{3:.1f}" y2="{3:.1f}" stroke="{4}" stroke-width="1.5"{5}/>)"
+        R"(<line class="{0}-line" x1="{1:g}" x2="{2:g}" y1="{3:.1f}" y2="{3:.1f}" stroke="{4}" stroke-width="1.5"{5}/>)"
         "\n",
-        StyleOf(isFailure ? Verdict::fail : Verdict::warning).name, left, width - right, Top(y),
+        StyleOf(isFailure ? Verdict::fail : Verdict::warning).name, Left(from), Left(to), Top(y),
         StyleOf(isFailure ? Verdict::fail : Verdict::warning).colour, isFailure ? "" : R"( stroke-dasharray="6 4")");
 }
 

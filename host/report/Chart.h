@@ -33,7 +33,7 @@ public:
     /// The title is shown, the description is for those who cannot see the picture.
     Chart(std::wstring title, std::wstring description, ChartAxis x, ChartAxis y);
 
-    void LimitLine(double y, bool isFailure);
+    void LimitLine(double from, double to, double y, bool isFailure);  ///< between two x
     void Curve(const std::vector<std::pair<double, double>>& points);
     void Bar(double x, double width, double y, Verdict verdict, std::wstring_view hint);  ///< from 0, width in x
     /// A mark; with a label where it should be named in the picture. An arrow where the value is a bound.

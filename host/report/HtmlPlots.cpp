@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
+#include <tuple>
 
 #include "fmt/format.h"
 #include "fmt/xchar.h"
@@ -23,30 +25,56 @@ ChartAxis FrequencyAxis(const std::vector<ReportRow>& rows)
             .high = rows.back().channel.frequency + 2 * halfChannel};
 }
 
-std::vector<double> Bounds(const Limit* limit)
+/// A part of the frequency axis whose channels have one limit, or none.
+struct Stretch
+{
+    double from = 0;
+    double to = 0;
+    const Limit* limit = nullptr;
+};
+
+/// From end to end of the axis: each order of QAM has limits of its own.
+std::vector<Stretch> Stretches(const std::vector<ReportRow>& rows, int32_t parameter, const Limits* limits)
+{
+    const ChartAxis axis = FrequencyAxis(rows);
+    std::vector<Stretch> stretches;
+    double before = axis.low;
+    for (const ReportRow& row : rows) {
+        const double frequency = row.channel.frequency;
+        const Limit* const limit = limits ? limits->Find(parameter, row.channel.orderOfQam) : nullptr;
+        if (stretches.empty()) {
+            stretches.push_back({axis.low, axis.high, limit});
+        } else if (stretches.back().limit != limit) {
+            stretches.back().to = (before + frequency) / 2;
+            stretches.push_back({stretches.back().to, axis.high, limit});
+        }
+        before = frequency;
+    }
+    return stretches;
+}
+
+std::vector<double> Bounds(const std::vector<Stretch>& stretches)
 {
     std::vector<double> bounds;
     for (const auto bound : {&Limit::failBelow, &Limit::warnBelow, &Limit::warnAbove, &Limit::failAbove}) {
-        if (limit && limit->*bound) {
-            bounds.push_back(*(limit->*bound));
+        for (const Stretch& stretch : stretches) {
+            if (stretch.limit && stretch.limit->*bound) {
+                bounds.push_back(*(stretch.limit->*bound));
+            }
         }
     }
     return bounds;
 }
 
-void DrawLimits(Chart& chart, const Limit* limit)
+/// `sign` is -1 for the limits below 0 of what is judged without its sign.
+void DrawLimits(Chart& chart, const std::vector<Stretch>& stretches, double sign = 1)
 {
-    if (!limit) {
-        return;
-    }
-    for (const auto& bound : {limit->warnBelow, limit->warnAbove}) {
-        if (bound) {
-            chart.LimitLine(*bound, false);
-        }
-    }
-    for (const auto& bound : {limit->failBelow, limit->failAbove}) {
-        if (bound) {
-            chart.LimitLine(*bound, true);
+    for (const auto bound : {&Limit::warnBelow, &Limit::warnAbove, &Limit::failBelow, &Limit::failAbove}) {
+        const bool isFailure = bound == &Limit::failBelow || bound == &Limit::failAbove;
+        for (const Stretch& stretch : stretches) {
+            if (stretch.limit && stretch.limit->*bound) {
+                chart.LimitLine(stretch.from, stretch.to, sign * *(stretch.limit->*bound), isFailure);
+            }
         }
     }
 }
@@ -93,11 +121,11 @@ bool IsMeasured(const std::vector<ReportRow>& rows, int32_t parameter)
 }
 
 /// An axis that holds all values and bounds.
-ChartAxis ValueAxis(const std::vector<ReportRow>& rows, int32_t parameter, const Limit* limit, std::wstring caption,
-                    bool isLogarithmic)
+ChartAxis ValueAxis(const std::vector<ReportRow>& rows, int32_t parameter, const std::vector<Stretch>& stretches,
+                    std::wstring caption, bool isLogarithmic)
 {
     constexpr double roomForArrow = 3;
-    std::vector<double> values = Bounds(limit);
+    std::vector<double> values = Bounds(stretches);
     for (const ReportRow& row : rows) {
         const auto value = Plotted(row.channel, parameter);
         if (value && (!isLogarithmic || *value > 0)) {
@@ -128,23 +156,51 @@ void DrawPoints(Chart& chart, const std::vector<ReportRow>& rows, int32_t parame
     }
 }
 
-std::string LimitsText(const Limit* limit, const wchar_t* unit)
+/// A limit and the orders of QAM that it holds for: "64/256".
+using HeldLimit = std::pair<const Limit*, std::wstring>;
+
+/// Each limit of the rows' orders of QAM once; null where an order has none.
+std::vector<HeldLimit> HeldLimits(const std::vector<ReportRow>& rows, int32_t parameter, const Limits* limits)
 {
-    if (!limit) {
-        return "";
+    std::set<int32_t> orders;
+    for (const ReportRow& row : rows) {
+        orders.insert(row.channel.orderOfQam);
     }
+    std::vector<HeldLimit> held;
+    for (const int32_t order : orders) {
+        const Limit* const limit = limits ? limits->Find(parameter, order) : nullptr;
+        const auto same = std::ranges::find_if(held, [&](const HeldLimit& known) {
+            return known.first == limit || (known.first && limit && *known.first == *limit);
+        });
+        if (same == held.end()) {
+            held.emplace_back(limit, std::to_wstring(order));
+        } else {
+            same->second += L"/" + std::to_wstring(order);
+        }
+    }
+    return held;
+}
+
+/// "Limit (solid line): at least 26 dB (64-QAM), at least 32 dB (256-QAM)."
+std::string LimitsText(const std::vector<HeldLimit>& held, const wchar_t* unit)
+{
     const auto range = [&](const std::optional<double>& low, const std::optional<double>& high) {
         if (low && high) {
             return NumberText(*low) + L" to " + NumberText(*high) + unit;
         }
-        return low ? L"at least " + NumberText(*low) + unit : L"at most " + NumberText(high ? *high : 0) + unit;
+        return low ? L"at least " + NumberText(*low) + unit : L"at most " + NumberText(*high) + unit;
     };
     std::wstring text;
-    if (limit->failBelow || limit->failAbove) {
-        text += L" Limit (solid line): " + range(limit->failBelow, limit->failAbove) + L".";
-    }
-    if (limit->warnBelow || limit->warnAbove) {
-        text += L" Warning (dashed line): " + range(limit->warnBelow, limit->warnAbove) + L".";
+    for (const auto& [what, below, above] : {std::tuple(L" Limit (solid line): ", &Limit::failBelow, &Limit::failAbove),
+                                             {L" Warning (dashed line): ", &Limit::warnBelow, &Limit::warnAbove}}) {
+        std::wstring ranges;
+        for (const auto& [limit, orders] : held) {
+            if (limit && (limit->*below || limit->*above)) {
+                ranges += (ranges.empty() ? what : L", ") + range(limit->*below, limit->*above) +
+                          (held.size() > 1 ? L" (" + orders + L"-QAM)" : L"");
+            }
+        }
+        text += ranges.empty() ? L"" : ranges + L".";
     }
     return Escape(text);
 }
@@ -217,7 +273,7 @@ std::string BudgetLegend()
 
 }  // namespace
 
-ReportPlot LevelPlot(const std::vector<ReportRow>& rows, const Limit* limit)
+ReportPlot LevelPlot(const std::vector<ReportRow>& rows, const Limits* limits)
 {
     if (!IsMeasured(rows, MP_RFLEV)) {
         return {};
@@ -229,9 +285,10 @@ ReportPlot LevelPlot(const std::vector<ReportRow>& rows, const Limit* limit)
     }
     const auto tilt = FitTilt(channels);
     std::string caption = "RF level in dBµV.";
+    const std::vector<Stretch> stretches = Stretches(rows, MP_RFLEV, limits);
     Chart chart(L"RF level", L"RF level of each channel over its centre frequency", FrequencyAxis(rows),
-                ValueAxis(rows, MP_RFLEV, limit, L"RF level (dBµV)", false));
-    DrawLimits(chart, limit);
+                ValueAxis(rows, MP_RFLEV, stretches, L"RF level (dBµV)", false));
+    DrawLimits(chart, stretches);
     if (tilt) {
         constexpr int pieces = 40;
         std::vector<std::pair<double, double>> curve;
@@ -248,10 +305,10 @@ ReportPlot LevelPlot(const std::vector<ReportRow>& rows, const Limit* limit)
             MegahertzText(tilt->highestFrequency), WithUserMark(fmt::format(L"{:.1f}", tilt->spread))));
     }
     DrawPoints(chart, rows, MP_RFLEV);
-    return {chart.Svg(), caption + LimitsText(limit, L" dBµV")};
+    return {chart.Svg(), caption + LimitsText(HeldLimits(rows, MP_RFLEV, limits), L" dBµV")};
 }
 
-ReportPlot StepPlot(const std::vector<ReportRow>& rows, const Limit* limit)
+ReportPlot StepPlot(const std::vector<ReportRow>& rows, const Limits* limits)
 {
     const ReportRow* largest = nullptr;
     for (const ReportRow& row : rows) {
@@ -263,7 +320,8 @@ ReportPlot StepPlot(const std::vector<ReportRow>& rows, const Limit* limit)
         return {};
     }
     double reach = std::abs(*largest->step);
-    for (const double bound : Bounds(limit)) {
+    const std::vector<Stretch> stretches = Stretches(rows, levelStep, limits);
+    for (const double bound : Bounds(stretches)) {
         reach = std::max(reach, bound);
     }
     ChartAxis axis{L"Step (dB)", -reach, reach};
@@ -272,9 +330,7 @@ ReportPlot StepPlot(const std::vector<ReportRow>& rows, const Limit* limit)
     Chart chart(L"Level steps between adjacent channels", L"Level of each channel above that of its lower neighbour",
                 FrequencyAxis(rows), axis);
     for (const double sign : {1.0, -1.0}) {
-        for (const double bound : Bounds(limit)) {
-            chart.LimitLine(sign * bound, limit->failAbove == bound);
-        }
+        DrawLimits(chart, stretches, sign);
     }
     for (const ReportRow& row : rows) {
         if (row.step) {
@@ -285,32 +341,35 @@ ReportPlot StepPlot(const std::vector<ReportRow>& rows, const Limit* limit)
     return {chart.Svg(),
             Escape(fmt::format(L"Level of each channel above its lower neighbour; the largest step is {} dB at {}.",
                                SignedTenths(*largest->step), largest->channel.Name())) +
-                LimitsText(limit, L" dB")};
+                LimitsText(HeldLimits(rows, levelStep, limits), L" dB")};
 }
 
-ReportPlot MerPlot(const std::vector<ReportRow>& rows, const Limit* limit)
+ReportPlot MerPlot(const std::vector<ReportRow>& rows, const Limits* limits)
 {
     if (!IsMeasured(rows, MP_MER)) {
         return {};
     }
+    const std::vector<Stretch> stretches = Stretches(rows, MP_MER, limits);
     Chart chart(L"Modulation error ratio", L"MER of each channel over its centre frequency", FrequencyAxis(rows),
-                ValueAxis(rows, MP_MER, limit, L"MER (dB)", false));
-    DrawLimits(chart, limit);
+                ValueAxis(rows, MP_MER, stretches, L"MER (dB)", false));
+    DrawLimits(chart, stretches);
     DrawPoints(chart, rows, MP_MER);
-    return {chart.Svg(), "MER in dB; a cross on the axis is a channel without a value." + LimitsText(limit, L" dB")};
+    return {chart.Svg(), "MER in dB; a cross on the axis is a channel without a value." +
+                             LimitsText(HeldLimits(rows, MP_MER, limits), L" dB")};
 }
 
-ReportPlot BerPlot(const std::vector<ReportRow>& rows, const Limit* limit)
+ReportPlot BerPlot(const std::vector<ReportRow>& rows, const Limits* limits)
 {
     if (!IsMeasured(rows, MP_BER)) {
         return {};
     }
+    const std::vector<Stretch> stretches = Stretches(rows, MP_BER, limits);
     Chart chart(L"Bit error ratio before Reed-Solomon", L"Bit error ratio of each channel, on a logarithmic axis",
-                FrequencyAxis(rows), ValueAxis(rows, MP_BER, limit, L"BER before RS", true));
-    DrawLimits(chart, limit);
+                FrequencyAxis(rows), ValueAxis(rows, MP_BER, stretches, L"BER before RS", true));
+    DrawLimits(chart, stretches);
     DrawPoints(chart, rows, MP_BER);
     return {chart.Svg(), "BER before Reed-Solomon; an arrow down is a count without errors: the ratio is below." +
-                             LimitsText(limit, L"")};
+                             LimitsText(HeldLimits(rows, MP_BER, limits), L"")};
 }
 
 ReportPlot BudgetPlot(const std::vector<ReportRow>& rows)

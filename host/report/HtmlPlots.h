@@ -24,11 +24,11 @@ struct ReportPlot
     std::string caption;
 };
 
-/// Rows are by ascending frequency.
-ReportPlot LevelPlot(const std::vector<ReportRow>& rows, const Limit* limit);
-ReportPlot StepPlot(const std::vector<ReportRow>& rows, const Limit* limit);
-ReportPlot MerPlot(const std::vector<ReportRow>& rows, const Limit* limit);
-ReportPlot BerPlot(const std::vector<ReportRow>& rows, const Limit* limit);
+/// Rows are by ascending frequency. Lines show the limits where they hold, by the order of QAM of the channels there.
+ReportPlot LevelPlot(const std::vector<ReportRow>& rows, const Limits* limits);
+ReportPlot StepPlot(const std::vector<ReportRow>& rows, const Limits* limits);
+ReportPlot MerPlot(const std::vector<ReportRow>& rows, const Limits* limits);
+ReportPlot BerPlot(const std::vector<ReportRow>& rows, const Limits* limits);
 /// What eats the MER of the channels that have the lowest.
 ReportPlot BudgetPlot(const std::vector<ReportRow>& rows);
 

@@ -22,11 +22,6 @@ std::string ClassOf(Verdict verdict)
     return verdict == Verdict::notMeasured ? "unmeasured" : Escape(VerdictName(verdict));
 }
 
-std::wstring FileName(const std::wstring& path)
-{
-    return path.substr(path.find_last_of(L"\\/") + 1);
-}
-
 /// The worst measurement of each channel.
 std::vector<size_t> Worst(const FinishedRun& run, const RunJudgement& judgement)
 {
@@ -75,8 +70,9 @@ std::wstring LimitsName(const RunJudgement& judgement, const Limits* limits)
         return L"none: a channel passes when all locks hold";
     }
     std::wstring text;
-    for (const std::wstring& part : {limits ? limits->name : L"", limits ? limits->date : L"",
-                                     FileName(judgement.limits), L"SHA-256 " + judgement.limitsSha256}) {
+    for (const std::wstring& part :
+         {limits ? limits->name : L"", limits ? limits->date : L"",
+          judgement.limits.substr(judgement.limits.find_last_of(L"\\/") + 1), L"SHA-256 " + judgement.limitsSha256}) {
         text += part.empty() ? L"" : (text.empty() ? L"" : L", ") + part;
     }
     return text;
@@ -88,10 +84,22 @@ std::string ProtocolFacts(const RunProtocol& protocol)
            Fact("Order", protocol.order) + Fact("Remark", protocol.remark);
 }
 
+std::string SetupFacts(const RunSetup& setup)
+{
+    const SetupSettings& settings = setup.settings;
+    return Fact("Setup", setup.FileName() + L", SHA-256 " + setup.sha256) + Fact("Notes", setup.notes) +
+           Fact("Settings",
+                fmt::format(L"{}-QAM, roll-off {} %, input {}, SAW filter {}, reference {}, BER over {} · 10^7 bits, "
+                            L"settling up to {} s",
+                            settings.orderOfQam, settings.rollOffFactor,
+                            ChoiceWords(setting::inputRoute, settings.inputRoute),
+                            settings.sawBandwidth == 0 ? L"off" : fmt::format(L"{} MHz", settings.sawBandwidth),
+                            settings.referenceSource == 1 ? L"external" : L"internal", settings.berSamples,
+                            settings.maxSettlingTime));
+}
+
 std::string Facts(const FinishedRun& run, const RunJudgement& judgement, const Limits* limits)
 {
-    const RunSetup& setup = run.setup;
-    const SetupSettings& settings = setup.settings;
     std::wstring resumed;
     for (const std::wstring& time : run.resumed) {
         resumed += (resumed.empty() ? L"" : L", ") + LocalText(time);
@@ -102,16 +110,9 @@ std::string Facts(const FinishedRun& run, const RunJudgement& judgement, const L
                      L", " + DurationText(run.Seconds()) + L" min of measuring" + (run.stopped ? L", stopped" : L""));
     text += Fact("Passes", PassesText(run));
     text += Fact("Resumed", resumed);
-    text += Fact("Setup", FileName(setup.path) + L", SHA-256 " + setup.sha256);
-    text += Fact("Notes", setup.notes);
-    text += Fact(
-        "Settings",
-        fmt::format(L"{}-QAM, roll-off {} %, input {}, SAW filter {}, reference {}, BER over {} · 10^7 bits, "
-                    L"settling up to {} s",
-                    settings.orderOfQam, settings.rollOffFactor, ChoiceWords(setting::inputRoute, settings.inputRoute),
-                    settings.sawBandwidth == 0 ? L"off" : fmt::format(L"{} MHz", settings.sawBandwidth),
-                    settings.referenceSource == 1 ? L"external" : L"internal", settings.berSamples,
-                    settings.maxSettlingTime));
+    for (const RunSetup& setup : run.setups) {
+        text += SetupFacts(setup);
+    }
     text +=
         Fact("Receiver", run.receiver.identity + (run.receiver.hardware.empty() ? L"" : L", ") + run.receiver.hardware);
     text += Fact("Serial number", run.receiver.serialNumber);
@@ -149,12 +150,15 @@ std::string MarginCell(const ChannelJudgement& judgement)
     return fmt::format("<td>{} {}</td>", Escape(FindReadingKind(worst->parameter)->title), Escape(MarginText(*worst)));
 }
 
-std::string GridRow(const FinishedRun& run, const RunJudgement& judgement, const ReportRow& row)
+std::string GridRow(const FinishedRun& run, const RunJudgement& judgement, const ReportRow& row, bool showsOrder)
 {
     std::string text = fmt::format("<tr><td class=\"number\">{}</td><td class=\"{}\">{}</td>", row.channel.number,
                                    ClassOf(row.judgement.verdict), Escape(VerdictName(row.judgement.verdict)));
     if (run.passes != 1) {
         text += fmt::format("<td class=\"number\">{}</td>", row.channel.pass);
+    }
+    if (showsOrder) {
+        text += fmt::format("<td class=\"number\">{}</td>", row.channel.orderOfQam);
     }
     for (const RunColumn& column : run.columns) {
         const Finding* finding = row.judgement.Find(column.parameter);
@@ -185,13 +189,17 @@ std::string GridTable(const FinishedRun& run, const RunJudgement& judgement, con
     if (run.passes != 1) {
         text += "<th scope=\"col\">Pass</th>";
     }
+    const bool showsOrder = run.OrdersOfQam().size() > 1;
+    if (showsOrder) {
+        text += "<th scope=\"col\">QAM</th>";
+    }
     for (const RunColumn& column : run.columns) {
         text += "<th scope=\"col\">" + Escape(column.caption) + "</th>";
     }
     text += judgement.hasLimits ? "<th scope=\"col\">Worst Margin</th>" : "";
     text += "</tr></thead><tbody>\n";
     for (const ReportRow& row : rows) {
-        text += GridRow(run, judgement, row);
+        text += GridRow(run, judgement, row, showsOrder);
     }
     return text + "</tbody></table>\n</section>\n";
 }
@@ -214,11 +222,8 @@ std::string SimulationBand(const RunReceiver& receiver)
     return receiver.simulation ? "<p class=\"band\">" + Escape(SimulationText(receiver)) + "</p>\n" : "";
 }
 
-std::string Plots(const FinishedRun& run, const std::vector<ReportRow>& rows, const Limits* limits)
+std::string Plots(const std::vector<ReportRow>& rows, const Limits* limits)
 {
-    const auto limit = [&](int32_t parameter) {
-        return limits ? limits->Find(parameter, run.setup.settings.orderOfQam) : nullptr;
-    };
     std::vector<const ReportRow*> order;
     order.reserve(rows.size());
     for (const ReportRow& row : rows) {
@@ -232,8 +237,8 @@ std::string Plots(const FinishedRun& run, const std::vector<ReportRow>& rows, co
     }
     std::string text;
     for (const ReportPlot& plot :
-         {LevelPlot(byFrequency, limit(MP_RFLEV)), StepPlot(byFrequency, limit(levelStep)),
-          MerPlot(byFrequency, limit(MP_MER)), BerPlot(byFrequency, limit(MP_BER)), BudgetPlot(byFrequency)}) {
+         {LevelPlot(byFrequency, limits), StepPlot(byFrequency, limits), MerPlot(byFrequency, limits),
+          BerPlot(byFrequency, limits), BudgetPlot(byFrequency)}) {
         if (!plot.svg.empty()) {
             text += "<figure>\n" + plot.svg + "<figcaption>" + plot.caption + "</figcaption>\n</figure>\n";
         }
@@ -252,7 +257,7 @@ std::string HtmlReport(const FinishedRun& run, const RunJudgement& judgement, co
     for (const size_t position : Worst(run, judgement)) {
         rows.push_back({run.channels[position], judgement.channels[position], steps[position]});
     }
-    const std::wstring title = L"Cable network scan: " + FileName(run.setup.path);
+    const std::wstring title = L"Cable network scan: " + SetupNames(run);
     std::string text = fmt::format(
         "<!DOCTYPE html>\n<html xmlns=\"http://www.w3.org/1999/xhtml\" lang=\"en\">\n<head>\n<meta "
         "charset=\"utf-8\"/>\n"
@@ -263,7 +268,7 @@ std::string HtmlReport(const FinishedRun& run, const RunJudgement& judgement, co
         SimulationBand(run.receiver));
     text += Facts(run, judgement, limits);
     text += FindingsTable(rows);
-    text += rows.empty() ? "" : Plots(run, rows, limits);
+    text += rows.empty() ? "" : Plots(rows, limits);
     text += GridTable(run, judgement, rows);
     return text + "</body>\n</html>\n";
 }

@@ -21,12 +21,28 @@ struct Suite
     std::vector<size_t> cases;
 };
 
-/// Name of the setup's file without folder and extension.
+/// Name of a setup's file without folder and extension.
+std::wstring Title(const RunSetup& setup)
+{
+    const std::wstring name = setup.FileName();
+    const size_t extension = name.find_last_of(L'.');
+    return extension > 0 ? name.substr(0, extension) : name;
+}
+
+/// Those of all setups.
 std::wstring Title(const FinishedRun& run)
 {
-    const std::wstring& path = run.setup.path;
-    const size_t begin = path.find_last_of(L"\\/") + 1;
-    return path.substr(begin, path.find_last_of(L'.') > begin ? path.find_last_of(L'.') - begin : std::wstring::npos);
+    std::wstring text;
+    for (const RunSetup& setup : run.setups) {
+        text += (text.empty() ? L"" : L", ") + Title(setup);
+    }
+    return text;
+}
+
+/// What a suite or a class is called in a pass.
+std::wstring InPass(const FinishedRun& run, const std::wstring& title, int32_t pass)
+{
+    return run.passes == 1 ? title : fmt::format(L"{} pass {}", title, pass);
 }
 
 std::map<int32_t, Suite> Suites(const FinishedRun& run, const RunJudgement& judgement)
@@ -89,16 +105,19 @@ std::string Case(const ChannelResult& channel, const ChannelJudgement& judgement
 
 std::string Properties(const FinishedRun& run, const RunJudgement& judgement)
 {
+    std::vector<std::pair<const char*, std::wstring>> properties{{"program", run.program},
+                                                                 {"began", LocalText(run.began)}};
+    for (const RunSetup& setup : run.setups) {
+        properties.emplace_back("setup", setup.path);
+        properties.emplace_back("setup.sha256", setup.sha256);
+    }
+    properties.insert(properties.end(), {{"receiver.serialNumber", run.receiver.serialNumber},
+                                         {"receiver.firmware", run.receiver.firmware},
+                                         {"receiver.simulation", SimulationText(run.receiver)},
+                                         {"limits", judgement.limits},
+                                         {"verdict", VerdictSentence(run, judgement)}});
     std::string text = "    <properties>\n";
-    for (const auto& [key, value] : {std::pair{"program", run.program},
-                                     {"began", LocalText(run.began)},
-                                     {"setup", run.setup.path},
-                                     {"setup.sha256", run.setup.sha256},
-                                     {"receiver.serialNumber", run.receiver.serialNumber},
-                                     {"receiver.firmware", run.receiver.firmware},
-                                     {"receiver.simulation", SimulationText(run.receiver)},
-                                     {"limits", judgement.limits},
-                                     {"verdict", VerdictSentence(run, judgement)}}) {
+    for (const auto& [key, value] : properties) {
         text += fmt::format("      <property name=\"{}\" value=\"{}\"/>\n", key, Escape(value));
     }
     return text + "    </properties>\n";
@@ -133,15 +152,16 @@ std::string JunitReport(const FinishedRun& run, const RunJudgement& judgement)
                         Escape(title), static_cast<int64_t>(run.channels.size()) + further,
                         judgement.Count(Verdict::fail), ErrorsOf(judgement) + further, run.Seconds());
     for (const auto& [pass, suite] : Suites(run, judgement)) {
-        const std::wstring name = run.passes == 1 ? title : fmt::format(L"{} pass {}", title, pass);
         text += fmt::format(
             "  <testsuite name=\"{}\" tests=\"{}\" failures=\"{}\" errors=\"{}\" skipped=\"0\" time=\"{:.3f}\" "
             "timestamp=\"{}\" hostname=\"localhost\">\n",
-            Escape(name), suite.cases.size(), suite.failures, suite.errors, suite.seconds,
+            Escape(InPass(run, title, pass)), suite.cases.size(), suite.failures, suite.errors, suite.seconds,
             PlainTime(suite.began.empty() ? run.began : suite.began));
         text += Properties(run, judgement);
         for (const size_t position : suite.cases) {
-            text += Case(run.channels[position], judgement.channels[position], name);
+            const ChannelResult& channel = run.channels[position];
+            text += Case(channel, judgement.channels[position],
+                         InPass(run, Title(run.setups[run.SetupOf(channel.number)]), pass));
         }
         text += "  </testsuite>\n";
     }

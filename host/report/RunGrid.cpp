@@ -29,16 +29,23 @@ std::wstring CellText(const ChannelResult& channel, int32_t parameter)
 
 TextGrid RunGrid(const FinishedRun& run, int32_t pass)
 {
+    const bool showsOrder = run.OrdersOfQam().size() > 1;
     std::vector<std::wstring> captions{L"No."};
     for (const RunColumn& column : run.columns) {
         captions.push_back(column.caption);
     }
+    if (showsOrder) {
+        captions.insert(captions.begin() + 1, L"QAM");
+    }
     const auto fixed =
         std::ranges::find_if(run.columns, [](const RunColumn& column) { return column.parameter > MP_SYMBOLRATE; });
-    TextGrid grid(captions, 1 + static_cast<size_t>(fixed - run.columns.begin()));
+    TextGrid grid(captions, 1 + (showsOrder ? 1 : 0) + static_cast<size_t>(fixed - run.columns.begin()));
     for (const ChannelResult& channel : run.channels) {
         if (channel.pass == pass) {
             std::vector<std::wstring> row{std::to_wstring(channel.number)};
+            if (showsOrder) {
+                row.push_back(std::to_wstring(channel.orderOfQam));
+            }
             for (const RunColumn& column : run.columns) {
                 row.push_back(CellText(channel, column.parameter));
             }

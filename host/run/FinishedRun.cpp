@@ -113,6 +113,21 @@ void RunProtocol::Take(const RunProtocol& later)
     }
 }
 
+size_t FinishedRun::SetupOf(int32_t channel) const
+{
+    const auto next = std::ranges::upper_bound(setups, channel, {}, &RunSetup::firstChannel);
+    return static_cast<size_t>(next - setups.begin()) - 1;
+}
+
+std::set<int32_t> FinishedRun::OrdersOfQam() const
+{
+    std::set<int32_t> orders;
+    for (const ChannelResult& channel : channels) {
+        orders.insert(channel.orderOfQam);
+    }
+    return orders;
+}
+
 void FinishedRun::Complete()
 {
     const std::set<int32_t> begun = BegunPasses(*this);
@@ -134,6 +149,7 @@ void FinishedRun::Complete()
                                     .label = planned.label,
                                     .frequency = planned.frequency,
                                     .symbolRate = planned.symbolRate,
+                                    .orderOfQam = setups[SetupOf(planned.number)].settings.orderOfQam,
                                     .status = {},
                                     .timeStamp = {},
                                     .began = {},
@@ -181,6 +197,15 @@ std::vector<size_t> FinishedRun::Latest() const
     std::vector<size_t> positions;
     std::ranges::transform(latest, std::back_inserter(positions), [](const auto& entry) { return entry.second; });
     return positions;
+}
+
+std::wstring SetupNames(const FinishedRun& run)
+{
+    std::wstring names;
+    for (const RunSetup& setup : run.setups) {
+        names += (names.empty() ? L"" : L", ") + setup.FileName();
+    }
+    return names;
 }
 
 std::wstring SimulationText(const RunReceiver& receiver)

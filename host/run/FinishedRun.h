@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -54,10 +55,11 @@ std::wstring ChannelName(const std::wstring& label, double frequency);
 struct ChannelResult
 {
     int32_t pass = 1;    ///< which of the repeated scans, from 1
-    int32_t number = 0;  ///< in the setup, from 1
+    int32_t number = 0;  ///< in the run, from 1
     std::wstring label;
-    double frequency = 0;   ///< MHz
-    double symbolRate = 0;  ///< MSymb/s
+    double frequency = 0;    ///< MHz
+    double symbolRate = 0;   ///< MSymb/s
+    int32_t orderOfQam = 0;  ///< of its setup
     ChannelOutcome outcome = ChannelOutcome::unmeasured;
     std::wstring status;     ///< "Done", "Control Error", ...
     std::wstring timeStamp;  ///< as the plug-in wrote it, in the user's own format
@@ -82,13 +84,17 @@ struct RunColumn
     bool operator==(const RunColumn&) const = default;
 };
 
-/// What a run keeps of the setup that it followed.
+/// What a run keeps of a setup that it followed.
 struct RunSetup
 {
     std::wstring path;
     std::wstring sha256;  ///< of the file
     std::wstring notes;
+    /// The number in the run of the setup's own channel 1. The channels of several setups are counted through.
+    int32_t firstChannel = 1;
     SetupSettings settings;
+
+    std::wstring FileName() const { return path.substr(path.find_last_of(L"\\/") + 1); }
 
     bool operator==(const RunSetup&) const = default;
 };
@@ -132,7 +138,7 @@ struct RunProtocol
 /// A channel that was to be measured.
 struct PlannedChannel
 {
-    int32_t number = 0;  ///< in the setup, from 1
+    int32_t number = 0;  ///< in the run, from 1
     std::wstring label;
     double frequency = 0;   ///< MHz
     double symbolRate = 0;  ///< MSymb/s
@@ -143,8 +149,8 @@ struct PlannedChannel
 /// Everything known of a scan that has ended or was stopped. Every report is made from this.
 struct FinishedRun
 {
-    std::wstring program;  ///< name and version of the program that measured
-    RunSetup setup;
+    std::wstring program;          ///< name and version of the program that measured
+    std::vector<RunSetup> setups;  ///< one after another, at least one
     RunReceiver receiver;
     RunProtocol protocol;
     std::vector<RunColumn> columns;         ///< of the result grid, from left to right
@@ -158,6 +164,11 @@ struct FinishedRun
     std::vector<ChannelResult> channels;  ///< by pass and number
 
     bool operator==(const FinishedRun&) const = default;
+
+    /// The position in `setups` of the one that a channel of the run is in.
+    size_t SetupOf(int32_t channel) const;
+    /// The orders of QAM of its channels, each once, ascending.
+    std::set<int32_t> OrdersOfQam() const;
 
     /// Gives each channel that was to be measured its place: what a pass that began lacks is added as unmeasured. Of
     /// two results of a channel in one pass an unmeasured one goes.
@@ -173,6 +184,9 @@ struct FinishedRun
     /// Positions of the latest result of each channel, by number.
     std::vector<size_t> Latest() const;
 };
+
+/// The files of its setups: "net-64qam.ini, net-256qam.ini".
+std::wstring SetupNames(const FinishedRun& run);
 
 /// "Simulated receiver: network model town.ini, SHA-256 0123..., seed 7", "" for a real one.
 std::wstring SimulationText(const RunReceiver& receiver);

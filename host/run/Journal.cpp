@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <set>
 
+#include "fmt/format.h"
+#include "fmt/xchar.h"
 #include "text/InputError.h"
 #include "text/TextInput.h"
 #include "util/modLocaleInfo.h"
@@ -22,15 +24,24 @@ void Journal::Add(std::string_view lines)
     }
 }
 
-void RequireSameSetup(const FinishedRun& run, const std::wstring& journal, const std::wstring& setupSha256,
-                      const std::wstring& setup, int32_t channels, const std::wstring& remedy)
+void RequireSameSetups(const FinishedRun& run, const std::wstring& journal, const std::vector<RunSetup>& given,
+                       int32_t channels, const std::wstring& remedy)
 {
-    if (run.setup.sha256 != setupSha256) {
-        RaiseInput(journal + L" belongs to the setup " + run.setup.path + L" as it was on " + run.began.substr(0, 10) +
-                   L", and " + setup + L" differs from that" + remedy);
+    if (given.size() != run.setups.size()) {
+        RaiseInput(fmt::format(L"{} belongs to as many setups as {}, and {} given{}", journal, SetupNames(run),
+                               given.size() == 1 ? L"1 is" : fmt::format(L"{} are", given.size()), remedy));
     }
-    if (run.selection.empty() || run.selection.back().number > channels) {
-        RaiseInput(journal + L" names channels that " + setup + L" does not have" + remedy);
+    bool hasChannels = !run.selection.empty() && run.selection.back().number <= channels;
+    for (size_t i = 0; i < given.size(); ++i) {
+        const RunSetup& then = run.setups[i];
+        if (then.sha256 != given[i].sha256) {
+            RaiseInput(journal + L" belongs to the setup " + then.path + L" as it was on " + run.began.substr(0, 10) +
+                       L", and " + given[i].path + L" differs from that" + remedy);
+        }
+        hasChannels = hasChannels && then.firstChannel == given[i].firstChannel;
+    }
+    if (!hasChannels) {
+        RaiseInput(journal + L" names channels that " + SetupNames(run) + L" does not have" + remedy);
     }
 }
 

@@ -47,10 +47,10 @@ struct ChannelTurn
     bool operator==(const ChannelTurn&) const = default;
 };
 
-/// Raises unusableInput, with what to do about it, where a stored run followed another setup than this one, or other
-/// channels (the setup has 1..channels).
-void RequireSameSetup(const FinishedRun& run, const std::wstring& journal, const std::wstring& setupSha256,
-                      const std::wstring& setup, int32_t channels, const std::wstring& remedy);
+/// Raises unusableInput, with what to do about it, where a stored run followed other setups than these, or in another
+/// order, or other channels (these have 1..channels).
+void RequireSameSetups(const FinishedRun& run, const std::wstring& journal, const std::vector<RunSetup>& given,
+                       int32_t channels, const std::wstring& remedy);
 
 /// What a run has left to do in its present pass, or in the next one where that is done. Empty when all passes are
 /// done.

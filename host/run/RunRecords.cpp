@@ -65,6 +65,22 @@ Json ReadingJson(const Reading& reading)
     return json;
 }
 
+Json SetupJson(const RunSetup& setup)
+{
+    return {{"path", Text(setup.path)},
+            {"sha256", Text(setup.sha256)},
+            {"notes", Text(setup.notes)},
+            {"firstChannel", setup.firstChannel},
+            {"orderOfQam", setup.settings.orderOfQam},
+            {"rollOffFactor", setup.settings.rollOffFactor},
+            {"sawBandwidthMHz", setup.settings.sawBandwidth},
+            {"inputRoute", setup.settings.inputRoute},
+            {"referenceSource", setup.settings.referenceSource},
+            {"berSamples", setup.settings.berSamples},
+            {"maxSettlingTimeSeconds", setup.settings.maxSettlingTime},
+            {"levelUnit", Text(setup.settings.levelUnit)}};
+}
+
 /// A record of a file that anybody may have written: whatever is not as it should be is refused.
 class Record
 {
@@ -182,6 +198,39 @@ ChannelResult ReadChannel(const Record& json)
     return channel;
 }
 
+RunSetup ReadRunSetup(const Record& json)
+{
+    return {.path = json.Text("path"),
+            .sha256 = json.Text("sha256"),
+            .notes = PlainText(json.Text("notes")),  // rich text in early files
+            .firstChannel = json.Has("firstChannel") ? json.Whole("firstChannel", 1) : 1,
+            .settings = {.orderOfQam = json.Whole("orderOfQam"),
+                         .rollOffFactor = json.Whole("rollOffFactor"),
+                         .sawBandwidth = json.Whole("sawBandwidthMHz"),
+                         .inputRoute = json.Whole("inputRoute"),
+                         .referenceSource = json.Whole("referenceSource"),
+                         .berSamples = json.Whole("berSamples"),
+                         .maxSettlingTime = json.Whole("maxSettlingTimeSeconds"),
+                         .levelUnit = json.Text("levelUnit")}};
+}
+
+/// The setups in the order in which their channels are counted; early files have one, and not as a list.
+std::vector<RunSetup> ReadRunSetups(const Record& json)
+{
+    if (!json.Has("setups")) {
+        return {ReadRunSetup(json.Object("setup"))};
+    }
+    std::vector<RunSetup> setups;
+    for (const Json& setup : json.Array("setups")) {
+        setups.push_back(ReadRunSetup(Record(setup)));
+    }
+    const auto falls = std::ranges::adjacent_find(setups, std::ranges::greater_equal(), &RunSetup::firstChannel);
+    if (setups.empty() || setups.front().firstChannel != 1 || falls != setups.end()) {
+        Record::Refuse("setups", L"has to name setups, by \"firstChannel\" from 1 on");
+    }
+    return setups;
+}
+
 PlannedChannel ReadPlanned(const Record& json)
 {
     return {.number = json.Whole("number", 1),
@@ -216,18 +265,7 @@ void ReadHead(const Record& json, FinishedRun& run)
                                      std::to_wstring(format));
     }
     run.program = json.Text("program");
-    const Record setup = json.Object("setup");
-    run.setup = {.path = setup.Text("path"),
-                 .sha256 = setup.Text("sha256"),
-                 .notes = PlainText(setup.Text("notes")),  // rich text in early files
-                 .settings = {.orderOfQam = setup.Whole("orderOfQam"),
-                              .rollOffFactor = setup.Whole("rollOffFactor"),
-                              .sawBandwidth = setup.Whole("sawBandwidthMHz"),
-                              .inputRoute = setup.Whole("inputRoute"),
-                              .referenceSource = setup.Whole("referenceSource"),
-                              .berSamples = setup.Whole("berSamples"),
-                              .maxSettlingTime = setup.Whole("maxSettlingTimeSeconds"),
-                              .levelUnit = setup.Text("levelUnit")}};
+    run.setups = ReadRunSetups(json);
     const Record receiver = json.Object("receiver");
     run.receiver = {.identity = receiver.Text("identity"),
                     .hardware = receiver.Text("hardware"),
@@ -273,8 +311,9 @@ void ReadRecord(const Json& json, bool isFirst, FinishedRun& run)
     if (kind == "run") {
         ReadHead(record, run);
     } else if (kind == "channel") {
-        run.channels.push_back(ReadChannel(record));
-        RequirePlanned(run.channels.back(), run);
+        ChannelResult& channel = run.channels.emplace_back(ReadChannel(record));
+        RequirePlanned(channel, run);
+        channel.orderOfQam = run.setups[run.SetupOf(channel.number)].settings.orderOfQam;
     } else if (kind == "resumed") {
         run.resumed.push_back(record.Text("at"));
         run.stopped = false;
@@ -304,6 +343,10 @@ void RequireOnce(const FinishedRun& run, const std::wstring& path)
 
 std::string RunLine(const FinishedRun& run)
 {
+    Json setups = Json::array();
+    for (const RunSetup& setup : run.setups) {
+        setups.push_back(SetupJson(setup));
+    }
     Json columns = Json::array();
     for (const RunColumn& column : run.columns) {
         columns.push_back({{"parameter", column.parameter}, {"caption", Text(column.caption)}});
@@ -328,18 +371,7 @@ std::string RunLine(const FinishedRun& run)
                  {"format", format},
                  {"program", Text(run.program)},
                  {"began", Text(run.began)},
-                 {"setup",
-                  {{"path", Text(run.setup.path)},
-                   {"sha256", Text(run.setup.sha256)},
-                   {"notes", Text(run.setup.notes)},
-                   {"orderOfQam", run.setup.settings.orderOfQam},
-                   {"rollOffFactor", run.setup.settings.rollOffFactor},
-                   {"sawBandwidthMHz", run.setup.settings.sawBandwidth},
-                   {"inputRoute", run.setup.settings.inputRoute},
-                   {"referenceSource", run.setup.settings.referenceSource},
-                   {"berSamples", run.setup.settings.berSamples},
-                   {"maxSettlingTimeSeconds", run.setup.settings.maxSettlingTime},
-                   {"levelUnit", Text(run.setup.settings.levelUnit)}}},
+                 {"setups", std::move(setups)},
                  {"receiver", std::move(receiver)},
                  {"protocol",
                   {{"site", Text(run.protocol.site)},
@@ -367,7 +399,8 @@ std::string ChannelLine(const ChannelResult& channel, std::string_view further)
               {"number", channel.number},
               {"label", Text(channel.label)},
               {"frequencyMHz", channel.frequency},
-              {"symbolRateMSymbs", channel.symbolRate}};
+              {"symbolRateMSymbs", channel.symbolRate},
+              {"orderOfQam", channel.orderOfQam}};
     for (const auto& known : outcomes) {
         if (known.outcome == channel.outcome) {
             json["outcome"] = known.name;

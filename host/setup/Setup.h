@@ -42,6 +42,7 @@ struct Setup
     };
 
     const Channel& ChannelAt(int32_t number) const { return channels.at(static_cast<size_t>(number - 1)); }
+    std::wstring FileName() const { return path.substr(path.find_last_of(L"\\/") + 1); }
     const Parameter& ParameterAt(int32_t number) const { return parameters.at(static_cast<size_t>(number - 1)); }
 
     std::wstring path, product, version;

@@ -32,11 +32,14 @@ expect_text 'net.ini: 36 channels, 256-QAM, 314 to 810 MHz'
 
 expect_exit 0 import "$plans/at-Kabel-Braunau" -o mixed.ini --max-settling-time 1 --ber-samples 1
 expect_notice 'The plan mixes 3 orders of QAM, and a setup has one: 3 setups are written.'
+mixed=()
 for setup in 64:20 128:2 256:2; do
     expect_text "mixed-${setup%:*}qam.ini: ${setup#*:} channels"
     grep -q "^Order Of QAM=${setup%:*}" "mixed-${setup%:*}qam.ini" || fail "writes another order than $setup"
+    mixed+=("mixed-${setup%:*}qam.ini")
 done
 [ ! -e mixed.ini ] || fail "writes mixed.ini beside the three"
+read -r -a advice <<<"$(tr -d '\r' <"$work/err" | sed -n 's/^To scan them as one network: tvnhost //p' | sed 's/\\/\\\\/g')"
 
 head -n 24 "$plans/at-Kabelsignal" >town # three channels
 printf '[CHANNEL]\n\tDELIVERY_SYSTEM = DVBC/ANNEX_A\n\tFREQUENCY = 338000000\n\tSYMBOL_RATE = 6900000\n\tMODULATION = QAM/AUTO\n' >>town
@@ -71,6 +74,35 @@ expect_rows '23 24 25'
 expect_text '3 channels, 2 synchronised, 1 not synchronised, 0 errors'
 expect_notice 'K51 714 MHz       not synchronised'
 grep -q Jitter "$work/out" && fail "shows columns that were not asked for"
+
+# Several setups are one run: one grid, one verdict, one of each report, and gone on with where it ended.
+check() { python3 -B "$root/tests/system/report_check.py" "$@"; }
+expect_exit 0 network "$plans/at-Kabel-Braunau" -o town-clean.ini --clean
+expect_exit 0 "${advice[@]}" --network town-clean.ini "${fast[@]}" --channels 20-23 --limits outlet --journal mixed.journal \
+    --json mixed.jsonl --junit mixed.xml --html mixed.html --result mixed.csv
+expect_rows '20 21 22 23'
+expect_text ' QAM ' '4 channels, 4 synchronised' 'of 4 channels pass'
+expect_match '^ 20   64 ' '^ 22  128 ' '^ 23  256 '
+check schema "$root/docs/result.schema.json" mixed.jsonl mixed.journal
+check agree mixed.jsonl mixed.html mixed.xml
+[ "$(grep -c '^Order of QAM' mixed.csv)" = 3 ] || fail "does not write three tables"
+[ "$(grep -c $'\xEF\xBB\xBF' mixed.csv)" = 1 ] || fail "marks the encoding in the middle"
+[ "$(grep -c ',Done,' mixed.csv)" = 4 ] || fail "does not write the results"
+expect_exit 0 report mixed.jsonl --limits outlet --json later.jsonl --junit later.xml --html later.html --result later.csv
+for report in jsonl xml html csv; do cmp mixed.$report later.$report; done
+head -n 3 mixed.journal >begun.journal # two of four channels, and two of three setups
+expect_exit 1 judge begun.journal
+expect_text 'INCOMPLETE'
+expect_exit 0 scan "${mixed[@]}" --network town-clean.ini "${fast[@]}" --resume begun.journal
+expect_notice '1/2  K28 530 MHz' '2/2  K34 578 MHz'
+check same mixed.jsonl begun.journal
+expect_exit 2 scan "${mixed[1]}" "${mixed[0]}" "${mixed[2]}" --resume begun.journal
+expect_notice 'in the same order'
+sed 's/^Level Unit=.*/Level Unit=mV\r/' "${mixed[1]}" >millivolts.ini
+expect_exit 2 scan "${mixed[0]}" millivolts.ini --network town-clean.ini
+expect_notice 'a run shows them in one unit'
+expect_exit 2 scan "${mixed[0]}" "./${mixed[0]}"
+expect_notice 'is given twice'
 
 # Input that is not to be used.
 mkdir folder.ini blocked-256qam.ini

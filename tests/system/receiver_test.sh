@@ -99,7 +99,7 @@ quick=('BER Integration (Samples)=1' 'Maximum Settling Time (sec)=1')
 fast=(--time-scale 0.01)
 setup scan.ini 'Order Of QAM=256' "${quick[@]}"
 expect_exit 0 scan scan.ini --network "$receivers/full.ini" "${fast[@]}" --write
-expect_notice 'Receiver 200117: can do everything that the setup asks for' 'Configuring KTR'
+expect_notice 'Receiver 200117: can do everything that scan.ini asks for' 'Configuring KTR'
 expect_text '1 channel, 1 synchronised'
 # What cannot be measured is told and left to the receiver; what the plug-in takes otherwise loads.
 setup odd.ini 'Order Of QAM=256' "${quick[@]}" 'Symbol Rate 01=0' 'Count=1.0'
@@ -121,7 +121,7 @@ for write in '' --write; do
 done
 # The driver of a receiver without a network: it stands in its basic state, at 64-QAM and dBmV.
 expect_exit 2 scan scan.ini --journal never.jsonl
-expect_notice 'the receiver is set otherwise than the setup:' '  Order of QAM: 256 in the setup, 64 on the receiver' \
+expect_notice 'the receiver is set otherwise than scan.ini:' '  Order of QAM: 256 in the setup, 64 on the receiver' \
     'To bring it into the setup'"'"'s state: --write. To measure with the receiver'"'"'s own settings: --as-is'
 [ ! -e never.jsonl ] || fail "begins a journal"
 setup volts.ini 'Level Unit=mV' "${quick[@]}"

@@ -54,7 +54,7 @@ for network in dead other faint; do
         for flags in '--write' '--limits outlet --as-is --channels 2' '--limits lenient.ini --parameters rflev --repeat 2'; do
             # shellcheck disable=SC2086
             bad scan $setup.ini --network $network.ini "${fast[@]}" $flags
-            [ $setup = seeing ] || expect_notice 'because verdicts need it'
+            [ $setup = seeing ] || expect_notice 'because columns or verdicts need it'
             combinations=$((combinations + 1))
         done
         mv run.jsonl stored.jsonl

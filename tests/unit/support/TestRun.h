@@ -31,6 +31,7 @@ inline ChannelResult TestChannel(int32_t number, double frequency, std::vector<s
                           .label = L"C" + std::to_wstring(number),
                           .frequency = frequency,
                           .symbolRate = 6.9,
+                          .orderOfQam = 256,
                           .outcome = outcome,
                           .status = outcome == ChannelOutcome::error ? L"Control Error" : L"Done",
                           .timeStamp = L"11/21/2026 12:59:05 PM",
@@ -54,16 +55,16 @@ inline FinishedRun TestRun(std::vector<ChannelResult> channels)
 {
     FinishedRun run;
     run.program = L"tvnhost 1.0.0";
-    run.setup = {.path = L"C:\\data\\net.ini",
-                 .sha256 = std::wstring(64, L'a'),
-                 .notes = L"line 1\n\"<&>\" µ",
-                 .settings = {.orderOfQam = 256,
-                              .rollOffFactor = 15,
-                              .sawBandwidth = 8,
-                              .inputRoute = 75,
-                              .berSamples = 10,
-                              .maxSettlingTime = 10,
-                              .levelUnit = L"dBµV"}};
+    run.setups = {{.path = L"C:\\data\\net.ini",
+                   .sha256 = std::wstring(64, L'a'),
+                   .notes = L"line 1\n\"<&>\" µ",
+                   .settings = {.orderOfQam = 256,
+                                .rollOffFactor = 15,
+                                .sawBandwidth = 8,
+                                .inputRoute = 75,
+                                .berSamples = 10,
+                                .maxSettlingTime = 10,
+                                .levelUnit = L"dBµV"}}};
     run.receiver = {L"KTR", L"2x", L"100001", L"2.40", L"EXTREF,RB", {}};
     run.columns = {{MP_USERFIELD, L"User Field"}, {MP_RFLEV, L"RF Level (dBµV)"}, {MP_MER, L"MER"}};
     run.began = L"2026-11-21T12:59:00.000Z";

@@ -154,7 +154,8 @@ TEST(Judge, WhatNobodySawIsNeverGood)
         L"NOT MEASURED: 1 of 2 channels pass, 1 not measured. Worst: C2 482 MHz, MER was not measured. 1 limit not "
         L"applied: MER: not measured (1 channel).");
     EXPECT_EQ(verdict("[mer 64-QAM]\nFail Below=26\n", as),
-              L"NOT JUDGED: 2 of 2 channels pass. None of the limits could be applied. 1 limit not applied: MER: no "
+              L"NOT JUDGED: 2 of 2 channels pass. None of the limits could be applied to 256-QAM. 1 limit not applied: "
+              L"MER: no "
               L"section for 256-QAM (2 channels).");
     EXPECT_THAT(verdict("[step]\nFail Above=3\n", as), HasSubstr(L"level step: not measured (2 channels)"));
     EXPECT_THAT(verdict(both.c_str(), level), HasSubstr(L"RF level: no level that can be converted (1 channel)"));
@@ -196,6 +197,22 @@ TEST(Judge, AChannelsVerdictIsItsWorstAndTheRunsTheWorstOfAll)
     const RunJudgement mixed = JudgeOne(TestChannel(1, 474, {{MP_MER, L"32.0"}, {MP_BER, L"1.26E-4"}}),
                                         merLimits + "[ber]\nWarn Above=1e-4\nFail Above=2e-4\n");
     EXPECT_EQ(mixed.channels.front().Worst()->parameter, MP_MER);
+}
+
+TEST(Judge, HoldsEachChannelAgainstTheLimitsOfItsOwnOrderOfQam)
+{
+    FinishedRun run = TestRun({TestChannel(1, 474, {{MP_MER, L"30.0"}}), TestChannel(2, 482, {{MP_MER, L"30.0"}})});
+    run.channels[1].orderOfQam = 64;
+    const auto judged = [&](const std::string& content) {
+        const Limits limits = ReadLimits(content, L"");
+        return Judge(run, &limits);
+    };
+    const RunJudgement judgement = judged("[mer 64-QAM]\nFail Below=26\n[mer]\nFail Below=31\n");
+    EXPECT_EQ(judgement.channels[0].reason, L"MER 30.0 dB is 1 dB below the limit of 31 dB");
+    EXPECT_EQ(judgement.channels[1].verdict, Verdict::pass);
+    EXPECT_EQ(VerdictSentence(run, judged("[mer 64-QAM]\nFail Below=26\n")),
+              L"NOT JUDGED: 2 of 2 channels pass. None of the limits could be applied to 256-QAM. 1 limit not applied: "
+              L"MER: no section for 256-QAM (1 channel).");
 }
 
 TEST(LevelSteps, AreBetweenNeighboursOfOnePassOnly)

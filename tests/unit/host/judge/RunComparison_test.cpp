@@ -29,11 +29,16 @@ TEST(CompareRuns, ShowsWhatDriftedAndWhatCameAndWent)
     EXPECT_THAT(texts, ElementsAre(L"C8 482 MHz|RF level|60.0 dBµV|57.9 dBµV|-2.1 dB",
                                    L"C8 482 MHz|BER before RS|1E-8|1E-6|+2 decades",
                                    L"C9 490 MHz|outcome|synchronised|not synchronised|",
-                                   L"C4 498 MHz|channel|synchronised|not in the run|",
-                                   L"C10 506 MHz|channel|not in the run|synchronised|"));
+                                   L"C4 498 MHz|256-QAM channel|synchronised|not in the run|",
+                                   L"C10 506 MHz|256-QAM channel|not in the run|synchronised|"));
     EXPECT_EQ(comparison.channels, 3);
     EXPECT_EQ(comparison.changed, 4);
     EXPECT_TRUE(CompareRuns(before, before, {{MP_RFLEV, 0}}).changes.empty());
+
+    FinishedRun denser = before;
+    denser.channels[3].orderOfQam = 64;
+    EXPECT_EQ(CompareRuns(before, denser, {}).changes.at(0).parameter, L"64-QAM channel") << "another signal";
+    EXPECT_EQ(CompareRuns(before, denser, {}).changed, 2);
 
     FinishedRun blind = before;
     blind.channels[0] = TestChannel(1, 474, {{MP_BER, L"1E-8"}});

@@ -93,27 +93,26 @@ private:
 class Rows
 {
 public:
-    Rows(int32_t parameter, const std::vector<std::pair<double, const wchar_t*>>& cells, const std::string& limits)
-        : limits_(ReadLimits(limits, L""))
+    Rows(int32_t parameter, const std::vector<std::pair<double, const wchar_t*>>& cells, const std::string& content)
+        : limits(ReadLimits(content, L""))
     {
         std::vector<ChannelResult> channels;
         for (const auto& [frequency, cell] : cells) {
             channels.push_back(TestChannel(static_cast<int32_t>(channels.size()) + 1, frequency, {{parameter, cell}}));
         }
         run = TestRun(channels);
-        judgement_ = Judge(run, &limits_);
+        judgement_ = Judge(run, &limits);
         const auto steps = LevelSteps(run);
         for (size_t i = 0; i < channels.size(); ++i) {
             all.push_back({run.channels[i], judgement_.channels[i], steps[i]});
         }
     }
-    const Limit* LimitOf(int32_t parameter) const { return limits_.Find(parameter, 256); }
 
+    Limits limits;
     FinishedRun run;
     std::vector<ReportRow> all;
 
 private:
-    Limits limits_;
     RunJudgement judgement_;
 };
 
@@ -121,7 +120,7 @@ TEST(LevelPlot, MarksEveryLevelAtItsFrequencyBetweenTheLimits)
 {
     const Rows rows(MP_RFLEV, {{474, L"60.0"}, {482, L"52.5"}, {490, L"45.1"}, {498, L"---"}, {770, L"58.4"}},
                     "[rflev]\nFail Below=48\nWarn Below=54\nWarn Above=74\nFail Above=80\n");
-    const ReportPlot plot = LevelPlot(rows.all, rows.LimitOf(MP_RFLEV));
+    const ReportPlot plot = LevelPlot(rows.all, &rows.limits);
     const Picture picture(plot.svg, {466, 778}, {40, 80});
     EXPECT_THAT(picture.Marks(), UnorderedElementsAre("pass 474.0 60.0", "pass 770.0 58.4", "warning 482.0 52.5",
                                                       "fail 490.0 45.1", "missing 498.0 40.0"));
@@ -155,6 +154,24 @@ TEST(LevelPlot, MarksEveryLevelAtItsFrequencyBetweenTheLimits)
     EXPECT_THAT(LevelPlot(rows.all, nullptr).caption, testing::Not(HasSubstr("Limit")));
 }
 
+TEST(MerPlot, DrawsTheLimitsOfEachOrderOfQamWhereItsChannelsAre)
+{
+    Rows rows(MP_MER, {{474, L"35"}, {482, L"34"}, {490, L"36"}, {498, L"34"}},
+              "[mer]\nFail Below=32\n[mer 64-QAM]\nFail Below=26\n[mer 16-QAM]\nFail Below=26\n");
+    rows.run.channels[1].orderOfQam = 64;
+    rows.run.channels[2].orderOfQam = 16;
+    const ReportPlot plot = MerPlot(rows.all, &rows.limits);
+    const Picture picture(plot.svg, {466, 506}, {26, 36});
+    std::vector<std::string> lines;
+    for (const auto& line :
+         Matches(plot.svg, R"x(<line class="fail-line" x1="([\d.]+)" x2="([\d.]+)" y1="([\d.]+)")x")) {
+        lines.push_back(
+            fmt::format("{:.0f} to {:.0f} {:.0f}", picture.X(line[0]), picture.X(line[1]), picture.Y(line[2])));
+    }
+    EXPECT_THAT(lines, ElementsAre("466 to 478 32", "478 to 486 26", "486 to 494 26", "494 to 506 32"));
+    EXPECT_THAT(plot.caption, HasSubstr("Limit (solid line): at least 26 dB (16/64-QAM), at least 32 dB (256-QAM)."));
+}
+
 TEST(LevelPlot, NamesWhatIsNotGoodWithoutCoveringAName)
 {
     Chart chart(L"t", L"d", {L"x", 400, 800}, {L"y", 40, 80});
@@ -180,7 +197,7 @@ TEST(LevelPlot, NamesWhatIsNotGoodWithoutCoveringAName)
 TEST(StepPlot, DrawsEachStepFromZeroOverHalfAChannel)
 {
     const Rows rows(MP_RFLEV, {{474, L"60.0"}, {482, L"61.5"}, {490, L"57.3"}}, "[step]\nWarn Above=2\nFail Above=3\n");
-    const ReportPlot plot = StepPlot(rows.all, rows.LimitOf(levelStep));
+    const ReportPlot plot = StepPlot(rows.all, &rows.limits);
     const Picture picture(plot.svg, {466, 498}, {-6, 6});
     std::vector<std::string> bars;
     for (const auto& bar : Matches(
@@ -198,7 +215,7 @@ TEST(StepPlot, DrawsEachStepFromZeroOverHalfAChannel)
 TEST(BerPlot, MarksRatiosByTheirPowersAndBoundsByArrows)
 {
     const Rows rows(MP_BER, {{474, L"1E-6"}, {482, L"<1E-8"}, {490, L"2E-4"}}, "[ber]\nFail Above=1e-4\n");
-    const ReportPlot plot = BerPlot(rows.all, rows.LimitOf(MP_BER));
+    const ReportPlot plot = BerPlot(rows.all, &rows.limits);
     const Picture picture(plot.svg, {466, 498}, {-9, -3});
     EXPECT_THAT(picture.Marks(), UnorderedElementsAre("pass 474.0 -6.0", "below 482.0 -8.0", "fail 490.0 -3.7"));
     EXPECT_THAT(picture.LimitLines(), ElementsAre("fail -4.0"));
@@ -250,7 +267,7 @@ TEST(BudgetPlot, StacksTheSharesOfTheChannelsWithTheLowestMer)
 TEST(Plots, OfNothingAreNone)
 {
     const Rows rows(MP_SN, {{474, L"41"}}, "[mer]\nFail Below=31\n");
-    for (const ReportPlot& plot : {LevelPlot(rows.all, rows.LimitOf(MP_MER)), StepPlot(rows.all, nullptr),
+    for (const ReportPlot& plot : {LevelPlot(rows.all, &rows.limits), StepPlot(rows.all, nullptr),
                                    MerPlot(rows.all, nullptr), BerPlot(rows.all, nullptr), BudgetPlot(rows.all)}) {
         EXPECT_EQ(plot.svg + plot.caption, "");
     }

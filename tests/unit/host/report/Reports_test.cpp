@@ -82,13 +82,16 @@ TEST(HtmlReport, StandsAloneWhateverTheTextsAre)
     run.receiver.simulation = {L"C:\\data\\town.ini", L"0123", L"7"};
     run.channels.push_back(TestChannel(4, 378, {{MP_RFLEV, L"60.0"}}, 1, ChannelOutcome::notSynchronised));
     run.selection.push_back({4, L"C4", 378, 6.9});
+    run.setups.push_back({L"C:\\data\\more.ini", L"", L"", 4, run.setups[0].settings});
+    run.setups[1].settings.orderOfQam = run.channels[3].orderOfQam = 64;
     const Limits limits = OutletLimits();
     const std::string html = HtmlReport(run, Judge(run, &limits), &limits);
     for (const char* text : {"<script", "<b>", "\x01", "src="}) {
         EXPECT_THAT(html, Not(HasSubstr(text)));
     }
     for (const char* text :
-         {"FAIL: 0 of 4 channels pass, 4 fail.", "Worst: C4 378 MHz, not synchronised",
+         {"<h1>Cable network scan: net.ini, more.ini</h1>", ">QAM</th>", ">64-QAM, ",
+          "FAIL: 0 of 4 channels pass, 4 fail.", "Worst: C4 378 MHz, not synchronised",
           "class=\"band\">Simulated receiver: network model town.ini, SHA-256 0123, seed 7<", "mostly I/Q imbalance",
           "RF level", "Level steps", "Modulation error", "Bit error ratio", "What eats the MER", "&lt;Linz&gt;",
           "3rd floor", "A. Huber", "4711", "rain", "input Receiver (75 ohm)", "Cable outlets, 20"}) {

@@ -23,6 +23,10 @@ FinishedRun MixedRun()
          TestChannel(2, 482, {{MP_DATA, L"INTERMITTENT"}, {MP_MER, L"---"}}, 1, ChannelOutcome::notSynchronised),
          TestChannel(3, 490, {}, 1, ChannelOutcome::unmeasured)});
     run.channels[2].label = L"a \"quoted\" \x01 name";
+    RunSetup second = run.setups[0];
+    second.firstChannel = 3;
+    second.settings.orderOfQam = run.channels[2].orderOfQam = 64;
+    run.setups.push_back(second);
     return run;
 }
 
@@ -68,8 +72,15 @@ TEST(RunRecords, ARunReadsBackAsItWasWritten)
     EXPECT_EQ(ReadRun(ResultText(run, &judgement), L"").run, run) << "verdicts are passed over";
 
     FinishedRun early = run;
-    early.setup.notes = L"{\\rtf1 {\\b Site:} north\\par}";
-    EXPECT_EQ(ReadRun(RunLine(early), L"").run.setup.notes, L"Site: north");
+    early.setups[0].notes = L"{\\rtf1 {\\b Site:} north\\par}";
+    EXPECT_EQ(ReadRun(RunLine(early), L"").run.setups[0].notes, L"Site: north");
+    // Early files have one setup, and do not count its channels.
+    std::string alone = RunLine(TestRun({TestChannel(1, 474, {})}));
+    for (const auto& [from, to] :
+         {std::pair{"\"setups\":[", "\"setup\":"}, {"\"firstChannel\":1,", ""}, {"}],", "},"}}) {
+        alone.replace(alone.find(from), std::strlen(from), to);
+    }
+    EXPECT_EQ(ReadRun(alone, L"").run.setups, TestRun({}).setups);
     const FinishedRun resumed =
         ReadRun(RunLine(run) + EndLine(run) + ResumedLine(L"2026-11-22T00:00:00.000Z"), L"").run;
     EXPECT_FALSE(resumed.stopped) << "going on takes the end back";
@@ -119,6 +130,8 @@ TEST(RunRecords, NamesTheLineThatIsNoRecord)
     const FinishedRun run = MixedRun();
     const std::string head = RunLine(run);
     std::string channel = ChannelLine(run.channels[0]);
+    FinishedRun disordered = run;
+    disordered.setups[1].firstChannel = 1;
     const auto with = [&](const std::string& from, const std::string& to) {
         std::string changed = channel;
         changed.replace(changed.find(from), from.size(), to);
@@ -136,6 +149,7 @@ TEST(RunRecords, NamesTheLineThatIsNoRecord)
                           {with("\"pass\":1", "\"pass\":2"), L"\"pass\" is 2 of 1"},
                           {head + channel + channel, L"run.jsonl: channel 1 of pass 1 is there twice"},
                           {RunLine(TestRun({})), L"\"selection\" has to name channels"},
+                          {RunLine(disordered), L"\"setups\" has to name setups, by \"firstChannel\" from 1 on"},
                           {with("\"below\"", "\"beside\""), L"is \"beside\", which is not known"},
                           {with("\"value\":61.1", "\"value\":\"x\""), L"\"value\" has to be a number"},
                           {"{\"record\":\"run\",\"format\":2}\n", L"\"format\" is 2, this program reads 1"}});

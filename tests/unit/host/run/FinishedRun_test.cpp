@@ -34,6 +34,7 @@ TEST(OutcomeOf, OnlyWhatWasSeenLockedIsSynchronised)
 TEST(FinishedRun, CompleteGivesEachPlannedChannelOfTheBegunPassesItsPlace)
 {
     FinishedRun run = TestRun({TestChannel(1, 474, {}), TestChannel(2, 482, {}), TestChannel(3, 490, {})});
+    run.setups.push_back({.path = L"", .sha256 = L"", .notes = L"", .firstChannel = 3, .settings = {.orderOfQam = 64}});
     run.passes = 5;
     EXPECT_EQ(run.Planned(), 15);
     run.channels = {TestChannel(3, 490, {}, 2), TestChannel(2, 482, {}, 1, unmeasured), TestChannel(2, 482, {}),
@@ -47,6 +48,8 @@ TEST(FinishedRun, CompleteGivesEachPlannedChannelOfTheBegunPassesItsPlace)
                                     std::tuple(1, 3, unmeasured), std::tuple(2, 1, unmeasured),
                                     std::tuple(2, 2, unmeasured), std::tuple(2, 3, synchronised)));
     EXPECT_EQ(run.channels[0].Name(), L"C1 474 MHz");
+    EXPECT_EQ(run.channels[0].orderOfQam, 256) << "of its setup";
+    EXPECT_EQ(run.channels[2].orderOfQam, 64);
     EXPECT_EQ(run.Measured(), 2);
     EXPECT_FALSE(run.IsComplete());
     run.passes = 0;

@@ -76,13 +76,23 @@ TEST(FinishedRun, IsOnePassWhereNoChannelHasItsLatestResultInAnother)
 
 TEST(Journal, RefusesAnotherSetup)
 {
-    const FinishedRun run = TestRun({TestChannel(1, 474, {}), TestChannel(2, 482, {})});
-    const auto refusal = [&](wchar_t hash, int32_t channels) {
-        return Refusal([&] { RequireSameSetup(run, L"j.jsonl", std::wstring(64, hash), L"net.ini", channels, L""); });
+    FinishedRun run = TestRun({TestChannel(1, 474, {}), TestChannel(2, 482, {})});
+    run.setups.push_back({.path = L"more.ini", .sha256 = std::wstring(64, L'b'), .firstChannel = 2});
+    const auto refusal = [&](const std::vector<std::pair<wchar_t, int32_t>>& given, int32_t channels) {
+        std::vector<RunSetup> setups;
+        for (const auto& [hash, first] : given) {
+            setups.push_back({.path = L"other.ini", .sha256 = std::wstring(64, hash), .firstChannel = first});
+        }
+        return Refusal([&] { RequireSameSetups(run, L"j.jsonl", setups, channels, L""); });
     };
-    EXPECT_EQ(refusal(L'a', 2), L"");
-    EXPECT_THAT(refusal(L'b', 2), HasSubstr(L"j.jsonl belongs to the setup C:\\data\\net.ini as it was on 2026-11-21"));
-    EXPECT_THAT(refusal(L'a', 1), HasSubstr(L"names channels that net.ini does not have"));
+    EXPECT_EQ(refusal({{L'a', 1}, {L'b', 2}}, 2), L"");
+    EXPECT_THAT(refusal({{L'b', 1}, {L'a', 2}}, 2),
+                HasSubstr(L"j.jsonl belongs to the setup C:\\data\\net.ini as it was on 2026-11-21"));
+    EXPECT_THAT(refusal({{L'a', 1}}, 2), HasSubstr(L"as many setups as net.ini, more.ini, and 1 is given"));
+    for (const auto& [first, channels] : {std::pair(2, 1), {3, 2}}) {
+        EXPECT_THAT(refusal({{L'a', 1}, {L'b', first}}, channels),
+                    HasSubstr(L"names channels that net.ini, more.ini does not have"));
+    }
 }
 
 TEST(Journal, ReadsIntervals)
