@@ -182,6 +182,26 @@ TEST_F(FilesOnWindows, TwoProcessesLoseNoneOfTheirWritesOfOneFile)
     EXPECT_EQ(FilesInFolder(), 1u);
 }
 
+TEST_F(FilesOnWindows, AWriterThatIsKilledAnywhereLeavesAWholeFile)
+{
+    const fs::path path = folder / L"net.ini";
+    for (int round = 0; round < 10; ++round) {
+        const std::string before = ContentOf(path);
+        Writer writer(L'"' + path.wstring() + L"\" a 100000");
+        while (ContentOf(path) == before) {
+        }
+        writer.Kill();
+        const std::string content = ContentOf(path);
+        const ProfileFile profile(content);
+        int last = 0;
+        while (profile.GetInt("s", "a" + std::to_string(last + 1), 0) == static_cast<uint32_t>(last + 1)) {
+            ++last;
+        }
+        EXPECT_EQ(profile.GetSection("s").size(), static_cast<size_t>(last));
+        EXPECT_TRUE(content.ends_with(std::to_string(last) + "\r\n"));
+    }
+}
+
 TEST_F(FilesOnWindows, AFileIsOneWritersAloneByWhateverPathUntilItsProcessIsKilled)
 {
     const fs::path path = Make(L"the network.ini", "old");
