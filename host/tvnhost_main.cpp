@@ -33,7 +33,7 @@ struct Arguments
     NetworkOptions model;
     ScanOptions scan;
     RunArguments run;
-    bool checksReceiver = false, replacesChannels = false, forces = false;
+    bool asJson = false, forUser = false, checksReceiver = false, replacesChannels = false, forces = false;
 };
 
 /// The single-threaded apartment of the main thread, while it lives.
@@ -270,7 +270,11 @@ int Run(CLI::App& app, Arguments& arguments, Console& console)
     if (app.got_subcommand("edit")) {
         return Edit({arguments.setup, arguments.output, arguments.forces}, console);
     }
-    return app.got_subcommand("register") ? Register(console) : Unregister(console);
+    if (app.got_subcommand("doctor")) {
+        return Doctor(arguments.asJson, console);
+    }
+    return app.got_subcommand("register") ? Register(arguments.forUser, console)
+                                          : Unregister(arguments.forUser, console);
 }
 
 std::string WithoutLineEnd(std::string text)
@@ -308,8 +312,13 @@ int Main(const std::vector<std::string>& words, Console& console)
     AddSetupCommands(app, arguments);
     AddReceiverCommands(app, arguments);
     AddEdit(app, arguments);
-    app.add_subcommand("register", "Register the type library TVNINT for the machine");
-    app.add_subcommand("unregister", "Take that registration back");
+    CLI::App* const doctor = app.add_subcommand("doctor", "Say what is wrong with the installation, and what to do");
+    doctor->add_flag("--json", arguments.asJson, "As JSON");
+    AddReceiver(*doctor, arguments);
+    for (CLI::App* const command : {app.add_subcommand("register", "Register the type library TVNINT for the machine"),
+                                    app.add_subcommand("unregister", "Take that registration back")}) {
+        command->add_flag("--user", arguments.forUser, "For this user alone, without an administrator");
+    }
     app.footer(
         "Exit codes: 0 all channels synchronised, 1 some not synchronised or not measured,\n"
         "            or limits missed, 2 unusable input or usage, 3 stopped.\n"

@@ -16,6 +16,11 @@ com::Server Library()
     return com::Server({}, LIBID_TVNINT);
 }
 
+com::RegisteredFor Whom(bool forUser)
+{
+    return forUser ? com::RegisteredFor::user : com::RegisteredFor::machine;
+}
+
 /// Where the system finds the type library now; empty where nobody serves it.
 std::wstring ServingFile()
 {
@@ -32,8 +37,8 @@ void Require(HRESULT result, const wchar_t* what)
         try {
             com::ThrowFailure(result, nullptr, IID_NULL);
         } catch (RaisedError& error) {
-            error.description =
-                what + (L": " + error.description) + L". Run the command as administrator, once for the machine";
+            error.description = what + (L": " + error.description) +
+                                L". Run the command as administrator, once for the machine, or with --user";
             throw;
         }
     }
@@ -41,16 +46,16 @@ void Require(HRESULT result, const wchar_t* what)
 
 }  // namespace
 
-int Register(Console& console)
+int Register(bool forUser, Console& console)
 {
-    Require(Library().Register(), L"the type library TVNINT cannot be registered");
+    Require(Library().Register(Whom(forUser)), L"the type library TVNINT cannot be registered");
     console.Result(L"The type library TVNINT is registered: " + com::Module::FileName() + L"\n");
     return exitDone;
 }
 
-int Unregister(Console& console)
+int Unregister(bool forUser, Console& console)
 {
-    Require(Library().Unregister(), L"the type library TVNINT cannot be unregistered");
+    Require(Library().Unregister(Whom(forUser)), L"the type library TVNINT cannot be unregistered");
     const std::wstring file = ServingFile();
     console.Result(file.empty() ? L"The type library TVNINT is no longer registered.\n"
                                 : L"The type library TVNINT stays registered for others that need it: " + file + L"\n");

@@ -116,8 +116,9 @@ int ReadReceiver(const ConfigurationOptions& options, Console& console);  ///< e
 /// exitFindings where the receiver took a setting otherwise.
 int WriteReceiver(const ConfigurationOptions& options, Console& console);
 int Edit(const EditOptions& options, Console& console);  ///< exitStopped where the user cancels
-int Register(Console& console);
-int Unregister(Console& console);
+int Doctor(bool asJson, Console& console);     ///< exitFindings where something is wrong with the installation
+int Register(bool forUser, Console& console);  ///< the type library TVNINT, for this user alone or for the machine
+int Unregister(bool forUser, Console& console);
 
 /// That the receiver was a simulated one, where it was.
 void ShowSimulation(const FinishedRun& run, Console& console);

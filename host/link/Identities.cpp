@@ -1,6 +1,8 @@
-// The identities of the host's own library; those of the others are needed as __uuidof only.
+// The identities of the contracts' libraries and classes.
 #include <windows.h>
 
 #include <initguid.h>
 
+#include "TVN2x.h"
 #include "TVNINT.h"
+#include "XKTR2x.h"

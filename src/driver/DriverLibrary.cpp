@@ -19,14 +19,6 @@ constexpr std::wstring_view receiverClass = L".clsReceiver";
                       chooser + L" chooses the receiver \"" + words + L"\": " + reason);
 }
 
-const DriverLibrary& SimulatedDriver()
-{
-    static const DriverLibrary library{{{{__uuidof(simReceiver), L"XKTR2xSim.clsReceiver"},
-                                         {__uuidof(simRunControl), L"XKTR2xSim.clsRunControl"},
-                                         {__uuidof(simErrorReport), L"XKTR2xSim.clsErrorReport"}}}};
-    return library;
-}
-
 std::wstring NameOf(REFCLSID id)
 {
     wchar_t* name = nullptr;
@@ -78,6 +70,14 @@ const DriverLibrary& RegisteredDriver()
     static const DriverLibrary library{{{{__uuidof(clsReceiver), L"XKTR2x.clsReceiver"},
                                          {__uuidof(clsRunControl), L"XKTR2x.clsRunControl"},
                                          {__uuidof(clsErrorReport), L"XKTR2x.clsErrorReport"}}}};
+    return library;
+}
+
+const DriverLibrary& SimulatedDriver()
+{
+    static const DriverLibrary library{{{{__uuidof(simReceiver), L"XKTR2xSim.clsReceiver"},
+                                         {__uuidof(simRunControl), L"XKTR2xSim.clsRunControl"},
+                                         {__uuidof(simErrorReport), L"XKTR2xSim.clsErrorReport"}}}};
     return library;
 }
 

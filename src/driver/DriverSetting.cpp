@@ -22,22 +22,42 @@ std::wstring ProgramName()
     return path.substr(path.find_last_of(L'\\') + 1);
 }
 
-/// What the value says; a value that is no text says what it is, so that it is refused instead of passed over.
-std::optional<std::wstring> WordsIn(HKEY root, const std::wstring& program)
+/// The key in one hive, where it is there.
+class SettingsKey
+{
+public:
+    explicit SettingsKey(HKEY root) { RegOpenKeyExW(root, settingsKey, 0, KEY_READ | KEY_WOW64_64KEY, &handle_); }
+    SettingsKey(const SettingsKey&) = delete;
+    SettingsKey& operator=(const SettingsKey&) = delete;
+    ~SettingsKey()
+    {
+        if (handle_) {
+            RegCloseKey(handle_);
+        }
+    }
+    operator HKEY() const { return handle_; }
+
+private:
+    HKEY handle_ = nullptr;
+};
+
+/// What a value says; one that is no text says what it is, so that it is refused instead of passed over.
+std::optional<std::wstring> WordsIn(HKEY key, const std::wstring& program)
 {
     constexpr size_t longestWords = 260;
     wchar_t words[longestWords];
     DWORD size = sizeof words;
-    HKEY key;
-    LSTATUS status = RegOpenKeyExW(root, settingsKey, 0, KEY_READ | KEY_WOW64_64KEY, &key);
-    if (status == ERROR_SUCCESS) {
-        status = RegGetValueW(key, nullptr, program.c_str(), RRF_RT_REG_SZ, nullptr, words, &size);
-        RegCloseKey(key);
-    }
-    if (status == ERROR_FILE_NOT_FOUND || status == ERROR_PATH_NOT_FOUND) {
+    const LSTATUS status =
+        key ? RegGetValueW(key, nullptr, program.c_str(), RRF_RT_REG_SZ, nullptr, words, &size) : ERROR_FILE_NOT_FOUND;
+    if (status == ERROR_FILE_NOT_FOUND) {
         return std::nullopt;
     }
     return status == ERROR_SUCCESS ? words : L"(a value that is no text)";
+}
+
+std::wstring PlaceOf(const Hive& hive, const std::wstring& program)
+{
+    return std::wstring(hive.name) + L'\\' + settingsKey + L", value " + program + L",";
 }
 
 }  // namespace
@@ -46,11 +66,29 @@ std::optional<DriverSetting> SettingOfThisProgram()
 {
     const std::wstring program = ProgramName();
     for (const Hive& hive : hives) {
-        if (const auto words = WordsIn(hive.root, program)) {
-            return DriverSetting{*words, std::wstring(hive.name) + L'\\' + settingsKey + L", value " + program + L","};
+        if (const auto words = WordsIn(SettingsKey(hive.root), program)) {
+            return DriverSetting{*words, PlaceOf(hive, program)};
         }
     }
     return std::nullopt;
+}
+
+std::vector<DriverSetting> AllSettings()
+{
+    constexpr DWORD longestName = 16'384;  // of any value in the registry, its end included
+    std::vector<DriverSetting> settings;
+    std::wstring name(longestName, L'\0');
+    for (const Hive& hive : hives) {
+        const SettingsKey key(hive.root);
+        DWORD length = longestName;
+        for (DWORD i = 0;
+             key && RegEnumValueW(key, i, name.data(), &length, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
+             ++i, length = longestName) {
+            const std::wstring program(name, 0, length);
+            settings.push_back({WordsIn(key, program).value_or(L""), PlaceOf(hive, program)});
+        }
+    }
+    return settings;
 }
 
 }  // namespace tvn2x

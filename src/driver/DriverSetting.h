@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace tvn2x {
 
@@ -16,5 +17,8 @@ struct DriverSetting
 /// HKEY_CURRENT_USER\Software\TVN2x\Receiver, or else in HKEY_LOCAL_MACHINE. The machine's stands in one place for
 /// programs of both word lengths. Nothing where there is none.
 std::optional<DriverSetting> SettingOfThisProgram();
+
+/// Those for all programs, the user's before the machine's.
+std::vector<DriverSetting> AllSettings();
 
 }  // namespace tvn2x

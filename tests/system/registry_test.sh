@@ -117,6 +117,10 @@ step +driver
 "$wine_program" regsvr32 /s /n /i:user "$(wine_path "$bin/XKTR2x.dll")" </dev/null
 "$wine_program" reg query "HKCU\\Software\\Classes\\$receiver" >/dev/null </dev/null && fail "the user's driver hides the vendor's"
 "$wine_program" regsvr32 /s /u /n /i:user "$(wine_path "$bin/XKTR2x.dll")" </dev/null
+"$wine_program" "$bin/tvnhost.exe" register --user >/dev/null </dev/null
+"$wine_program" reg query "HKCU${hostLibrary#HKLM}" >/dev/null </dev/null || fail "the host's library is not the user's"
+"$wine_program" "$bin/tvnhost.exe" unregister --user >/dev/null </dev/null
+"$wine_program" reg query "HKCU${hostLibrary#HKLM}" >/dev/null </dev/null && fail "the host's library stays the user's"
 export_classes now.reg
 case $(says "$receiver\\InprocServer32") in *vendor*) ;; *) fail "the vendor's class is not the vendor's" ;; esac
 [ "$(says 'CLSID\{4AA7B9DA-F54D-464F-8BCE-D26AD76392BA}\InprocServer32')" = - ] || fail 'run control is taken'
