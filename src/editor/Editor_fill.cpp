@@ -52,7 +52,7 @@ void Editor::FillDown(GridRows& grid)
 void Editor::AskForSeries(GridRows& grid)
 {
     std::vector<int32_t> rows = grid.SelectedRows();
-    while (grid.selection.Count() == 1 && rows.back() < grid.LastRow()) {
+    for (const bool isAlone = rows.size() == 1; isAlone && rows.back() < grid.LastRow();) {
         rows.push_back(rows.back() + 1);
     }
     const Column column = grid.column;

@@ -23,6 +23,13 @@ std::wstring Digits(int32_t number)
     return {digits.begin(), digits.end()};
 }
 
+/// Several rows, or one with a neighbour on that side. The placeholder may be selected with them.
+bool HasRowsToFill(const GridRows& grid, int32_t neighbour)
+{
+    const std::vector<int32_t> rows = grid.SelectedRows();
+    return rows.size() > 1 || (rows.size() == 1 && grid.Takes(rows.front() + neighbour));
+}
+
 }  // namespace
 
 bool Editor::CanExecute(RowCommand command, Grid name) const
@@ -49,9 +56,9 @@ bool Editor::CanExecute(RowCommand command, Grid name) const
         case RowCommand::redo:
             return history_.CanRedo();
         case RowCommand::fillDown:
-            return hasRows && (selected.Count() > 1 || selected.First() > grid.FirstRow());
+            return HasRowsToFill(grid, -1);
         case RowCommand::fillSeries:
-            return hasRows && inChannels && (selected.Count() > 1 || selected.First() < grid.LastRow());
+            return inChannels && HasRowsToFill(grid, 1);
         case RowCommand::selectAll:
         case RowCommand::goTo:
             return grid.LastRow() >= grid.FirstRow() && (inChannels || command == RowCommand::selectAll);

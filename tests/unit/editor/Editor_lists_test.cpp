@@ -167,6 +167,10 @@ TEST(EditorLists, FillCopiesDownAndCountsOn)
         EXPECT_NE(L"", test.Answer(RowCommand::fillSeries, wrong));
     }
     EXPECT_EQ(L"S22 S23 C D -", test.Texts(MP_USERFIELD));
+    test.Open({100});
+    test.Select(0, 1);
+    EXPECT_FALSE(test.editor.CanExecute(RowCommand::fillDown, Grid::channels)) << "the new row is nothing to fill";
+    EXPECT_FALSE(test.editor.CanExecute(RowCommand::fillSeries, Grid::channels));
 }
 
 TEST(EditorLists, AddChannelsMakesARaster)
