@@ -13,7 +13,7 @@ public:
     PerformanceTime();
     PerformanceTime(const PerformanceTime&) = delete;
     PerformanceTime& operator=(const PerformanceTime&) = delete;
-    ~PerformanceTime();
+    ~PerformanceTime() override;
 
     double Seconds() override;
     void Wait(double seconds) override;
