@@ -6,40 +6,13 @@
 #include "XKTR2x.h"
 #include "com/Wire.h"
 #include "support/ReceiverAnswers.h"
+#include "support/StaticObject.h"
 
 namespace tvn2x::bench {
 
-/// IUnknown of a static object: never counted, answers every interface that it is asked for with itself.
+/// A static object that is called by its members only.
 template <class Interface>
-class NoDispatch : public Interface
-{
-public:
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) noexcept override
-    {
-        const bool known = id == __uuidof(Interface) || id == IID_IUnknown;
-        *out = known ? this : nullptr;
-        return known ? S_OK : E_NOINTERFACE;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() noexcept override { return 2; }
-    ULONG STDMETHODCALLTYPE Release() noexcept override { return 1; }
-};
-
-template <class Interface>
-class Null : public NoDispatch<Interface>
-{
-public:
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) noexcept override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
-                                     UINT*) noexcept override
-    {
-        return E_NOTIMPL;
-    }
-};
+using Null = Lasting<Interface, EarlyBound<Interface>>;
 
 template <class Value>
 HRESULT Answer(Value* out, Value value) noexcept

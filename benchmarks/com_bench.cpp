@@ -16,7 +16,7 @@ using namespace tvn2x::bench;
 using com::ComPtr;
 
 template <class Object>
-class Factory final : public NoDispatch<IClassFactory>
+class Factory final : public Lasting<IClassFactory>
 {
 public:
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID id, void** out) noexcept override

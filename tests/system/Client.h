@@ -16,6 +16,7 @@
 #include "com/ComPtr.h"
 #include "com/Errors.h"
 #include "com/Text.h"
+#include "support/StaticObject.h"
 
 namespace tvn2x::client {
 
@@ -113,24 +114,6 @@ auto Get(const ComPtr<Interface>& object, HRESULT (STDMETHODCALLTYPE Interface::
         return value;
     }
 }
-
-/// An object whose members nobody calls by name.
-template <class Interface>
-class EarlyBound : public Interface
-{
-public:
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) noexcept override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
-                                     UINT*) noexcept override
-    {
-        return E_NOTIMPL;
-    }
-};
 
 /// A parent object that does what a test wants at every notice. Lives on the stack of the test.
 class Parent final : public EarlyBound<IMeasureParent>

@@ -41,22 +41,6 @@ constexpr unsigned long topic = 77;
 /// What every right answer leaves behind on its thread: error information of something else.
 constexpr const wchar_t* leftOver = L"External 10MHz reference input is not fitted";
 
-/// An object that stays, whoever counts it.
-template <class Interface, class Base = Interface>
-class Lasting : public Base
-{
-public:
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) noexcept override
-    {
-        const bool isDispatch = std::is_base_of_v<IDispatch, Interface> && id == IID_IDispatch;
-        const bool known = id == IID_IUnknown || isDispatch || id == __uuidof(Interface);
-        *out = known ? this : nullptr;
-        return known ? S_OK : E_NOINTERFACE;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() noexcept override { return 2; }
-    ULONG STDMETHODCALLTYPE Release() noexcept override { return 1; }
-};
-
 /// By class of the driver library; registered in its place they are a driver that knows nothing but the published
 /// contract and the list of its operations. It answers as a receiver with a good signal does, except for the one
 /// operation that it was told to answer wrongly.

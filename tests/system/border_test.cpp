@@ -211,7 +211,7 @@ TEST_F(WrongDriver, MissingObjectIsAnError)
 }
 
 /// A script's parent, late bound by name, that fails as it is told.
-class LateParent final : public wrong::Lasting<IDispatch, EarlyBound<IDispatch>>
+class LateParent final : public Lasting<IDispatch, EarlyBound<IDispatch>>
 {
 public:
     EXCEPINFO failure{};

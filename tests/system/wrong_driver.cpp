@@ -10,7 +10,6 @@
 namespace tvn2x::wrong {
 namespace {
 
-using client::EarlyBound;
 using com::FromWire;
 using com::Wire;
 

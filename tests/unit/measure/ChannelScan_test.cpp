@@ -393,6 +393,10 @@ TEST(ChannelScan, ErrorRatesArePartsOfTheTimeSinceTheFirstReading)
         EXPECT_EQ(test.Cell(MP_DE), data) << seconds;
         EXPECT_EQ(test.Cell(MP_TIMESTAMP, 1).substr(0, 13), seconds < 80000 ? L"2024-03-15 09" : L"2024-03-16 09");
     }
+    CountedScan one(20, {0, 5, 0});
+    one.WantOnly({MP_DE, MP_MER});
+    EXPECT_TRUE(one.Measure());
+    EXPECT_EQ(one.Cell(MP_DE), L"25.0") << "counted for one of the two alone";
     TestScan late;  // wanted only after the first reading would have been due
     late.WantOnly({MP_MER});
     late.receiver.answers.ErrorCounters.dataErrors = 5;
