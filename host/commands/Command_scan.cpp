@@ -83,55 +83,51 @@ struct ScanRun
     ScanJournal& journal;
     StopRequest& stop;
     Console& console;
-    std::optional<RaisedError> failure{};  ///< what ended it before its end
-
-    bool IsEnded() { return failure || stop.Poll(); }
 };
 
-ChannelResult MeasureChannel(const ScanPart& part, int32_t channel)
+/// Brings the receiver into the state of a channel's setup and measures the channel; nothing where a stop comes before.
+/// Where the receiver fails in between, the channel ends with an error as one does that it fails in, and the next one
+/// tries again: nobody watches a scan of many passes.
+std::optional<ChannelResult> MeasureChannel(const ScanRun& scan, const ChannelTurn& turn, ScanParent& parent)
 {
-    VARIANT nothing;
-    nothing.vt = VT_ERROR;
-    nothing.scode = DISP_E_PARAMNOTFOUND;
-    const std::wstring began = NowUtc();
-    const double start = SystemClock().SteadySeconds();
-    Get<VARIANT_BOOL>(part.plugin.measure, &IMeasure::Measure, channel, nothing);
+    const size_t position = scan.run.SetupOf(turn.channel);
+    const ScanPart& part = scan.parts[position];
+    const int32_t channel = part.OwnNumber(turn.channel);
+    std::wstring began = NowUtc();
+    double start = SystemClock().SteadySeconds();
+    try {
+        if (scan.stop.Poll() || !scan.receiver.Prepare(position)) {
+            return std::nullopt;
+        }
+        const AttachedParent attached(part.plugin, &parent);
+        parent.Begin(ChannelText(part.ChannelAt(turn.channel)));
+        began = NowUtc();
+        start = SystemClock().SteadySeconds();
+        VARIANT nothing;
+        nothing.vt = VT_ERROR;
+        nothing.scode = DISP_E_PARAMNOTFOUND;
+        Get<VARIANT_BOOL>(part.plugin.measure, &IMeasure::Measure, channel, nothing);
+    } catch (const RaisedError& error) {
+        scan.console.ClearProgress();
+        scan.console.Notice(L"tvnhost: " + ErrorText(error));
+        PutError(part.plugin, channel);
+    }
+    parent.End();
     ChannelResult result = CollectChannel(part.plugin, part.setup, channel);
     result.began = began;
     result.seconds = std::round((SystemClock().SteadySeconds() - start) * 1e3) / 1e3;
     return result;
 }
 
-/// Brings the receiver into the state of the channel's setup and measures it. Nothing where a stop or a failure comes
-/// before; what was measured until then is kept.
-std::optional<ChannelResult> TakeTurn(ScanRun& scan, const ChannelTurn& turn, ScanParent& parent)
-{
-    const size_t position = scan.run.SetupOf(turn.channel);
-    try {
-        if (scan.IsEnded() || !scan.receiver.Prepare(position)) {
-            return std::nullopt;
-        }
-        const ScanPart& part = scan.parts[position];
-        const AttachedParent attached(part.plugin, &parent);
-        parent.Begin(ChannelText(part.ChannelAt(turn.channel)));
-        ChannelResult result = MeasureChannel(part, part.OwnNumber(turn.channel));
-        parent.End();
-        return result;
-    } catch (const RaisedError& error) {
-        scan.failure = error;
-        return std::nullopt;
-    }
-}
-
 /// Measures what is left of a pass; returns the seconds that took. A channel that a stop has ended counts as not
 /// measured.
-double MeasurePass(ScanRun& scan, const std::vector<ChannelTurn>& turns)
+double MeasurePass(const ScanRun& scan, const std::vector<ChannelTurn>& turns)
 {
     const com::ComPtr<ScanParent> parent(new ScanParent(scan.console, scan.stop, static_cast<int32_t>(turns.size())));
     int32_t position = 0;
     for (const ChannelTurn& turn : turns) {
         const ScanPart& part = scan.parts[scan.run.SetupOf(turn.channel)];
-        std::optional<ChannelResult> measured = TakeTurn(scan, turn, *parent.Get());
+        std::optional<ChannelResult> measured = MeasureChannel(scan, turn, *parent.Get());
         ChannelResult result =
             measured ? std::move(*measured) : CollectChannel(part.plugin, part.setup, part.OwnNumber(turn.channel));
         result.pass = turn.pass;
@@ -202,7 +198,7 @@ void WaitFor(double due, StopRequest& stop, Console& console)
 }
 
 /// Pass after pass until all are done or the scan is stopped.
-void MeasurePasses(ScanRun& scan)
+void MeasurePasses(const ScanRun& scan)
 {
     double due = SystemClock().SteadySeconds();
     std::vector<ChannelTurn> turns = TurnsLeft(scan.run);
@@ -216,7 +212,7 @@ void MeasurePasses(ScanRun& scan)
             Call(part.plugin.measure, &IMeasure::ResetMeasurement, 0);
         }
         const double seconds = MeasurePass(scan, turns);
-        scan.run.stopped = scan.IsEnded();
+        scan.run.stopped = scan.stop.Poll();
         std::ranges::stable_sort(scan.run.channels, {},
                                  [](const ChannelResult& channel) { return std::pair(channel.pass, channel.number); });
         ShowPass(scan.run, pass, scan.run.stopped, seconds, scan.console);
@@ -380,7 +376,7 @@ void PrepareParts(ScanParts& parts, const FinishedRun& run, const ScanOptions& o
 
 /// Brings the receiver on line into the state of each setup that has channels to measure: what it cannot do is told
 /// before the first channel. The first comes last and stays. False where a stop has ended that.
-bool PrepareReceivers(ScanRun& scan, const ScanOptions& options)
+bool PrepareReceivers(const ScanRun& scan, const ScanOptions& options)
 {
     std::set<size_t, std::greater<>> needed;
     for (const PlannedChannel& channel : scan.run.selection) {
@@ -407,7 +403,7 @@ bool PrepareReceivers(ScanRun& scan, const ScanOptions& options)
 }
 
 /// Measures what is left, between the journal's lines that tell of the run.
-void MeasureRun(ScanRun& scan, bool isResumed)
+void MeasureRun(const ScanRun& scan, bool isResumed)
 {
     FinishedRun& run = scan.run;
     const bool wasComplete = isResumed && !run.ended.empty() && !run.stopped;
@@ -426,7 +422,7 @@ void MeasureRun(ScanRun& scan, bool isResumed)
     run.Complete();
 }
 
-/// The verdict and the reports; returns the exit code. Raises what ended the scan.
+/// The verdict and the reports; returns the exit code.
 int Conclude(const ScanRun& scan, const ScanOptions& options, const Limits* limits)
 {
     const RunJudgement judgement = Judge(scan.run, limits);
@@ -437,9 +433,6 @@ int Conclude(const ScanRun& scan, const ScanOptions& options, const Limits* limi
     std::ranges::transform(scan.parts, std::back_inserter(writer.plugins),
                            [](const ScanPart& part) { return &part.plugin; });
     WriteReports(scan.run, judgement, limits, options.reports, writer, scan.console);
-    if (scan.failure) {
-        throw RaisedError(*scan.failure);
-    }
     if (!scan.journal.IsWhole()) {
         RaiseInput(
             L"the journal lacks the last channels: it could not be written. The results above are whole; --json, "
@@ -474,7 +467,7 @@ int Scan(const ScanOptions& options, Console& console)
     StopRequest stop(CreateRunControl());
     PrepareParts(parts, run, options, allowed, console);
     PartReceiver receiver(parts, options, stop, console);
-    ScanRun scan{parts, receiver, run, journal, stop, console};
+    const ScanRun scan{parts, receiver, run, journal, stop, console};
     // What is complete needs no receiver.
     if (!TurnsLeft(run).empty() && !PrepareReceivers(scan, options)) {
         return exitStopped;

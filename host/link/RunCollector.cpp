@@ -165,6 +165,13 @@ ChannelResult CollectChannel(const Plugin& plugin, const Setup& setup, int32_t c
     return result;
 }
 
+void PutError(const Plugin& plugin, int32_t channel)
+{
+    Call(plugin.results, &IResults::put_Result, FieldOf(MP_STATUS), static_cast<short>(MP_STATUS), channel,
+         com::Bstr(L"Control Error").Get());
+    Call(plugin.results, &IResults::put_Measured, channel, VARIANT_TRUE);
+}
+
 void RestoreResults(const Plugin& plugin, const FinishedRun& run, size_t setup)
 {
     Call(plugin.measure, &IMeasure::ResetMeasurement, 0);

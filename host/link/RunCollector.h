@@ -30,6 +30,9 @@ std::vector<std::wstring> MeasureForRun(const Plugin& plugin, const Setup& setup
 /// number in the run.
 ChannelResult CollectChannel(const Plugin& plugin, const Setup& setup, int32_t channel);
 
+/// Makes a channel one that an error has ended before the plug-in began with it.
+void PutError(const Plugin& plugin, int32_t channel);
+
 /// The other way round: the plug-in's result table has the latest result of each channel that the run has of one of
 /// its setups, whoever measured it, and nothing else. The plug-in has that setup loaded, and the simulated receiver
 /// where that has measured.

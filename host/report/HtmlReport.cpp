@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 
 #include "fmt/format.h"
 #include "fmt/xchar.h"
@@ -87,7 +88,7 @@ std::string ProtocolFacts(const RunProtocol& protocol)
 std::string SetupFacts(const RunSetup& setup)
 {
     const SetupSettings& settings = setup.settings;
-    return Fact("Setup", setup.FileName() + L", SHA-256 " + setup.sha256) + Fact("Notes", setup.notes) +
+    return Fact("Setup", setup.FileName() + L", SHA-256 " + setup.sha256) +
            Fact("Settings",
                 fmt::format(L"{}-QAM, roll-off {} %, input {}, SAW filter {}, reference {}, BER over {} · 10^7 bits, "
                             L"settling up to {} s",
@@ -110,8 +111,10 @@ std::string Facts(const FinishedRun& run, const RunJudgement& judgement, const L
                      L", " + DurationText(run.Seconds()) + L" min of measuring" + (run.stopped ? L", stopped" : L""));
     text += Fact("Passes", PassesText(run));
     text += Fact("Resumed", resumed);
+    std::set<std::wstring> told;  // those of one network mostly have the same notes
     for (const RunSetup& setup : run.setups) {
         text += SetupFacts(setup);
+        text += told.insert(setup.notes).second ? Fact("Notes", setup.notes) : "";
     }
     text +=
         Fact("Receiver", run.receiver.identity + (run.receiver.hardware.empty() ? L"" : L", ") + run.receiver.hardware);
@@ -150,6 +153,15 @@ std::string MarginCell(const ChannelJudgement& judgement)
     return fmt::format("<td>{} {}</td>", Escape(FindReadingKind(worst->parameter)->title), Escape(MarginText(*worst)));
 }
 
+/// How the cells of a column are set, its heading among them.
+std::string ClassOf(const RunColumn& column)
+{
+    const bool isText =
+        column.parameter <= MP_TIMESTAMP && column.parameter != MP_FREQUENCY && column.parameter != MP_SYMBOLRATE;
+    const ReadingKind* kind = FindReadingKind(column.parameter);
+    return column.parameter == MP_USERFIELD ? "label" : isText || (kind && kind->isLock) ? "" : "number";
+}
+
 std::string GridRow(const FinishedRun& run, const RunJudgement& judgement, const ReportRow& row, bool showsOrder)
 {
     std::string text = fmt::format("<tr><td class=\"number\">{}</td><td class=\"{}\">{}</td>", row.channel.number,
@@ -162,12 +174,8 @@ std::string GridRow(const FinishedRun& run, const RunJudgement& judgement, const
     }
     for (const RunColumn& column : run.columns) {
         const Finding* finding = row.judgement.Find(column.parameter);
-        const bool isText =
-            column.parameter <= MP_TIMESTAMP && column.parameter != MP_FREQUENCY && column.parameter != MP_SYMBOLRATE;
         const ReadingKind* kind = FindReadingKind(column.parameter);
-        std::string classes = column.parameter == MP_USERFIELD   ? "label"
-                              : isText || (kind && kind->isLock) ? ""
-                                                                 : "number";
+        std::string classes = ClassOf(column);
         if (finding) {
             classes += " " + ClassOf(finding->verdict);
         } else if (kind && kind->isLock && row.channel.outcome == ChannelOutcome::notSynchronised &&
@@ -184,17 +192,17 @@ std::string GridRow(const FinishedRun& run, const RunJudgement& judgement, const
 std::string GridTable(const FinishedRun& run, const RunJudgement& judgement, const std::vector<ReportRow>& rows)
 {
     std::string text =
-        "<section class=\"wide\">\n<h2>All readings</h2>\n<table><thead><tr><th scope=\"col\">No.</th>"
+        "<section class=\"wide\">\n<h2>All readings</h2>\n<table><thead><tr><th scope=\"col\" class=\"number\">No.</th>"
         "<th scope=\"col\">Verdict</th>";
     if (run.passes != 1) {
-        text += "<th scope=\"col\">Pass</th>";
+        text += "<th scope=\"col\" class=\"number\">Pass</th>";
     }
     const bool showsOrder = run.OrdersOfQam().size() > 1;
     if (showsOrder) {
-        text += "<th scope=\"col\">QAM</th>";
+        text += "<th scope=\"col\" class=\"number\">QAM</th>";
     }
     for (const RunColumn& column : run.columns) {
-        text += "<th scope=\"col\">" + Escape(column.caption) + "</th>";
+        text += fmt::format(R"(<th scope="col" class="{}">{}</th>)", ClassOf(column), Escape(column.caption));
     }
     text += judgement.hasLimits ? "<th scope=\"col\">Worst Margin</th>" : "";
     text += "</tr></thead><tbody>\n";

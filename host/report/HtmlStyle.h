@@ -23,7 +23,7 @@ h1 { font-size: 1.5rem; margin: 0 0 .6rem; } h2 { font-size: 1.15rem; margin: 1.
 table { border-collapse: collapse; width: 100%; font-variant-numeric: tabular-nums; }
 th, td { padding: .22rem .5rem; text-align: left; vertical-align: top; border-bottom: 1px solid var(--rule); }
 thead th { border-bottom: 2px solid var(--soft); vertical-align: bottom; font-weight: 600; }
-td.number, th.number { text-align: right; } td.name { min-width: 7rem; max-width: 18rem; }
+td.number, th.number { text-align: right; } td.name { min-width: 9rem; max-width: 18rem; }
 .facts { width: auto; } .facts th { font-weight: 400; color: var(--soft); white-space: nowrap; } .facts td { word-break: break-word; white-space: pre-line; }
 .wide { overflow-x: auto; } .wide table { font-size: .7rem; } .wide th, .wide td { padding: .18rem .26rem; }
 .wide tbody tr:nth-child(even) { background: var(--stripe); } .wide td { white-space: nowrap; }

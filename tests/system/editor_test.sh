@@ -16,4 +16,5 @@ refused() {
 }
 refused 'tvnhost edit -o FILE'
 refused 'there is no such file' build/none.ini
+refused 'exists already' -o README.md
 refused 'It needs a screen' -o build/none.ini
