@@ -264,6 +264,25 @@ public:
         return message;
     }
 
+    /// What a list tells of the cell under the mouse.
+    std::wstring TipOf(Column column, int row)
+    {
+        const POINT point = PointIn(column, row);
+        wchar_t text[200] = L"";
+        OnGuiThread([&] {
+            SendMessageW(List(column), WM_MOUSEMOVE, 0, MAKELPARAM(point.x, point.y));
+            TTTOOLINFOW info{};
+            info.cbSize = TTTOOLINFOW_V2_SIZE;
+            info.hwnd = List(column);
+            info.uId = 1;
+            info.lpszText = text;
+            for (HWND tip = nullptr; !*text && (tip = FindWindowExW(nullptr, tip, TOOLTIPS_CLASSW, nullptr));) {
+                SendMessageW(tip, TTM_GETTEXTW, std::size(text), reinterpret_cast<LPARAM>(&info));
+            }
+        });
+        return text;
+    }
+
     /// Runs something on the dialog's thread, between two messages.
     void OnGuiThread(const std::function<void()>& work)
     {

@@ -196,6 +196,50 @@ TEST_F(SetupEditor, WindowComesBackAsItWasLeftAndTheCloseSignAsks)
     });
 }
 
+TEST_F(SetupEditor, MenuTipColumnsAndResolutionFollowTheMouseAndTheScreen)
+{
+    Put({{std::wstring(60, L'w'), 474, 6.9}, {L"two", 482, 6.9}});
+    Edit([](EditorDriver& editor) {
+        editor.ClickTab(Page::frequencies);
+        editor.ClickRow(MP_USERFIELD, 1);
+        editor.Press(VK_ESCAPE);
+        const HWND list = editor.List(MP_USERFIELD);
+        PostMessageW(list, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(list), -1);  // by its key
+        editor.Press(VK_SHIFT);
+        const HWND menu = FindWindowW(L"#32768", nullptr);
+        constexpr UINT getMenu = 0x01E1;
+        const auto entries = reinterpret_cast<HMENU>(SendMessageW(menu, getMenu, 0, 0));
+        wchar_t entry[80] = L"";
+        GetMenuStringW(entries, static_cast<UINT>(RowCommand::duplicate) + 1, entry, 80, MF_BYCOMMAND);
+        EXPECT_STREQ(entry, L"Dup&licate\tCtrl+Shift+D");
+        PostMessageW(menu, WM_KEYDOWN, VK_ESCAPE, 1);
+        editor.Press(VK_SHIFT);
+        EXPECT_EQ(FindWindowW(L"#32768", nullptr), nullptr);
+
+        EXPECT_EQ(editor.TipOf(MP_USERFIELD, 0), std::wstring(60, L'w'));
+        EXPECT_EQ(editor.TipOf(MP_USERFIELD, 1), L"");
+
+        const RECT before = editor.CellRect(MP_USERFIELD, 1);
+        const RECT heading = editor.CellRect(MP_USERFIELD, -1);
+        const LPARAM y = (heading.top + heading.bottom) / 2;
+        PostMessageW(list, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(heading.right, y));
+        PostMessageW(list, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(heading.right - 20, y));
+        PostMessageW(list, WM_LBUTTONUP, 0, MAKELPARAM(heading.right - 20, y));
+        editor.Press(VK_SHIFT);
+        EXPECT_EQ(editor.CellRect(MP_USERFIELD, 1).right, before.right - 20);
+
+        const RECT frame = EditorDriver::PlaceOf(editor.dialog);
+        RECT larger{frame.left, frame.top, frame.left + (frame.right - frame.left) * 4 / 3,
+                    frame.top + (frame.bottom - frame.top) * 4 / 3};
+        constexpr UINT dpiChanged = 0x02E0;
+        SendMessageW(editor.dialog, dpiChanged, MAKEWPARAM(120, 120), reinterpret_cast<LPARAM>(&larger));
+        const RECT after = editor.CellRect(MP_USERFIELD, 1);
+        EXPECT_NEAR(after.bottom - after.top, (before.bottom - before.top) * 1.25, 2);
+        const RECT moved = EditorDriver::PlaceOf(editor.dialog);
+        EXPECT_TRUE(EqualRect(&moved, &larger));
+    });
+}
+
 TEST_F(SetupEditor, NotesKeepEveryLetterAndTextBeforeProtectedTextStaysFree)
 {
     const std::wstring letters = L"St\u0159e\u0161n\u00ED \u0141\u00F3d\u017A \u03A9 \u0151 \u4E2D \U0001F600";
