@@ -146,6 +146,7 @@ TEST(EditorLists, FindAndGoToSelectTheCell)
              {L"x", L"There is no channel of this number."},
              {L"2", L""}}) {
         EXPECT_EQ(fault, test.Answer(RowCommand::goTo, {answer}));
+        EXPECT_EQ(L"Go to Channel|3", test.view.asked);
     }
     EXPECT_EQ(L"1 @1/10", Selected(test.editor, Grid::channels));
 }
@@ -153,12 +154,12 @@ TEST(EditorLists, FindAndGoToSelectTheCell)
 TEST(EditorLists, FillCopiesDownAndCountsOn)
 {
     TestEditor test(L",");
-    test.Open({100, 200, 300, 400});
+    test.Open({100, 200, 300.5, 400});
     test.editor.RowSelected(MP_FREQUENCY, 1);
     test.editor.Execute(RowCommand::fillDown, Grid::channels);
-    EXPECT_EQ(L"100,0000000 100,0000000 300,0000000 400,0000000 -", test.Texts(MP_FREQUENCY)) << "from above";
+    EXPECT_EQ(L"100,0000000 100,0000000 300,5000000 400,0000000 -", test.Texts(MP_FREQUENCY)) << "from above";
     EXPECT_EQ(L"", test.Answer(RowCommand::fillSeries, {L"306", L"8"}));
-    EXPECT_EQ(L"Fill 3 Rows|100,0000000|200", test.view.asked) << "down to the last";
+    EXPECT_EQ(L"Fill 3 Rows|100,0000000|200,5", test.view.asked) << "down to the last";
     EXPECT_EQ(L"100,0000000 306,0000000 314,0000000 322,0000000 -", test.Texts(MP_FREQUENCY));
     test.Select(0, 1);
     EXPECT_EQ(L"", test.Answer(RowCommand::fillSeries, {L"S22", L"1"}));

@@ -125,7 +125,11 @@ public:
     FileFault Remove(const std::wstring& path) override
     {
         const FileFault fault = Begin(FileOperation::remove);
-        return fault != FileFault::none ? fault : entries_.erase(path) != 0 ? FileFault::none : FileFault::missing;
+        const bool isOpen = Exists(path) && entries_[path].use_count() > 1;
+        if (fault != FileFault::none || isOpen) {
+            return isOpen ? FileFault::inUse : fault;
+        }
+        return entries_.erase(path) != 0 ? FileFault::none : FileFault::missing;
     }
 
     std::optional<std::wstring> FindFirst(const std::wstring& pattern) override
