@@ -143,7 +143,8 @@ int Compare(const CompareOptions& options, Console& console)
     for (const FinishedRun* run : {&before, &after}) {
         ShowSimulation(*run, console);
     }
-    console.Result(fmt::format(L"{} channels in both runs, {} changed\n", comparison.channels, comparison.changed));
+    console.Result(fmt::format(L"{} {} in both runs, {} changed\n", comparison.channels,
+                               comparison.channels == 1 ? L"channel" : L"channels", comparison.changed));
     return comparison.changed == 0 ? exitDone : exitFindings;
 }
 
