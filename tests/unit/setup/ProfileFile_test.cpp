@@ -14,14 +14,6 @@ using namespace std::string_literals;
 namespace tvn2x {
 namespace {
 
-std::string Written(const std::string& content, const std::string& section, const std::string& key,
-                    std::optional<std::string_view> value)
-{
-    ProfileFile profile(content);
-    EXPECT_TRUE(profile.Write(section, key, value));
-    return profile.Render();
-}
-
 TEST(ProfileFile, BytesThatNoWriteTouchesStayAsTheyWere)
 {
     const std::string files[] = {"",
@@ -38,17 +30,6 @@ TEST(ProfileFile, BytesThatNoWriteTouchesStayAsTheyWere)
         EXPECT_EQ(file, profile.Render());
         EXPECT_FALSE(profile.Changed());
     }
-    EXPECT_EQ("; head\r\n[a]\n\tk =1\nm=9\n; tail\n\n[b]",
-              Written("; head\r\n[a]\n\tk =1\nm = 2\n; tail\n\n[b]", "A", "M", "9"));
-    // New lines end like most of the file and join the keys of their section.
-    EXPECT_EQ("[a]\nk=1\nn=2\n\n; on b\n[b]\n", Written("[a]\nk=1\n\n; on b\n[b]\n", "a", "n", "2"));
-    EXPECT_EQ("[a]\nn=2\n; on b\n[b]\n", Written("[a]\n; on b\n[b]\n", "a", "n", "2"));
-    EXPECT_EQ("[a]\nk=1\nn=2\n; end", Written("[a]\nk=1\n; end", "a", "n", "2"));
-    EXPECT_EQ("[a]\rn=2\r[b]\r", Written("[a]\r[b]\r", "a", "n", "2"));
-    EXPECT_EQ("[a]\r\nn=2\r\n", Written("[a]", "a", "n", "2"));
-    EXPECT_EQ("junk\r\n[a]\r\nn=2\r\n", Written("junk", "a", "n", "2"));
-    EXPECT_EQ("[a]\nk=1\r\nn=2\n[b]\n", Written("[a]\nk=1\r\n[b]\n", "a", "n", "2"));
-    EXPECT_EQ("[a]\nk=2\r\nm=1", Written("[a]\nk=1\r\nm=1", "a", "k", "2"));
 }
 
 TEST(ProfileFile, NoTextCanForgeAKeyASectionOrALine)
