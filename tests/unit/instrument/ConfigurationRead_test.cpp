@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "TestConfiguration.h"
+#include "support/TestFiles.h"
 
 namespace tvn2x {
 namespace {
@@ -41,17 +42,7 @@ TEST(ConfigurationRead, CallsReceiverAndParentInThisOrder)
 {
     Reading test;
     EXPECT_EQ(test.Run(), L"");
-    EXPECT_EQ(Lines(test.log.calls), R"(Status Reading KTR Configuration, Progress 0/10, Mode
-StopFlag, Progress 1, InputRoute
-StopFlag, Progress 2, LevelUnit
-StopFlag, Progress 3, SawBandwidth
-StopFlag, Progress 4, OrderOfQam
-StopFlag, Progress 5, RollOffFactor
-StopFlag, Progress 6, BerSamples
-StopFlag, Progress 7, Frequency
-StopFlag, Progress 8, SymbolRate
-StopFlag, Progress 9, InstalledOptions, ReferenceSource
-StopFlag, Progress 10)");
+    EXPECT_EQ(Lines(test.log.calls) + "\n", TestFile("configuration-read-calls.txt"));
 }
 
 TEST(ConfigurationRead, KeepsTheRestAndChangesNothingWhereNothingButAKnownLevelUnitHasChanged)

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "TestConfiguration.h"
+#include "support/TestFiles.h"
 
 namespace tvn2x {
 namespace {
@@ -28,18 +29,7 @@ TEST(ConfigurationWrite, CallsReceiverAndParentInThisOrder)
 {
     Writing test;
     EXPECT_EQ(test.Run(), L"");
-    EXPECT_EQ(Lines(test.log.calls), R"(Status Configuring KTR, Progress 1/12, ForgetTuning, Initialise
-StopFlag, Progress 2, Mode
-StopFlag, Progress 3, InputRoute 50
-StopFlag, Progress 4, InputAttenuation 255
-StopFlag, Progress 5, LevelUnit 3
-StopFlag, Progress 6, SawBandwidth 7, SawBandwidth
-StopFlag, Progress 7, OrderOfQam 256
-StopFlag, Progress 8, RollOffFactor 13
-StopFlag, Progress 9, BerSamples 100
-StopFlag, Progress 10, Equaliser 1
-StopFlag, Progress 11, InstalledOptions, ReferenceSource 1
-StopFlag, Progress 12)");
+    EXPECT_EQ(Lines(test.log.calls) + "\n", TestFile("configuration-write-calls.txt"));
     EXPECT_FALSE(test.document.dirty);
 }
 

@@ -7,6 +7,7 @@
 #include "TestScan.h"
 #include "setup/catalogue/Parameters.h"
 #include "support/RaisedBy.h"
+#include "support/TestFiles.h"
 #include "util/modFormat.h"
 
 namespace tvn2x {
@@ -18,7 +19,7 @@ std::string Steps(const std::vector<std::string>& calls)
     const std::string locks = "RfSignalPresent, ReferenceLocked, SymbolClockUnlocked, CarrierUnlocked, TsError, ";
     std::string text;
     for (const std::string& call : calls) {
-        text += call + (call.starts_with("Progress") ? "\n" : ", ");
+        text += call + (call.starts_with("Progress") || &call == &calls.back() ? "\n" : ", ");
         if (text.ends_with(locks)) {
             text.replace(text.size() - locks.size(), locks.size(), "Locks, ");
         }
@@ -32,34 +33,7 @@ TEST(ChannelScan, CallsReceiverAndParentInThisOrder)
     test.receiver.answers.Hold = true;
     test.log.Once("ReadBer", [&] { test.clock.Advance(60); });
     EXPECT_TRUE(test.Measure());
-    EXPECT_EQ(Steps(test.log.calls),
-              R"(Status Synchronising at 213 MHz, Cell 1,-1, ChannelStart 213000000 6900000, StopFlag, Progress 1/30
-Frequency 213000000, StopFlag, Progress 2/30
-SymbolRate 6900000, StopFlag, Progress 3/30
-Pause 100 ms, Hold, Hold 0, StopFlag, Progress 4/30
-ResetErrorCounters, StopFlag, Progress 5/30
-RfSignalPresent, StopFlag, StopFlag, Progress 6/30
-InstalledOptions, ReferenceLocked, StopFlag, StopFlag, Progress 7/30
-SymbolClockUnlocked, CarrierUnlocked, StopFlag, StopFlag, Progress 8/30
-TsError, StopFlag, StopFlag, Progress 9/30
-Status Measuring at 213 MHz, Cell 1,-1, StopFlag, Locks, ErrorCounters, Cell 1,-1, Locks, ReadRfLevel, ValueStatus, Cell 1,15, StopFlag, Progress 10/30
-Cell 1,-1, Cell 1,18, StopFlag, Progress 11/30
-Cell 1,-1, Cell 1,19, StopFlag, Progress 12/30
-Cell 1,-1, Cell 1,20, StopFlag, Progress 13/30
-Cell 1,-1, Locks, ReadBer, ValueStatus, BerState, BerResult, Cell 1,16, StopFlag, StopFlag, Progress 14/30
-Cell 1,-1, Locks, ReadFrequencyOffset, ValueStatus, Cell 1,17, StopFlag, Progress 15/30
-Cell 1,-1, Locks, ReadIqImbalance, ValueStatus, Cell 1,21, StopFlag, Progress 16/30
-Cell 1,-1, Locks, ReadIqPhase, ValueStatus, Cell 1,22, StopFlag, Progress 17/30
-Cell 1,-1, Locks, ReadCarrierSuppression, ValueStatus, Cell 1,23, StopFlag, Progress 18/30
-Cell 1,-1, Locks, ReadPhaseJitter, ValueStatus, Cell 1,24, StopFlag, Progress 19/30
-Cell 1,-1, Locks, ReadCarrierToInterference, ValueStatus, Cell 1,25, StopFlag, Progress 20/30
-Cell 1,-1, Locks, ReadSignalToNoise, ValueStatus, Cell 1,26, StopFlag, Progress 21/30
-Cell 1,-1, Locks, ReadMer, ValueStatus, Cell 1,27, StopFlag, Progress 22/30
-Cell 1,-1, Locks, ReadMerPercent, ValueStatus, Cell 1,28, StopFlag, Progress 23/30
-Cell 1,-1, Locks, ErrorCounters, Cell 1,29, StopFlag, Progress 24/30
-Cell 1,-1, Locks, ErrorCounters, Cell 1,30, StopFlag, Progress 25/30
-Progress 26/30
-Cell 1,14, Cell 1,13, )");
+    EXPECT_EQ(Steps(test.log.calls), TestFile("scan-calls.txt"));
 }
 
 TEST(ChannelScan, FillsTheRowInTheUsersLocale)
