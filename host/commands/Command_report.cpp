@@ -28,7 +28,7 @@ TextGrid Findings(const FinishedRun& run, const RunJudgement& judgement)
         const ChannelJudgement& channel = judgement.channels[i];
         if (channel.verdict != Verdict::pass) {
             const std::wstring pass = run.passes == 1 ? L"" : fmt::format(L" pass {}", run.channels[i].pass);
-            grid.AddRow({run.channels[i].Name() + pass, VerdictName(channel.verdict), channel.reason});
+            grid.AddRow({run.NameOf(run.channels[i]) + pass, VerdictName(channel.verdict), channel.reason});
         }
     }
     return grid;

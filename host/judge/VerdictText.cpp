@@ -52,7 +52,7 @@ std::wstring VerdictSentence(const FinishedRun& run, const RunJudgement& judgeme
     if (judgement.worst) {
         const ChannelResult& channel = run.channels[*judgement.worst];
         text += fmt::format(L" {}: {}, {}", judgement.verdict == Verdict::pass ? L"Smallest margin" : L"Worst",
-                            channel.Name(), WorstText(run, judgement));
+                            run.NameOf(channel), WorstText(run, judgement));
         text += run.passes == 1 ? L"." : fmt::format(L" (pass {}).", channel.pass);
     }
     for (const int32_t order : judgement.unjudged) {

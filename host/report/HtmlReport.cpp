@@ -126,13 +126,13 @@ std::string Facts(const FinishedRun& run, const RunJudgement& judgement, const L
     return text + "</tbody></table>\n";
 }
 
-std::string FindingsTable(const std::vector<ReportRow>& rows)
+std::string FindingsTable(const FinishedRun& run, const std::vector<ReportRow>& rows)
 {
     std::string body;
     for (const ReportRow& row : rows) {
         if (row.judgement.verdict != Verdict::pass) {
             body += fmt::format("<tr><td class=\"name\">{}</td><td class=\"{}\">{}</td><td>{}</td></tr>\n",
-                                Escape(row.channel.Name()), ClassOf(row.judgement.verdict),
+                                Escape(run.NameOf(row.channel)), ClassOf(row.judgement.verdict),
                                 Escape(VerdictName(row.judgement.verdict)), Escape(row.judgement.reason));
         }
     }
@@ -197,7 +197,7 @@ std::string GridTable(const FinishedRun& run, const RunJudgement& judgement, con
     if (run.passes != 1) {
         text += "<th scope=\"col\" class=\"number\">Pass</th>";
     }
-    const bool showsOrder = run.OrdersOfQam().size() > 1;
+    const bool showsOrder = run.MixesOrders();
     if (showsOrder) {
         text += "<th scope=\"col\" class=\"number\">QAM</th>";
     }
@@ -275,7 +275,7 @@ std::string HtmlReport(const FinishedRun& run, const RunJudgement& judgement, co
         Escape(title), htmlStyle, ClassOf(judgement.verdict), Escape(VerdictSentence(run, judgement)),
         SimulationBand(run.receiver));
     text += Facts(run, judgement, limits);
-    text += FindingsTable(rows);
+    text += FindingsTable(run, rows);
     text += rows.empty() ? "" : Plots(rows, limits);
     text += GridTable(run, judgement, rows);
     return text + "</body>\n</html>\n";

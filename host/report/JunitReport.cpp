@@ -71,10 +71,11 @@ std::string PlainTime(const std::wstring& utc)
     return Escape(text);
 }
 
-std::string Case(const ChannelResult& channel, const ChannelJudgement& judgement, const std::wstring& className)
+std::string Case(const FinishedRun& run, const ChannelResult& channel, const ChannelJudgement& judgement)
 {
-    std::string text = fmt::format(R"(    <testcase name="{}" classname="{}" time="{:.3f}")", Escape(channel.Name()),
-                                   Escape(className), channel.seconds);
+    std::string text =
+        fmt::format(R"(    <testcase name="{}" classname="{}" time="{:.3f}")", Escape(run.NameOf(channel)),
+                    Escape(InPass(run, Title(run.setups[run.SetupOf(channel.number)]), channel.pass)), channel.seconds);
     std::string body;
     const std::string reason = Escape(judgement.reason);
     switch (judgement.verdict) {
@@ -159,9 +160,7 @@ std::string JunitReport(const FinishedRun& run, const RunJudgement& judgement)
             PlainTime(suite.began.empty() ? run.began : suite.began));
         text += Properties(run, judgement);
         for (const size_t position : suite.cases) {
-            const ChannelResult& channel = run.channels[position];
-            text += Case(channel, judgement.channels[position],
-                         InPass(run, Title(run.setups[run.SetupOf(channel.number)]), pass));
+            text += Case(run, run.channels[position], judgement.channels[position]);
         }
         text += "  </testsuite>\n";
     }

@@ -29,7 +29,7 @@ std::wstring CellText(const ChannelResult& channel, int32_t parameter)
 
 TextGrid RunGrid(const FinishedRun& run, int32_t pass)
 {
-    const bool showsOrder = run.OrdersOfQam().size() > 1;
+    const bool showsOrder = run.MixesOrders();
     std::vector<std::wstring> captions{L"No."};
     for (const RunColumn& column : run.columns) {
         captions.push_back(column.caption);

@@ -128,6 +128,18 @@ std::set<int32_t> FinishedRun::OrdersOfQam() const
     return orders;
 }
 
+bool FinishedRun::MixesOrders() const
+{
+    return std::ranges::any_of(setups, [this](const RunSetup& setup) {
+        return setup.settings.orderOfQam != setups.front().settings.orderOfQam;
+    });
+}
+
+std::wstring FinishedRun::NameOf(const ChannelResult& channel) const
+{
+    return channel.Name() + (MixesOrders() ? fmt::format(L" {}-QAM", channel.orderOfQam) : L"");
+}
+
 void FinishedRun::Complete()
 {
     const std::set<int32_t> begun = BegunPasses(*this);

@@ -169,6 +169,10 @@ struct FinishedRun
     size_t SetupOf(int32_t channel) const;
     /// The orders of QAM of its channels, each once, ascending.
     std::set<int32_t> OrdersOfQam() const;
+    bool MixesOrders() const;  ///< its setups differ in the order of QAM
+    /// What a channel of it is called in sentences: "K45 666 MHz", where it mixes orders "K45 666 MHz 64-QAM", because
+    /// a frequency may be there with two.
+    std::wstring NameOf(const ChannelResult& channel) const;
 
     /// Gives each channel that was to be measured its place: what a pass that began lacks is added as unmeasured. Of
     /// two results of a channel in one pass an unmeasured one goes.

@@ -129,6 +129,7 @@ TEST(LevelPlot, MarksEveryLevelAtItsFrequencyBetweenTheLimits)
                 UnorderedElementsAre("fail 48.0", "fail 80.0", "warning 54.0" + dashes, "warning 74.0" + dashes));
     for (const char* const tick :
          {R"(y1="210.0" y2="210.0" stroke="#cccccc"/><text x="52" y="214.0" text-anchor="end" fill="currentColor">40<)",
+          R"(y1="30.0" y2="30.0" stroke="#cccccc"/><text x="52" y="34.0" text-anchor="end" fill="currentColor">80<)",
           R"(y1="75.0" y2="75.0" stroke="#cccccc"/><text x="52" y="79.0" text-anchor="end" fill="currentColor">70<)",
           R"(x1="128.8" x2="128.8" y1="210" y2="215" stroke="#cccccc"/><text x="128.8" y="227" text-anchor="middle" )"
           R"(fill="currentColor">500<)"}) {

@@ -89,12 +89,26 @@ TEST(HtmlReport, StandsAloneWhateverTheTextsAre)
     for (const char* text : {"<script", "<b>", "\x01", "src="}) {
         EXPECT_THAT(html, Not(HasSubstr(text)));
     }
-    for (const char* text :
-         {"<h1>Cable network scan: net.ini, more.ini</h1>", ">QAM</th>", ">64-QAM, ",
-          "FAIL: 0 of 4 channels pass, 4 fail.", "Worst: C4 378 MHz, not synchronised",
-          "class=\"band\">Simulated receiver: network model town.ini, SHA-256 0123, seed 7<", "mostly I/Q imbalance",
-          "RF level", "Level steps", "Modulation error", "Bit error ratio", "What eats the MER", "&lt;Linz&gt;",
-          "3rd floor", "A. Huber", "4711", "rain", "input Receiver (75 ohm)", "Cable outlets, 20"}) {
+    for (const char* text : {"<h1>Cable network scan: net.ini, more.ini</h1>",
+                             ">QAM</th>",
+                             ">64-QAM, ",
+                             "FAIL: 0 of 4 channels pass, 4 fail.",
+                             "Worst: C4 378 MHz 64-QAM, not synchronised",
+                             "class=\"band\">Simulated receiver: network model town.ini, SHA-256 0123, seed 7<",
+                             "mostly I/Q imbalance",
+                             "RF level",
+                             "Level steps",
+                             "Modulation error",
+                             "Bit error ratio",
+                             "What eats the MER",
+                             "&lt;Linz&gt;",
+                             "3rd floor",
+                             "A. Huber",
+                             "4711",
+                             "rain",
+                             "input Receiver (75 ohm)",
+                             "Cable outlets, 20",
+                             ", outlet, SHA-256 "}) {
         EXPECT_THAT(html, HasSubstr(text));
     }
     EXPECT_THAT(HtmlReport(TestRun({}), Judge(TestRun({}), nullptr), nullptr), StartsWith("<!DOCTYPE html>"));
