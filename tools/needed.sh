@@ -43,8 +43,10 @@ targets_of() {
             asan:system.spreadsheet) echo result_file_sample ;;
             fuzz:fuzz.*) echo "fuzz_$name" ;;
             win64:system.spreadsheet) ;;
-            win32:system.binaries) echo all ;;
-            win32:system.world32) printf '%s\n' TVN2x XKTR2x tvnhost ;;
+            win32:system.binaries) printf '%s\n' TVN2x XKTR2x ;;
+            win32:system.x86_*) echo all ;;
+            win64:system.x86_scan) printf '%s\n' TVN2x XKTR2x tvnhost ;;
+            win64:system.x86_*) ;;
             win64:system.*)
                 # A script may run any program; what runs without one is a program of the test's name.
                 if [ -f "tests/system/${name}_test.sh" ]; then

@@ -193,21 +193,8 @@ public:
     /// A control of the dialog, on any page.
     HWND Find(int id) const
     {
-        struct Search
-        {
-            int id;
-            HWND found;
-        } search{id, nullptr};
-        EnumChildWindows(
-            dialog,
-            [](HWND child, LPARAM wanted) -> BOOL {
-                auto& sought = *reinterpret_cast<Search*>(wanted);
-                if (GetDlgCtrlID(child) == sought.id) {
-                    sought.found = child;
-                }
-                return sought.found == nullptr;
-            },
-            reinterpret_cast<LPARAM>(&search));
+        Search search{id, nullptr};
+        EnumChildWindows(dialog, IsOther, reinterpret_cast<LPARAM>(&search));
         return search.found;
     }
     HWND List(Column column) const { return Find(control_id::List(GridOf(column))); }
@@ -293,6 +280,20 @@ public:
     bool remembers = false;  ///< the dialog opens as it was left
 
 private:
+    /// A control that is sought by its number, and what was found.
+    struct Search
+    {
+        int id;
+        HWND found;
+    };
+    static BOOL CALLBACK IsOther(HWND child, LPARAM search)
+    {
+        auto& sought = *reinterpret_cast<Search*>(search);
+        if (GetDlgCtrlID(child) == sought.id) {
+            sought.found = child;
+        }
+        return sought.found == nullptr;
+    }
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
     {
         auto* const self = reinterpret_cast<EditorDriver*>(GetWindowLongPtrW(window, GWLP_USERDATA));

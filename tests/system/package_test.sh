@@ -1,18 +1,29 @@
 #!/usr/bin/env bash
-# The installer, in Wine prefixes of its own: what it puts where, what it registers, what stays when it goes.
+# The installer of one word length, in a Wine of its own: what it puts where, what it registers, what stays when it goes;
+# and that clients of every kind work with what it has installed.
+#   tests/system/package_test.sh x64 | x86
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 root=$PWD
 . tools/common.sh
-work=$root/build/package_test
+bits=${1:-x64}
+preset=win64
+[ "$bits" = x64 ] || preset=win32
+work=$root/build/package_test_$bits
 rm -rf "$work"
 mkdir -p "$work"
 said=
 fail() { echo "${said:+$said: }$*"; exit 1; }
 
-export WINEPREFIX=$work/prefix WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml=;winemenubuilder.exe=d'
-wine() { "/usr/lib/wine/wine64" "$@" </dev/null; }
-trap 'wineserver -k || true' EXIT
+export WINEPREFIX=$work/prefix
+if [ "$bits" = x64 ]; then
+    export WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml=;winemenubuilder.exe=d'
+    wine() { "/usr/lib/wine/wine64" "$@" </dev/null; }
+    trap 'wineserver -k || true' EXIT
+else
+    wine() { TVN_BARE=${WINEPREFIX#"$root/build/"} "$root/tools/world32" "$@" </dev/null; }
+    trap 'wine wineboot -k || true' EXIT
+fi
 # Registry and disk, without the installer's own records and what Wine writes at any time.
 state() {
     local hive
@@ -29,10 +40,10 @@ same() { # WHAT BEFORE AFTER
 }
 installer() { wine msiexec "$@" /qn /l "$(wine_path "$work/msi.log")"; }
 
-TVN_PACKAGE_VERSION=9.8.0 ./package x64 >/dev/null
-cp build/package/TVN2x-9.8.0-x64.msi "$work/newer.msi"
-./package x64 >/dev/null
-cp build/package/TVN2x-*-x64.msi "$work/package.msi"
+TVN_PACKAGE_VERSION=9.8.0 ./package "$bits" >/dev/null
+cp build/package/TVN2x-9.8.0-$bits.msi "$work/newer.msi"
+./package "$bits" >/dev/null
+cp build/package/TVN2x-*-"$bits".msi "$work/package.msi"
 (cd build/package && sha256sum --quiet -c SHA256SUMS)
 wine wineboot -i >/dev/null 2>&1
 echo 'WScript.Echo 1' >"$work/first.vbs"
@@ -56,10 +67,21 @@ wine cscript //nologo "$folder\\examples\\scan.vbs" "$folder\\examples\\first-sc
     "$folder\\examples\\first-scan-network.ini" | tr -d '\r' >"$work/script" || [ $? -eq 1 ] || fail "the script ended with $?"
 [ "$(tail -1 "$work/script")" = '7 of 8 channels synchronised' ] || fail "the script: $(tail -3 "$work/script")"
 
+# Other clients, each with one channel; what they come with of ours is what was installed.
+examples="$folder\\examples"
+channel=("$examples\\first-scan.ini" "$examples\\first-scan-network.ini" 3)
+cp "build/$preset/bin/late_client.exe" "build/$preset/bin/example_scan.exe" tests/system/client/channel.js "$work"
+late=$(wine "$(wine_path "$work/late_client.exe")" "${channel[@]}" | tr -d '\r')
+[ "$late" = 'true true OK' ] || fail "the late-bound program: $late"
+java=$(wine cscript //nologo "$(wine_path "$work/channel.js")" "${channel[@]}" | tr -d '\r')
+[ "$java" = 'true true OK' ] || fail "JScript: $java"
+wine "$(wine_path "$work/example_scan.exe")" "${channel[@]:0:2}" | tr -d '\r' >"$work/program" || [ $? -eq 1 ] || fail "the program ended with $?"
+[ "$(tail -1 "$work/program")" = '7 of 8 channels synchronised' ] || fail "the program: $(tail -3 "$work/program")"
+
 # The entry of the start menu comes as far as the editor, which has no screen here.
 shortcut=$(msiinfo export "$work/package.msi" Shortcut | awk -F'\t' '$1 == "EditorShortcut" { print $6 }')
 echo "@${shortcut#/c }" | sed 's/\[#tvnhost.exe\]/%HOST%/g' >"$work/menu.bat"
-(cd "$work" && HOST=$folder\\tvnhost.exe wine cmd /c menu.bat) >"$work/editor" 2>&1 || true
+(cd "$work" && wine cmd /c "set HOST=$folder\\tvnhost.exe&& menu.bat") >"$work/editor" 2>&1 || true
 grep -q 'It needs a screen' "$work/editor" || fail "the menu's editor: $(cat "$work/editor")"
 
 # What the libraries would register themselves is there already, but for folders of help that they have not got.
@@ -109,7 +131,7 @@ same 'leaves something behind' clean left
 said='beside others'
 classes='HKLM\Software\Classes'
 wine reg add "$classes\\CLSID\\{78BE4523-D7A7-4F15-B0C0-964A5FB290E8}\\InprocServer32" /ve /d 'C:\vendor\driver.dll' /f >/dev/null
-wine reg add "$classes\\TypeLib\\{CCFB3DDF-7A82-4F26-92C6-0E7D10C02784}\\1.0\\0\\win64" /ve /d 'C:\vendor\host.exe' /f >/dev/null
+wine reg add "$classes\\TypeLib\\{CCFB3DDF-7A82-4F26-92C6-0E7D10C02784}\\1.0\\0\\$preset" /ve /d 'C:\vendor\host.exe' /f >/dev/null
 state vendor
 installer /i "$package"
 state beside
@@ -139,8 +161,8 @@ installer /x "$package"
 
 said='unregistered, from a folder of its own'
 mkdir "$work/own"
-(cd "$work/own" && unzip -q -o -j ../../package/TVN2x-*-x64.zip)
-cp build/win64/bin/example_scan.exe "$work/own/scan.exe"
+(cd "$work/own" && unzip -q -o -j ../../package/TVN2x-*-"$bits".zip)
+cp "build/$preset/bin/example_scan.exe" "$work/own/scan.exe"
 mv "$work/own/program.exe.manifest" "$work/own/scan.exe.manifest"
 (cd "$work/own" && wine scan.exe first-scan.ini first-scan-network.ini) | tr -d '\r' >"$work/own/out" ||
     [ $? -eq 1 ] || fail "the program ended with $?: $(tail -3 "$work/own/out")"
@@ -151,6 +173,6 @@ openssl req -x509 -newkey rsa:2048 -nodes -keyout "$work/key" -out "$work/certif
 openssl pkcs12 -export -inkey "$work/key" -in "$work/certificate" -out "$work/both.p12" -passout pass:secret
 echo -n secret >"$work/password"
 tools/sign "$work/both.p12" "$work/password" >/dev/null
-osslsigncode verify -CAfile "$work/certificate" build/package/TVN2x-*-x64.msi >"$work/verified" 2>&1 || fail "$(tail -3 "$work/verified")"
+osslsigncode verify -CAfile "$work/certificate" build/package/TVN2x-*-"$bits".msi >"$work/verified" 2>&1 || fail "$(tail -3 "$work/verified")"
 (cd build/package && sha256sum --quiet -c SHA256SUMS)
 echo 'installed, upgraded and gone without a trace'
