@@ -25,7 +25,7 @@ std::wstring NameOf(REFCLSID id)
     if (FAILED(ProgIDFromCLSID(id, &name)) || !name) {
         return {};
     }
-    const std::wstring result(name);
+    std::wstring result(name);
     CoTaskMemFree(name);
     return result;
 }
@@ -115,10 +115,11 @@ void RequireOneFile(const DriverLibrary& library)
     for (const DriverClass& other : library.classes) {
         const std::wstring otherFile = ServerOf(other.id);
         if (!file.empty() && !otherFile.empty() && !com::EntryFile(file).Is(com::EntryFile(otherFile))) {
+            std::wstring what = receiver.name;
+            what.append(L" comes from ").append(file).append(L" and ").append(other.name).append(L" from ");
+            what.append(otherFile).append(L". Driver, run control and error reporting have to come from one library. ");
             throw RaisedError(error::cannotCreateObject, L"clsSetup.Driver",
-                              receiver.name + L" comes from " + file + L" and " + other.name + L" from " + otherFile +
-                                  L". Driver, run control and error reporting have to come from one library. Register "
-                                  L"the receiver's library again");
+                              what.append(L"Register the receiver's library again"));
         }
     }
 }
