@@ -70,13 +70,17 @@ constexpr IngressSource ingressSources[] = {
     {386, 404, L"ingress from a TETRA base station (390 to 395 MHz)"},
 };
 
+bool Reaches(const IngressSource& source, const NetworkChannel& channel)
+{
+    return channel.frequency > source.low && channel.frequency < source.high;
+}
+
 /// The faults, each on a channel that is good so far. They are put right beside the point where packets are lost, so
 /// that readings, bit errors and locks differ from fault to fault.
 void AddIngress(NetworkChannel& channel, const NetworkDraft&, SeededRandom&)
 {
-    const auto source = std::ranges::find_if(ingressSources, [&](const IngressSource& s) {
-        return channel.frequency > s.low && channel.frequency < s.high;
-    });
+    const auto source =
+        std::ranges::find_if(ingressSources, [&](const IngressSource& each) { return Reaches(each, channel); });
     channel.fault = source == std::end(ingressSources) ? L"ingress from a radio microphone through a loose connector"
                                                        : source->name;
     channel.carrierToInterference = FailureThreshold(channel.orderOfQam) + 0.5;
@@ -148,9 +152,8 @@ constexpr Fault faults[] = {RemoveCarrier, LowerLevel, AddPhaseNoise,      DropO
 size_t IngressChannel(const std::vector<NetworkChannel>& channels)
 {
     for (const IngressSource& source : ingressSources) {
-        const auto found = std::ranges::find_if(channels, [&](const NetworkChannel& channel) {
-            return channel.frequency > source.low && channel.frequency < source.high;
-        });
+        const auto found =
+            std::ranges::find_if(channels, [&](const NetworkChannel& channel) { return Reaches(source, channel); });
         if (found != channels.end()) {
             return static_cast<size_t>(found - channels.begin());
         }

@@ -57,6 +57,11 @@ TEST(NetworkDraft, IngressStrikesWhereItsSourceTransmitsAndAModelHoldsEachFreque
     EXPECT_LT(network.channels[2].carrierToInterference, 30);
     EXPECT_TRUE(network.channels[0].fault.empty());  // one channel in three
     EXPECT_TRUE(network.channels[1].fault.empty());
+    for (const double beside : {171., 220., 386., 404., 754., 787., 825., 828., 866.}) {
+        plan.channels = {{beside, 6.9, 64, 1}, {474, 6.9, 64, 1}, {482, 6.9, 64, 1}};
+        network = DraftNetwork(plan, 1, true);
+        EXPECT_THAT(network.channels[2].fault, HasSubstr(L"microphone")) << beside;
+    }
     // The last two are outside what a model can hold.
     plan.channels = {{586, 6.9, 64, 1}, {586, 6.9, 256, 7}, {25, 6.9, 64, 13}, {114, 0.4, 64, 19}};
     network = DraftNetwork(plan, 1, true);
