@@ -125,7 +125,8 @@ TEST(ChannelScanFaults, NextChannelIsTunedWhereverTheLastOneEnded)
                 test.Measure(2);
                 hurt = test.log.Triggered();
                 const bool called = test.log.Count("Frequency") == 1;
-                const bool failed = failure && called && test.log.calls[static_cast<size_t>(n) - 1].starts_with("Freq");
+                const bool failed =
+                    failure && hurt && called && test.log.calls[static_cast<size_t>(n) - 1].starts_with("Freq");
                 const int32_t tunedTo = failed ? 0 : called ? 2 : 1;
                 test.Prepare();
                 EXPECT_TRUE(test.Measure(next));

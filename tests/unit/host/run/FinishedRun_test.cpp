@@ -34,7 +34,9 @@ TEST(OutcomeOf, OnlyWhatWasSeenLockedIsSynchronised)
 TEST(FinishedRun, CompleteGivesEachPlannedChannelOfTheBegunPassesItsPlace)
 {
     FinishedRun run = TestRun({TestChannel(1, 474, {}), TestChannel(2, 482, {}), TestChannel(3, 490, {})});
-    run.setups.push_back({.path = L"", .sha256 = L"", .notes = L"", .firstChannel = 3, .settings = {.orderOfQam = 64}});
+    RunSetup& second = run.setups.emplace_back();
+    second.firstChannel = 3;
+    second.settings.orderOfQam = 64;
     run.passes = 5;
     EXPECT_EQ(run.Planned(), 15);
     run.channels = {TestChannel(3, 490, {}, 2), TestChannel(2, 482, {}, 1, unmeasured), TestChannel(2, 482, {}),

@@ -77,11 +77,18 @@ TEST(FinishedRun, IsOnePassWhereNoChannelHasItsLatestResultInAnother)
 TEST(Journal, RefusesAnotherSetup)
 {
     FinishedRun run = TestRun({TestChannel(1, 474, {}), TestChannel(2, 482, {})});
-    run.setups.push_back({.path = L"more.ini", .sha256 = std::wstring(64, L'b'), .firstChannel = 2});
+    const auto add = [](std::vector<RunSetup>& setups, wchar_t hash, int32_t first) {
+        RunSetup& setup = setups.emplace_back();
+        setup.path = L"other.ini";
+        setup.sha256 = std::wstring(64, hash);
+        setup.firstChannel = first;
+    };
+    add(run.setups, L'b', 2);
+    run.setups.back().path = L"more.ini";
     const auto refusal = [&](const std::vector<std::pair<wchar_t, int32_t>>& given, int32_t channels) {
         std::vector<RunSetup> setups;
         for (const auto& [hash, first] : given) {
-            setups.push_back({.path = L"other.ini", .sha256 = std::wstring(64, hash), .firstChannel = first});
+            add(setups, hash, first);
         }
         return Refusal([&] { RequireSameSetups(run, L"j.jsonl", setups, channels, L""); });
     };
