@@ -4,12 +4,14 @@
 #include "host/report/Chart.h"
 #include "host/report/HtmlReport.h"
 #include "host/report/JunitReport.h"
+#include "host/report/RunGrid.h"
 #include "support/TestFiles.h"
 #include "support/TestRun.h"
 
 namespace tvn2x {
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
@@ -111,7 +113,9 @@ TEST(HtmlReport, StandsAloneWhateverTheTextsAre)
                              ", outlet, SHA-256 "}) {
         EXPECT_THAT(html, HasSubstr(text));
     }
-    EXPECT_THAT(HtmlReport(TestRun({}), Judge(TestRun({}), nullptr), nullptr), StartsWith("<!DOCTYPE html>"));
+    EXPECT_THAT(RunGrid(run, 1).Render(120), HasSubstr(L"64  C4"));
+    EXPECT_THAT(HtmlReport(TestRun({}), Judge(TestRun({}), nullptr), nullptr),
+                AllOf(StartsWith("<!DOCTYPE html>"), HasSubstr("none: a channel passes when all locks hold")));
 }
 
 TEST(HtmlReport, ShowsTheWorstOfSeveralPasses)

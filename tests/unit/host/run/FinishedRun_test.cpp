@@ -53,6 +53,7 @@ TEST(FinishedRun, CompleteGivesEachPlannedChannelOfTheBegunPassesItsPlace)
     EXPECT_EQ(run.channels[0].orderOfQam, 256) << "of its setup";
     EXPECT_EQ(run.channels[2].orderOfQam, 64);
     EXPECT_EQ(run.Measured(), 2);
+    EXPECT_EQ(TestRun({TestChannel(1, 474, {}), TestChannel(2, 482, {})}).Seconds(), 2.5);
     EXPECT_FALSE(run.IsComplete());
     run.passes = 0;
     EXPECT_EQ(run.Planned(), 6) << "without an end the passes that began count";
