@@ -261,6 +261,9 @@ TEST(BudgetPlot, StacksTheSharesOfTheChannelsWithTheLowestMer)
     }
     EXPECT_THAT(svg, HasSubstr(R"(viewBox="0 0 720 300")"));
     EXPECT_THAT(svg, HasSubstr(">27.0 dB<"));
+    const auto legend = Matches(svg, R"x(<rect class="\w+" x="([\d.]+)" y="26")x");
+    ASSERT_EQ(legend.size(), impairments);
+    EXPECT_EQ(legend[0][0], "0");
     EXPECT_EQ(Matches(svg, "mostly (other causes)").size(), 11u);
     EXPECT_EQ(Matches(svg, "mostly (noise)").size(), 1u) << "of the last, at 38 dB";
 }
