@@ -35,8 +35,8 @@ void RequireSameSetups(const FinishedRun& run, const std::wstring& journal, cons
     for (size_t i = 0; i < given.size(); ++i) {
         const RunSetup& then = run.setups[i];
         if (then.sha256 != given[i].sha256) {
-            RaiseInput(journal + L" belongs to the setup " + then.path + L" as it was on " + run.began.substr(0, 10) +
-                       L", and " + given[i].path + L" differs from that" + remedy);
+            RaiseInput(fmt::format(L"{} belongs to the setup {} as it was on {}, and {} differs from that{}", journal,
+                                   then.path, run.began.substr(0, 10), given[i].path, remedy));
         }
         hasChannels = hasChannels && then.firstChannel == given[i].firstChannel;
     }
