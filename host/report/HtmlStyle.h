@@ -23,7 +23,7 @@ h1 { font-size: 1.5rem; margin: 0 0 .6rem; } h2 { font-size: 1.15rem; margin: 1.
 table { border-collapse: collapse; width: 100%; font-variant-numeric: tabular-nums; }
 th, td { padding: .22rem .5rem; text-align: left; vertical-align: top; border-bottom: 1px solid var(--rule); }
 thead th { border-bottom: 2px solid var(--soft); vertical-align: bottom; font-weight: 600; }
-td.number, th.number { text-align: right; } td.name { min-width: 9rem; max-width: 18rem; }
+td.number, th.number { text-align: right; } td.name { min-width: 12rem; max-width: 18rem; }
 .facts { width: auto; } .facts th { font-weight: 400; color: var(--soft); white-space: nowrap; } .facts td { word-break: break-word; white-space: pre-line; }
 .wide { overflow-x: auto; } .wide table { font-size: .7rem; } .wide th, .wide td { padding: .18rem .26rem; }
 .wide tbody tr:nth-child(even) { background: var(--stripe); } .wide td { white-space: nowrap; }
@@ -40,7 +40,7 @@ svg .pass { fill: var(--pass); } svg .pass-line { stroke: var(--pass); }
 svg .warning { fill: var(--warning-fill); } svg .warning-line { stroke: var(--warning-fill); }
 svg .fail { fill: var(--fail-fill); } svg .fail-line { stroke: var(--fail-fill); }
 svg .error { fill: var(--error-fill); } svg .unmeasured-line { stroke: var(--unmeasured); }
-@media screen and (max-width: 44rem) { body { padding: .7rem; } h1 { font-size: 1.2rem; } th, td { padding: .22rem .3rem; }
+@media screen and (max-width: 44rem) { body { padding: .7rem; } h1 { font-size: 1.2rem; } th, td { padding: .22rem .3rem; } td.name { min-width: 7rem; }
   .facts th, .facts td { display: block; padding: 0; border: 0; } .facts td { padding-bottom: .35rem; }
   figure { overflow-x: auto; } figure svg { width: 40rem; } figcaption { position: sticky; left: 0; } }
 @page { size: A4; margin: 14mm 12mm; @bottom-right { content: counter(page) " / " counter(pages); font: 8pt sans-serif; } }
