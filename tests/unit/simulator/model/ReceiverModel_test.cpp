@@ -163,8 +163,8 @@ TEST_F(ReceiverModelTest, LosesWhatAnOutageTakesAndGetsItBack)
     TuneTo(474);
     const double start = time.now;
     const std::tuple<double, const char*, bool> rows[] = {
-        {9.9, "RSCT", true}, {10.5, "RSC", true}, {15, "RSCT", true},    {20.5, "RS", true}, {25, "RSCT", true},
-        {30.5, "", true},    {35, "RSCT", true},  {40.5, "RSCT", false}, {45, "RSCT", true}};
+        {9.9, "RSCT", true}, {10.5, "RSC", true}, {15, "RSCT", true},    {20.5, "RS", true},     {25, "RSCT", true},
+        {30.5, "", true},    {35, "RSCT", true},  {40.5, "RSCT", false}, {41.25, "RSCT", false}, {41.35, "RSCT", true}};
     for (const auto& [seconds, locks, reference] : rows) {
         time.now = start + seconds;
         EXPECT_EQ(Locks(), locks) << seconds;
@@ -363,6 +363,12 @@ TEST_F(ReceiverModelTest, LocksSoonerByTheTimeScaleAndReadsTheSame)
         receiver.ResetErrorCounters();
         receiver.ReadBer();
         time.now += 10;
+        receiver.ReferenceSource(0);
+        receiver.ReferenceSource(1);
+        time.now += 0.29 * scale;
+        const bool wasEarly = receiver.ReferenceLocked();
+        time.now += 0.02 * scale;
+        EXPECT_EQ(std::pair(wasEarly, receiver.ReferenceLocked()), std::pair(false, true)) << scale;
         return std::tuple(std::lround(locking / scale * 1000), receiver.BerResult(), receiver.ReadMer(),
                           std::lround(receiver.ErrorCounters().dataErrors * 100));
     };
