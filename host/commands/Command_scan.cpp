@@ -93,16 +93,20 @@ std::optional<ChannelResult> MeasureChannel(const ScanRun& scan, const ChannelTu
     const size_t position = scan.run.SetupOf(turn.channel);
     const ScanPart& part = scan.parts[position];
     const int32_t channel = part.OwnNumber(turn.channel);
-    std::wstring began = NowUtc();
-    double start = SystemClock().SteadySeconds();
+    std::wstring began;
+    double start = 0;
+    const auto begin = [&] {
+        began = NowUtc();
+        start = SystemClock().SteadySeconds();
+    };
+    begin();
     try {
         if (scan.stop.Poll() || !scan.receiver.Prepare(position)) {
             return std::nullopt;
         }
         const AttachedParent attached(part.plugin, &parent);
         parent.Begin(ChannelText(part.ChannelAt(turn.channel)));
-        began = NowUtc();
-        start = SystemClock().SteadySeconds();
+        begin();
         VARIANT nothing;
         nothing.vt = VT_ERROR;
         nothing.scode = DISP_E_PARAMNOTFOUND;
