@@ -5,6 +5,7 @@
 #include "com/ComPtr.h"
 #include "com/EntryFile.h"
 #include "com/Errors.h"
+#include "com/OpenKey.h"
 #include "fmt/format.h"
 #include "fmt/xchar.h"
 
@@ -13,27 +14,11 @@ namespace {
 
 constexpr int ownBits = 8 * sizeof(void*);
 
-/// An open key; none where there is no such key or it may not be read.
-class OpenKey
+/// None where there is no such key or it may not be read.
+com::OpenKey Open(const RegistryView& view, const std::wstring& key)
 {
-public:
-    OpenKey(const RegistryView& view, const std::wstring& key)
-    {
-        RegOpenKeyExW(view.hive, (L"Software\\Classes\\" + key).c_str(), 0, KEY_READ | view.access, &handle_);
-    }
-    OpenKey(const OpenKey&) = delete;
-    OpenKey& operator=(const OpenKey&) = delete;
-    ~OpenKey()
-    {
-        if (handle_) {
-            RegCloseKey(handle_);
-        }
-    }
-    operator HKEY() const { return handle_; }
-
-private:
-    HKEY handle_ = nullptr;
-};
+    return {view.hive, L"Software\\Classes\\" + key, KEY_READ | view.access};
+}
 
 bool HasTwoWordLengths()
 {
@@ -86,7 +71,7 @@ std::wstring LoadFault(const std::wstring& file, bool hasClasses)
 
 std::optional<std::wstring> RegistryView::Read(const std::wstring& key, const wchar_t* name) const
 {
-    const OpenKey open(*this, key);
+    const com::OpenKey open = Open(*this, key);
     wchar_t text[1024];
     DWORD size = sizeof text;
     if (!open || RegGetValueW(open, nullptr, name, RRF_RT_REG_SZ, nullptr, text, &size) != ERROR_SUCCESS) {
@@ -97,7 +82,7 @@ std::optional<std::wstring> RegistryView::Read(const std::wstring& key, const wc
 
 bool RegistryView::Has(const std::wstring& key) const
 {
-    return OpenKey(*this, key) != nullptr;
+    return Open(*this, key) != nullptr;
 }
 
 std::vector<RegistryView> RegistryViews()

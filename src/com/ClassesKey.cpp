@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "com/Errors.h"
+#include "com/OpenKey.h"
 
 namespace tvn2x::com {
 namespace {
@@ -23,29 +24,16 @@ void CheckStatus(LSTATUS status)
     }
 }
 
-/// An open key; none where there is no such key.
-class Key
+/// An open key; none where there is no such key, which is all that may be wrong.
+class Key final : public OpenKey
 {
 public:
-    Key(HKEY root, const std::wstring& name, REGSAM access)
+    Key(HKEY root, const std::wstring& name, REGSAM access) : OpenKey(root, name, access)
     {
-        const LSTATUS status = RegOpenKeyExW(root, name.c_str(), 0, access, &handle_);
-        if (!IsMissing(status)) {
-            CheckStatus(status);
+        if (!IsMissing(Status())) {
+            CheckStatus(Status());
         }
     }
-    Key(const Key&) = delete;
-    Key& operator=(const Key&) = delete;
-    ~Key()
-    {
-        if (handle_) {
-            RegCloseKey(handle_);
-        }
-    }
-    operator HKEY() const { return handle_; }
-
-private:
-    HKEY handle_ = nullptr;
 };
 
 std::optional<std::wstring> TextIn(HKEY key, const wchar_t* name)

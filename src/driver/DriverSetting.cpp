@@ -1,6 +1,9 @@
 #include "driver/DriverSetting.h"
 
 #include <windows.h>
+
+#include "com/OpenKey.h"
+
 namespace tvn2x {
 namespace {
 
@@ -23,23 +26,10 @@ std::wstring ProgramName()
 }
 
 /// The key in one hive, where it is there.
-class SettingsKey
+com::OpenKey SettingsKey(HKEY root)
 {
-public:
-    explicit SettingsKey(HKEY root) { RegOpenKeyExW(root, settingsKey, 0, KEY_READ | KEY_WOW64_64KEY, &handle_); }
-    SettingsKey(const SettingsKey&) = delete;
-    SettingsKey& operator=(const SettingsKey&) = delete;
-    ~SettingsKey()
-    {
-        if (handle_) {
-            RegCloseKey(handle_);
-        }
-    }
-    operator HKEY() const { return handle_; }
-
-private:
-    HKEY handle_ = nullptr;
-};
+    return {root, settingsKey, KEY_READ | KEY_WOW64_64KEY};
+}
 
 /// What a value says; one that is no text says what it is, so that it is refused instead of passed over.
 std::optional<std::wstring> WordsIn(HKEY key, const std::wstring& program)
@@ -79,7 +69,7 @@ std::vector<DriverSetting> AllSettings()
     std::vector<DriverSetting> settings;
     std::wstring name(longestName, L'\0');
     for (const Hive& hive : hives) {
-        const SettingsKey key(hive.root);
+        const com::OpenKey key = SettingsKey(hive.root);
         DWORD length = longestName;
         for (DWORD i = 0;
              key && RegEnumValueW(key, i, name.data(), &length, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
