@@ -246,18 +246,30 @@ std::wstring UtcText(int64_t millisecondsSince1970)
                        clock.minutes().count(), clock.seconds().count(), clock.subseconds().count());
 }
 
-std::wstring LocalText(const std::wstring& utc)
+std::optional<int64_t> MillisecondsOf(const std::wstring& utc)
 {
     int year = 0;
     unsigned month = 0, day = 0;
-    int hour = 0, minute = 0, second = 0;
-    if (std::swscanf(utc.c_str(), L"%4d-%2u-%2uT%2d:%2d:%2d", &year, &month, &day, &hour, &minute, &second) != 6) {
-        return utc;
+    int hour = 0, minute = 0, second = 0, thousandth = 0;
+    const int read = std::swscanf(utc.c_str(), L"%4d-%2u-%2uT%2d:%2d:%2d.%3d", &year, &month, &day, &hour, &minute,
+                                  &second, &thousandth);
+    if (read < 6) {
+        return std::nullopt;
     }
     using namespace std::chrono;
     const sys_days date(std::chrono::year(year) / std::chrono::month(month) / std::chrono::day(day));
-    const sys_seconds moment = date + hours(hour) + minutes(minute) + seconds(second);
-    const LocalTime local = LocalTimeOf(moment.time_since_epoch().count());
+    const sys_time<milliseconds> moment =
+        date + hours(hour) + minutes(minute) + seconds(second) + milliseconds(thousandth);
+    return moment.time_since_epoch().count();
+}
+
+std::wstring LocalText(const std::wstring& utc)
+{
+    const std::optional<int64_t> moment = MillisecondsOf(utc);
+    if (!moment) {
+        return utc;
+    }
+    const LocalTime local = LocalTimeOf(*moment / 1000);
     const int ahead = std::abs(local.minutesAhead);
     return fmt::format(L"{:04}-{:02}-{:02} {:02}:{:02}:{:02} {}{:02}:{:02}", local.time.year, local.time.month,
                        local.time.day, local.time.hour, local.time.minute, local.time.second,

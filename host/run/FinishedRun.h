@@ -197,6 +197,8 @@ std::wstring SimulationText(const RunReceiver& receiver);
 
 /// A point in time as a run keeps it.
 std::wstring UtcText(int64_t millisecondsSince1970);
+/// The other way round; nothing for what is no point in time.
+std::optional<int64_t> MillisecondsOf(const std::wstring& utc);
 /// The same in local time with its offset from UTC: "2026-11-21 13:59:05 +01:00". What is no point in time stays as it
 /// is.
 std::wstring LocalText(const std::wstring& utc);
