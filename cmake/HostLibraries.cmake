@@ -5,6 +5,7 @@ tvn_header_library(nlohmann nlohmann)
 target_link_libraries(tvn_host_plan PUBLIC fmt_headers)
 target_link_libraries(tvn_host_run PRIVATE nlohmann_headers)
 target_link_libraries(tvn_host_report PRIVATE nlohmann_headers)
+target_link_libraries(tvn_host_live PRIVATE nlohmann_headers)
 
 # The limits for cable outlets are a file to read and to copy, and are built into the program.
 set(outlet_file ${CMAKE_SOURCE_DIR}/host/judge/outlet.ini)

@@ -383,6 +383,14 @@ const Finding* ChannelJudgement::Find(int32_t parameter) const
     return found == findings.end() ? nullptr : &*found;
 }
 
+bool ChannelJudgement::IsWorseThan(const ChannelJudgement& other) const
+{
+    if (verdict != other.verdict) {
+        return verdict > other.verdict;
+    }
+    return Worst() && other.Worst() && Worst()->rank < other.Worst()->rank;
+}
+
 int RunJudgement::ExitCode() const
 {
     return verdict <= Verdict::warning ? 0 : 1;

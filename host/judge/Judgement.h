@@ -49,6 +49,8 @@ struct ChannelJudgement
 
     const Finding* Worst() const;  ///< by verdict, then by rank; null without findings
     const Finding* Find(int32_t parameter) const;
+    /// By verdict, then by how far the worst readings are beyond their limits.
+    bool IsWorseThan(const ChannelJudgement& other) const;
 };
 
 /// A limit that was asked for and that nothing could be held against.

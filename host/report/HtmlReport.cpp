@@ -30,17 +30,10 @@ std::vector<size_t> Worst(const FinishedRun& run, const RunJudgement& judgement)
     for (const size_t position : run.Latest()) {
         worst[run.channels[position].number] = position;
     }
-    const auto isWorse = [&](size_t left, size_t right) {
-        const ChannelJudgement& a = judgement.channels[left];
-        const ChannelJudgement& b = judgement.channels[right];
-        if (a.verdict != b.verdict) {
-            return a.verdict > b.verdict;
-        }
-        return a.Worst() && b.Worst() && a.Worst()->rank < b.Worst()->rank;
-    };
     for (size_t i = 0; i < run.channels.size(); ++i) {
         size_t& chosen = worst[run.channels[i].number];
-        if (run.channels[i].outcome != ChannelOutcome::unmeasured && isWorse(i, chosen)) {
+        if (run.channels[i].outcome != ChannelOutcome::unmeasured &&
+            judgement.channels[i].IsWorseThan(judgement.channels[chosen])) {
             chosen = i;
         }
     }
