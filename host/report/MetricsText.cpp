@@ -1,7 +1,7 @@
 #include "host/report/MetricsText.h"
 
 #include <algorithm>
-#include <functional>
+#include <cmath>
 #include <set>
 #include <tuple>
 #include <vector>
@@ -282,11 +282,11 @@ void AddVerdicts(const std::vector<MetricsRow>& rows, const std::string& site, E
     }
 }
 
-/// When a channel's measurement ended, in seconds since 1970.
-std::optional<double> EndOf(const ChannelResult& channel)
+/// When a channel's measurement ended, in milliseconds since 1970.
+std::optional<int64_t> EndOf(const ChannelResult& channel)
 {
     const auto began = MillisecondsOf(channel.began);
-    return began ? std::optional(static_cast<double>(*began) / 1e3 + channel.seconds) : std::nullopt;
+    return began ? std::optional(*began + std::llround(channel.seconds * 1e3)) : std::nullopt;
 }
 
 void AddMeasurements(const std::vector<MetricsRow>& rows, Exposition& text)
@@ -301,7 +301,7 @@ void AddMeasurements(const std::vector<MetricsRow>& rows, Exposition& text)
     text.Begin({"measured_timestamp_seconds", MetricType::gauge, "seconds", "When a channel was measured last."});
     for (const MetricsRow& row : rows) {
         if (const auto end = row.result ? EndOf(*row.result) : std::nullopt) {
-            text.Add(row.labels, TimeOf(*end));
+            text.Add(row.labels, TimeOf(static_cast<double>(*end) / 1e3));
         }
     }
     for (const auto& [name, count, help] :
@@ -314,34 +314,6 @@ void AddMeasurements(const std::vector<MetricsRow>& rows, Exposition& text)
     }
 }
 
-/// The latest pass of which each channel was measured: what it took, and its end.
-struct WholePass
-{
-    int32_t pass = 0;
-    double seconds = 0;
-    double end = 0;
-};
-
-std::optional<WholePass> LastWholePass(const FinishedRun& run)
-{
-    std::map<int32_t, std::pair<size_t, WholePass>, std::greater<>> passes;
-    for (const ChannelResult& channel : run.channels) {
-        if (channel.outcome != ChannelOutcome::unmeasured) {
-            auto& [measured, pass] = passes[channel.pass];
-            ++measured;
-            pass.pass = channel.pass;
-            pass.seconds += channel.seconds;
-            pass.end = std::max(pass.end, EndOf(channel).value_or(0));
-        }
-    }
-    for (const auto& [number, counted] : passes) {
-        if (counted.first == run.selection.size()) {
-            return counted.second;
-        }
-    }
-    return std::nullopt;
-}
-
 void AddRun(const RunMetrics& metrics, const std::string& site, Exposition& text)
 {
     const FinishedRun& run = metrics.run;
@@ -349,12 +321,14 @@ void AddRun(const RunMetrics& metrics, const std::string& site, Exposition& text
         text.Begin({name, MetricType::gauge, unit, help});
         text.Add(site, value);
     };
-    gauge("pass", "", "The pass that the latest measurement belongs to, from 1.",
-          std::to_string(run.channels.empty() ? 0 : std::ranges::max(run.channels, {}, &ChannelResult::pass).pass));
-    if (const auto whole = LastWholePass(run)) {
+    gauge("pass", "", "The pass that is measured or was measured last, from 1.", std::to_string(metrics.pass));
+    if (const auto& last = metrics.lastPass) {
         gauge("pass_duration_seconds", "seconds", "What the latest whole pass took of measuring.",
-              TimeOf(whole->seconds));
-        gauge("pass_timestamp_seconds", "seconds", "When the latest whole pass ended.", TimeOf(whole->end));
+              TimeOf(last->seconds));
+        if (const auto ended = MillisecondsOf(last->ended)) {
+            gauge("pass_timestamp_seconds", "seconds", "When the latest whole pass ended.",
+                  TimeOf(static_cast<double>(*ended) / 1e3));
+        }
     }
     if (run.interval > 0) {
         gauge("pass_interval_seconds", "seconds", "From the beginning of one pass to that of the next.",
@@ -383,17 +357,26 @@ const char* ContentTypeOf(MetricsFormat format)
                                                 : "text/plain; version=0.0.4; charset=utf-8";
 }
 
-RunCounts CountsOf(const FinishedRun& run)
+RunMetrics MetricsOf(const FinishedRun& run, const RunJudgement& judgement)
 {
-    RunCounts counts;
+    RunMetrics metrics{.run = run, .judgement = judgement};
+    std::map<int32_t, std::tuple<size_t, double, int64_t>> passes;
     for (const ChannelResult& channel : run.channels) {
-        if (channel.outcome != ChannelOutcome::unmeasured) {
-            ChannelCounts& counted = counts[channel.number];
-            ++counted.measurements;
-            counted.errors += channel.outcome == ChannelOutcome::error ? 1 : 0;
+        if (channel.outcome == ChannelOutcome::unmeasured) {
+            continue;
+        }
+        ChannelCounts& counted = metrics.counts[channel.number];
+        ++counted.measurements;
+        counted.errors += channel.outcome == ChannelOutcome::error ? 1 : 0;
+        metrics.pass = std::max(metrics.pass, channel.pass);
+        auto& [measured, seconds, ended] = passes[channel.pass];
+        seconds += channel.seconds;
+        ended = std::max(ended, EndOf(channel).value_or(0));
+        if (++measured == run.selection.size()) {
+            metrics.lastPass = {.seconds = seconds, .ended = UtcText(ended)};
         }
     }
-    return counts;
+    return metrics;
 }
 
 std::string MetricsText(const RunMetrics& metrics, MetricsFormat format)

@@ -27,21 +27,26 @@ struct ChannelCounts
     int64_t errors = 0;  ///< of them, those that the instrument failed at
 };
 
-/// By the number of the channel.
-using RunCounts = std::map<int32_t, ChannelCounts>;
-
-RunCounts CountsOf(const FinishedRun& run);
+/// The latest pass of which each channel was measured.
+struct WholePass
+{
+    double seconds = 0;  ///< that it took of measuring
+    std::wstring ended;  ///< UTC
+};
 
 /// What a monitoring system is told of a run.
 struct RunMetrics
 {
-    /// Of its measurements the present pass and the one before are enough; channels that no pass has come to need no
-    /// place.
-    const FinishedRun& run;
-    const RunJudgement& judgement;  ///< of this very run
-    RunCounts counts;
+    const FinishedRun& run;                     ///< of each channel at least its latest measurement
+    const RunJudgement& judgement;              ///< of this very run
+    std::map<int32_t, ChannelCounts> counts{};  ///< by the number of the channel
+    int32_t pass = 0;                           ///< the present one, 0 before the first
+    std::optional<WholePass> lastPass{};
     std::optional<bool> answers{};  ///< the receiver does, as of now; nothing where nobody asks it any more
 };
+
+/// What a run tells by itself, with all of its measurements.
+RunMetrics MetricsOf(const FinishedRun& run, const RunJudgement& judgement);
 
 /// The metrics of a run as UTF-8: of each channel that was to be measured its latest result. What was not measured is
 /// absent and never zero. A reading that is only a bound has the bound as its value, and is named beside it.

@@ -15,7 +15,9 @@ std::string TextOf(const FinishedRun& run, MetricsFormat format = MetricsFormat:
 {
     const Limits limits = OutletLimits();
     const RunJudgement judgement = Judge(run, &limits);
-    return MetricsText({.run = run, .judgement = judgement, .counts = CountsOf(run), .answers = true}, format);
+    RunMetrics metrics = MetricsOf(run, judgement);
+    metrics.answers = true;
+    return MetricsText(metrics, format);
 }
 
 /// A good channel with a bound, one that fails, one that the instrument failed at and one that no pass came to.
