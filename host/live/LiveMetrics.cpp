@@ -4,9 +4,13 @@ namespace tvn2x {
 
 std::string LiveMetrics(const LiveState& state, MetricsFormat format)
 {
-    const FinishedRun run = RunOf(state);
+    FinishedRun run = RunOf(state);
     const RunJudgement judgement = Judge(run, state.limits.get());
-    RunMetrics metrics{.run = run, .judgement = judgement, .counts = {}, .answers = {}};
+    run.interval = state.run->interval;
+    RunMetrics metrics{.run = run, .judgement = judgement, .counts = {}, .pass = state.now.pass};
+    if (state.lastPassSeconds) {
+        metrics.lastPass = {.seconds = *state.lastPassSeconds, .ended = state.lastPassEnded};
+    }
     for (const LiveChannel& channel : state.channels) {
         metrics.counts[channel.planned.number] = {channel.measurements, channel.errors};
     }
