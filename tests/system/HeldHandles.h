@@ -28,8 +28,8 @@ struct HeldHandles
         return held;
     }
 
-    /// How many more there are, of the kind that grew most. The system itself keeps a few for later as it needs them,
-    /// so that only a growth with every use, or every few, is a leak.
+    /// How many more there are, of the kind that grew most. The system itself keeps some for later whenever it likes,
+    /// so that only what grows each time is a leak.
     int Since(const HeldHandles& before) const
     {
         return std::max(graphics - before.graphics, windows - before.windows);
