@@ -146,6 +146,9 @@ void DrawPoints(Chart& chart, const std::vector<ReportRow>& rows, int32_t parame
     for (const ReportRow& row : rows) {
         const ChannelResult& channel = row.channel;
         const auto value = Plotted(channel, parameter);
+        if (row.isAwaited) {
+            continue;
+        }
         if (!value) {
             chart.Missing(channel.frequency, LabelOf(channel));
             continue;

@@ -15,6 +15,7 @@ struct ReportRow
     const ChannelResult& channel;
     const ChannelJudgement& judgement;
     std::optional<double> step;  ///< dB to the channel below
+    bool isAwaited = false;      ///< not measured yet: it has its place in a picture, and no mark
 };
 
 /// A picture with the sentence that belongs below it (HTML); both empty where there is nothing to show.

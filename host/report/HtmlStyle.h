@@ -33,7 +33,7 @@ td.pass { color: var(--pass); } td.warning { color: var(--warning); } td.fail { 
 td.error { color: var(--error); } td.unmeasured { color: var(--unmeasured); } td.number.pass { font-weight: 400; color: inherit; }
 .plots { display: grid; grid-template-columns: repeat(auto-fit, minmax(min(34rem, 100%), 1fr)); gap: 1rem 2rem; }
 figure { margin: 0; } figcaption { font-size: .85rem; color: var(--soft); }
-svg { width: 100%; height: auto; display: block; }
+svg { width: 100%; height: auto; display: block; } svg.mark { display: inline; width: 1em; height: 1em; }
 svg text[fill=currentColor] { paint-order: stroke; stroke: var(--paper); stroke-width: 3px; stroke-linejoin: round; }
 svg .grid { stroke: var(--rule); } svg .fit { stroke: var(--fit); }
 svg .pass { fill: var(--pass); } svg .pass-line { stroke: var(--pass); }
