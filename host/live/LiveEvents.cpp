@@ -3,9 +3,24 @@
 #include <charconv>
 
 #include "fmt/format.h"
+#include "host/live/LiveParts.h"
 #include "util/Encoding.h"
 
 namespace tvn2x {
+namespace {
+
+/// A text as the lines of an event.
+std::string Data(std::string_view text)
+{
+    std::string lines = "data: ";
+    for (const char c : text) {
+        // A single CR would end a line as well.
+        lines += c == '\n' ? "\ndata: " : c == '\r' ? "&#13;" : std::string{c};
+    }
+    return lines + "\n";
+}
+
+}  // namespace
 
 std::string EventId(const LiveState& state)
 {
@@ -22,15 +37,14 @@ uint64_t VersionOf(const LiveState& state, std::string_view eventId)
     return version <= state.version ? version : 0;
 }
 
-std::string LiveEvents(const LiveState& state, uint64_t since)
+std::string LiveEvents(const LiveState& state, uint64_t since, double age)
 {
     std::string text;
-    for (const LiveChannel& channel : state.channels) {
-        if (channel.changed > since) {
-            text += fmt::format("event: channel\ndata: {}\n\n", channel.planned.number);
-        }
+    const std::vector<LivePart> parts = LiveParts(state, since, age);
+    for (const LivePart& part : parts) {
+        text += "event: part\ndata: " + part.id + "\n" + Data(part.html) + "\n";
     }
-    return text + fmt::format("event: now\nid: {}\ndata: {}\n\n", EventId(state), state.now.pass);
+    return text + fmt::format("event: end\nid: {}\ndata: {}\n\n", EventId(state), parts.size() > 1 ? "rows" : "now");
 }
 
 }  // namespace tvn2x

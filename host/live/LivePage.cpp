@@ -1,38 +1,71 @@
 #include "host/live/LivePage.h"
 
 #include "fmt/format.h"
-#include "host/judge/VerdictText.h"
+#include "fmt/xchar.h"
+#include "host/live/LiveEvents.h"
+#include "host/live/LiveParts.h"
+#include "host/report/HtmlParts.h"
 #include "host/report/Markup.h"
+#include "util/Encoding.h"
 
 namespace tvn2x {
+namespace {
 
-std::string LivePage(const LiveState& state, double)
+/// What can be done with the grid; of no use without the script, which shows it.
+constexpr const char* filters =
+    R"html(<div class="filters" id="filters" role="group" aria-label="Channels shown" hidden="hidden">
+<button type="button" data-show="all" aria-pressed="true">All</button>
+<button type="button" data-show="fail" aria-pressed="false">Failing</button>
+<button type="button" data-show="warning" aria-pressed="false">Warning</button>
+<label>Label <input type="search" id="label" autocomplete="off"/></label> <span id="count" role="status"></span>
+</div>
+)html";
+
+std::string DataLinks()
 {
-    std::string text = fmt::format(
-        "<!DOCTYPE html>\n<html xmlns=\"http://www.w3.org/1999/xhtml\" lang=\"en\">\n<head>\n<meta "
-        "charset=\"utf-8\"/>\n<title>{0}</title>\n</head>\n<body>\n<h1>{0}</h1>\n<p>{1}</p>\n<table>\n",
-        Escape(SetupNames(*state.run)), Escape(state.sentence));
-    for (const LiveChannel& channel : state.channels) {
-        text += fmt::format("<tr><td>{}</td><td>{}</td></tr>\n",
-                            Escape(ChannelName(channel.planned.label, channel.planned.frequency)),
-                            channel.latest ? Escape(VerdictName(channel.latest->judgement.verdict)) : "");
+    return R"html(<p class="links">As files: <a href="/report.html">report</a>, <a href="/result.jsonl">result (JSON)</a>,
+<a href="/result.csv">table</a>; for programs: <a href="/api/run">run</a>, <a href="/api/channels">channels</a>,
+<a href="/metrics">metrics</a>.</p>
+)html";
+}
+
+std::wstring PassesText(const LiveState& state)
+{
+    const FinishedRun& run = *state.run;
+    std::wstring text = run.passes == 0 ? L"until it is stopped" : run.passes == 1 ? L"" : std::to_wstring(run.passes);
+    if (run.interval > 0) {
+        text += fmt::format(L"{}every {:g} s", text.empty() ? L"" : L", ", run.interval);
     }
-    return text + "</table>\n</body>\n</html>\n";
+    return text;
 }
 
-std::string LiveChannelPage(const LiveState&, int32_t)
-{
-    return {};
-}
+}  // namespace
 
-std::string_view LiveStyle()
+std::string LivePage(const LiveState& state, double age)
 {
-    return {};
-}
-
-std::string_view LiveScript()
-{
-    return {};
+    const FinishedRun& run = *state.run;
+    const std::string title = Escape(L"Cable network: " + SetupNames(run));
+    std::string text = PageHead(title) + fmt::format(
+                                             "<main id=\"live\" data-version=\"{}\" data-show=\"all\">\n<h1>{}</h1>\n"
+                                             "{}<p id=\"stale\" class=\"band\" role=\"alert\" hidden=\"hidden\"></p>\n",
+                                             Escape(FromUtf8(EventId(state))), title, SimulationBand(run.receiver));
+    std::string rows;
+    for (const LivePart& part : LiveParts(state, 0, age)) {
+        (part.id.front() == 'c' && part.id != "changes" ? rows : text) += part.html + "\n";
+    }
+    text += "<section class=\"wide\" id=\"channels\">\n<h2>All channels</h2>\n" + std::string(filters) +
+            "<div class=\"scroll\" tabindex=\"0\" role=\"region\" aria-label=\"All channels\">\n<table><thead><tr>" +
+            LiveHeads(state) + "</tr></thead><tbody>\n" + rows + "</tbody></table>\n</div>\n</section>\n";
+    text += LivePlotsPart(state);
+    text += "<section id=\"facts\"><h2>About this run</h2>\n" +
+            RunFacts(run, state.verdict, state.limits.get(), L"since " + LocalText(run.began), PassesText(state)) +
+            DataLinks() + "</section>\n</main>\n";
+    return text + R"html(<p id="said" class="unseen" aria-live="polite"></p>
+<dialog id="history" aria-label="History of a channel"></dialog>
+<script src="/live.js" defer="defer"></script>
+</body>
+</html>
+)html";
 }
 
 }  // namespace tvn2x

@@ -8,6 +8,7 @@
 #include "host/report/Markup.h"
 #include "host/run/UserNumber.h"
 #include "host/terminal/Words.h"
+#include "util/LocalTime.h"
 
 namespace tvn2x {
 namespace {
@@ -41,9 +42,37 @@ double Step(double span, int ticks)
     return 10 * power;
 }
 
-std::string TickText(double value, bool isLogarithmic)
+/// Seconds between the marks of a time axis: what divides minutes, hours or days evenly.
+double TimeStep(double span, int ticks)
 {
-    if (!isLogarithmic) {
+    constexpr double minute = 60, hour = 3600, day = 86400;
+    for (const double step : {1.0, 5.0, 15.0, minute, 5 * minute, 15 * minute, hour, 3 * hour, 6 * hour, day, 7 * day,
+                              28 * day, 84 * day}) {
+        if (span <= step * ticks) {
+            return step;
+        }
+    }
+    return 365 * day;
+}
+
+/// "13:59", of a span of minutes "13:59:05", of one of days "11-21"; at midnight the date.
+std::string TimeText(double seconds, double span)
+{
+    constexpr double minutes = 600, days = 259200;
+    const DateTime time = LocalTimeOf(std::llround(seconds)).time;
+    if (span > days || (time.hour == 0 && time.minute == 0 && time.second == 0)) {
+        return fmt::format("{:02}-{:02}", time.month, time.day);
+    }
+    return span > minutes ? fmt::format("{:02}:{:02}", time.hour, time.minute)
+                          : fmt::format("{:02}:{:02}:{:02}", time.hour, time.minute, time.second);
+}
+
+std::string TickText(double value, const ChartAxis& axis)
+{
+    if (axis.isTime) {
+        return TimeText(value, axis.high - axis.low);
+    }
+    if (!axis.isLogarithmic) {
         return Escape(WithUserMark(fmt::format(L"{:g}", std::abs(value) < 1e-9 ? 0 : value)));
     }
     return fmt::format("10<tspan dy=\"-5\" font-size=\"8\">{}</tspan>", std::lround(std::log10(value)));
@@ -74,6 +103,14 @@ std::vector<double> ChartAxis::Ticks(int about) const
     if (isLogarithmic) {
         for (long decade = std::lround(std::log10(low)); decade <= std::lround(std::log10(high)); ++decade) {
             ticks.push_back(std::pow(10, decade));
+        }
+        return ticks;
+    }
+    if (isTime) {
+        const double step = TimeStep(high - low, about);
+        const double ahead = 60.0 * LocalTimeOf(std::llround(low)).minutesAhead;  // marks are at whole local hours
+        for (double tick = std::ceil((low + ahead) / step) * step - ahead; tick <= high; tick += step) {
+            ticks.push_back(tick);
         }
         return ticks;
     }
@@ -227,14 +264,13 @@ std::string Chart::Axes() const
         text += fmt::format(R"(<line class="grid" x1="{0}" x2="{1}" y1="{2:.1f}" y2="{2:.1f}" stroke="#cccccc"/>)"
                             R"(<text x="{3}" y="{4:.1f}" text-anchor="end" fill="currentColor">{5}</text>)"
                             "\n",
-                            left, width - right, Top(tick), left - 6, Top(tick) + 4, TickText(tick, y_.isLogarithmic));
+                            left, width - right, Top(tick), left - 6, Top(tick) + 4, TickText(tick, y_));
     }
     for (const double tick : x_.Ticks(xTicks)) {
-        text +=
-            fmt::format(R"(<line class="grid" x1="{0:.1f}" x2="{0:.1f}" y1="{1}" y2="{2}" stroke="#cccccc"/>)"
-                        R"(<text x="{0:.1f}" y="{3}" text-anchor="middle" fill="currentColor">{4}</text>)"
-                        "\n",
-                        Left(tick), height - bottom, height - bottom + 5, height - bottom + 17, TickText(tick, false));
+        text += fmt::format(R"(<line class="grid" x1="{0:.1f}" x2="{0:.1f}" y1="{1}" y2="{2}" stroke="#cccccc"/>)"
+                            R"(<text x="{0:.1f}" y="{3}" text-anchor="middle" fill="currentColor">{4}</text>)"
+                            "\n",
+                            Left(tick), height - bottom, height - bottom + 5, height - bottom + 17, TickText(tick, x_));
     }
     text += fmt::format(
         R"(<text x="{}" y="{}" text-anchor="middle" fill="currentColor">{}</text>)"

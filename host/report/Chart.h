@@ -17,6 +17,7 @@ struct ChartAxis
     double low = 0;
     double high = 1;
     bool isLogarithmic = false;
+    bool isTime = false;  ///< values are seconds since 1970, shown as local time
 
     /// Widens the axis so that it ends at whole steps of about `ticks` of them.
     void Round(int ticks);
@@ -24,9 +25,9 @@ struct ChartAxis
     double Position(double value) const;  ///< 0..1 along the axis, clamped
 };
 
-/// A picture of values over frequency, as SVG that needs no style sheet: colours stand in it for whoever shows it
-/// without one, classes for the style sheet of a page, which can make it fit a dark background. Values are told apart
-/// by shape as well as by colour.
+/// A picture of values over frequency or time, as SVG that needs no style sheet: colours stand in it for whoever shows
+/// it without one, classes for the style sheet of a page, which can make it fit a dark background. Values are told
+/// apart by shape as well as by colour.
 class Chart
 {
 public:
