@@ -60,8 +60,6 @@ public:
     bool Write(std::string_view section, std::string_view key, std::optional<std::string_view> value);
     /// Removes a section from its "[" line to the next one. False for a name that cannot be written.
     bool DeleteSection(std::string_view section);
-    /// Replaces all lines of a section; what has no "=" is left out. False as for Write.
-    bool WriteSection(std::string_view section, const std::vector<std::string_view>& lines);
 
     bool Changed() const { return changed_; }
     size_t TextSize() const { return content_.size(); }  ///< of the file as it was read, in bytes of UTF-8

@@ -259,38 +259,6 @@ bool ProfileFile::DeleteSection(std::string_view section)
     return true;
 }
 
-bool ProfileFile::WriteSection(std::string_view section, const std::vector<std::string_view>& lines)
-{
-    section = profile::TrimSpaces(section);
-    if (!profile::IsWritable(section) || !std::all_of(lines.begin(), lines.end(), profile::IsWritable)) {
-        return false;
-    }
-    if (!std::all_of(lines.begin(), lines.end(), [&](std::string_view line) { return Admit({section, line}); })) {
-        return false;
-    }
-    Settle();
-    const uint32_t found = FindSection(section);
-    const size_t end = found != nowhere ? sections_[found].end : content_.size();
-    std::string content = content_.substr(0, found != nowhere ? sections_[found].body : end);
-    if (!EndsLine(content)) {
-        content += LineEnd();
-    }
-    if (found == nowhere) {
-        content.append("[").append(section).append("]").append(LineEnd());
-    }
-    for (const std::string_view line : lines) {
-        const size_t equals = line.find('=');
-        if (equals != std::string_view::npos) {
-            content.append(profile::TrimSpaces(line.substr(0, equals)));
-            content.append(line.substr(equals)).append(LineEnd());
-        }
-    }
-    content.append(content_, end);
-    Reset(std::move(content));
-    changed_ = true;
-    return true;
-}
-
 /// The changes in the order in which they stand in the file: a new line before a changed line at the same offset, the
 /// lines of one new section together. A new line that was removed again has left its section behind, if that was new.
 std::vector<ProfileFile::Edit> ProfileFile::SortedEdits() const

@@ -3,7 +3,7 @@
 // memory answers as the file that it would be written to.
 //
 // The file ends at the first byte 0x1E; the same byte ends each step. A step is one letter (w write, d delete a key,
-// s delete a section, l write a section) and up to three texts in UTF-8 with 0x1F between them.
+// s delete a section) and up to three texts in UTF-8 with 0x1F between them.
 
 #include <algorithm>
 #include <array>
@@ -106,8 +106,6 @@ bool Apply(ProfileFile& profile, const Step& step)
             return profile.Write(section, key, std::nullopt);
         case 's':
             return profile.DeleteSection(section);
-        case 'l':
-            return profile.WriteSection(section, {key, value});
         default:
             return true;
     }

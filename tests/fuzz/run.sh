@@ -12,7 +12,7 @@ seeds=build/fuzz/seeds/$name
 mkdir -p "$seeds" "build/fuzz/corpus/$name" build/fuzz/found
 # Each seed of the engine ends in steps that meet: a key changed, gone and back, lines behind and before a new section.
 steps='\x1ewFrequency List\x1fCount\x1f3\x1edFrequency List\x1fFrequency   02\x1ewFrequency List\x1fFrequency   02\x1f7'
-steps+='\x1ewNew\x1fk\x1f v \x1ewX-Axis\x1fn\x1f"1"\x1ewNew\x1fl\x1f\x1edNew\x1fk\x1esNotes\x1el[x\x1fa=1\x1fb'
+steps+='\x1ewNew\x1fk\x1f v \x1ewX-Axis\x1fn\x1f"1"\x1ewNew\x1fl\x1f\x1edNew\x1fk\x1esNotes'
 for file in tests/data/setups/*.ini tests/data/*.ini; do
     cp "$file" "$seeds"
     [ "$name" = loader ] || printf "$steps" >>"$seeds/${file##*/}"
