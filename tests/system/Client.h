@@ -76,6 +76,33 @@ VARIANT Variant(VARTYPE type, Value VARIANT::*member, Value value)
     return variant;
 }
 
+/// A call by name: arguments by position in their order, then those by name.
+inline HRESULT Call(const ComPtr<IDispatch>& object, const wchar_t* member, WORD flags, std::vector<VARIANT> positional,
+                    const std::vector<std::pair<const wchar_t*, VARIANT>>& named = {}, VARIANT* result = nullptr)
+{
+    std::vector<LPOLESTR> names = {const_cast<LPOLESTR>(member)};
+    std::vector<VARIANT> arguments;
+    for (const auto& [name, value] : named) {
+        names.push_back(const_cast<LPOLESTR>(name));
+        arguments.push_back(value);
+    }
+    std::vector<DISPID> ids(names.size());
+    EXPECT_EQ(
+        object->GetIDsOfNames(IID_NULL, names.data(), static_cast<UINT>(names.size()), LOCALE_USER_DEFAULT, ids.data()),
+        S_OK);
+    const DISPID id = ids.front();
+    ids.erase(ids.begin());
+    if (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) {
+        arguments.push_back(positional.back());
+        positional.pop_back();
+        ids.push_back(DISPID_PROPERTYPUT);
+    }
+    arguments.insert(arguments.end(), positional.rbegin(), positional.rend());
+    DISPPARAMS parameters{arguments.data(), ids.data(), static_cast<UINT>(arguments.size()),
+                          static_cast<UINT>(ids.size())};
+    return object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, result, nullptr, nullptr);
+}
+
 /// Each of the interfaces leads to each, and to one identity.
 inline void ExpectOneIdentity(IUnknown* object, const std::vector<IID>& answered)
 {
@@ -121,7 +148,6 @@ class Parent final : public EarlyBound<IMeasureParent>
 public:
     std::function<HRESULT(const std::wstring& notice)> onNotice = [](const std::wstring&) { return S_OK; };
     std::vector<std::wstring> statuses;
-    int cells = 0;
     std::atomic<ULONG> references{0};
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) noexcept override
@@ -141,11 +167,7 @@ public:
         return onNotice(L"status");
     }
     HRESULT STDMETHODCALLTYPE Progress(double, VARIANT) noexcept override { return onNotice(L"progress"); }
-    HRESULT STDMETHODCALLTYPE CellChanged(LONG, SHORT) noexcept override
-    {
-        ++cells;
-        return onNotice(L"cell");
-    }
+    HRESULT STDMETHODCALLTYPE CellChanged(LONG, SHORT) noexcept override { return onNotice(L"cell"); }
     HRESULT STDMETHODCALLTYPE ChannelStart(double, VARIANT) noexcept override { return onNotice(L"channel"); }
 };
 

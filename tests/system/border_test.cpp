@@ -191,25 +191,6 @@ TEST_F(EveryOperation, AnsweredInEveryWrongWayHarmsNothing)
     }
 }
 
-TEST_F(WrongDriver, MissingObjectIsAnError)
-{
-    Driven driven;
-    Misbehave("get_ErrorCounters", Answer::untouched);
-    EXPECT_EQ(driven.Measure(), S_OK);
-    EXPECT_EQ(driven.flag, VARIANT_FALSE);
-    EXPECT_EQ(Cell(driven.measure.Get(), 1, status, 1), L"Control Error");
-    Misbehave("QueryInterface IDriver", Answer::untouched);
-    EXPECT_EQ(driven.driver->put_Online(VARIANT_TRUE), E_NOINTERFACE);
-    for (const char* creation : {"CreateInstance clsReceiver", "CreateInstance clsRunControl"}) {
-        Misbehave(creation, Answer::untouched);
-        EXPECT_EQ(Driven().measure->GetConfiguration(), RuntimeError(429)) << creation;
-        EXPECT_THAT(LastError().description, testing::HasSubstr(L"without an object"));
-    }
-    Misbehave("get_Settings", Answer::untouched);
-    EXPECT_EQ(driven.driver->get_Settings(driven.settings.Put()), S_OK);
-    EXPECT_FALSE(driven.settings) << "a driver need not have any";
-}
-
 /// A script's parent, late bound by name, that fails as it is told.
 class LateParent final : public Lasting<IDispatch, EarlyBound<IDispatch>>
 {
@@ -317,18 +298,6 @@ protected:
     {
         EXPECT_EQ(FromUnmaskedHost(call), expected) << testing::PrintToString(LastError().description);
     }
-
-    /// A call by name; what the argument has to be converted to decides whether it can be.
-    HRESULT Put(const wchar_t* name, double value) const
-    {
-        auto* plain = const_cast<LPOLESTR>(name);
-        DISPID member = 0, put = DISPID_PROPERTYPUT;
-        EXPECT_EQ(setup->GetIDsOfNames(IID_NULL, &plain, 1, LOCALE_USER_DEFAULT, &member), S_OK);
-        VARIANT argument = Variant(VT_R8, &VARIANT::dblVal, value);
-        DISPPARAMS parameters{&argument, &put, 1, 1};
-        return setup->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYPUT, &parameters, nullptr, nullptr,
-                             nullptr);
-    }
 };
 
 TEST_F(UnmaskedHost, FindsItsControlWordsAfterEveryCall)
@@ -356,9 +325,13 @@ TEST_F(UnmaskedHost, FindsItsControlWordsAfterEveryCall)
 
 TEST_F(UnmaskedHost, IsCalledByNameAndCreatesClassesLikeAnyOther)
 {
-    Expect(S_OK, [&] { return Put(L"DefaultSymbolRate", 5e-324); });
-    Expect(S_OK, [&] { return Put(L"MaxSettlingTime", 2.5); });
-    EXPECT_LT(FromUnmaskedHost([&] { return Put(L"MaxSettlingTime", 1e300); }), 0);
+    // What the argument has to be converted to decides whether it can be.
+    const auto put = [&](const wchar_t* name, double value) {
+        return Call(setup, name, DISPATCH_PROPERTYPUT, {Variant(VT_R8, &VARIANT::dblVal, value)});
+    };
+    Expect(S_OK, [&] { return put(L"DefaultSymbolRate", 5e-324); });
+    Expect(S_OK, [&] { return put(L"MaxSettlingTime", 2.5); });
+    EXPECT_LT(FromUnmaskedHost([&] { return put(L"MaxSettlingTime", 1e300); }), 0);
     const auto timeout = Create<_clsTimeout>(L"TVN2x.clsTimeout");
     Expect(S_OK, [&] { return timeout->Start(1e-40F); });
     for (const CLSID& id : {CLSID_clsSetup, CLSID_clsReceiver, CLSID_clsRunControl}) {

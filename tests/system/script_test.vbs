@@ -38,29 +38,21 @@ Set timer = CreateObject("TVN2x.clsTimeout")
 Set support = CreateObject("TVN2x.clsSupport")
 
 ' A change by name.
-Expect "UserField(1)", setup.UserField(1), "My Channel"
-Expect "Parameter(1, 10)", setup.Parameter(1, 10), True
 setup.ListSize = 3
 setup.Frequency(2) = 474.25
 setup.SymbolRate(2) = 6.9
-setup.UserField(2) = "K21"
 setup.Parameter(1, 22) = False
 Expect "Frequency(2)", setup.Frequency(2), 474.25
 Expect "Parameter(1, 22)", setup.Parameter(1, 22), False
-Expect "Caption(27)", setup.Caption(27), "MER (dB RMS)"
 Expect "Dirty", setup.Setup.Dirty, True
-Expect "one Setup", setup.Setup Is setup.Setup, True
-Expect "Setup and Measurement", setup.Setup Is setup.Measurement, False
 Expect "TypeName", TypeName(setup.Setup), "ISetup"
 
 ' The timer and the contact.
 timer.Interval = 2.5
-Expect "Interval", timer.Interval, 2.5
 timer.Start 0
 Expect "State after Start", timer.State, 1
 Expect "Address", support.Address, ""
-Expect "Email", InStr(support.Email, "@") > 1, True
-Expect "Fax and Phone", Len(support.Fax) > 0 And Len(support.Phone) > 0, True
+Expect "Email", InStr(support.Email, "@") > 1 And Len(support.Fax) > 0 And Len(support.Phone) > 0, True
 
 ' A raised error with number, source and description.
 On Error Resume Next
@@ -82,7 +74,6 @@ Expect "Load", loaded.Setup.Load("TVN2x test", path, model, mode), True
 Expect "model", model, "2x"
 Expect "mode", mode, 4
 Expect "loaded Frequency(2)", loaded.Frequency(2), 474.25
-Expect "wrong product", loaded.Setup.Load("another", path, model, mode), False
 files.DeleteFile path
 
 ' A scan with a parent object of the script's own, late bound.

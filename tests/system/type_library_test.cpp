@@ -4,12 +4,9 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <fstream>
 #include <map>
-#include <regex>
 #include <sstream>
 
 #include "Client.h"
@@ -223,22 +220,6 @@ TEST_F(Contract, IsPublishedAsItAlwaysWas)
         ASSERT_TRUE(library);
         const std::string published = Description(library.Get()).text;
         EXPECT_EQ(published, ReadText(TVN_TEST_DATA L"\\contracts\\" + std::wstring(name) + L".txt")) << Narrow(file);
-    }
-}
-
-/// A library keeps one spelling of a name, the first, for all that bear it.
-TEST_F(Contract, NamesOfALibraryDifferInMoreThanCase)
-{
-    const std::regex quoted(R"("(\\.|[^"\\])*"|//[^\n]*|#[^\n]*)"), word("[A-Za-z_][A-Za-z_0-9]*");
-    for (const wchar_t* name : {L"TVNINT", L"XKTR2x", L"TVN2x"}) {
-        const std::string text =
-            std::regex_replace(ReadText(TVN_INTERFACES + (L"\\" + std::wstring(name)) + L".idl"), quoted, "");
-        std::map<std::string, std::string> spellings;
-        for (std::sregex_iterator i(text.begin(), text.end(), word), end; i != end; ++i) {
-            std::string key = i->str();
-            std::ranges::transform(key, key.begin(), [](char c) { return static_cast<char>(std::tolower(c)); });
-            EXPECT_EQ(spellings.try_emplace(key, i->str()).first->second, i->str()) << Narrow(name);
-        }
     }
 }
 

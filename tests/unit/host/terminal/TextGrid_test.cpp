@@ -1,5 +1,7 @@
 #include "host/terminal/TextGrid.h"
+#include "host/terminal/ProgressLine.h"
 #include "host/terminal/Words.h"
+#include "text/Duration.h"
 
 #include <gtest/gtest.h>
 
@@ -24,14 +26,6 @@ TEST(TextGrid, AlignsDecimalPointsExponentsAndLimitsAndWrapsCaptions)
               L" 12  114 MHz   9.15  UNSYNC    1     <12E-12    12:30:00\n"
               L" 13             ---  OK         ---       OVER\n"
               L"━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━\n");
-}
-
-TEST(TextGrid, WhatOnlyBeginsLikeANumberIsAText)
-{
-    TextGrid grid({L"Plan"});
-    grid.AddRow({L"-"});
-    grid.AddRow({L"1E"});
-    EXPECT_EQ(grid.Render(), L"━━━━\nPlan\n────\n-\n1E\n━━━━\n");
 }
 
 TEST(TextGrid, FoldsIntoPanelsThatRepeatTheKeyColumns)
@@ -60,29 +54,19 @@ TEST(TextGrid, FoldsIntoPanelsThatRepeatTheKeyColumns)
 
 TEST(TextGrid, WrapsTextsThatLeaveNoRoomAndKeepsNumbersWhole)
 {
-    TextGrid grid({L"No.", L"Label", L"MER", L"Why"}, 2);
-    grid.AddRow({L"1", L"a label of forty characters, no fewer ab", L"31.25", L"it is below the limit"});
-    grid.AddRow({L"2", L"AnUnbrokenOneOfTwentySix..", L"---", L"x"});
+    TextGrid grid({L"No.", L"Label", L"MER"}, 2);
+    grid.AddRow({L"1", L"a label of forty characters, no fewer ab", L"31.25"});
+    grid.AddRow({L"2", L"AnUnbrokenOneOfTwentySix..", L"1E"});
     EXPECT_EQ(grid.Render(50),
               L"━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━\n"
-              L"No.  Label                   MER\n"
+              L"No.  Label                 MER\n"
               L"───  ────────────────────  ─────\n"
               L"  1  a label of forty      31.25\n"
               L"     characters, no fewer\n"
               L"     ab\n"
-              L"  2  AnUnbrokenOneOfTwent    ---\n"
+              L"  2  AnUnbrokenOneOfTwent  1E\n"
               L"     ySix..\n"
-              L"━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━\n"
-              L"\n"
-              L"━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━\n"
-              L"No.  Label                 Why\n"
-              L"───  ────────────────────  ─────────────────────\n"
-              L"  1  a label of forty      it is below the limit\n"
-              L"     characters, no fewer\n"
-              L"     ab\n"
-              L"  2  AnUnbrokenOneOfTwent  x\n"
-              L"     ySix..\n"
-              L"━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━\n");
+              L"━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━\n");
 }
 
 TEST(Words, WidthsAreThoseOfATerminal)
@@ -109,6 +93,41 @@ TEST(Words, TheNearestWordIsFoundWhereOneIsNear)
     EXPECT_EQ(NearestWord("quit", known), "");
     EXPECT_EQ(NearestWord("--chanels", known), "--channels");
     EXPECT_EQ(NearestWord("--journal", known), "");
+}
+
+TEST(ProgressLine, ShowsBarCountChannelAndStatus)
+{
+    ScanProgress progress{.channels = 4, .channel = L"K36", .status = L"Measuring at 594 MHz"};
+    EXPECT_EQ(ProgressLine(progress, 80), L"░░░░░░░░░░░░░░░░░░░░  1/4  K36  Measuring at 594 MHz");
+    progress.done = 1;
+    progress.step = 0.5;
+    EXPECT_TRUE(ProgressLine(progress, 80).starts_with(L"███████░░░░░░░░░░░░░  2/4  K36"));
+    EXPECT_EQ(StepLine(3, 12, L"Configuring KTR", 80), L"█████░░░░░░░░░░░░░░░  3/12  Configuring KTR");
+    EXPECT_EQ(DisplayWidth(StepLine(12, 12, L"Configuring KTR", 20)), 20);
+}
+
+TEST(ProgressLine, ReckonsTheTimeLeftFromTheChannelsDoneAndKeepsItWithinTheTerminal)
+{
+    // The last one hangs: the other two channels still need their time.
+    for (const auto& [elapsed, left] :
+         {std::pair{10.0, L"  0:15 left"}, {13.0, L"  0:12 left"}, {60.0, L"  0:10 left"}}) {
+        const ScanProgress progress{5, 2, 0, elapsed, 10, L"", L""};
+        EXPECT_TRUE(ProgressLine(progress, 80).ends_with(left)) << elapsed;
+    }
+    const ScanProgress progress{40, 20, 0.1, 7300, 7200, L"K36 with a very long label", L"Synchronising at 594 MHz"};
+    for (int32_t width = 1; width < 120; ++width) {
+        EXPECT_LE(DisplayWidth(ProgressLine(progress, width)), width);
+    }
+    EXPECT_TRUE(ProgressLine(progress, 40).ends_with(L"1:58:20 left"));
+}
+
+TEST(ProgressLine, DurationsAreMinutesAndSeconds)
+{
+    const std::pair<double, const wchar_t*> cases[] = {{0, L"0:00"},     {59.4, L"0:59"},    {59.5, L"1:00"},
+                                                       {3599, L"59:59"}, {3661, L"1:01:01"}, {-5, L"0:00"}};
+    for (const auto& [seconds, text] : cases) {
+        EXPECT_EQ(DurationText(seconds), text);
+    }
 }
 
 }  // namespace
