@@ -18,8 +18,7 @@ TEST(EditorOk, WithoutAChangeLeavesTheDocumentClean)
         test.document.Notes(L"plain\nnotes");
         test.Open({113, 474.25, 858.1234567, 999.9999999});
         const auto before = Everything(test.document);
-        EXPECT_EQ(static_cast<size_t>(checkCount), test.view.checks.size());
-        EXPECT_TRUE(test.view.checks[Check::couple]);
+        EXPECT_EQ(checkCount, test.view.checksShown);
         test.editor.SelectPage(Page::notes);
         test.editor.FocusMoved(Control::notes, 0);
         test.editor.Ok();
@@ -60,15 +59,8 @@ TEST(EditorOk, SettingsThatAreNoChoiceBecomeTheFirst)
     test.Choose(Choice::berIntegration, L"1000");
     test.editor.SelectItem(Choice::orderOfQam, 99);
     test.editor.Ok();
-    EXPECT_EQ(0, test.document.SawBw());
-    EXPECT_EQ(2, test.document.Zin());
-    EXPECT_EQ(0, test.document.ReferenceSource());
-    EXPECT_EQ(0, test.document.XAxis(1));
-    EXPECT_EQ(2, test.document.XAxis(0));
-    EXPECT_EQ(18, test.document.RollOffFactor());
-    EXPECT_EQ(1000, test.document.BerSamples());
-    EXPECT_EQ(128, test.document.OrderOfQam());
-    EXPECT_EQ(L"dBpW", test.document.LevelUnit());
+    EXPECT_EQ(std::tuple(L"dBpW", 0, 1000, 0, 128, 18, 2, 10, true, 2, 0, L"", false, false),
+              SettingsOf(test.document));
     EXPECT_EQ(L"RF Level", test.document.StoredCaption(MP_RFLEV));
     EXPECT_TRUE(test.document.dirty);
 }

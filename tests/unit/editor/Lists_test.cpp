@@ -6,27 +6,10 @@
 #include "editor/ClipboardTable.h"
 #include "editor/NaturalOrder.h"
 #include "editor/PastedCells.h"
-#include "editor/RowSelection.h"
 #include "editor/Series.h"
 
 namespace tvn2x {
 namespace {
-
-TEST(RowSelection, HasAnAnchorACurrentRowAndGaps)
-{
-    RowSelection selection;
-    selection.Only(4);
-    selection.ExtendTo(2);
-    selection.Toggle(6);
-    selection.Toggle(3);
-    EXPECT_EQ((std::vector<int32_t>{2, 4, 6}), selection.Rows());
-    EXPECT_EQ(3, selection.Count());
-    EXPECT_TRUE(selection.Contains(6) && !selection.Contains(5) && !selection.Contains(3) && !selection.Contains(7));
-    selection.ExtendTo(5);
-    selection.Only(1);
-    selection.Toggle(1);
-    EXPECT_EQ(std::vector<int32_t>{1}, selection.Rows()) << "one row is always selected";
-}
 
 TEST(NaturalOrder, ComparesNumbersByValueAndLettersInEitherCase)
 {
@@ -78,7 +61,6 @@ TEST(PastedCells, FindTheirColumnsByHeadingOrByPlace)
     EXPECT_EQ("fault", columns({{L"1", L"2", L"3", L"4"}}, MP_USERFIELD));
     EXPECT_EQ("fault", columns({{L"Label", L"Label"}, {L"a", L"b"}}, MP_USERFIELD));
     EXPECT_EQ("fault", columns({{L"Label"}}, MP_USERFIELD));
-    EXPECT_EQ("fault", columns({{L"", L""}}, MP_USERFIELD));
 }
 
 TEST(Series, CountsOnInTheLastNumberOfALabel)

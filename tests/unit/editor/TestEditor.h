@@ -42,7 +42,7 @@ public:
     void PageChanged() override {}
     void ChoiceChanged(Choice) override {}
     void FieldChanged(Field) override {}
-    void CheckChanged(Check check) override { checks[check] = editor->Checked(check); }
+    void CheckChanged(Check) override { ++checksShown; }
     void ButtonRolesChanged() override { okIsDefault = editor->OkIsDefault(); }
     void LoadNotes(const std::wstring& text, bool isRichText) override
     {
@@ -71,11 +71,7 @@ public:
         }
         answerFault = answers.empty() ? L"given up" : take(answers);
     }
-    bool Confirm(const std::wstring&) override
-    {
-        ++confirmed;
-        return confirms;
-    }
+    bool Confirm(const std::wstring&) override { return ++confirmed == 0; }
     std::optional<std::wstring> ClipboardText() override { return clipboard; }
     bool PutOnClipboard(const std::wstring& text) override
     {
@@ -97,7 +93,6 @@ public:
 
     Editor* editor = nullptr;
     std::map<Grid, Cells> grids;
-    std::map<Check, bool> checks;  ///< as they were last shown
     std::pair<Control, Column> focus{Control::other, 0};
     std::wstring notes;
     std::wstring richText = L"{\\rtf1 new}";
@@ -106,8 +101,8 @@ public:
     std::vector<std::wstring> answers;            ///< to the next form; none to give it up
     std::wstring asked;                           ///< the last form: its title and what stood in it
     std::wstring answerFault;
+    int checksShown = 0;
     int confirmed = 0;
-    bool confirms = false;
     int beeps = 0;
     bool okIsDefault = false;
     bool closed = false;

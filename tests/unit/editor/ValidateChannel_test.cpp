@@ -48,28 +48,21 @@ TEST_F(ValidateChannelTest, AcceptsTheLimitsAndNothingBeyond)
     EXPECT_EQ(2, ValidateChannel(&value, nullptr, messages, locale));
 }
 
-TEST_F(ValidateChannelTest, TellsBothFaultsInOneBoxAndChangesNothing)
+TEST_F(ValidateChannelTest, TellsBothFaultsInOneBoxWithTheUsersSeparatorAndChangesNothing)
 {
+    locale = CommaLocale();
     EXPECT_EQ(2, Validate(2.5, 7.0004));
     EXPECT_EQ(
-        L"Frequency too low.\n\nPlease enter a value expressed in MHz between 3 and 1000.0000009, to a resolution of "
-        L"0.1 Hz.\n\nSymbol Rate too high.\n\nPlease enter a value expressed in MSymb/s, between 0.1 and 7, to a "
+        L"Frequency too low.\n\nPlease enter a value expressed in MHz between 3 and 1000,0000009, to a resolution of "
+        L"0,1 Hz.\n\nSymbol Rate too high.\n\nPlease enter a value expressed in MSymb/s, between 0,1 and 7, to a "
         L"resolution of 1000 SPS.",
         Message());
     EXPECT_EQ(L"Setup", messages.messages[0].title);
     EXPECT_EQ(MessageIcon::warning, messages.messages[0].icon);
     EXPECT_EQ(2.5, frequency_);
     EXPECT_EQ(7.0004, symbolRate_);
-}
-
-TEST_F(ValidateChannelTest, WritesNumbersWithTheUsersSeparator)
-{
-    locale = CommaLocale();
     EXPECT_EQ(3, Validate(100, 0));
-    EXPECT_EQ(
-        L"Symbol Rate too low.\n\nPlease enter a value expressed in MSymb/s, between 0,1 and 7, to a resolution of "
-        L"1000 SPS.",
-        Message());
+    EXPECT_EQ(0u, Message().find(L"Symbol Rate too low."));
     Validate(3.3, 6.9);
     EXPECT_EQ(L"Frequency rounded to 3,2999999 MHz.", Message());
 }
