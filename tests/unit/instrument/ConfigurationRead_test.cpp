@@ -113,23 +113,14 @@ TEST(ConfigurationRead, AnotherModeIsReportedAndReadAllTheSame)
     test.receiver.answers.Mode = 6;
     EXPECT_EQ(test.Run(), L"");
     ASSERT_EQ(test.errors.reported.size(), 1u);
-    const RaisedError& error = test.errors.reported[0];
-    EXPECT_EQ(error.number, 1002);
-    EXPECT_EQ(error.source, L"frmMain.IMeasure_GetConfiguration");
-    EXPECT_EQ(error.description, L"KTR must be in DVB-C Demod. mode");
+    EXPECT_EQ(RaisedBy([&] { throw test.errors.reported[0]; }),
+              L"1002 frmMain.IMeasure_GetConfiguration: KTR must be in DVB-C Demod. mode");
     EXPECT_EQ(test.document.OrderOfQam(), 64);
 }
 
 TEST(ConfigurationRead, EndsInOrderWhereverAnErrorOrTheStopFlagComes)
 {
     ExpectOrderlyEndInEachCall<Reading>("Progress 10", 4);
-}
-
-TEST(ConfigurationRead, ParentThatEmptiesTheListEndsItWithTheSettersError)
-{
-    Reading test;
-    test.log.Once("Progress 8", [&] { test.document.ListSize(0); });
-    EXPECT_EQ(test.Run(), L"9 clsSetup.SymbolRate: Subscript out of range");
 }
 
 }  // namespace

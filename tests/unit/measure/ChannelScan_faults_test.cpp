@@ -137,7 +137,7 @@ TEST(ChannelScanFaults, NextChannelIsTunedWhereverTheLastOneEnded)
     }
 }
 
-TEST(ChannelScanFaults, StopEndsAWaitAndACountAndAnErrorOnlyTheReadings)
+TEST(ChannelScanFaults, StopEndsAWaitAndACount)
 {
     TestScan waiting;
     waiting.clock.step = 0;
@@ -153,12 +153,6 @@ TEST(ChannelScanFaults, StopEndsAWaitAndACountAndAnErrorOnlyTheReadings)
     EXPECT_EQ(counting.log.Count("ReadBer"), 3);
     EXPECT_EQ(counting.Cell(MP_BER), L"1.0E-8");
     EXPECT_EQ(counting.Cell(MP_DATA), L"OK");
-
-    TestScan failed;
-    failed.log.FailAt(1, 7, "ReadCarrierSuppression");
-    EXPECT_FALSE(failed.Measure());
-    EXPECT_EQ(failed.log.Count("ReadPhaseJitter"), 0);
-    EXPECT_EQ(failed.log.Count("Progress"), 26);
 }
 
 TEST(ChannelScanFaults, SecondCallIsRefusedWhileOneRuns)

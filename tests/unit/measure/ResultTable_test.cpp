@@ -27,9 +27,12 @@ struct ResultTableTest : testing::Test
     const FixedLocale locale = CommaLocale();
 };
 
-constexpr const wchar_t* outsideMeasured = L"9 clsSetup.Measured: Subscript out of range";
-constexpr const wchar_t* outsideReset = L"9 clsSetup.ResetMeasurement: Subscript out of range";
-constexpr const wchar_t* outsideResult = L"9 clsSetup.Result: Subscript out of range";
+/// An action is refused because its index is outside the table of a member.
+template <class Action>
+void ExpectOutside(const std::wstring& member, const Action& action)
+{
+    EXPECT_EQ(RaisedBy(action), L"9 clsSetup." + member + L": Subscript out of range");
+}
 
 TEST_F(ResultTableTest, ResetLeavesTheFixedColumnsAndTheStatusAlone)
 {
@@ -75,8 +78,8 @@ TEST_F(ResultTableTest, EmptyListHasTheEmptyRowZero)
     Reset();
     EXPECT_EQ(table.Result(1, MP_STATUS, 0), L"");
     EXPECT_FALSE(table.Measured(0));
-    EXPECT_EQ(RaisedBy([&] { static_cast<void>(table.Measured(1)); }), outsideMeasured);
-    EXPECT_EQ(RaisedBy([&] { Reset(1); }), outsideReset);
+    ExpectOutside(L"Measured", [&] { static_cast<void>(table.Measured(1)); });
+    ExpectOutside(L"ResetMeasurement", [&] { Reset(1); });
 }
 
 TEST_F(ResultTableTest, IndexOutsideNamesTheMember)
@@ -85,8 +88,8 @@ TEST_F(ResultTableTest, IndexOutsideNamesTheMember)
         for (const auto& cell : cells) {
             const auto read = [&](auto... index) { table.Result(index...); };
             const auto write = [&](auto... index) { table.Result(index..., L"x"); };
-            EXPECT_EQ(RaisedBy([&] { std::apply(read, cell); }), outsideResult);
-            EXPECT_EQ(RaisedBy([&] { std::apply(write, cell); }), outsideResult);
+            ExpectOutside(L"Result", [&] { std::apply(read, cell); });
+            ExpectOutside(L"Result", [&] { std::apply(write, cell); });
         }
     };
     expectOutside({{0, MP_STATUS, 0}, {0, MP_STATUS, 1}});  // before the first reset there is nothing at all
@@ -98,10 +101,8 @@ TEST_F(ResultTableTest, IndexOutsideNamesTheMember)
                    {0, INT32_MIN, 1},
                    {0, MP_STATUS, 0},
                    {0, MP_STATUS, 3}});
-    EXPECT_EQ(RaisedBy([&] { table.Measured(3, true); }), outsideMeasured);
-    for (const int32_t item : {3, -1}) {
-        EXPECT_EQ(RaisedBy([&] { Reset(item); }), outsideReset);
-    }
+    ExpectOutside(L"Measured", [&] { table.Measured(3, true); });
+    ExpectOutside(L"ResetMeasurement", [&] { Reset(-1); });
 }
 
 TEST_F(ResultTableTest, NumberGoesWithTheTextThatShowsIt)
@@ -133,10 +134,8 @@ TEST_F(ResultTableTest, NumberGoesWithTheTextThatShowsIt)
     }
     for (const auto& [parameter, channel] :
          {std::pair{MP_LASTSTATIC + 0, 1}, {MP_LAST + 1, 1}, {INT32_MAX, 1}, {MP_RFLEV + 0, 0}, {MP_RFLEV + 0, 3}}) {
-        EXPECT_EQ(RaisedBy([&, parameter = parameter, channel = channel] {
-                      static_cast<void>(table.Value(parameter, channel));
-                  }),
-                  L"9 clsSetup.Value: Subscript out of range");
+        ExpectOutside(L"Value",
+                      [&, at = std::pair(parameter, channel)] { static_cast<void>(table.Value(at.first, at.second)); });
     }
 }
 
