@@ -42,14 +42,11 @@ TEST_F(Timeout, ExpiresOnlyBeyondItsEndOnWhicheverDay)
         {1000, 0, 1000, tmoRunning},  // without an interval it runs for one tick
         {1000, 0, 1000.001, tmoExpired},
         {1000, -1, 1000, tmoExpired},
-        {80000, -1e-6F, 80000, tmoExpired},  // less than a step of the mark
-        {86399.999, -1e-6F, 86399.999, tmoExpired},
+        {86399.999, -1e-6F, 86399.999, tmoExpired},  // less than a step of the mark
         {0, -infinity, 0, tmoExpired},
-        {86399, 5, 86399.9, tmoRunning},  // across midnight
-        {86399, 5, day + 4, tmoRunning},
+        {86399, 5, day + 4, tmoRunning},  // across midnight
         {86399, 5, day + 4.01, tmoExpired},
-        {86395, 5, 86399.99, tmoRunning},  // midnight sharp belongs to the next day
-        {86395, 5, day, tmoRunning},
+        {86395, 5, day, tmoRunning},  // midnight sharp belongs to the next day
         {86395, 5, day + 0.01, tmoExpired},
         {86000, 1, 86001.003, tmoRunning},  // in single precision nearer to 86001 than to the next mark
         {86000, 1, 86001.005, tmoExpired},
@@ -59,7 +56,6 @@ TEST_F(Timeout, ExpiresOnlyBeyondItsEndOnWhicheverDay)
         {1000, 90000, 90999, tmoRunning},  // more than a day, as long as the end wraps once only
         {1000, 90000, 91001, tmoExpired},
         {1000, 3 * 86400.0F, 2 * day - 1, tmoRunning},
-        {1000, FLT_MAX, 2 * day - 1, tmoRunning},
         {1000, FLT_MAX, 2 * day, tmoExpired},
     };
     for (const auto& [start, seconds, then, state] : cases) {
