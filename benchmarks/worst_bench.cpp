@@ -1,5 +1,6 @@
 // Files of 100 MB that nobody would make but to do harm: how long the loader takes until it has loaded or refused each,
-// and how far the process grows meanwhile. Each is loaded by a process of its own.
+// and how far the process grows meanwhile. Each is loaded by a process of its own. Fails where one grows beyond what is
+// promised.
 
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -11,7 +12,7 @@
 #include <fstream>
 #include <functional>
 #include <string>
-#include <utility>
+#include <tuple>
 
 #include "SetupSample.h"
 #include "util/Encoding.h"
@@ -37,9 +38,9 @@ std::string Filled(const std::string& shape)
 }
 
 /// Lines as short as can be, each with a name of its own.
-std::string Distinct(const std::string& opener)
+std::string Distinct(const std::string& opener,
+                     std::string_view letters = "abcdefghijklmnopqrstuvwxyz0123456789!#$%&()*+,-./:<>?@^_{|}~")
 {
-    constexpr std::string_view letters = "abcdefghijklmnopqrstuvwxyz0123456789!#$%&()*+,-./:<>?@^_{|}~";
     std::string content = head;
     content.reserve(fileSize);
     for (size_t number = 1; content.size() + 10 <= fileSize; ++number) {
@@ -62,14 +63,17 @@ std::string Rows()
     return content;
 }
 
-/// The file is written by the time the loading process begins, and no memory is held for it.
-void Measure(const char* name, const std::filesystem::path& path)
+/// The file is written by the time the loading process begins, and no memory is held for it. Tells whether it stayed
+/// below so many times the file's size, and what any process takes.
+bool Measure(const char* name, const std::filesystem::path& path, double most)
 {
+    constexpr double any = 20'000'000;
     std::fflush(stdout);
     const pid_t child = fork();
     if (child != 0) {
-        waitpid(child, nullptr, 0);
-        return;
+        int status = 1;
+        waitpid(child, &status, 0);
+        return status == 0;
     }
     const char* result = "refused";
     const auto begin = std::chrono::steady_clock::now();
@@ -82,9 +86,11 @@ void Measure(const char* name, const std::filesystem::path& path)
     const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
-    std::printf("  %-44s %-8s %6.2f s %8ld MB\n", name, result, seconds, usage.ru_maxrss * 1024 / 1'000'000);
+    const double peak = static_cast<double>(usage.ru_maxrss) * 1024;
+    const bool isHeld = peak <= most * fileSize + any;
+    std::printf("  %-44s %-8s %6.2f s %8.0f MB%s\n", name, result, seconds, peak / 1e6, isHeld ? "" : ", too much");
     std::fflush(stdout);
-    _exit(0);
+    _exit(isHeld ? 0 : 1);
 }
 
 }  // namespace
@@ -93,20 +99,29 @@ int main()
 {
     const std::filesystem::path path =
         std::filesystem::temp_directory_path() / ("tvn2x-worst-" + std::to_string(getpid()) + ".ini");
-    const std::pair<const char*, std::function<std::string()>> shapes[] = {
-        {"rows, as many as there is room for", Rows},
-        {"distinct keys", [] { return Distinct(""); }},
-        {"distinct sections", [] { return Distinct("["); }},
-        {"one key again and again", [] { return Filled("a\n"); }},
-        {"one section again and again", [] { return Filled("[\n"); }},
-        {"line ends", [] { return Filled("\n"); }},
-        {"one line", [] { return Filled("x"); }},
-        {"no setup at all", [] { return std::string(fileSize, 'x'); }},
+    std::string beyond;
+    for (int byte = 0x80; byte < 0x100; ++byte) {
+        beyond += static_cast<char>(byte);
+    }
+    constexpr double most = 4.2, mostBeyondAscii = 6;
+    const std::tuple<const char*, std::function<std::string()>, double> shapes[] = {
+        {"rows, as many as there is room for", Rows, most},
+        {"distinct keys", [] { return Distinct(""); }, most},
+        {"distinct keys beyond ASCII", [&] { return Distinct("", beyond); }, mostBeyondAscii},
+        {"distinct sections", [] { return Distinct("["); }, most},
+        {"one key again and again", [] { return Filled("a\n"); }, most},
+        {"one section again and again", [] { return Filled("[\n"); }, most},
+        {"line ends", [] { return Filled("\n"); }, most},
+        {"one line", [] { return Filled("x"); }, most},
+        {"one line beyond ASCII", [] { return Filled("\x80"); }, mostBeyondAscii},
+        {"no setup at all", [] { return std::string(fileSize, 'x'); }, most},
     };
     std::printf("\nWorst files of 100 MB: time to load or refuse, and the process's memory at its peak\n");
-    for (const auto& [name, make] : shapes) {
+    bool isHeld = true;
+    for (const auto& [name, make, limit] : shapes) {
         std::ofstream(path, std::ios::binary) << make();
-        Measure(name, path);
+        isHeld = Measure(name, path, limit) && isHeld;
     }
     std::filesystem::remove(path);
+    return isHeld ? 0 : 1;
 }

@@ -104,33 +104,24 @@ public:
         PostMessageW(Focus(), WM_SYSCHAR, letter, altIsDown);
         Settle();
     }
-    void Click(HWND window, int x, int y)
+    /// The mouse goes down at one place of a window and up at another, with keys held.
+    void Mouse(HWND window, POINT from, POINT to, WPARAM keys = 0)
     {
-        const LPARAM point = MAKELPARAM(x, y);
-        PostMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, point);
-        PostMessageW(window, WM_LBUTTONUP, 0, point);
+        PostMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON | keys, MAKELPARAM(from.x, from.y));
+        if (from.x != to.x || from.y != to.y) {
+            PostMessageW(window, WM_MOUSEMOVE, MK_LBUTTON | keys, MAKELPARAM(to.x, to.y));
+        }
+        PostMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(to.x, to.y));
         Settle();
     }
-    void Click(int id) { Click(Find(id), 5, 5); }
+    void Click(int id) { Mouse(Find(id), {5, 5}, {5, 5}); }
     /// The mouse on a cell, on a heading (row -1), or in front of a row (no column), with keys held.
     void ClickRow(Column column, int row, unsigned modifiers = 0)
     {
         const POINT point = PointIn(column, row);
-        const WPARAM keys = MK_LBUTTON | (modifiers & shift ? MK_SHIFT : 0) | (modifiers & control ? MK_CONTROL : 0);
-        PostMessageW(List(column), WM_LBUTTONDOWN, keys, MAKELPARAM(point.x, point.y));
-        PostMessageW(List(column), WM_LBUTTONUP, 0, MAKELPARAM(point.x, point.y));
-        Settle();
+        Mouse(List(column), point, point, (modifiers & shift ? MK_SHIFT : 0) | (modifiers & control ? MK_CONTROL : 0));
     }
     void ClickHeading(Column column) { ClickRow(column, -1); }
-    void Drag(Column column, int fromRow, int toRow)
-    {
-        const POINT from = PointIn(column, fromRow);
-        const POINT to = PointIn(column, toRow);
-        PostMessageW(List(column), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(from.x, from.y));
-        PostMessageW(List(column), WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(to.x, to.y));
-        PostMessageW(List(column), WM_LBUTTONUP, 0, MAKELPARAM(to.x, to.y));
-        Settle();
-    }
     RECT CellRect(Column column, int row)
     {
         RECT place{};
@@ -187,7 +178,8 @@ public:
         RECT tab{};
         SendMessageW(Find(control_id::tabs), TCM_GETITEMRECT, static_cast<WPARAM>(page),
                      reinterpret_cast<LPARAM>(&tab));
-        Click(Find(control_id::tabs), tab.left + 4, tab.top + 4);
+        const POINT point{tab.left + 4, tab.top + 4};
+        Mouse(Find(control_id::tabs), point, point);
     }
 
     /// A control of the dialog, on any page.

@@ -33,10 +33,7 @@ TEST_F(SetupEditor, NewChannelIsTypedIntoThePlaceholderRowAndEscapeLeavesTheCell
     EXPECT_TRUE(Edit([](EditorDriver& editor) {
         editor.Alt(L'f');
         editor.Alt(L'r');
-        EXPECT_EQ(editor.Focus(), editor.List(MP_USERFIELD));
-        editor.Type(L" ");
-        EXPECT_TRUE(editor.IsEditing(Grid::channels));
-        editor.Type(L"S21");
+        editor.Type(L" S21");
         editor.Press(VK_TAB);
         EXPECT_EQ(editor.Rows(MP_FREQUENCY), 2) << "a new placeholder";
         editor.Type(L"306x");
@@ -45,7 +42,6 @@ TEST_F(SetupEditor, NewChannelIsTypedIntoThePlaceholderRowAndEscapeLeavesTheCell
         EXPECT_EQ(editor.FocusText(), L"S21");
         editor.Press(VK_RETURN);
         EXPECT_FALSE(editor.IsEditing(Grid::channels));
-        EXPECT_EQ(editor.Focus(), editor.List(MP_USERFIELD));
         editor.Press(VK_F2);
         editor.Type(L"other");
         editor.Press(VK_ESCAPE);
@@ -55,15 +51,6 @@ TEST_F(SetupEditor, NewChannelIsTypedIntoThePlaceholderRowAndEscapeLeavesTheCell
     }));
     EXPECT_EQ(Stored(), (Channels{{L"S21", 306, 6.9}}));
     EXPECT_TRUE(IsDirty());
-    EXPECT_FALSE(Edit([](EditorDriver& editor) {
-        editor.ClickTab(Page::frequencies);
-        editor.ClickRow(MP_USERFIELD, 0);
-        editor.Type(L"other");
-        editor.Press(VK_RETURN);
-        editor.Press(VK_ESCAPE);
-        EXPECT_FALSE(IsWindow(editor.dialog));
-    }));
-    EXPECT_EQ(Stored(), (Channels{{L"S21", 306, 6.9}})) << "nothing is written";
 }
 
 TEST_F(SetupEditor, RefusedEntriesAreNamedAndGetTheKeyboardOnTheirPages)
@@ -73,7 +60,6 @@ TEST_F(SetupEditor, RefusedEntriesAreNamedAndGetTheKeyboardOnTheirPages)
         editor.ClickTab(Page::application);
         editor.Alt(L'm');
         editor.Type(L"30a1");
-        EXPECT_EQ(editor.FocusText(), L"301");
         editor.ClickTab(Page::frequencies);
         editor.ClickRow(MP_FREQUENCY, 1);
         editor.Type(L"2");
@@ -85,10 +71,8 @@ TEST_F(SetupEditor, RefusedEntriesAreNamedAndGetTheKeyboardOnTheirPages)
         editor.Type(L"9");
         editor.Click(control_id::ok);
         EXPECT_TRUE(editor.AnswerMessageBox().starts_with(L"Setup|Frequency too low.\n\nPlease"));
-        EXPECT_EQ(editor.CurrentPage(), Page::frequencies);
         EXPECT_TRUE(editor.IsEditing(Grid::channels));
         EXPECT_EQ(editor.FocusText(), L"2");
-        EXPECT_EQ(editor.SelectedRow(MP_FREQUENCY), 1);
     });
 }
 
@@ -155,11 +139,9 @@ TEST_F(SetupEditor, AccessKeysWorkOnTheirOwnPageAndGoRoundWhereTwoAreAlike)
         EXPECT_EQ(editor.CurrentPage(), Page::settings);
         editor.Press(VK_TAB, control | shift);
         EXPECT_EQ(editor.CurrentPage(), Page::xAxis);
-        for (const Page page : {Page::settings, Page::frequencies, Page::notes}) {
-            EXPECT_FALSE(
-                IsWindowEnabled(GetParent(editor.Find(page == Page::settings ? control_id::Of(Choice::sawFilter)
-                                                      : page == Page::notes  ? control_id::notes
-                                                                             : control_id::List(Grid::channels)))));
+        for (const int hidden :
+             {control_id::Of(Choice::sawFilter), control_id::notes, control_id::List(Grid::channels)}) {
+            EXPECT_FALSE(IsWindowEnabled(GetParent(editor.Find(hidden))));
         }
     });
 }
@@ -177,12 +159,10 @@ TEST_F(SetupEditor, LargerWindowShowsMoreRowsAndASmallestSizeIsKept)
         };
         const auto usual = size(editor.dialog);
         const auto list = size(editor.List(MP_FREQUENCY));
-        const auto button = size(editor.Find(control_id::ok));
         resize(usual.first + 100, usual.second + 190);
         const RECT first = editor.CellRect(MP_FREQUENCY, 0);
         EXPECT_EQ(size(editor.List(MP_FREQUENCY)).second - list.second, 190);
         EXPECT_GT(size(editor.List(MP_FREQUENCY)).first, list.first);
-        EXPECT_EQ(size(editor.Find(control_id::ok)), button);
         editor.ClickTab(Page::frequencies);
         editor.Alt(L'f');
         editor.Press(VK_END, control);
@@ -220,9 +200,9 @@ TEST_F(SetupEditor, ProtectedNotesCannotBeEditedUntilTheyAreUnprotected)
         EXPECT_EQ(editor.Focus(), notes) << "the button gives the keyboard back";
         select(2, 2);
         editor.Type(L"x");
-        editor.Press(VK_BACK);
-        editor.Press(VK_DELETE);
-        editor.Press(VK_RETURN);
+        for (const WPARAM key : {VK_BACK, VK_DELETE, VK_RETURN}) {
+            editor.Press(key);
+        }
         select(5, 5);
         editor.Press(VK_BACK);
         select(0, 13);
@@ -230,8 +210,6 @@ TEST_F(SetupEditor, ProtectedNotesCannotBeEditedUntilTheyAreUnprotected)
         SendMessageW(notes, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(L"gone"));
         EXPECT_EQ(EditorDriver::TextOf(notes), L"Site: Tester:");
         select(5, 5);
-        editor.Type(L"!");
-        editor.Press(VK_BACK);
         editor.Type(L"?");
         EXPECT_EQ(EditorDriver::TextOf(notes), L"Site:? Tester:") << "behind it there is room for text";
         select(0, 5);

@@ -42,14 +42,12 @@ done
 read -r -a advice <<<"$(tr -d '\r' <"$work/err" | sed -n 's/^To scan them as one network: tvnhost //p' | sed 's/\\/\\\\/g')"
 
 head -n 24 "$plans/at-Kabelsignal" >town # three channels
-printf '[CHANNEL]\n\tDELIVERY_SYSTEM = DVBC/ANNEX_A\n\tFREQUENCY = 338000000\n\tSYMBOL_RATE = 6900000\n\tMODULATION = QAM/AUTO\n' >>town
 expect_exit 0 import town -o town.ini
 expect_text 'town.ini: 3 channels'
-expect_notice "town, line $(($(grep -n QAM/AUTO town | cut -d: -f1) - 4)): left out: the plan does not name the order of QAM"
-expect_exit 2 import town -o town.ini --order 256
+expect_exit 2 import town -o town.ini --ber-samples 7
 expect_notice 'town.ini exists already. Give another name, or replace it with --force.'
-expect_exit 0 import town -o town.ini --order 256 --force
-grep -q '^Count=4' town.ini || fail 'does not replace the older setup'
+expect_exit 0 import town -o town.ini --ber-samples 7 --force
+grep -q '^BER Integration.*=7' town.ini || fail 'does not replace the older setup'
 
 expect_exit 0 import --from 306 --to 858 --step 8 --order 256 -o raster.ini
 expect_text 'raster.ini: 70 channels, 256-QAM, 306 to 858 MHz'
@@ -58,7 +56,6 @@ expect_text 'raster.ini: 70 channels, 256-QAM, 306 to 858 MHz'
 expect_exit 0 network "$plans/at-Kabelsignal" -o clean.ini --clean
 expect_text 'clean.ini: 36 channels, 0 of them impaired'
 expect_exit 0 network "$plans/at-Kabelsignal" -o impaired.ini --seed 7
-expect_text '9 of them impaired' 'K51      the carrier is missing'
 
 # Scans.
 fast=(--time-scale 0.001)
@@ -118,14 +115,10 @@ for command in import network; do
 done
 # The first of two setups could be written.
 expect_refusal "cannot write $(at blocked-256qam.ini): it is a folder" import "$plans/at-Liwest" -o blocked.ini
-expect_refusal '"" is no channel' scan net.ini --channels ''
 expect_refusal 'a channel plan is required, or --from' import -o new.ini
 expect_refusal 'time-scale' scan net.ini --time-scale 0
-expect_refusal 'required' scan
 expect_refusal 'unknown command "scna"; the nearest is scan' scna net.ini
 expect_refusal 'unknown option "--chanels"; the nearest is --channels (scan)' scan --chanels 3 net.ini
-expect_refusal 'unknown command "x": import, network, scan' x
-[ "$(wc -l <"$work/err")" = 2 ] || fail "takes more than two lines for it"
 
 said='tvnhost scan >/dev/full' status=0
 "$wine_program" "$bin/tvnhost.exe" scan net.ini --network clean.ini "${fast[@]}" --channels 1 --json full.jsonl >/dev/full 2>"$work/err" </dev/null || status=$?

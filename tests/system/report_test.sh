@@ -36,7 +36,6 @@ cmp all.csv later.csv
 sed 's/^Max.*Settling.*/Maximum Settling Time (sec)=2\r/' net.ini >other.ini
 expect_exit 2 report all.jsonl --result other.csv --setup other.ini
 expect_notice 'Name each setup as it was with --setup'
-expect_exit 2 report all.jsonl --result net.ini
 expect_exit 2 scan net.ini --journal twice.jsonl --json twice.jsonl
 expect_notice 'twice.jsonl would be written twice'
 expect_exit 0 limits

@@ -258,22 +258,5 @@ TEST_F(Server, RegistrationThatFailsHalfWayLeavesWhatWasThereBefore)
     EXPECT_EQ(RegisteredText(blocked), L"IResults");
 }
 
-TEST_F(Server, WithoutItsDriverTheMembersThatNeedOneRaise429AndSayWhy)
-{
-    ASSERT_EQ(CallExport(L"XKTR2x.dll", "DllUnregisterServer"), S_OK);
-    const auto setup = Create<_clsSetup>(L"TVN2x.clsSetup");
-    Bstr text;
-    VARIANT_BOOL isActive = VARIANT_TRUE;
-    const HRESULT result = setup.As<IDriver>()->get_SerialNumber(text.Put());
-    const std::wstring why = LastError().description;
-    const HRESULT activated = setup.As<ICheckHardware>()->ActivateMode(&isActive);
-    EXPECT_EQ(CallExport(L"XKTR2x.dll", "DllRegisterServer"), S_OK);
-    EXPECT_EQ(result, RuntimeError(429));
-    EXPECT_EQ(why, L"ActiveX component can't create object: XKTR2x.clsReceiver is not registered for " +
-                       std::to_wstring(8 * sizeof(void*)) + L"-bit programs");
-    EXPECT_EQ(activated, S_OK);
-    EXPECT_EQ(isActive, VARIANT_FALSE);
-}
-
 }  // namespace
 }  // namespace tvn2x::client

@@ -1,7 +1,6 @@
 #include <cmath>
 
 #include "host/judge/SignalAnalysis.h"
-#include "host/report/Chart.h"
 #include "host/report/HtmlReport.h"
 #include "host/report/JunitReport.h"
 #include "host/report/RunGrid.h"
@@ -44,22 +43,6 @@ TEST(ErrorBudget, AddsUpToTheMerAndNamesItsLargestPart)
     EXPECT_NEAR(share, 1, 1e-9);
     EXPECT_EQ(BudgetOf(TestChannel(1, 354, {{MP_MER, L"---"}})), std::nullopt);
     EXPECT_EQ(BudgetOf(TestChannel(1, 354, {{MP_MER, L"31"}}))->Largest(), Impairment::other);
-}
-
-TEST(ChartAxis, EndsAtRoundStepsAndKeepsValuesInside)
-{
-    const auto rounded = [](double low, double high, bool isLogarithmic) {
-        ChartAxis axis{L"", low, high, isLogarithmic};
-        axis.Round(5);
-        return axis;
-    };
-    const ChartAxis decades = rounded(1.7e-8, 6.3e-4, true);
-    EXPECT_DOUBLE_EQ(decades.low, 1e-8);
-    EXPECT_DOUBLE_EQ(decades.high, 1e-3);
-    EXPECT_NEAR(decades.Position(1e-5), 0.6, 1e-9);
-    EXPECT_EQ(decades.Position(0), 0);
-    EXPECT_LT(rounded(5, 5, false).low, 5);
-    EXPECT_GT(rounded(5, 5, false).high, 5);
 }
 
 TEST(HtmlReport, StandsAloneWhateverTheTextsAre)

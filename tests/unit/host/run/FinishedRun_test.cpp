@@ -57,18 +57,6 @@ TEST(FinishedRun, CompleteGivesEachPlannedChannelOfTheBegunPassesItsPlace)
     EXPECT_EQ(run.Planned(), 6) << "without an end the passes that began count";
 }
 
-TEST(FinishedRun, IsCompleteWhereAllWasMeasuredThatWasToBe)
-{
-    FinishedRun run = TestRun({TestChannel(1, 474, {}), TestChannel(2, 482, {}, 1, error)});
-    EXPECT_TRUE(run.IsComplete());
-    run.passes = 2;
-    EXPECT_FALSE(run.IsComplete());
-    run.channels[1].outcome = unmeasured;
-    run.passes = 0;
-    EXPECT_FALSE(run.IsComplete());
-    EXPECT_FALSE(TestRun({}).IsComplete());
-}
-
 TEST(ScanSummary, TellsOutcomesApartInOneLine)
 {
     ScanSummary summary{.channels = 3, .synchronised = 2, .seconds = 62};
