@@ -327,7 +327,7 @@ TEST_F(UnmaskedHost, IsCalledByNameAndCreatesClassesLikeAnyOther)
 {
     // What the argument has to be converted to decides whether it can be.
     const auto put = [&](const wchar_t* name, double value) {
-        return Call(setup, name, DISPATCH_PROPERTYPUT, {Variant(VT_R8, &VARIANT::dblVal, value)});
+        return Call(setup.As<IDispatch>(), name, DISPATCH_PROPERTYPUT, {Variant(VT_R8, &VARIANT::dblVal, value)});
     };
     Expect(S_OK, [&] { return put(L"DefaultSymbolRate", 5e-324); });
     Expect(S_OK, [&] { return put(L"MaxSettlingTime", 2.5); });

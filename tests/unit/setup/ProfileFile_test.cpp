@@ -2,9 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <optional>
+#include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "setup/ProfileStore.h"
+#include "support/MemoryFiles.h"
 #include "support/ShiftedCodePage.h"
 #include "util/FileText.h"
 
@@ -68,6 +74,172 @@ TEST(ProfileFile, WritesToALargeFileTakeLinearTime)
         shrinking.Write("s", key(i), std::nullopt);
     }
     EXPECT_EQ("[s]\n", shrinking.Render());
+}
+
+/// The text of a C literal; none where there is no literal.
+std::optional<std::string> TextOf(const std::string& literal)
+{
+    if (literal.empty() || literal[0] != '"') {
+        return std::nullopt;
+    }
+    std::string text;
+    for (size_t i = 1; i + 1 < literal.size(); ++i) {
+        if (literal[i] != '\\') {
+            text += literal[i];
+            continue;
+        }
+        const char escaped = literal[++i];
+        const size_t special = std::string("rnt\"\\").find(escaped);
+        if (special != std::string::npos) {
+            text += "\r\n\t\"\\"[special];
+        } else {
+            text += static_cast<char>(std::stoi(literal.substr(i, 3), nullptr, 8));
+            i += 2;
+        }
+    }
+    return text;
+}
+
+std::string Joined(const std::vector<std::string>& names)
+{
+    std::string all;
+    for (const std::string& name : names) {
+        all += (&name == names.data() ? "" : std::string(1, '\0')) + name;
+    }
+    return all;
+}
+
+/// One row is a file, one call and its answer: a value, a list with a NUL between its entries, or the whole file behind
+/// a write.
+TEST(ProfileRules, EveryCallAnswersAsTheTableSays)
+{
+    std::ifstream table(TVN_TEST_DATA "/profile-rules.tsv");
+    std::string line;
+    std::getline(table, line);
+    int rows = 0;
+    for (; std::getline(table, line); ++rows) {
+        std::istringstream row(line);
+        std::vector<std::string> cells(7);
+        for (std::string& cell : cells) {
+            std::getline(row, cell, '\t');
+        }
+        const std::wstring path = L"C:\\data\\rules.ini";
+        MemoryFiles files;
+        if (const auto content = TextOf(cells[1])) {
+            files.Put(path, *content);
+        }
+        ProfileStore store(files);
+        store.Bind(path);
+        const auto given = [&](size_t cell) { return file_text::FromBytes(*TextOf(cells[cell]), SystemCodePage()); };
+        const std::string& call = cells[2];
+        if (call == "number") {
+            const auto otherwise = static_cast<uint32_t>(std::stoll(cells[5]));
+            EXPECT_EQ(std::to_string(store.Profile().GetInt(given(3), given(4), otherwise)), cells[6]) << line;
+        } else if (call == "write" || call == "delete section") {
+            const auto text = TextOf(cells[5]) ? std::optional(given(5)) : std::nullopt;
+            EXPECT_TRUE(call == "write" ? store.Write(given(3), given(4), text) : store.DeleteSection(given(3)));
+            EXPECT_EQ(files.Exists(path) ? std::optional(files.Content(path)) : std::nullopt, TextOf(cells[6])) << line;
+        } else {
+            const std::string answer = call == "value"
+                                           ? std::string(store.Profile().GetString(given(3), given(4), given(5)))
+                                       : call == "lines" ? Joined(store.Profile().GetSection(given(3)))
+                                                         : Joined(store.Profile().GetSectionNames());
+            EXPECT_EQ(file_text::ToBytes(answer, SystemCodePage()), TextOf(cells[6])) << line;
+        }
+    }
+    EXPECT_EQ(rows, 194);
+}
+
+const std::wstring path = L"C:\\data\\net.ini";
+
+TEST(ProfileStore, AStrangersChangeIsKeptWheneverItComesBeforeTheFileIsReplaced)
+{
+    // At 0 each change has a stamp of its own. At the even second it has the stamp that the file had before; only the
+    // bytes tell then, and nobody can look at those in the step of renaming.
+    for (const uint64_t now : {uint64_t{0}, uint64_t{4'000'000'000}}) {
+        int moment = 0;
+        for (bool meddled = true; meddled; ++moment) {
+            MemoryFiles files;
+            files.now = now;
+            files.Put(path, "[s]\nk=1\n");
+            ProfileStore store(files);
+            store.Bind(path);
+            meddled = false;
+            int operation = 0;
+            bool isRenaming = false;
+            files.before = [&](FileOperation kind) {
+                isRenaming = isRenaming || kind == FileOperation::rename;
+                if (operation++ == moment && (now == 0 || !isRenaming)) {
+                    meddled = true;
+                    files.Put(path, "[s]\nk=7\n");
+                }
+            };
+            EXPECT_TRUE(store.Write("s", "n", "2"));
+            EXPECT_EQ(files.Content(path), meddled ? "[s]\nk=7\nn=2\n" : "[s]\nk=1\nn=2\n") << now << " " << moment;
+        }
+        EXPECT_GT(moment, 5) << now;
+    }
+}
+
+TEST(ProfileStore, AFileThatNeverRestsOrIsTakenIsNotReplaced)
+{
+    MemoryFiles files;
+    ProfileStore store(files);
+    store.Bind(path);
+    int changes = 0;
+    files.before = [&](FileOperation) { files.Put(path, "[s]\nk=" + std::to_string(++changes) + "\n"); };
+    EXPECT_FALSE(store.Write("s", "n", "2"));
+    EXPECT_EQ(files.Content(path), "[s]\nk=" + std::to_string(changes) + "\n");
+    EXPECT_EQ(files.Paths().size(), 1u) << "no temporary stays";
+    EXPECT_LT(changes, 200) << "there is an end to it";
+
+    files.before = {};
+    files.FailOn(FileOperation::exclude, 1, FileFault::inUse);
+    EXPECT_FALSE(store.Write("s", "n", "2"));
+    EXPECT_EQ(files.Content(path), "[s]\nk=" + std::to_string(changes) + "\n");
+    EXPECT_TRUE(store.Write("s", "n", "2"));
+}
+
+TEST(ProfileStore, AStampIsTrustedOnceNoSecondWriteCanHaveLeftItWhateverTheClockDoes)
+{
+    constexpr uint64_t second = 1'000'000'000;
+    MemoryFiles files;
+    ProfileStore store(files);
+    const auto value = [&] { return std::string(*store.Profile().Find("s", "k")); };
+    const auto reads = [&] {
+        const int before = files.Count(FileOperation::read);
+        value();
+        return files.Count(FileOperation::read) - before;
+    };
+    // Of the machine's clock behind the file's time, and then back again.
+    struct
+    {
+        uint64_t ahead, behind, setBack;
+    } const cases[] = {{0, 0, 0}, {1, 0, 0}, {0, 100, 0}, {0, 0, 50}, {0, 100, 50}, {100, 0, 0}};
+    for (const auto& [ahead, behind, setBack] : cases) {
+        files.now = 1000 * second;
+        files.Put(path, "[s]\nk=1\n");
+        files.now += (ahead - behind) * second;
+        store.Bind(path);
+        EXPECT_EQ(value(), "1");
+        const bool old = ahead > 1;
+        EXPECT_EQ(reads(), old ? 0 : 1);
+        if (!old) {
+            const uint64_t now = std::exchange(files.now, 1000 * second);
+            files.Put(path, "[s]\nk=2\n");  // within the tick of the write before
+            files.now = now;
+            EXPECT_EQ(value(), "2");
+        }
+        files.now -= setBack * second;
+        EXPECT_EQ(reads(), old ? 0 : 1);
+        files.now += 2 * second;
+        value();
+        EXPECT_EQ(reads(), 0) << ahead << " " << behind << " " << setBack;
+        files.now -= 500 * second;
+        EXPECT_EQ(reads(), 0) << "what is trusted stays so";
+        files.Put(path, "[s]\nk=3\n");
+        EXPECT_EQ(value(), "3");
+    }
 }
 
 }  // namespace

@@ -1,12 +1,12 @@
 #include "util/Clock.h"
 
+#include <gtest/gtest.h>
 #include <stdlib.h>
 #include <time.h>
-#include "util/LocalTime.h"
-
-#include <gtest/gtest.h>
 
 #include <cmath>
+
+#include "util/LocalTime.h"
 
 namespace tvn2x {
 namespace {

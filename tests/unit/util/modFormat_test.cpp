@@ -6,7 +6,10 @@
 #include <fstream>
 
 #include "support/FixedLocale.h"
+#include "support/RaisedBy.h"
 #include "util/Encoding.h"
+#include "util/RaisedError.h"
+#include "util/modLocaleInfo.h"
 
 namespace tvn2x {
 namespace {
@@ -59,6 +62,64 @@ TEST(FormatNumber, TakesTheLocalesSeparatorOnlyWhenAsked)
     AppendNumber(text, -0.5, L"#0.000", false, FixedLocale());
     AppendNumber(text, 1e20, {}, false, FixedLocale());
     EXPECT_EQ(text, L"a=-0.5001E+20") << "what stands before it stays";
+}
+
+TEST(ParseNumber, TakesEitherSeparatorBlanksSignAndExponent)
+{
+    const std::pair<const wchar_t*, double> cases[] = {
+        {L" \t474.25\r\n", 474.25},
+        {L"\u00A06.9", 6.9},
+        {L"+1", 1},
+        {L"-.5", -0.5},
+        {L"- 2", -2},
+        {L"5.", 5},
+        {L"6.9E+06", 6.9e6},
+        {L"-1e-5", -1e-5},
+        {L"1e-400", 0},
+        {L"0e9999", 0},
+        {L"4.9e-324", 4.9e-324},
+        {L"-0", -0.0},
+    };
+    for (const auto& [text, value] : cases) {
+        EXPECT_EQ(ParseNumber(text, L'.'), value) << ToUtf8(text);
+    }
+    EXPECT_EQ(ParseNumber(L"1e-9999999999999999999", L'.'), 0);
+    EXPECT_EQ(ParseNumber(L"6.900", CommaLocale()), 6.9);
+    EXPECT_EQ(ParseNumber(L"6\u066B9", L'\u066B'), 6.9);
+    EXPECT_EQ(ParseNumber(L"0." + std::wstring(400, L'0') + L"1", L'.'), 0);
+    EXPECT_EQ(ParseNumber(L"0." + std::wstring(400, L'0') + L"1e401", L'.'), 1);
+}
+
+TEST(ParseNumber, RaisesTypeMismatchForEverythingElse)
+{
+    const std::wstring mismatch = L"13 modLocaleInfo.ParseNumber: Type mismatch";
+    for (const wchar_t* text : {L"", L"  ", L"abc", L"1 2", L"6,9", L"1.2.3", L"1e", L"--1", L"1-", L".", L"e5", L"inf",
+                                L"nan", L"0x10", L"1e400", L"-1e400", L"1e9999999999999999999", L"\u0661"}) {
+        EXPECT_EQ(RaisedBy([&] { ParseNumber(text, FixedLocale()); }), mismatch) << ToUtf8(text);
+    }
+    EXPECT_THROW(ParseNumber(L"1.234,5", CommaLocale()), RaisedError);
+    EXPECT_THROW(ParseNumber(std::wstring_view(L"1\0", 2), L'.'), RaisedError);
+}
+
+TEST(LeadingNumber, StopsWhereTheNumberDoes)
+{
+    const std::pair<const wchar_t*, double> cases[] = {
+        {L"2.0.1", 2.0}, {L"  1.4 beta", 1.4}, {L"-3,7", -3}, {L"1.5e", 1.5}, {L"abc", 0}, {L"infinity", 0}, {L"", 0}};
+    for (const auto& [text, value] : cases) {
+        EXPECT_EQ(LeadingNumber(text), value) << ToUtf8(text);
+    }
+}
+
+TEST(SystemLocale, HasSeparatorsThatDifferAndLeavesTheTimeOutAtMidnight)
+{
+    const Locale& locale = SystemLocale();
+    EXPECT_EQ(locale.GetLocaleString(locale_constant::listSeparator).size(), 1U);
+    EXPECT_NE(locale.GetLocaleString(locale_constant::listSeparator), DecimalSeparator(locale));
+    const std::wstring date = locale.FormatGeneralDate({2024, 3, 15, 0, 0, 0});
+    const std::wstring both = locale.FormatGeneralDate({2024, 3, 15, 14, 5, 9});
+    EXPECT_NE(date.find(L"15"), std::wstring::npos);
+    EXPECT_EQ(both.substr(0, date.size() + 1), date + L" ");
+    EXPECT_NE(both.find(L"05"), std::wstring::npos);
 }
 
 }  // namespace

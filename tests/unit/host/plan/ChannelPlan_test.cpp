@@ -1,11 +1,11 @@
 #include "host/plan/ChannelPlan.h"
 
-#include <gtest/gtest.h>
-
+#include <algorithm>
 #include <cmath>
 #include <tuple>
 
 #include "host/plan/ChannelRaster.h"
+#include "host/plan/NetworkWriter.h"
 #include "support/TestFiles.h"
 
 namespace tvn2x {
@@ -166,6 +166,68 @@ TEST(ChannelRaster, NamesTheChannelsOfTheRasterAndGivesTheFrequencyOutsideIt)
     for (const auto& [megahertz, name] : cases) {
         EXPECT_EQ(ChannelLabel(megahertz), name) << megahertz;
     }
+}
+
+ChannelPlan RealPlan()
+{
+    return ReadChannelPlan(TestFile("plans/at-Kabelsignal"), L"at-Kabelsignal");
+}
+
+NetworkDraft Draft(uint64_t seed, bool hasFaults = true)
+{
+    return DraftNetwork(RealPlan(), seed, hasFaults);
+}
+
+TEST(NetworkDraft, TheSameSeedGivesTheSameNetworkOnEverySystemInEveryRelease)
+{
+    const std::string seven = TestFile("network-seed-7.txt");
+    EXPECT_EQ(WriteNetworkModel(Draft(7), L"at-Kabelsignal"), seven);
+    EXPECT_LT(std::ranges::count(seven, ','), 99) << "a model takes 100 outages";
+    EXPECT_NE(Draft(8).channels[0].level, Draft(7).channels[0].level);
+    const NetworkDraft large = Draft(5000000000);
+    EXPECT_THAT(WriteNetworkModel(large, L"Käse"),
+                testing::StartsWith("; A network that the plan K\xC3\xA4se could belong to, seed 5000000000\r\n"));
+    EXPECT_THAT(WriteNetworkModel(large, L""), HasSubstr("\r\nSeed=705032704\r\n"));
+}
+
+TEST(NetworkDraft, ACleanNetworkHasPlausibleLevelsThatAChannelKeepsWhateverElseIsInThePlan)
+{
+    const NetworkDraft network = Draft(1, false);
+    ASSERT_EQ(network.channels.size(), 36u);
+    for (const NetworkChannel& channel : network.channels) {
+        EXPECT_TRUE(channel.fault.empty());
+        EXPECT_GT(channel.level - network.tilt, 54);  // what a 256-QAM channel needs at an outlet
+        EXPECT_LT(channel.level, 74);
+        EXPECT_GT(channel.carrierToInterference, 40);
+    }
+    ChannelPlan part = RealPlan();
+    part.channels.erase(part.channels.begin(), part.channels.begin() + 20);
+    const NetworkChannel first = DraftNetwork(part, 1, false).channels.front();
+    EXPECT_EQ(first.level, network.channels[20].level);
+    EXPECT_EQ(first.frequencyOffset, network.channels[20].frequencyOffset);
+}
+
+TEST(NetworkDraft, IngressStrikesWhereItsSourceTransmitsAndAModelHoldsEachFrequencyOnce)
+{
+    ChannelPlan plan;
+    plan.channels = {{474, 6.9, 64, 1}, {482, 6.9, 64, 1}, {802, 6.9, 64, 1}};
+    NetworkDraft network = DraftNetwork(plan, 1, true);
+    EXPECT_THAT(network.channels[2].fault, HasSubstr(L"LTE"));
+    EXPECT_LT(network.channels[2].carrierToInterference, 30);
+    EXPECT_TRUE(network.channels[0].fault.empty());  // one channel in three
+    EXPECT_TRUE(network.channels[1].fault.empty());
+    for (const double beside : {171., 220., 386., 404., 754., 787., 825., 828., 866.}) {
+        plan.channels = {{beside, 6.9, 64, 1}, {474, 6.9, 64, 1}, {482, 6.9, 64, 1}};
+        network = DraftNetwork(plan, 1, true);
+        EXPECT_THAT(network.channels[2].fault, HasSubstr(L"microphone")) << beside;
+    }
+    // The last two are outside what a model can hold.
+    plan.channels = {{586, 6.9, 64, 1}, {586, 6.9, 256, 7}, {25, 6.9, 64, 13}, {114, 0.4, 64, 19}};
+    network = DraftNetwork(plan, 1, true);
+    ASSERT_EQ(network.channels.size(), 1u);
+    EXPECT_EQ(network.channels[0].orderOfQam, 64);
+    ASSERT_EQ(network.leftOut.size(), 2u);
+    EXPECT_EQ(network.leftOut[0].line, 13);
 }
 
 }  // namespace

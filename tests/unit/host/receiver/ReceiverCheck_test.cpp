@@ -1,7 +1,6 @@
 #include "host/receiver/ReceiverCheck.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "host/receiver/ReceiverOptions.h"
 #include "host/receiver/ReceiverState.h"

@@ -1,7 +1,6 @@
 #include "host/report/HtmlPlots.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <regex>
 

@@ -1,17 +1,17 @@
 #include "host/run/FinishedRun.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include "host/run/Journal.h"
 #include "host/run/ScanSummary.h"
 #include "host/run/UserNumber.h"
 #include "support/FixedLocale.h"
+#include "support/TestFiles.h"
 #include "support/TestRun.h"
 
 namespace tvn2x {
 namespace {
 
 using testing::ElementsAre;
+using testing::HasSubstr;
 using enum ChannelOutcome;
 
 TEST(OutcomeOf, OnlyWhatWasSeenLockedIsSynchronised)
@@ -101,6 +101,107 @@ TEST(NumberText, HasThreeDigits)
 TEST(LocalText, LeavesWhatIsNoPointInTime)
 {
     EXPECT_EQ(LocalText(L"yesterday"), L"yesterday");
+}
+
+/// A file on a disk that can be full.
+class FullableFile final : public GrowingFile
+{
+public:
+    FileFault Append(std::string_view bytes) override
+    {
+        if (fault == FileFault::none) {
+            content += bytes;
+        }
+        return fault;
+    }
+    std::string content;
+    FileFault fault = FileFault::none;
+};
+
+TEST(Journal, KeepsWhatAFullDiskRefusesAndTellsOnce)
+{
+    FullableFile file;
+    std::vector<FileFault> told;
+    Journal journal(file, [&](FileFault fault) { told.push_back(fault); });
+    journal.Add("one\n");
+    file.fault = FileFault::diskFull;
+    journal.Add("two\n");
+    journal.Add("three\n");
+    EXPECT_FALSE(journal.IsWhole());
+    file.fault = FileFault::none;
+    journal.Add("four\n");
+    EXPECT_TRUE(journal.IsWhole());
+    EXPECT_EQ(file.content, "one\ntwo\nthree\nfour\n");
+    EXPECT_THAT(told, ElementsAre(FileFault::diskFull, FileFault::none));
+}
+
+TEST(Journal, ARunGoesOnBehindTheChannelsThatItHasPassByPass)
+{
+    FinishedRun run = TestRun({TestChannel(2, 482, {}), TestChannel(5, 506, {}), TestChannel(7, 522, {})});
+    EXPECT_TRUE(TurnsLeft(run).empty());
+    run.passes = 2;
+    EXPECT_THAT(TurnsLeft(run), ElementsAre(ChannelTurn{2, 2}, ChannelTurn{2, 5}, ChannelTurn{2, 7}));
+    run.channels.push_back(TestChannel(2, 482, {}, 2));
+    run.channels.push_back(TestChannel(5, 506, {}, 2));
+    EXPECT_THAT(TurnsLeft(run), ElementsAre(ChannelTurn{2, 7}));
+    run.channels.back().outcome = ChannelOutcome::unmeasured;
+    EXPECT_THAT(TurnsLeft(run), ElementsAre(ChannelTurn{2, 5}, ChannelTurn{2, 7})) << "a stopped channel is none";
+    run.channels[3].outcome = ChannelOutcome::error;
+    EXPECT_EQ(TurnsLeft(run).size(), 2u) << "an error is a result";
+    run.channels.resize(3);
+    run.passes = 0;
+    EXPECT_EQ(TurnsLeft(run).size(), 3u) << "without an end";
+}
+
+TEST(FinishedRun, IsOnePassWhereNoChannelHasItsLatestResultInAnother)
+{
+    FinishedRun run = TestRun({TestChannel(1, 474, {}), TestChannel(2, 482, {}, 1, ChannelOutcome::unmeasured)});
+    EXPECT_TRUE(run.IsOnePass()) << "stopped in the first pass";
+    run.channels.push_back(TestChannel(1, 474, {}, 2));
+    run.channels.push_back(TestChannel(2, 482, {}, 2));
+    EXPECT_TRUE(run.IsOnePass());
+    run.channels[1].outcome = ChannelOutcome::synchronised;
+    run.channels[3].outcome = ChannelOutcome::unmeasured;
+    EXPECT_FALSE(run.IsOnePass()) << "stopped in the second: the first has what it left out";
+    EXPECT_TRUE(TestRun({}).IsOnePass());
+}
+
+TEST(Journal, RefusesAnotherSetup)
+{
+    FinishedRun run = TestRun({TestChannel(1, 474, {}), TestChannel(2, 482, {})});
+    const auto add = [](std::vector<RunSetup>& setups, wchar_t hash, int32_t first) {
+        RunSetup& setup = setups.emplace_back();
+        setup.path = L"other.ini";
+        setup.sha256 = std::wstring(64, hash);
+        setup.firstChannel = first;
+    };
+    add(run.setups, L'b', 2);
+    run.setups.back().path = L"more.ini";
+    const auto refusal = [&](const std::vector<std::pair<wchar_t, int32_t>>& given, int32_t channels) {
+        std::vector<RunSetup> setups;
+        for (const auto& [hash, first] : given) {
+            add(setups, hash, first);
+        }
+        return Refusal([&] { RequireSameSetups(run, L"j.jsonl", setups, channels, L""); });
+    };
+    EXPECT_EQ(refusal({{L'a', 1}, {L'b', 2}}, 2), L"");
+    EXPECT_THAT(refusal({{L'b', 1}, {L'a', 2}}, 2),
+                HasSubstr(L"j.jsonl belongs to the setup C:\\data\\net.ini as it was on 2026-11-21"));
+    EXPECT_THAT(refusal({{L'a', 1}}, 2), HasSubstr(L"as many setups as net.ini, more.ini, and 1 is given"));
+    for (const auto& [first, channels] : {std::pair(2, 1), {3, 2}}) {
+        EXPECT_THAT(refusal({{L'a', 1}, {L'b', first}}, channels),
+                    HasSubstr(L"names channels that net.ini, more.ini does not have"));
+    }
+}
+
+TEST(Journal, ReadsIntervals)
+{
+    for (const auto& [text, seconds] : {std::pair{L"90s", 90}, {L"15m", 900}, {L"1.5h", 5400}, {L"30", 30}}) {
+        EXPECT_EQ(ReadInterval(text), seconds);
+    }
+    for (const wchar_t* bad : {L"", L"m", L"15 min", L"-1m", L"0s", L"8000h", L"nan"}) {
+        EXPECT_THAT(Refusal([&] { ReadInterval(bad); }), HasSubstr(L"is no time from 1 second to 7 days")) << bad;
+    }
 }
 
 }  // namespace

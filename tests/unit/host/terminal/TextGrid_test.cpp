@@ -1,9 +1,10 @@
 #include "host/terminal/TextGrid.h"
+
+#include <gtest/gtest.h>
+
 #include "host/terminal/ProgressLine.h"
 #include "host/terminal/Words.h"
 #include "text/Duration.h"
-
-#include <gtest/gtest.h>
 
 namespace tvn2x {
 namespace {

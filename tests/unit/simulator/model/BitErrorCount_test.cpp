@@ -1,9 +1,10 @@
 #include "simulator/model/BitErrorCount.h"
-#include "simulator/model/Acquisition.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+
+#include "simulator/model/Acquisition.h"
 
 namespace tvn2x {
 namespace {

@@ -1,7 +1,6 @@
 #include "simulator/model/NetworkModel.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <fstream>
 #include <regex>

@@ -1,7 +1,6 @@
 #include "simulator/model/ReceiverModel.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <cfenv>
 #include <cmath>
