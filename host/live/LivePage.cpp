@@ -44,7 +44,8 @@ std::wstring PassesText(const LiveState& state)
 std::string LivePage(const LiveState& state, double age)
 {
     const FinishedRun& run = *state.run;
-    const std::string title = Escape(L"Cable network: " + SetupNames(run));
+    const std::wstring& site = run.protocol.site;
+    const std::string title = Escape((site.empty() ? L"Cable network" : site) + L": " + SetupNames(run));
     std::string text = PageHead(title) + fmt::format(
                                              "<main id=\"live\" data-version=\"{}\" data-show=\"all\">\n<h1>{}</h1>\n"
                                              "{}<p id=\"stale\" class=\"band\" role=\"alert\" hidden=\"hidden\"></p>\n",

@@ -10,6 +10,7 @@ const history_ = byId("history");
 let source = null;
 let heard = Date.now();
 let plots = { wanted: false, visible: false, at: 0 };
+let isNews = false; // rather than what the program tells whoever connects
 let shown = null; // the number of the channel whose history is open
 let counted = Date.now();
 
@@ -46,7 +47,7 @@ function put(id, html) {
     if (focused && byId(focused)) {
         byId(focused).focus({ preventScroll: true });
     }
-    if (fresh.dataset.verdict) {
+    if (fresh.dataset.verdict && isNews) {
         say(fresh, old.dataset.verdict);
         fresh.classList.add("fresh");
     }
@@ -134,7 +135,9 @@ async function showHistory(number) {
     } else if (hadFocus) {
         close.focus({ preventScroll: true });
     }
-    history_.scrollTop = history_.open && top ? top : 0;
+    history_.scrollTop = top;
+    // Where there is no room for all, the latest is seen.
+    history_.querySelectorAll("figure").forEach(figure => { figure.scrollLeft = figure.scrollWidth; });
 }
 
 function hear() {
@@ -144,7 +147,8 @@ function hear() {
 
 function follow() {
     let isKnown = true;
-    source = new EventSource("/events?after=" + encodeURIComponent(live.dataset.version));
+    isNews = false;
+    source = new EventSource("/events?after=" + live.dataset.version);
     source.addEventListener("part", event => {
         hear();
         const end = event.data.indexOf("\n");
@@ -166,7 +170,9 @@ function follow() {
             mark();
         }
         plots.wanted = plots.wanted || event.data === "rows";
+        isNews = true;
     });
+    source.addEventListener("error", () => { isNews = false; });
 }
 
 function tell() {
