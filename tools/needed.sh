@@ -45,7 +45,7 @@ targets_of() {
             win64:system.spreadsheet) ;;
             win32:system.binaries) printf '%s\n' TVN2x XKTR2x ;;
             win32:system.x86_*) echo all ;;
-            win64:system.x86_scan) printf '%s\n' TVN2x XKTR2x tvnhost ;;
+            win64:system.x86_scan | win64:system.x86_doctor) printf '%s\n' TVN2x XKTR2x tvnhost ;;
             win64:system.x86_*) ;;
             win64:system.*)
                 # A script may run any program; what runs without one is a program of the test's name.

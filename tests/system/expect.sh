@@ -2,15 +2,26 @@
 # makes the folder $work anew with an empty folder in it, in which the script goes on. The rest runs a command and says
 # what it should end with and print.
 
+# TVN_BITS=32 makes it the programs of 32 bits, in their world, in a Wine that goes on from call to call.
+
 # Nothing ends a script without a word.
 trap 'echo "line $LINENO: ends with $?: $BASH_COMMAND"' ERR
 root=$PWD
 . tools/common.sh
 wine_environment
-bin=$root/build/win64/bin
-program=("$bin/tvnhost.exe")
+bits=${TVN_BITS:-64}
+bin=$root/build/win$bits/bin
 work=$root/build/$1
-tools/wine cmd /c ver >/dev/null # the prefix is made and everything registered
+if [ "$bits" = 64 ]; then
+    tools/wine cmd /c ver >/dev/null # the prefix is made and everything registered
+else
+    work+=_x86
+    wine_program=$root/tools/world32
+    export TVN_BARE=wine32-scripts
+    "$wine_program" "$bin/tvnhost.exe" register >/dev/null </dev/null
+    for name in XKTR2x TVN2x; do "$wine_program" regsvr32 /s "$(wine_path "$bin/$name.dll")" </dev/null; done
+fi
+program=("$bin/tvnhost.exe")
 rm -rf "$work"
 mkdir -p "$work/files"
 touch "$work/out" "$work/err"
