@@ -6,9 +6,10 @@
 // NETWORK is a network model for the simulated receiver; leave it out with a real one. Exit codes: 0 every channel
 // synchronised, 1 some channel not, 2 the setup cannot be loaded or the receiver cannot do it.
 //
-// Needs the headers that the build makes of interfaces/*.idl, and nothing else of this repository:
+// Needs the headers of the developers' kit (the build makes them of interfaces/*.idl, in build/win64/contracts), and
+// nothing else of this product:
 //
-//     x86_64-w64-mingw32-g++-posix -std=c++20 -municode -static -I build/win64/contracts examples/scan.cpp
+//     x86_64-w64-mingw32-g++-posix -std=c++20 -municode -static -I include examples/scan.cpp
 //         -o scan.exe -lole32 -loleaut32 -luuid
 
 #include <windows.h>

@@ -7,8 +7,8 @@ cd "$(dirname "$0")/../.."
 root=$PWD
 . tools/common.sh
 bits=${1:-x64}
-preset=win64
-[ "$bits" = x64 ] || preset=win32
+preset=win64 compiler=x86_64-w64-mingw32-g++-posix
+[ "$bits" = x64 ] || preset=win32 compiler=i686-w64-mingw32-g++-posix
 work=$root/build/package_test_$bits
 rm -rf "$work"
 mkdir -p "$work"
@@ -67,13 +67,22 @@ wine cscript //nologo "$folder\\examples\\scan.vbs" "$folder\\examples\\first-sc
     "$folder\\examples\\first-scan-network.ini" | tr -d '\r' >"$work/script" || [ $? -eq 1 ] || fail "the script ended with $?"
 [ "$(tail -1 "$work/script")" = '7 of 8 channels synchronised' ] || fail "the script: $(tail -3 "$work/script")"
 
-# Other clients, each with one channel; what they come with of ours is what was installed.
+# Other clients, each with one channel; what they come with of ours is what was installed, or the kit that is given to
+# those who write them.
+unzip -q build/package/TVN2x-*-kit.zip -d "$work/kit"
+compile() { # SOURCE PROGRAM
+    "$compiler" -std=c++20 -O1 -municode -static -I "$work"/kit/*/include "$1" -o "$2" -lole32 -loleaut32 -luuid
+}
+compile "$work"/kit/*/examples/scan.cpp "$work/scan.exe"
+compile tests/system/client/late_client.cpp "$work/late_client.exe"
+cp tests/system/client/channel.js "$work"
 examples="$folder\\examples"
 channel=("$examples\\first-scan.ini" "$examples\\first-scan-network.ini" 3)
-cp "build/$preset/bin/example_scan.exe" tests/system/client/channel.js "$work"
+late=$(wine "$(wine_path "$work/late_client.exe")" "${channel[@]}" | tr -d '\r')
+[ "$late" = 'true true OK' ] || fail "the late-bound program: $late"
 java=$(wine cscript //nologo "$(wine_path "$work/channel.js")" "${channel[@]}" | tr -d '\r')
 [ "$java" = 'true true OK' ] || fail "JScript: $java"
-wine "$(wine_path "$work/example_scan.exe")" "${channel[@]:0:2}" | tr -d '\r' >"$work/program" || [ $? -eq 1 ] || fail "the program ended with $?"
+wine "$(wine_path "$work/scan.exe")" "${channel[@]:0:2}" | tr -d '\r' >"$work/program" || [ $? -eq 1 ] || fail "the program ended with $?"
 [ "$(tail -1 "$work/program")" = '7 of 8 channels synchronised' ] || fail "the program: $(tail -3 "$work/program")"
 
 # The entry of the start menu comes as far as the editor, which has no screen here.
@@ -160,7 +169,7 @@ installer /x "$package"
 said='unregistered, from a folder of its own'
 mkdir "$work/own"
 (cd "$work/own" && unzip -q -o -j ../../package/TVN2x-*-"$bits".zip)
-cp "build/$preset/bin/example_scan.exe" "$work/own/scan.exe"
+cp "$work/scan.exe" "$work/own"
 mv "$work/own/program.exe.manifest" "$work/own/scan.exe.manifest"
 (cd "$work/own" && wine scan.exe first-scan.ini first-scan-network.ini) | tr -d '\r' >"$work/own/out" ||
     [ $? -eq 1 ] || fail "the program ended with $?: $(tail -3 "$work/own/out")"

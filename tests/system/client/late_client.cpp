@@ -1,0 +1,106 @@
+// A channel from a program that knows no header of ours and calls every member by its name: SETUP NETWORK CHANNEL.
+// Prints whether it is loaded, and the channel's frame synchronisation.
+
+#include <windows.h>
+
+#include <oleauto.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <initializer_list>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace {
+
+/// What goes to a member and comes back of it; whatever it holds lives as long as the program.
+struct Value : VARIANT
+{
+    Value() { VariantInit(this); }
+    Value(const wchar_t* text) : Value()
+    {
+        vt = VT_BSTR;
+        bstrVal = SysAllocString(text);
+    }
+    Value(long number) : Value()
+    {
+        vt = VT_I4;
+        lVal = number;
+    }
+    Value(double number) : Value()
+    {
+        vt = VT_R8;
+        dblVal = number;
+    }
+};
+
+Value Invoke(const Value& object, const wchar_t* name, WORD kind, std::initializer_list<Value> arguments)
+{
+    IDispatch* const callee = object.vt == VT_DISPATCH ? object.pdispVal : nullptr;
+    auto* writable = const_cast<wchar_t*>(name);
+    DISPID member, put = DISPID_PROPERTYPUT;
+    if (!callee || FAILED(callee->GetIDsOfNames(IID_NULL, &writable, 1, LOCALE_USER_DEFAULT, &member))) {
+        throw std::runtime_error("no such member");
+    }
+    std::vector<VARIANT> reversed(arguments.begin(), arguments.end());
+    std::reverse(reversed.begin(), reversed.end());
+    const bool isPut = kind == DISPATCH_PROPERTYPUT;
+    DISPPARAMS parameters{reversed.data(), isPut ? &put : nullptr, static_cast<UINT>(reversed.size()), isPut ? 1u : 0u};
+    Value result;
+    if (FAILED(callee->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, kind, &parameters, &result, nullptr, nullptr))) {
+        throw std::runtime_error("a member fails");
+    }
+    return result;
+}
+
+Value Get(const Value& object, const wchar_t* name, std::initializer_list<Value> arguments = {})
+{
+    return Invoke(object, name, DISPATCH_PROPERTYGET | DISPATCH_METHOD, arguments);
+}
+
+Value Setup()
+{
+    CLSID id;
+    Value object;
+    if (FAILED(CLSIDFromProgID(L"TVN2x.clsSetup", &id)) ||
+        FAILED(CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
+                                reinterpret_cast<void**>(&object.pdispVal)))) {
+        throw std::runtime_error("the plug-in cannot be created");
+    }
+    object.vt = VT_DISPATCH;
+    return object;
+}
+
+void Measure(wchar_t** words)
+{
+    const Value setup = Setup();
+    const Value loaded = Get(Get(setup, L"Setup"), L"Load", {L"TVN Host", words[1], L"2x", 4L});
+    const Value simulator = Get(Get(setup, L"Driver"), L"Settings");
+    Invoke(simulator, L"NetworkModel", DISPATCH_PROPERTYPUT, {words[2]});
+    Invoke(simulator, L"TimeScale", DISPATCH_PROPERTYPUT, {0.01});
+    const Value measurement = Get(setup, L"Measurement");
+    const long channel = std::wcstol(words[3], nullptr, 10);
+    Get(measurement, L"SetConfiguration");
+    Get(measurement, L"ResetMeasurement", {0L});
+    const Value measured = Get(measurement, L"Measure", {channel});
+    const Value frame = Get(measurement, L"Result", {0L, 20L, channel});
+    std::printf("%s %s %ls\n", loaded.boolVal ? "true" : "false", measured.boolVal ? "true" : "false", frame.bstrVal);
+}
+
+}  // namespace
+
+int wmain(int count, wchar_t** words)
+{
+    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    try {
+        if (count == 4) {
+            Measure(words);
+            return 0;
+        }
+    } catch (const std::exception& error) {
+        std::printf("%s\n", error.what());
+    }
+    return 2;
+}
