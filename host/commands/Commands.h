@@ -58,8 +58,18 @@ struct ScanOptions
     bool writes = false;        ///< configures the receiver first
     bool forces = false;        ///< goes on where the receiver cannot do the setup
     bool measuresAsIs = false;  ///< with the receiver's own settings
+    bool isServed = false;      ///< no grid is shown, and the results of one pass at a time are kept
     RunProtocol protocol;
     ReportOptions reports;
+};
+
+/// What `serve` was called with.
+struct ServeOptions
+{
+    ScanOptions scan;
+    std::wstring listen = L"127.0.0.1:8087";
+    std::wstring tokenFile;               ///< "" for none
+    std::vector<std::wstring> hostNames;  ///< under which it is reached besides localhost and addresses
 };
 
 /// What judge and report do with a stored run.
@@ -103,6 +113,7 @@ struct EditOptions
 int Import(const ImportOptions& options, Console& console);
 int Network(const NetworkOptions& options, Console& console);
 int Scan(const ScanOptions& options, Console& console);
+int Serve(const ServeOptions& options, Console& console);  ///< until Ctrl+C
 int JudgeRun(const JudgeOptions& options, Console& console);
 int Compare(const CompareOptions& options, Console& console);
 int PrintLimits(Console& console);

@@ -42,11 +42,8 @@ void RequireReportTargets(const ReportOptions& options, const std::vector<std::w
     }
 }
 
-namespace {
-
 constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
 
-/// The tables of the run's setups one below the other, with an empty line between, each as the plug-in writes it.
 std::string ResultTables(const FinishedRun& run, const ResultWriter& writer, const std::wstring& target)
 {
     std::string tables;
@@ -67,8 +64,6 @@ std::string ResultTables(const FinishedRun& run, const ResultWriter& writer, con
     }
     return tables;
 }
-
-}  // namespace
 
 void WriteReports(const FinishedRun& run, const RunJudgement& judgement, const Limits* limits,
                   const ReportOptions& options, const ResultWriter& writer, Console& console)

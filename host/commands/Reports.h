@@ -42,6 +42,10 @@ struct ResultWriter
     bool hasMeasured = false;
 };
 
+/// The plug-in's result tables of the run's setups one below the other, with an empty line between, each as the plug-in
+/// writes it: into a file beside `target`, which goes again. Raises unusableInput where that cannot be written.
+std::string ResultTables(const FinishedRun& run, const ResultWriter& writer, const std::wstring& target);
+
 /// Writes the reports, each in one step. One that fails does not keep the others from being written; the first failure
 /// is raised at the end.
 void WriteReports(const FinishedRun& run, const RunJudgement& judgement, const Limits* limits,

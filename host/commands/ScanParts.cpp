@@ -48,6 +48,13 @@ std::vector<const Setup*> SetupsOf(const ScanParts& parts)
     return setups;
 }
 
+std::vector<const Plugin*> PluginsOf(const ScanParts& parts)
+{
+    std::vector<const Plugin*> plugins;
+    std::ranges::transform(parts, std::back_inserter(plugins), [](const ScanPart& part) { return &part.plugin; });
+    return plugins;
+}
+
 void RequireOneLevelUnit(const ScanParts& parts)
 {
     const Setup& first = parts.front().setup;

@@ -43,6 +43,9 @@ using ScanParts = std::deque<ScanPart>;
 /// As DescribeColumns and the function in the host's Setup expect them.
 std::vector<const Setup*> SetupsOf(const ScanParts& parts);
 
+/// As ResultWriter expects them.
+std::vector<const Plugin*> PluginsOf(const ScanParts& parts);
+
 /// A run has one grid. Raises unusableInput where setups show levels in different units.
 void RequireOneLevelUnit(const ScanParts& parts);
 

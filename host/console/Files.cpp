@@ -94,6 +94,12 @@ void RequireNew(const std::wstring& target, bool forces)
     }
 }
 
+std::wstring TemporaryPath(const std::wstring& name)
+{
+    wchar_t folder[MAX_PATH + 1] = {};
+    return GetTempPathW(MAX_PATH + 1, folder) == 0 ? AbsolutePath(name) : folder + name;
+}
+
 PendingFile::PendingFile(const std::wstring& target) : target_(target)
 {
     std::unique_ptr<OutputFile> file;

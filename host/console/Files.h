@@ -25,6 +25,9 @@ void RequireDifferent(const std::wstring& source, const std::wstring& target);
 /// Raises unusableInput where there is a file already that a result would replace, unless the user said so.
 void RequireNew(const std::wstring& target, bool forces);
 
+/// The path of a file in the user's folder for what nobody keeps.
+std::wstring TemporaryPath(const std::wstring& name);
+
 /// A file of an unpredictable name beside `target` that takes its place in one step, or vanishes.
 class PendingFile
 {

@@ -19,7 +19,8 @@ double StepsOf(VARIANT steps)
 
 }  // namespace
 
-ScanParent::ScanParent(Console& console, StopRequest& stop, int32_t channels) : console_(console), stop_(stop)
+ScanParent::ScanParent(Console& console, StopRequest& stop, int32_t channels, Watch watch)
+    : console_(console), stop_(stop), watch_(std::move(watch))
 {
     progress_.channels = channels;
 }
@@ -48,7 +49,7 @@ HRESULT ScanParent::Status(BSTR sText) noexcept
 {
     return Do([&] {
         progress_.status = com::ViewOf(sText);
-        stop_.Poll();
+        Notice();
         Show();
     });
 }
@@ -57,7 +58,7 @@ HRESULT ScanParent::Progress(double dValue, VARIANT vSteps) noexcept
 {
     return Do([&] {
         progress_.step = dValue / StepsOf(vSteps);
-        stop_.Poll();
+        Notice();
         ShowNowAndThen();
     });
 }
@@ -65,7 +66,7 @@ HRESULT ScanParent::Progress(double dValue, VARIANT vSteps) noexcept
 HRESULT ScanParent::CellChanged(long, short) noexcept
 {
     return Do([&] {
-        stop_.Poll();
+        Notice();
         ShowNowAndThen();
     });
 }
@@ -73,6 +74,12 @@ HRESULT ScanParent::CellChanged(long, short) noexcept
 HRESULT ScanParent::ChannelStart(double, VARIANT) noexcept
 {
     return Do([&] { stop_.Poll(); });
+}
+
+void ScanParent::Notice()
+{
+    stop_.Poll();
+    watch_(progress_.step, progress_.status);
 }
 
 void ScanParent::Show()

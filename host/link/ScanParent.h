@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 
 #include "TVNINT.h"
 #include "com/Object.h"
@@ -10,11 +11,14 @@
 
 namespace tvn2x {
 
-/// The parent object of a scan: shows status and progress, and looks for a stop at each notice.
+/// The parent object of a scan: shows status and progress, tells whoever watches, and looks for a stop at each notice.
 class ScanParent final : public com::Object<IMeasureParent>
 {
 public:
-    ScanParent(Console& console, StopRequest& stop, int32_t channels);
+    /// Is told how far the running channel is, 0..1, and what the plug-in does.
+    using Watch = std::function<void(double step, const std::wstring& status)>;
+
+    ScanParent(Console& console, StopRequest& stop, int32_t channels, Watch watch);
 
     void Begin(const std::wstring& channelLabel);
     void End();
@@ -28,11 +32,13 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
+    void Notice();
     void Show();
     void ShowNowAndThen();
 
     Console& console_;
     StopRequest& stop_;
+    Watch watch_;
     ScanProgress progress_;
     Clock::time_point began_ = Clock::now();
     Clock::time_point shown_{};

@@ -141,12 +141,12 @@ void LiveRun::EndChannel(const ChannelResult& result, const std::wstring& fault)
     PublishNow();
 }
 
-void LiveRun::EndPass(double seconds, const std::wstring& ended, std::string resultFile)
+void LiveRun::EndPass(double seconds, const std::wstring& ended, std::optional<std::string> resultFile)
 {
     ++state_.passesDone;
     state_.lastPassSeconds = seconds;
     state_.lastPassEnded = ended;
-    state_.resultFile = std::make_shared<const std::string>(std::move(resultFile));
+    state_.resultFile = resultFile ? std::make_shared<const std::string>(std::move(*resultFile)) : nullptr;
     PublishNow();
 }
 

@@ -27,8 +27,8 @@ public:
     void Step(double step, const std::wstring& status);
     /// `fault` is what went wrong where the instrument has failed, "" for what the result's status tells.
     void EndChannel(const ChannelResult& result, const std::wstring& fault = {});
-    /// All channels of the pass are measured; `ended` is UTC.
-    void EndPass(double seconds, const std::wstring& ended, std::string resultFile);
+    /// All channels of the pass are measured; `ended` is UTC, `resultFile` the plug-in's where there is one.
+    void EndPass(double seconds, const std::wstring& ended, std::optional<std::string> resultFile);
     void Wait(double seconds);
     void End();
 

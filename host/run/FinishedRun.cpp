@@ -187,7 +187,7 @@ int64_t FinishedRun::Measured() const
 
 double FinishedRun::Seconds() const
 {
-    return std::accumulate(channels.begin(), channels.end(), 0.0,
+    return std::accumulate(channels.begin(), channels.end(), secondsBefore,
                            [](double sum, const ChannelResult& channel) { return sum + channel.seconds; });
 }
 

@@ -162,6 +162,7 @@ struct FinishedRun
     std::vector<std::wstring> resumed;      ///< when it was gone on with
     bool stopped = false;
     std::vector<ChannelResult> channels;  ///< by pass and number
+    double secondsBefore = 0;             ///< spent on measurements that are kept no longer
 
     bool operator==(const FinishedRun&) const = default;
 
