@@ -7,6 +7,16 @@ target_link_libraries(tvn_host_run PRIVATE nlohmann_headers)
 target_link_libraries(tvn_host_report PRIVATE nlohmann_headers)
 target_link_libraries(tvn_host_live PRIVATE nlohmann_headers)
 
+# The server: sockets of the build machine, or of Windows.
+tvn_header_library(boost boost)
+target_link_libraries(tvn_host_serve PRIVATE boost_headers)
+if(WIN32)
+  target_link_libraries(tvn_host_serve PUBLIC ws2_32 mswsock)
+else()
+  find_package(Threads REQUIRED)
+  target_link_libraries(tvn_host_serve PUBLIC Threads::Threads)
+endif()
+
 # The limits for cable outlets are a file to read and to copy, and are built into the program.
 set(outlet_file ${CMAKE_SOURCE_DIR}/host/judge/outlet.ini)
 file(READ ${outlet_file} outlet_limits)
@@ -21,3 +31,12 @@ file(READ ${page_folder}/live.js live_script)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${page_folder}/live.css ${page_folder}/live.js)
 configure_file(${CMAKE_SOURCE_DIR}/host/live/LiveFiles.cpp.in ${CMAKE_BINARY_DIR}/LiveFiles.cpp @ONLY)
 target_sources(tvn_host_live PRIVATE ${CMAKE_BINARY_DIR}/LiveFiles.cpp)
+
+# What describes the data is served with it.
+foreach(name live result)
+  set(schema_file ${CMAKE_SOURCE_DIR}/docs/${name}.schema.json)
+  file(READ ${schema_file} ${name}_schema)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${schema_file})
+endforeach()
+configure_file(${CMAKE_SOURCE_DIR}/host/live/Schemas.cpp.in ${CMAKE_BINARY_DIR}/Schemas.cpp @ONLY)
+target_sources(tvn_host_live PRIVATE ${CMAKE_BINARY_DIR}/Schemas.cpp)

@@ -32,6 +32,7 @@ struct Arguments
     ImportOptions import;
     NetworkOptions model;
     ScanOptions scan;
+    ServeOptions serve;
     RunArguments run;
     bool asJson = false, forUser = false, checksReceiver = false, replacesChannels = false, forces = false;
 };
@@ -125,9 +126,9 @@ CLI::App* AddNetwork(CLI::App& app, Arguments& arguments)
     return command;
 }
 
-CLI::App* AddScan(CLI::App& app, Arguments& arguments)
+/// What is measured how, for scan and serve alike.
+void AddScanOptions(CLI::App* command, Arguments& arguments)
 {
-    CLI::App* command = app.add_subcommand("scan", "Measure the channels of a setup and print the results");
     AddTexts(*command, "setup", arguments.scan.setups, "Setup file; several, one for each order of QAM, are one run")
         ->type_name("FILE")
         ->required();
@@ -147,9 +148,34 @@ CLI::App* AddScan(CLI::App& app, Arguments& arguments)
     command->add_flag("--write", arguments.scan.writes, "Bring the receiver into the setup's state first");
     command->add_flag("--force", arguments.scan.forces, "Go on where the receiver cannot do the setup");
     command->add_flag("--as-is", arguments.scan.measuresAsIs, "Measure with the receiver's settings, not the setup's");
+}
+
+void AddScan(CLI::App& app, Arguments& arguments)
+{
+    CLI::App* const command = app.add_subcommand("scan", "Measure the channels of a setup and print the results");
+    AddScanOptions(command, arguments);
     arguments.run.AddToScan(*command);
     command->footer("Ctrl+C ends the running channel and shows what was measured.");
-    return command;
+}
+
+void AddServe(CLI::App& app, Arguments& arguments)
+{
+    CLI::App* const command =
+        app.add_subcommand("serve", "Scan again and again, and show it to browsers and monitoring systems");
+    AddScanOptions(command, arguments);
+    arguments.run.AddToServe(*command);
+    AddText(*command, "--listen", arguments.serve.listen, "Where to serve; 0.0.0.0:8087 is for other machines too")
+        ->type_name("ADDRESS:PORT")
+        ->default_str("127.0.0.1:8087");
+    AddText(*command, "--token-file", arguments.serve.tokenFile, "The token that readers have to show, in a file")
+        ->type_name("FILE");
+    AddTexts(*command, "--host-name", arguments.serve.hostNames,
+             "A name under which it is reached, besides localhost and addresses")
+        ->type_name("NAME")
+        ->allow_extra_args(false);
+    command->footer(
+        "Ctrl+C ends it. Beyond this machine a token is needed: that of --token-file, of the variable\n"
+        "TVNHOST_TOKEN, or one that is made and shown as a link.");
 }
 
 void AddSetupCommands(CLI::App& app, Arguments& arguments)
@@ -245,6 +271,13 @@ int Run(CLI::App& app, Arguments& arguments, Console& console)
         arguments.run.FillScan(*app.get_subcommand("scan"), arguments.scan);
         return Scan(arguments.scan, console);
     }
+    if (app.got_subcommand("serve")) {
+        arguments.scan.hasTimeScale = app.get_subcommand("serve")->count("--time-scale") != 0;
+        arguments.scan.isServed = true;
+        arguments.run.FillScan(*app.get_subcommand("serve"), arguments.scan);
+        arguments.serve.scan = arguments.scan;
+        return Serve(arguments.serve, console);
+    }
     if (const std::optional<int> exitCode = arguments.run.Run(app, console)) {
         return *exitCode;
     }
@@ -308,6 +341,7 @@ int Main(const std::vector<std::string>& words, Console& console)
     AddImport(app, arguments);
     AddNetwork(app, arguments);
     AddScan(app, arguments);
+    AddServe(app, arguments);
     arguments.run.AddCommands(app);
     AddSetupCommands(app, arguments);
     AddReceiverCommands(app, arguments);

@@ -7,10 +7,15 @@
 
 namespace tvn2x {
 
-void RunArguments::AddReports(CLI::App& command, ReportOptions& files)
+void RunArguments::AddLimits(CLI::App& command, ReportOptions& files)
 {
     AddText(command, "--limits", files.limits, "Limits to judge by: a file, or outlet for those built in")
         ->type_name("FILE");
+}
+
+void RunArguments::AddReports(CLI::App& command, ReportOptions& files)
+{
+    AddLimits(command, files);
     AddText(command, "--json", files.json, "Write the results as JSON lines")->type_name("FILE");
     AddText(command, "--junit", files.junit, "Write a JUnit report, a case for each channel")->type_name("FILE");
     AddText(command, "--html", files.html, "Write a page with verdict, plots and all readings")->type_name("FILE");
@@ -36,26 +41,39 @@ void RunArguments::AddStored(CLI::App& command, ReportOptions& files)
         ->allow_extra_args(false);
 }
 
+void RunArguments::AddPasses(CLI::App& command, const std::string& repeatHelp)
+{
+    CLI::Option* journal =
+        AddText(command, "--journal", journal_, "Keep each channel on the disk as it is measured")->type_name("FILE");
+    CLI::Option* resume =
+        AddText(command, "--resume", resume_, "Go on with a journal at the next channel")->type_name("FILE");
+    CLI::Option* repeat = command.add_option("--repeat", repeat_, repeatHelp)
+                              ->type_name("N")
+                              ->check(CLI::Range(0, 1000000).description("0..1000000"));
+    CLI::Option* every =
+        AddText(command, "--every", every_, "Begin a scan every 90s, 15m, 2h or 1d (until Ctrl+C)")->type_name("TIME");
+    // A journal that is gone on with has all this already.
+    for (CLI::Option* other :
+         {journal, repeat, every, command.get_option("--channels"), command.get_option("--parameters"),
+          command.get_option("--site"), command.get_option("--outlet"), command.get_option("--by"),
+          command.get_option("--order"), command.get_option("--remark"), command.get_option("--as-is")}) {
+        resume->excludes(other);
+    }
+}
+
 void RunArguments::AddToScan(CLI::App& scan)
 {
     AddReports(scan, scanFiles_);
     AddProtocol(scan);
-    CLI::Option* journal =
-        AddText(scan, "--journal", journal_, "Keep each channel on the disk as it is measured")->type_name("FILE");
-    CLI::Option* resume =
-        AddText(scan, "--resume", resume_, "Go on with a journal at the next channel")->type_name("FILE");
-    CLI::Option* repeat = scan.add_option("--repeat", repeat_, "Scan N times; 0 scans until Ctrl+C")
-                              ->type_name("N")
-                              ->check(CLI::Range(0, 1000000).description("0..1000000"))
-                              ->capture_default_str();
-    CLI::Option* every =
-        AddText(scan, "--every", every_, "Begin a scan every 90s, 15m, 2h or 1d (until Ctrl+C)")->type_name("TIME");
-    // A journal that is gone on with has all this already.
-    for (CLI::Option* other : {journal, repeat, every, scan.get_option("--channels"), scan.get_option("--parameters"),
-                               scan.get_option("--site"), scan.get_option("--outlet"), scan.get_option("--by"),
-                               scan.get_option("--order"), scan.get_option("--remark"), scan.get_option("--as-is")}) {
-        resume->excludes(other);
-    }
+    AddPasses(scan, "Scan N times; 0 scans until Ctrl+C");
+    scan.get_option("--repeat")->default_str("1");
+}
+
+void RunArguments::AddToServe(CLI::App& serve)
+{
+    AddLimits(serve, scanFiles_);
+    AddProtocol(serve);
+    AddPasses(serve, "Scan N times and serve that until Ctrl+C (scans until then)");
 }
 
 void RunArguments::AddCommands(CLI::App& app)
@@ -83,14 +101,15 @@ void RunArguments::AddCommands(CLI::App& app)
     app.add_subcommand("limits", "Print the limits for cable outlets, as a file to begin with");
 }
 
-void RunArguments::FillScan(const CLI::App& scan, ScanOptions& options) const
+void RunArguments::FillScan(const CLI::App& command, ScanOptions& options) const
 {
     options.reports = scanFiles_;
     options.protocol = protocol_;
     options.journal = journal_;
     options.resume = resume_;
     options.interval = every_.empty() ? 0 : ReadInterval(every_);
-    options.repeat = !every_.empty() && scan.count("--repeat") == 0 ? 0 : repeat_;
+    const bool isEndless = !every_.empty() || command.get_name() == "serve";
+    options.repeat = isEndless && command.count("--repeat") == 0 ? 0 : repeat_;
 }
 
 std::optional<int> RunArguments::Run(const CLI::App& app, Console& console) const

@@ -17,14 +17,17 @@ class RunArguments
 public:
     void AddCommands(CLI::App& app);
     void AddToScan(CLI::App& scan);
+    void AddToServe(CLI::App& serve);
 
-    /// What scan was given; `scan` is its parsed command.
-    void FillScan(const CLI::App& scan, ScanOptions& options) const;
+    /// What scan or serve was given; `command` is the parsed one.
+    void FillScan(const CLI::App& command, ScanOptions& options) const;
     /// Does the command that was given and returns its exit code; nothing where it is none of these.
     std::optional<int> Run(const CLI::App& app, Console& console) const;
 
 private:
+    static void AddLimits(CLI::App& command, ReportOptions& files);
     static void AddReports(CLI::App& command, ReportOptions& files);
+    void AddPasses(CLI::App& command, const std::string& repeatHelp);
     void AddProtocol(CLI::App& command);
     void AddStored(CLI::App& command, ReportOptions& files);
 

@@ -77,6 +77,18 @@ Json VerdictJson(const FinishedRun& run, const RunJudgement& judgement)
 
 }  // namespace
 
+std::string ChannelRecord(const ChannelResult& channel, const ChannelJudgement& judgement)
+{
+    std::string line = ChannelLine(channel, Members({{"verdict", JudgementJson(judgement)}}));
+    line.pop_back();
+    return line;
+}
+
+std::string VerdictRecord(const FinishedRun& run, const RunJudgement& judgement)
+{
+    return VerdictJson(run, judgement).dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
 std::string ResultText(const FinishedRun& run, const RunJudgement* judgement)
 {
     std::string text = RunLine(run);
@@ -84,14 +96,13 @@ std::string ResultText(const FinishedRun& run, const RunJudgement* judgement)
         text += ResumedLine(time);
     }
     for (size_t i = 0; i < run.channels.size(); ++i) {
-        text += ChannelLine(run.channels[i],
-                            judgement ? Members({{"verdict", JudgementJson(judgement->channels[i])}}) : std::string());
+        const ChannelResult& channel = run.channels[i];
+        text += judgement ? ChannelRecord(channel, judgement->channels[i]) + "\n" : ChannelLine(channel);
     }
     if (!run.ended.empty()) {
         text += EndLine(run);
     }
-    return judgement ? text + VerdictJson(run, *judgement).dump(-1, ' ', false, Json::error_handler_t::replace) + "\n"
-                     : text;
+    return judgement ? text + VerdictRecord(run, *judgement) + "\n" : text;
 }
 
 }  // namespace tvn2x

@@ -11,4 +11,8 @@ namespace tvn2x {
 /// the run have their verdict.
 std::string ResultText(const FinishedRun& run, const RunJudgement* judgement = nullptr);
 
+/// Single records of it, without the end of the line: a channel with its verdict, and the verdict on the run.
+std::string ChannelRecord(const ChannelResult& channel, const ChannelJudgement& judgement);
+std::string VerdictRecord(const FinishedRun& run, const RunJudgement& judgement);
+
 }  // namespace tvn2x
