@@ -20,39 +20,29 @@ public:
         const auto row = static_cast<int32_t>(Pick(static_cast<uint32_t>(editor.RowCount(grid))));
         const Column column = static_cast<Column>(grid) + static_cast<Column>(Pick(3));
         constexpr const wchar_t* texts[] = {L"K7", L"474.5", L"-", L"", L"dBmV mV dBm", L"8"};
-        switch (Pick(10)) {
-            case 0:
-                editor.CellPressed(column, row, Pick(3));
-                break;
-            case 1:
-                editor.ListKeyDown(grid, static_cast<int32_t>(key::pageUp + Pick(8)), Pick(4));
-                break;
-            case 2:
-                editor.CellClicked(column, row);
-                break;
-            case 3:
+        const std::function<void()> deeds[] = {
+            [&] { editor.CellPressed(column, row, Pick(3)); },
+            [&] { editor.ListKeyDown(grid, static_cast<int32_t>(key::pageUp + Pick(8)), Pick(4)); },
+            [&] { editor.CellClicked(column, row); },
+            [&] {
                 editor.BeginCellEdit(column, row, 0);
                 if (editor.CurrentEdit().open) {
                     editor.CellTextChanged(texts[Pick(6)]);
                 }
-                break;
-            case 4:
-                editor.HeadingClicked(column);
-                break;
-            case 5:
-                editor.SelectItem(Choice::levelUnit, static_cast<int32_t>(Pick(6)));
-                break;
-            case 6:
+            },
+            [&] { editor.HeadingClicked(column); },
+            [&] { editor.SelectItem(Choice::levelUnit, static_cast<int32_t>(Pick(6))); },
+            [&] {
                 test_.view.clipboard = Pick(2) == 0 ? L"K10\t482\t6.9\nK9\t490\t5\n" : L"1";
                 editor.Execute(Pick(2) == 0 ? RowCommand::paste : RowCommand::pasteRows, grid);
-                break;
-            case 7:
+            },
+            [&] {
                 test_.view.answers = {L"306", L"400", L"40", L"6.9", L"S1"};
                 editor.Execute(Pick(2) == 0 ? RowCommand::fillSeries : RowCommand::fillDown, grid);
-                break;
-            default:
-                editor.Execute(static_cast<RowCommand>(Pick(static_cast<uint32_t>(RowCommand::sort) + 1)), grid);
-        }
+            },
+            [&] { editor.Execute(static_cast<RowCommand>(Pick(static_cast<uint32_t>(RowCommand::sort) + 1)), grid); },
+        };
+        deeds[std::min<size_t>(Pick(10), std::size(deeds) - 1)]();
         if (editor.RowCount(Grid::channels) > 60) {
             editor.Execute(RowCommand::selectAll, Grid::channels);
             editor.Execute(RowCommand::remove, Grid::channels);
@@ -94,22 +84,17 @@ TEST(EditorHistory, RandomWorkIsUndoneToTheBeginningAndRedoneToTheEnd)
             user.Act();
         }
         test.editor.RowSelected(MP_USERFIELD, 0);  // whatever is open is committed
-        while (test.editor.CanExecute(RowCommand::redo, Grid::channels)) {
-            test.editor.Execute(RowCommand::redo, Grid::channels);
-        }
-        const std::wstring last = Content(test);
-        while (test.editor.CanExecute(RowCommand::undo, Grid::channels)) {
-            test.editor.Execute(RowCommand::undo, Grid::channels);
-        }
-        EXPECT_EQ(opened, Content(test));
+        const auto all = [&](RowCommand command) {
+            while (test.editor.CanExecute(command, Grid::channels)) {
+                test.editor.Execute(command, Grid::channels);
+            }
+            return Content(test);
+        };
+        const std::wstring last = all(RowCommand::redo);
+        EXPECT_EQ(opened, all(RowCommand::undo));
         EXPECT_EQ(0u, test.editor.Changes());
-        while (test.editor.CanExecute(RowCommand::redo, Grid::channels)) {
-            test.editor.Execute(RowCommand::redo, Grid::channels);
-        }
-        EXPECT_EQ(last, Content(test));
-        while (test.editor.CanExecute(RowCommand::undo, Grid::channels)) {
-            test.editor.Execute(RowCommand::undo, Grid::channels);
-        }
+        EXPECT_EQ(last, all(RowCommand::redo));
+        all(RowCommand::undo);
         test.editor.Ok();
         EXPECT_EQ(L"OK", test.editor.Tag());
         EXPECT_EQ(document, Everything(test.document));
