@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,6 +10,7 @@
 #include "setup/ProfileStore.h"
 #include "support/MemoryFiles.h"
 #include "support/ShiftedCodePage.h"
+#include "support/TestTable.h"
 #include "util/FileText.h"
 
 using namespace std::string_literals;
@@ -76,28 +75,10 @@ TEST(ProfileFile, WritesToALargeFileTakeLinearTime)
     EXPECT_EQ("[s]\n", shrinking.Render());
 }
 
-/// The text of a C literal; none where there is no literal.
-std::optional<std::string> TextOf(const std::string& literal)
+/// The text of a cell in quotes; none where it is in none.
+std::optional<std::string> TextOf(const std::string& cell)
 {
-    if (literal.empty() || literal[0] != '"') {
-        return std::nullopt;
-    }
-    std::string text;
-    for (size_t i = 1; i + 1 < literal.size(); ++i) {
-        if (literal[i] != '\\') {
-            text += literal[i];
-            continue;
-        }
-        const char escaped = literal[++i];
-        const size_t special = std::string("rnt\"\\").find(escaped);
-        if (special != std::string::npos) {
-            text += "\r\n\t\"\\"[special];
-        } else {
-            text += static_cast<char>(std::stoi(literal.substr(i, 3), nullptr, 8));
-            i += 2;
-        }
-    }
-    return text;
+    return cell.starts_with('"') ? std::optional(CellText(cell)) : std::nullopt;
 }
 
 std::string Joined(const std::vector<std::string>& names)
@@ -113,16 +94,9 @@ std::string Joined(const std::vector<std::string>& names)
 /// a write.
 TEST(ProfileRules, EveryCallAnswersAsTheTableSays)
 {
-    std::ifstream table(TVN_TEST_DATA "/profile-rules.tsv");
-    std::string line;
-    std::getline(table, line);
-    int rows = 0;
-    for (; std::getline(table, line); ++rows) {
-        std::istringstream row(line);
-        std::vector<std::string> cells(7);
-        for (std::string& cell : cells) {
-            std::getline(row, cell, '\t');
-        }
+    const std::vector<std::vector<std::string>> rules = TestTable("profile-rules.tsv", 7);
+    EXPECT_EQ(rules.size(), 194u);
+    for (const std::vector<std::string>& cells : rules) {
         const std::wstring path = L"C:\\data\\rules.ini";
         MemoryFiles files;
         if (const auto content = TextOf(cells[1])) {
@@ -134,20 +108,20 @@ TEST(ProfileRules, EveryCallAnswersAsTheTableSays)
         const std::string& call = cells[2];
         if (call == "number") {
             const auto otherwise = static_cast<uint32_t>(std::stoll(cells[5]));
-            EXPECT_EQ(std::to_string(store.Profile().GetInt(given(3), given(4), otherwise)), cells[6]) << line;
+            EXPECT_EQ(std::to_string(store.Profile().GetInt(given(3), given(4), otherwise)), cells[6]) << cells[0];
         } else if (call == "write" || call == "delete section") {
             const auto text = TextOf(cells[5]) ? std::optional(given(5)) : std::nullopt;
             EXPECT_TRUE(call == "write" ? store.Write(given(3), given(4), text) : store.DeleteSection(given(3)));
-            EXPECT_EQ(files.Exists(path) ? std::optional(files.Content(path)) : std::nullopt, TextOf(cells[6])) << line;
+            EXPECT_EQ(files.Exists(path) ? std::optional(files.Content(path)) : std::nullopt, TextOf(cells[6]))
+                << cells[0];
         } else {
             const std::string answer = call == "value"
                                            ? std::string(store.Profile().GetString(given(3), given(4), given(5)))
                                        : call == "lines" ? Joined(store.Profile().GetSection(given(3)))
                                                          : Joined(store.Profile().GetSectionNames());
-            EXPECT_EQ(file_text::ToBytes(answer, SystemCodePage()), TextOf(cells[6])) << line;
+            EXPECT_EQ(file_text::ToBytes(answer, SystemCodePage()), TextOf(cells[6])) << cells[0];
         }
     }
-    EXPECT_EQ(rows, 194);
 }
 
 const std::wstring path = L"C:\\data\\net.ini";

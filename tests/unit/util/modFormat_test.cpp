@@ -3,10 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <charconv>
-#include <fstream>
 
 #include "support/FixedLocale.h"
 #include "support/RaisedBy.h"
+#include "support/TestTable.h"
 #include "util/Encoding.h"
 #include "util/RaisedError.h"
 #include "util/modLocaleInfo.h"
@@ -19,30 +19,19 @@ std::string Format(double value, std::wstring_view pattern = {})
     return ToUtf8(FormatNumber(value, pattern, false, FixedLocale()));
 }
 
-std::string Unquote(const std::string& text)
-{
-    return text.substr(1, text.size() - 2);
-}
-
 /// By pattern, or by the number of significant digits.
 TEST(FormatNumber, GivesEveryRecordedText)
 {
-    std::ifstream file(TVN_TEST_DATA "/number-format.tsv");
-    std::string line;
-    std::getline(file, line);
-    int rows = 0;
-    for (; std::getline(file, line); ++rows) {
-        const size_t first = line.find('\t');
-        const size_t second = line.find('\t', first + 1);
-        const std::string pattern = line.substr(first + 1, second - first - 1);
+    const std::vector<std::vector<std::string>> rows = TestTable("number-format.tsv", 3);
+    EXPECT_EQ(rows.size(), 619u);
+    for (const std::vector<std::string>& row : rows) {
         double value = 0;
-        std::from_chars(line.data(), line.data() + first, value);
-        const std::string text = pattern == "4 digits" ? ToUtf8(FormatSignificant(value, 4, false, FixedLocale()))
-                                 : pattern == "NULL"   ? Format(value)
-                                                       : Format(value, FromUtf8(Unquote(pattern)));
-        EXPECT_EQ(text, Unquote(line.substr(second + 1))) << line;
+        std::from_chars(row[0].data(), row[0].data() + row[0].size(), value);
+        const std::string text = row[1] == "4 digits" ? ToUtf8(FormatSignificant(value, 4, false, FixedLocale()))
+                                 : row[1] == "NULL"   ? Format(value)
+                                                      : Format(value, FromUtf8(CellText(row[1])));
+        EXPECT_EQ(text, CellText(row[2])) << row[0] << " " << row[1];
     }
-    EXPECT_EQ(rows, 619);
 }
 
 TEST(FormatNumber, TakesTheLocalesSeparatorOnlyWhenAsked)

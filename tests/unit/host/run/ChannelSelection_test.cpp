@@ -2,6 +2,8 @@
 
 #include "host/run/ParameterNames.h"
 #include "support/TestFiles.h"
+#include "support/TestTable.h"
+#include "util/Encoding.h"
 
 namespace tvn2x {
 namespace {
@@ -17,52 +19,22 @@ std::vector<Setup::Channel> Network()
             {L"", 730, 6.9},    {L"730.5 MHz", 738, 6.9}, {L"K45-A", 746, 6.9},  {L"A", 754, 6.9}};
 }
 
-TEST(ChannelSelection, NamesChannelsByLabelThenNumberThenFrequency)
+TEST(ChannelSelection, NamesChannelsByLabelThenNumberThenFrequencyAndRefusesWhatMeansNoneOrTwo)
 {
-    const std::pair<const wchar_t*, std::vector<int32_t>> cases[] = {
-        {L"4, 2-3 ,1,2", {1, 2, 3, 4}},
-        {L"10-", {10, 11, 12}},
-        {L"K46", {2}},
-        {L"K45-K47", {1, 2, 3}},
-        {L"K46-4", {2, 3, 4}},
-        {L"\"Sport, live\",\"K45-A\"", {4, 11}},
-        {L"A-1", {5}},
-        {L"12", {8}},
-        {L"674,682.25", {2, 3}},
-        {L"730.5 MHz", {10}},
-        {L"730MHz", {9}},
-        {L"670-700", {2, 3, 4, 5}},
-        {L"740-", {11, 12}},
-        {L"K47-722", {3, 4, 5, 6, 7, 8}},
-    };
-    for (const auto& [selection, numbers] : cases) {
-        EXPECT_EQ(SelectChannels(selection, Network()), numbers) << testing::PrintToString(selection);
+    for (const std::vector<std::string>& row : TestTable("channel-selections.tsv", 2)) {
+        std::string numbers;
+        const std::wstring refusal = Refusal([&] {
+            for (const int32_t number : SelectChannels(FromUtf8(CellText(row[0])), Network())) {
+                numbers += (numbers.empty() ? "" : " ") + std::to_string(number);
+            }
+        });
+        if (refusal.empty()) {
+            EXPECT_EQ(numbers, row[1]) << row[0];
+        } else {
+            EXPECT_THAT(refusal, HasSubstr(FromUtf8(CellText(row[1])))) << row[0];
+        }
     }
     EXPECT_THAT(AllChannels({Network()[0], Network()[1]}), ElementsAre(1, 2));
-}
-
-TEST(ChannelSelection, RefusesWhatNamesNoChannelOrMeansTwoThings)
-{
-    const std::pair<const wchar_t*, const wchar_t*> cases[] = {
-        {L"", L"\"\" is no channel and no range of channels"},
-        {L"3,", L"\"\" is no channel"},
-        {L"k46", L"\"k46\" is no channel and no range of channels: it is no label, no number from 1 to 12"},
-        {L"3-x", L"\"3-x\" is no channel"},
-        {L"3--4", L"is no channel"},
-        {L"0", L"is no channel"},
-        {L"99999999999999", L"is no channel"},
-        {L"3-99", L"\"3-99\" is no channel"},
-        {L"682", L"no channel's frequency"},
-        {L"\"K45", L"lacks a closing quotation mark"},
-        {L"7-3", L"ends before it begins"},
-        {L"700-670", L"ends before it begins"},
-        {L"twice", L"\"twice\" means channel 6 and channel 7; give the number"},
-        {L"K45-A", L"\"K45-A\" means two things"},
-    };
-    for (const auto& [selection, reason] : cases) {
-        EXPECT_THAT(Refusal([&, &selection = selection] { SelectChannels(selection, Network()); }), HasSubstr(reason))
-            << testing::PrintToString(selection);
-    }
 }
 
 TEST(ParameterNames, AreReadInAnyCaseAndOnceAndListedWhereOneIsUnknown)

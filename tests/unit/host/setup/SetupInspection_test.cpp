@@ -8,6 +8,8 @@
 #include "support/RecordingMessageBoxes.h"
 #include "support/ShiftedCodePage.h"
 #include "support/TestFiles.h"
+#include "support/TestTable.h"
+#include "util/Encoding.h"
 #include "util/FileText.h"
 #include "util/RaisedError.h"
 
@@ -76,31 +78,10 @@ TEST(SetupInspection, RefusesWhatIsNoSetupWithoutGoingIntoDetailAndStaysShortWhe
 
 TEST(SetupInspection, NamesEveryDoubtfulEntryByItsLine)
 {
-    const std::tuple<const char*, const char*, int32_t, const wchar_t*, bool> cases[] = {
-        {"Name=TVN Host", "Name=TVN host", 2, L"belongs to \"TVN host\"", true},
-        {"Model=2x", "Model=2X", 5, L"model \"2X\"", true},
-        {"Model=2x", ";", 3, L"version 2 needs \"Model\" in [Hardware]", true},
-        {"Version=2.0", "Version=1.9", 3, L"\"1.9\" is the version of no known", false},
-        {"Version=2.0", ";", 0, L"the version is missing", false},
-        {"Frequency   01=314.0000000", "Frequency   01=2.9", 9, L"from 3 to 1000", false},
-        {"Frequency   01=314.0000000", "Frequency   01=", 9, L"is no number", true},
-        {"Symbol Rate 01=6.900", "Symbol Rate 01=fast", 11, L"is \"fast\", which is no number", true},
-        {"Count=6", "Count=6.0", 8, L"\"6.0\", which is no whole number: 6 is taken", false},
-        {"Count=6", "Count=4294967302", 8, L"which is too large: 6 is taken", false},
-        {"Mode=4", "Mode=6", 6, L"the list has 4", false},
-        {"Level Unit=dB\xB5V", "Level Unit=dBuV", 28, L"none of dBmV, dBpW", false},
-        {"Order Of QAM=256", "Order Of QAM=many", 30, L"is no number: 64 is taken", false},
-        {"Rolloff Factor=15", "ROLLOFF FACTOR=0.15", 31, L"no whole number: 0 is taken", false},
-        {"Couple Display and Save=True", "Couple Display and Save=maybe", 37, L"neither True nor False", false},
-        {"Show Before=-1", "Show Before=", 166, L"no whole number: -1 is taken", false},
-        {"Position 02=2", "Position 02=1", 104, L"\"Position 02\" is \"1\", as is \"Position 01\" in line 103", false},
-        {"[Notes]", "[Note]", 164, L"no setup has a section \"Note\"", false},
-        {"Level Unit", "Level", 28, L"[Static Settings] has no key \"Level\"", false},
-        {"[X-Axis]", "[notes]", 168, L"the one in line 164 counts", false},
-        {"[Application]", "stray=1\r\n[Application]", 1, L"\"stray\" stands before the first section", false},
-    };
-    for (const auto& [from, to, line, text, isFatal] : cases) {
-        EXPECT_THAT(Changed(from, to), ElementsAre(Remark(line, text, isFatal))) << to;
+    for (const std::vector<std::string>& row : TestTable("setup-remarks.tsv", 5)) {
+        EXPECT_THAT(Changed(CellText(row[0]), CellText(row[1])),
+                    ElementsAre(Remark(std::stoi(row[2]), FromUtf8(CellText(row[3])), row[4] == "refused")))
+            << row[1];
     }
 }
 
