@@ -35,14 +35,12 @@ struct TestConfiguration
         receiver.answers.LevelUnit = 4;
     }
 
-    ConfigurationPeers Peers() { return {receiver, runControl, &parent, errors}; }
+    ConfigurationPeers Peers() { return {receiver, host, &host, host}; }
 
     SetupDocument document;
     CallLog log;
     ScriptedReceiver receiver{log};
-    ScriptedRunControl runControl{log};
-    ScriptedParent parent{log};
-    ScriptedErrorReporter errors{log};
+    ScriptedHost host{log};
 };
 
 /// Runs the test with every call failing in turn, and with the stop flag set from every call on: nothing follows an
@@ -186,8 +184,8 @@ TEST(ConfigurationRead, AnotherModeIsReportedAndReadAllTheSame)
     Reading test;
     test.receiver.answers.Mode = 6;
     EXPECT_EQ(test.Run(), L"");
-    ASSERT_EQ(test.errors.reported.size(), 1u);
-    EXPECT_EQ(RaisedBy([&] { throw test.errors.reported[0]; }),
+    ASSERT_EQ(test.host.reported.size(), 1u);
+    EXPECT_EQ(RaisedBy([&] { throw test.host.reported[0]; }),
               L"1002 frmMain.IMeasure_GetConfiguration: KTR must be in DVB-C Demod. mode");
     EXPECT_EQ(test.document.OrderOfQam(), 64);
 }
@@ -274,7 +272,7 @@ TEST(ConfigurationWrite, UnknownLevelUnitAndReferenceWithoutItsInputAreNotWritte
     test.document.LevelUnit(L"dBuV");
     test.receiver.answers.InstalledOptions = L"KTR-H2,ExtRef";
     test.receiver.answers.ReferenceSource = 7;
-    test.errors.raises = false;
+    test.host.raises = false;
     EXPECT_EQ(test.Run(), std::wstring(L"-2147219499 clsSetup.SetConfiguration: ") + referenceMessage);
     EXPECT_EQ(test.log.calls.back(), "Report -2147219499 raise");
     test.document.ReferenceSource(0);

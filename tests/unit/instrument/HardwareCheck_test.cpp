@@ -4,18 +4,12 @@
 
 #include "instrument/Identity.h"
 #include "support/ScriptedReceiver.h"
+#include "support/TestTable.h"
+#include "util/Encoding.h"
 #include "util/RaisedError.h"
 
 namespace tvn2x {
 namespace {
-
-/// A setting of the setup, lists of options that fit it, and lists that do not although they look like it.
-struct Case
-{
-    int32_t value;
-    std::vector<std::wstring> fitting;
-    std::vector<std::wstring> missing;
-};
 
 class HardwareCheckTest : public testing::Test
 {
@@ -28,21 +22,6 @@ protected:
     {
     }
 
-    /// Puts each setting into the setup and asks whether the receiver can do it.
-    template <class Put, class Ask>
-    void ExpectAnswers(std::initializer_list<Case> cases, Put put, Ask ask)
-    {
-        for (const Case& row : cases) {
-            put(row.value);
-            for (const auto& [lists, expected] : {std::pair{row.fitting, true}, {row.missing, false}}) {
-                for (const std::wstring& options : lists) {
-                    receiver.answers.InstalledOptions = options;
-                    EXPECT_EQ(ask(), expected) << row.value << " " << testing::PrintToString(options);
-                }
-            }
-        }
-    }
-
     SetupDocument document;
     CallLog log;
     ScriptedReceiver receiver{log};
@@ -50,49 +29,27 @@ protected:
     HardwareCheck check;
 };
 
-TEST_F(HardwareCheckTest, ModeNeedsItsOptionAsAWholeEntryInThisLetterCase)
+TEST_F(HardwareCheckTest, EachSettingNeedsItsOptionAsTheTableSays)
 {
-    const auto canDo = [&] {
+    const auto canDoMode = [&] {
         receiver.answers.Mode = document.mode + 1;
         const bool inactive = check.Mode() == 1;
         receiver.answers.Mode = document.mode;
         EXPECT_EQ(check.Mode(), inactive ? 2 : 0);
         return inactive;
     };
-    ExpectAnswers(
-        {
-            {4, {L"KTR-H2", L"A,KTR-H2,B"}, {L"", L"ktr-h2", L"KTR-H22", L"XKTR-H2", L"A, KTR-H2", L"KTR-H7"}},
-            {6, {L"KTR-S31", L"B,KTR-S31"}, {L"KTR-S33", L"KTR-S311", L"KTR-H2"}},
-            {7, {L"KTR-S33"}, {L"KTR-S31"}},
-            {13, {L"KTR-H7"}, {L"KTR-H2"}},
-            {14, {L"KTR-S32"}, {L"KTR-S31,KTR-S33"}},
-            {1, {L"", L"KTR-H2"}, {}},  // a mode that needs no option
-        },
-        [&](int32_t mode) { document.mode = mode; }, canDo);
-}
-
-TEST_F(HardwareCheckTest, InputFilterAndReferenceNeedTheirOptions)
-{
-    ExpectAnswers(
-        {
-            {2, {L"EAMOD", L"XEAMODX"}, {L"eamod", L"RB,KTR-H5"}},
-            {4, {L"RB", L"A,RBX"}, {L"rb", L"EAMOD"}},
-            {50, {L"KTR-H5", L"KTR-H55"}, {L"KTR-H4", L""}},
-            {75, {L"KTR-H5"}, {L"RB,EAMOD"}},
-            {1, {}, {L"EAMOD,RB,KTR-H5"}},
-        },
-        [&](int32_t route) { document.Zin(route); }, [&] { return check.InputPort(); });
-    ExpectAnswers(
-        {
-            {2, {L"KTR-H6", L"A,KTR-H6,B"}, {L"KTR-H66", L"KTR-H8 (or KTR-H9)"}},
-            {6, {L"KTR-H8 (or KTR-H9)", L"KTR-H8 "}, {L"KTR-H8", L"A,KTR-H8,B", L"KTR-H9"}},
-            {7, {L"KTR-H8 (or KTR-H9)", L"(or KTR-H9),B"}, {L"KTR-H9", L"(or KTR-H9) ,B", L"KTR-H8 "}},
-            {8, {L"KTR-H4"}, {L"KTR-H45"}},
-        },
-        [&](int32_t filter) { document.SawBw(filter); }, [&] { return check.SawFilterBw(); });
-    ExpectAnswers(
-        {{1, {L"A,XEXTREF2"}, {L"ExtRef"}}}, [&](int32_t source) { document.ReferenceSource(source); },
-        [&] { return check.ExtRef(); });
+    const std::map<std::string, std::pair<std::function<void(int32_t)>, std::function<bool()>>> checks = {
+        {"mode", {[&](int32_t mode) { document.mode = mode; }, canDoMode}},
+        {"route", {[&](int32_t route) { document.Zin(route); }, [&] { return check.InputPort(); }}},
+        {"filter", {[&](int32_t filter) { document.SawBw(filter); }, [&] { return check.SawFilterBw(); }}},
+        {"reference", {[&](int32_t source) { document.ReferenceSource(source); }, [&] { return check.ExtRef(); }}},
+    };
+    for (const std::vector<std::string>& row : TestTable("hardware-answers.tsv", 4)) {
+        const auto& [put, canDo] = checks.at(row[0]);
+        put(std::stoi(row[1]));
+        receiver.answers.InstalledOptions = FromUtf8(CellText(row[2]));
+        EXPECT_EQ(canDo(), row[3] == "yes") << testing::PrintToString(row);
+    }
 }
 
 TEST_F(HardwareCheckTest, AsksTheReceiverOnlyWhereItHasToAnswer)

@@ -161,7 +161,7 @@ TEST(ChannelScanFaults, SecondCallIsRefusedWhileOneRuns)
     std::size_t refused = 0;
     test.log.onCall = [&](const std::string&) {
         try {
-            test.scan.Measure(2, test.receiver, test.runControl, &test.parent);
+            test.scan.Measure(2, test.receiver, test.host, &test.host);
         } catch (const RaisedError& raised) {
             refused += raised.number == 5 && raised.description == L"A measurement is already running" ? 1 : 0;
         }

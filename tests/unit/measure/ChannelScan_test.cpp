@@ -63,7 +63,7 @@ TEST(ChannelScan, UnwantedParametersAreNotReadButCountAsProgress)
     EXPECT_EQ(test.log.Count("Progress"), 26);
     EXPECT_EQ(test.Cell(MP_RFLEV), L"kept");
     EXPECT_EQ(test.Cell(MP_DATA), L"");
-    EXPECT_TRUE(test.scan.Measure(2, test.receiver, test.runControl, nullptr));  // without a parent nobody is told
+    EXPECT_TRUE(test.scan.Measure(2, test.receiver, test.host, nullptr));  // without a parent nobody is told
     EXPECT_EQ(test.log.Count("Progress"), 26);
     EXPECT_EQ(test.Status(2), L"Done");
 }

@@ -46,7 +46,7 @@ struct TestScan
     bool Measure(int32_t channel = 1)
     {
         log.calls.clear();
-        return scan.Measure(channel, receiver, runControl, &parent);
+        return scan.Measure(channel, receiver, host, &host);
     }
 
     std::wstring Cell(int32_t parameter, int32_t field = 0, int32_t channel = 1) const
@@ -62,8 +62,7 @@ struct TestScan
     FixedLocale locale;
     CallLog log;
     ScriptedReceiver receiver{log};
-    ScriptedRunControl runControl{log};
-    ScriptedParent parent{log};
+    ScriptedHost host{log};
     ChannelScan scan{document, table, clock, locale};
 };
 

@@ -219,31 +219,14 @@ private:
     CallLog& log_;
 };
 
-class ScriptedErrorReporter : public ErrorReporter
+/// The program on the other side: run control, parent and error reporter.
+class ScriptedHost : public RunControl, public HostParent, public ErrorReporter
 {
 public:
-    explicit ScriptedErrorReporter(CallLog& log) : log_(log) {}
+    explicit ScriptedHost(CallLog& log) : log_(log) {}
 
     std::vector<RaisedError> reported;
     bool raises = true;  ///< where it is asked to
-
-    void Report(int32_t number, const std::wstring& source, const std::wstring& description, bool raise) override
-    {
-        log_.Call("Report " + std::to_string(number) + (raise ? " raise" : ""));
-        reported.emplace_back(number, source, description);
-        if (raise && raises) {
-            throw reported.back();
-        }
-    }
-
-private:
-    CallLog& log_;
-};
-
-class ScriptedRunControl : public RunControl
-{
-public:
-    explicit ScriptedRunControl(CallLog& log) : log_(log) {}
 
     bool StopFlag() override
     {
@@ -251,16 +234,6 @@ public:
         return log_.stop;
     }
     void Pause(float seconds) override { log_.Call("Pause " + CallLog::Text(std::round(seconds * 1000)) + " ms"); }
-
-private:
-    CallLog& log_;
-};
-
-class ScriptedParent : public HostParent
-{
-public:
-    explicit ScriptedParent(CallLog& log) : log_(log) {}
-
     void Status(const std::wstring& text) override { log_.Call("Status " + std::string(text.begin(), text.end())); }
     void Progress(double value) override { log_.Call("Progress", value); }
     void Progress(double value, int16_t steps) override
@@ -274,6 +247,14 @@ public:
     void ChannelStart(double hertz, double symbolsPerSecond) override
     {
         log_.Call("ChannelStart " + CallLog::Text(hertz) + " " + CallLog::Text(symbolsPerSecond));
+    }
+    void Report(int32_t number, const std::wstring& source, const std::wstring& description, bool raise) override
+    {
+        log_.Call("Report " + std::to_string(number) + (raise ? " raise" : ""));
+        reported.emplace_back(number, source, description);
+        if (raise && raises) {
+            throw reported.back();
+        }
     }
 
 private:

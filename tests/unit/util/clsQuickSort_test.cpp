@@ -60,6 +60,7 @@ TEST_F(QuickSortTest, RefusesArgumentsOutsideTheirRange)
     }
     EXPECT_EQ(std::tuple(2, 1, 1, 1, 2), std::tuple(sorter.Cols(), sorter.Rows(), sorter.ColType(1),
                                                     sorter.ColDirection(1), sorter.ColPriority(1)));
+    sorter.ColPriority(1, 0);
     sorter.Cols(3);
     EXPECT_EQ(0, sorter.Rows());
     EXPECT_EQ(3u, (sorter.AddRow(), sorter.Data(1).size()));

@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <cfloat>
 #include <cmath>
 #include <limits>
 
 #include "support/FakeClock.h"
 #include "support/RaisedBy.h"
+#include "support/TestTable.h"
 
 namespace tvn2x {
 namespace {
@@ -30,42 +30,17 @@ protected:
 
 TEST_F(Timeout, ExpiresOnlyBeyondItsEndOnWhicheverDay)
 {
-    struct
-    {
-        double start;
-        float seconds;
-        double then;
-        tmoStates state;
-    } const cases[] = {
-        {1000, 5, 1005, tmoRunning},
-        {1000, 5, 1005.001, tmoExpired},
-        {1000, 0, 1000, tmoRunning},  // without an interval it runs for one tick
-        {1000, 0, 1000.001, tmoExpired},
-        {1000, -1, 1000, tmoExpired},
-        {86399.999, -1e-6F, 86399.999, tmoExpired},  // less than a step of the mark
-        {0, -infinity, 0, tmoExpired},
-        {86399, 5, day + 4, tmoRunning},  // across midnight
-        {86399, 5, day + 4.01, tmoExpired},
-        {86395, 5, day, tmoRunning},  // midnight sharp belongs to the next day
-        {86395, 5, day + 0.01, tmoExpired},
-        {86000, 1, 86001.003, tmoRunning},  // in single precision nearer to 86001 than to the next mark
-        {86000, 1, 86001.005, tmoExpired},
-        {86398, 1.5F, day + 0.05, tmoExpired},  // nobody asked between the end and midnight
-        {1000, 5, day + 1002, tmoExpired},      // nor for a whole day
-        {86399, 5, 2 * day + 1, tmoExpired},
-        {1000, 90000, 90999, tmoRunning},  // more than a day, as long as the end wraps once only
-        {1000, 90000, 91001, tmoExpired},
-        {1000, 3 * 86400.0F, 2 * day - 1, tmoRunning},
-        {1000, FLT_MAX, 2 * day, tmoExpired},
-    };
-    for (const auto& [start, seconds, then, state] : cases) {
+    for (const std::vector<std::string>& row : TestTable("timeouts.tsv", 5)) {
+        const double start = std::stod(row[0]), then = std::stod(row[2]);
+        const float seconds = std::stof(row[1]);
         for (const double daysBefore : {0, 30}) {
             clock.Set(daysBefore * day + start);
             timeout.Interval(0);
             timeout.Start(seconds);
             EXPECT_EQ(timeout.Interval(), seconds);
             clock.SetWallBy(day / 3);  // somebody keeps setting the clock on the wall
-            EXPECT_EQ(StateAt(daysBefore * day + then), state) << start << " + " << seconds << " at " << then;
+            EXPECT_EQ(StateAt(daysBefore * day + then), row[3] == "running" ? tmoRunning : tmoExpired)
+                << testing::PrintToString(row);
         }
     }
 }

@@ -4,6 +4,8 @@
 #include "host/judge/VerdictText.h"
 #include "support/TestFiles.h"
 #include "support/TestRun.h"
+#include "support/TestTable.h"
+#include "util/Encoding.h"
 
 namespace tvn2x {
 namespace {
@@ -47,24 +49,10 @@ TEST(Limits, TheMoreSpecialSectionCounts)
 
 TEST(Limits, ABadFileIsNamedWithLineAndRemedy)
 {
-    const std::pair<std::string, const wchar_t*> cases[] = {
-        {"[merr]\n", L"my.ini, line 1: \"merr\" is no parameter that can have limits; known are rflev, ber"},
-        {"[mer 60-QAM]\n", L"line 1: \"60-QAM\" is no order of QAM"},
-        {"[mer]\nFail Below=low\n", L"line 2: \"low\" is no number"},
-        {"[mer]\nFail Under=3\n", L"line 2: \"Fail Under\" is no bound; known are Fail Below"},
-        {"[mer]\nFail Below=3\nFail Below=4\n", L"line 3: \"Fail Below\" is given twice"},
-        {"[mer]\nFail Below=3\n[Mer]\nFail Below=3\n", L"line 3: there already is a section"},
-        {"[mer]\nFail Below=33\nWarn Below=31\n", L"line 1: in [mer] \"Warn Below\" is less than \"Fail Below\""},
-        {"[mer]\n", L"line 1: [mer] has no bound"},
-        {"Fail Below=3\n", L"line 1: \"Fail Below=3\" stands before the first section"},
-        {"[ber]\nFail Above=0\n", L"line 2: a bound of \"ber\" has to be above 0"},
-        {"[drift]\nmer=-1\n", L"line 2: \"mer=-1\": a drift is 0 or more"},
-        {"; nothing\n", L"my.ini has no limits"},
-    };
-    for (const auto& [content, reason] : cases) {
-        EXPECT_THAT(Refusal([&, &content = content] { ReadLimits(content, L"my.ini"); }),
-                    AllOf(HasSubstr(reason), HasSubstr(L"tvnhost limits")))
-            << content;
+    for (const std::vector<std::string>& row : TestTable("limit-refusals.tsv", 2)) {
+        EXPECT_THAT(Refusal([&] { ReadLimits(CellText(row[0]), L"my.ini"); }),
+                    AllOf(HasSubstr(FromUtf8(CellText(row[1]))), HasSubstr(L"tvnhost limits")))
+            << row[0];
     }
 }
 

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <regex>
 
+#include "support/TestTable.h"
 #include "util/Encoding.h"
 
 namespace tvn2x {
@@ -21,12 +22,6 @@ std::string Complaint(std::string_view text)
         return ToUtf8(error.description);
     }
     return "accepted";
-}
-
-/// The complaint about one more line in an otherwise good channel; the line is the fourth.
-std::string ComplaintOfLine(const std::string& line)
-{
-    return Complaint("; a comment\n[Channel 3]\nFrequency (MHz)=474\n" + line + "\n");
 }
 
 TEST(NetworkModel, ReadsSectionsKeysAndDefaults)
@@ -47,31 +42,16 @@ TEST(NetworkModel, ReadsSectionsKeysAndDefaults)
     EXPECT_EQ(channel.outages, (std::vector<Outage>{{LockKind::ts, 1.5, 0.4}, {LockKind::carrier, 3, 0.5}}));
 }
 
+/// Of one more line in an otherwise good channel; the line is the fourth.
 TEST(NetworkModel, NamesFileLineLimitAndRemedyOfAWrongLine)
 {
-    EXPECT_THAT(ComplaintOfLine("Levl (dBuV)=60"),
-                StartsWith("net.ini:4: unknown key \"Levl (dBuV)\" in [Channel 3]; known keys are Frequency (MHz), "));
-    EXPECT_EQ(ComplaintOfLine("Level (dBuV)=abc"),
-              "net.ini:4: \"Level (dBuV)\" in [Channel 3]: \"abc\" is no number; write a number from 0 to 120, with a "
-              "point as decimal separator");
-    EXPECT_THAT(ComplaintOfLine("Level (dBuV)=120.5"),
-                HasSubstr("120.5 is out of range; write a number from 0 to 120"));
-    EXPECT_THAT(ComplaintOfLine("Order of QAM=65"), HasSubstr("write a whole number out of 4, 16, 32, 64, 128, 256"));
-    EXPECT_THAT(ComplaintOfLine("Outages=TS 1.5"), HasSubstr("\"TS 1.5\" is no outage; write RF, reference"));
-    EXPECT_THAT(ComplaintOfLine("[Network]\nExternal Reference=maybe"), HasSubstr("net.ini:5: "));
-    EXPECT_THAT(ComplaintOfLine("Frequency (MHz)=482"), HasSubstr("a second time"));
-    EXPECT_THAT(ComplaintOfLine("[Channel 03]\nFrequency (MHz)=482"), HasSubstr("stands in line 2 already"));
-    EXPECT_THAT(ComplaintOfLine("[Channel 4]\nFrequency (MHz)=474"), HasSubstr("the frequency of [Channel 3]"));
-    EXPECT_THAT(ComplaintOfLine("[Channel 4]"), HasSubstr("net.ini:4: [Channel 4] has no frequency; add the key"));
-    EXPECT_THAT(ComplaintOfLine("[Chanel 4]"), HasSubstr("unknown section \"Chanel 4\"; write Network, or Channel"));
-}
-
-TEST(NetworkModel, RefusesNumbersThatAreNone)
-{
-    for (const char* text : {"", "nan", "inf", "1e999", "6,9", "0x10", "1 2", "+-1", "1\xE2\x82\xAC"}) {
-        EXPECT_THAT(ComplaintOfLine(std::string("Level (dBuV)=") + text), HasSubstr("is no number")) << text;
+    for (const std::vector<std::string>& row : TestTable("network-complaints.tsv", 2)) {
+        EXPECT_THAT(Complaint("; a comment\n[Channel 3]\nFrequency (MHz)=474\n" + CellText(row[0]) + "\n"),
+                    HasSubstr(CellText(row[1])))
+            << row[0];
     }
-    EXPECT_THAT(Complaint("[Network]\nSeed=1.5\n"), HasSubstr("write a whole number from 0 to 2147483647"));
+    EXPECT_EQ(Complaint("[Network]\nSeed=1.5\n"),
+              "net.ini:2: \"Seed\" in [Network]: 1.5 is out of range; write a whole number from 0 to 2147483647");
 }
 
 TEST(NetworkModel, RefusesFilesThatAreNoModel)
