@@ -185,9 +185,14 @@ public:
     /// A control of the dialog, on any page.
     HWND Find(int id) const
     {
-        Search search{id, nullptr};
-        EnumChildWindows(dialog, IsOther, reinterpret_cast<LPARAM>(&search));
-        return search.found;
+        std::pair sought(id, HWND{});
+        const auto isOther = [](HWND child, LPARAM search) -> BOOL {
+            auto& [wanted, found] = *reinterpret_cast<std::pair<int, HWND>*>(search);
+            found = GetDlgCtrlID(child) == wanted ? child : nullptr;
+            return found == nullptr;
+        };
+        EnumChildWindows(dialog, isOther, reinterpret_cast<LPARAM>(&sought));
+        return sought.second;
     }
     HWND List(Column column) const { return Find(control_id::List(GridOf(column))); }
     HWND CellEditor(Grid grid) const { return Find(control_id::CellEditor(grid)); }
@@ -272,20 +277,6 @@ public:
     bool remembers = false;  ///< the dialog opens as it was left
 
 private:
-    /// A control that is sought by its number, and what was found.
-    struct Search
-    {
-        int id;
-        HWND found;
-    };
-    static BOOL CALLBACK IsOther(HWND child, LPARAM search)
-    {
-        auto& sought = *reinterpret_cast<Search*>(search);
-        if (GetDlgCtrlID(child) == sought.id) {
-            sought.found = child;
-        }
-        return sought.found == nullptr;
-    }
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
     {
         auto* const self = reinterpret_cast<EditorDriver*>(GetWindowLongPtrW(window, GWLP_USERDATA));

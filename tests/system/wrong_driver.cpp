@@ -4,6 +4,7 @@
 #include <set>
 #include <string>
 
+#include "com/Errors.h"
 #include "com/Wire.h"
 #include "support/ReceiverAnswers.h"
 
@@ -42,17 +43,10 @@ Answer Next(const std::string& operation)
 
 void LeaveErrorInfo(const wchar_t* source, const wchar_t* description, const wchar_t* helpFile, DWORD topic)
 {
-    ICreateErrorInfo* create = nullptr;
-    IErrorInfo* info = nullptr;
-    CreateErrorInfo(&create);
-    create->SetSource(const_cast<LPOLESTR>(source));
-    create->SetDescription(const_cast<LPOLESTR>(description));
-    create->SetHelpFile(const_cast<LPOLESTR>(helpFile));
-    create->SetHelpContext(topic);
-    create->QueryInterface(IID_IErrorInfo, reinterpret_cast<void**>(&info));
-    SetErrorInfo(0, info);
-    info->Release();
-    create->Release();
+    RaisedError error(0, source, description);
+    error.helpFile = helpFile;
+    error.helpContext = topic;
+    com::Report(error, IID_NULL);
 }
 
 /// All exceptions on, rounding down, short numbers, tiny ones taken as zero.

@@ -111,7 +111,7 @@ protected:
         hardware = L"old";
         mode = -1;
         log.calls.clear();
-        return Identify(instrument, receiver, identity, hardware, mode);
+        return Identify(receiver, receiver, identity, hardware, mode);
     }
 
     void ExpectUnknown()
@@ -121,7 +121,6 @@ protected:
     }
 
     CallLog log;
-    ScriptedInstrument instrument{log};
     ScriptedReceiver receiver{log};
     std::wstring identity;
     std::wstring hardware;
@@ -137,8 +136,8 @@ TEST_F(Identity, OfTheRightInstrument)
     EXPECT_EQ(mode, 7);
     EXPECT_THAT(log.calls, testing::ElementsAre("Online 1", "Online", "Manufacturer", "Model", "Hardware", "Mode",
                                                 "InstrumentName", "BusAddress", "Model", "Manufacturer", "Online 0"));
-    instrument.identity.Manufacturer = L"kestrel&BRAnd";
-    instrument.identity.Model = L"kTr";
+    receiver.answers.Manufacturer = L"kestrel&BRAnd";
+    receiver.answers.Model = L"kTr";
     EXPECT_TRUE(Test());
     EXPECT_EQ(identity, L"Receiver 3,GPIB0::12,kTr,kestrel&BRAnd");
 }
@@ -147,12 +146,12 @@ TEST_F(Identity, OfAnotherMakeOrModelOrOffLineIsUnknown)
 {
     for (const auto& [manufacturer, model] :
          {std::pair{L"KESTREL", L"KTR"}, {L"KESTREL&BRAND ", L"KTR"}, {L"KESTREL&BRAND", L"KTR2"}, {L"", L""}}) {
-        instrument.identity.Manufacturer = manufacturer;
-        instrument.identity.Model = model;
+        receiver.answers.Manufacturer = manufacturer;
+        receiver.answers.Model = model;
         ExpectUnknown();
         EXPECT_EQ(log.calls.back(), "Online 0");
     }
-    instrument.answers = false;
+    receiver.isReachable = false;
     ExpectUnknown();
     EXPECT_THAT(log.calls, testing::ElementsAre("Online 1", "Online")) << "no more questions";
 }
@@ -164,7 +163,7 @@ TEST_F(Identity, NthCallFailsAndTheNextStatementFollows)
     for (int n = 1; n <= goesOffline + 1; ++n) {
         SCOPED_TRACE(n);
         log.Disarm();
-        instrument.online = n == goesOnline;  // was on line before: the failure does no harm
+        receiver.online = n == goesOnline;  // was on line before: the failure does no harm
         log.FailAt(n, 77);
         const bool harmed = n >= isOnline && n <= lastQuestion;
         EXPECT_EQ(Test(), !harmed);

@@ -302,10 +302,8 @@ TEST_F(SetupFile, ABadNumberNamesItsLineAndLeavesTheDocumentAlone)
     EXPECT_FALSE(document.dirty);
     EXPECT_EQ(L"", ErrorOf(header + "[Static Settings]\r\nOrder Of QAM=many\r\nInput Impedance (ohm)=\r\n"
                                     "SAW Filter Bandwidth (MHz)=7.5\r\nMaximum Settling Time (sec)=1e99\r\n"));
-    EXPECT_EQ(64, document.OrderOfQam());
-    EXPECT_EQ(75, document.Zin());
-    EXPECT_EQ(8, document.SawBw());
-    EXPECT_EQ(10, document.MaxSettlingTime());
+    EXPECT_EQ(std::tuple(64, 75, 8, 10),
+              std::tuple(document.OrderOfQam(), document.Zin(), document.SawBw(), document.MaxSettlingTime()));
 }
 
 TEST_F(SetupFile, ACountBeyondWhatTheFileCanHoldIsRefused)

@@ -107,7 +107,7 @@ private:
 };
 
 /// A receiver that answers what a test has written into it: a channel in perfect order, unless told otherwise.
-class ScriptedReceiver : public Receiver
+class ScriptedReceiver : public Receiver, public Instrument
 {
 public:
     explicit ScriptedReceiver(CallLog& log) : log_(log) {}
@@ -116,6 +116,19 @@ public:
     std::map<std::string, std::wstring> markers;  ///< by reading; "" where none is named
     std::map<int32_t, int32_t> sawTaken;          ///< the filters that the receiver takes instead of those asked for
     bool ignoresModes = false;                    ///< keeps its operating mode without an error
+    bool isReachable = true;                      ///< can be taken on line
+    bool online = false;
+
+    bool Online() override
+    {
+        log_.Call("Online");
+        return online;
+    }
+    void Online(bool value) override
+    {
+        log_.Call("Online", value);
+        online = value && isReachable;
+    }
 
 #define RECEIVER_READING(name, parameter) \
     double name() override                \
@@ -127,6 +140,7 @@ public:
     {                                    \
         return Get(#name, answers.name); \
     }
+#define INSTRUMENT_IDENTITY(name) RECEIVER_STATE(std::wstring, name)
 #define RECEIVER_SETTING(Type, name)     \
     Type name() override                 \
     {                                    \
@@ -177,43 +191,6 @@ private:
         }
         const bool swapped = &stored == &answers.SawBandwidth && sawTaken.contains(value);
         return swapped ? sawTaken[value] : value;
-    }
-
-    CallLog& log_;
-};
-
-/// An instrument that is what a test makes it.
-class ScriptedInstrument : public Instrument
-{
-public:
-    explicit ScriptedInstrument(CallLog& log) : log_(log) {}
-
-    bool answers = true;  ///< can be taken on line
-    bool online = false;
-    ReceiverAnswers identity = GoodAnswers();
-
-    bool Online() override
-    {
-        log_.Call("Online");
-        return online;
-    }
-    void Online(bool value) override
-    {
-        log_.Call("Online", value);
-        online = value && answers;
-    }
-#define INSTRUMENT_IDENTITY(name)         \
-    std::wstring name() override          \
-    {                                     \
-        return Get(#name, identity.name); \
-    }
-#include "setup/catalogue/ReceiverOperations.h"
-
-private:
-    std::wstring Get(const char* name, const std::wstring& answer)
-    {
-        log_.Call(name);
-        return answer;
     }
 
     CallLog& log_;
