@@ -40,7 +40,6 @@ targets_of() {
             fuzz:all) printf '%s\n' fuzz_loader fuzz_engine ;;
             *:all) echo all ;;
             asan:unit_*) echo "$test" ;;
-            asan:system.spreadsheet) echo result_file_sample ;;
             fuzz:fuzz.*) echo "fuzz_$name" ;;
             win64:system.spreadsheet) ;;
             win32:system.binaries) printf '%s\n' TVN2x XKTR2x ;;

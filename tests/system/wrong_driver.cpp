@@ -43,7 +43,7 @@ Answer Next(const std::string& operation)
 
 void LeaveErrorInfo(const wchar_t* source, const wchar_t* description, const wchar_t* helpFile, DWORD topic)
 {
-    RaisedError error(0, source, description);
+    RaisedError error(4711, source, description);
     error.helpFile = helpFile;
     error.helpContext = topic;
     com::Report(error, IID_NULL);

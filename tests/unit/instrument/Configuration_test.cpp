@@ -140,7 +140,7 @@ TEST(ConfigurationRead, KeepsTheRestAndChangesNothingWhereNothingButAKnownLevelU
 
 TEST(ConfigurationRead, FirstChannelKeepsItsUserFieldWhateverTheListsSize)
 {
-    for (const auto& [size, label] : {std::pair{3, L"first"}, {1, L"first"}, {0, L""}}) {
+    for (const auto& [size, label] : {std::pair{3, L"first"}, {2, L""}, {1, L"first"}, {0, L""}}) {
         Reading test;
         if (size != 3) {
             test.document.ListSize(size);

@@ -1,7 +1,5 @@
 #include "measure/ResultFile.h"
 
-#include <gmock/gmock.h>
-
 #include <functional>
 #include <initializer_list>
 #include <sstream>
@@ -12,6 +10,7 @@
 #include "support/MemoryFiles.h"
 #include "support/RaisedBy.h"
 #include "support/RecordingMessageBoxes.h"
+#include "support/TestFiles.h"
 #include "util/Encoding.h"
 
 namespace tvn2x {
@@ -81,18 +80,43 @@ struct ResultFileTest : testing::Test
     RecordingMessageBoxes messages;
 };
 
-TEST_F(ResultFileTest, SettingsReadAsTheUserKnowsThem)
+/// A measurement with everything that a spreadsheet could misread. What one finds in these files is tested, too.
+TEST(ResultFile, HasEveryCellInItsPlaceInEitherLocaleAndDirection)
 {
-    Save({MP_ZIN, MP_SAWBW, MP_ORDEROFQAM, MP_ROLLOFFFACTOR, MP_LEVELUNIT, MP_REFERENCE, MP_BERSAMPLES,
-          MP_MAXSETTLINGTIME, MP_XAXIS});
-    document.LevelUnit(L"dB\u00B5V");
-    EXPECT_THAT(Rows(), ElementsAre("\xEF\xBB\xBF"
-                                    "Application;Host 2.0",
-                                    "Setup;North", "Input Route;Receiver (75 ohm)", "SAW Filter Bandwidth (MHz);8 MHz",
-                                    "Order of QAM;64", "Rolloff Factor;0,15", "Level Unit;dB\xC2\xB5V",
-                                    "10 MHz Reference;Internal", "BER Integration (Samples);10",
-                                    "Maximum Settling Time (sec);10", "X Axis is Frequency;False",
-                                    "Default Symbol Rate (MSymb/s);6,900", "Couple Display and Save;True"));
+    const wchar_t* const labels[] = {L"\u00D8lgade \"north\"; a, b\r\n\u4E2D\u6587 \U0001F4E1", L"=1+1",
+                                     L"@SUM(A1); - plain"};
+    for (const auto& [name, locale] : {std::pair("german", CommaLocale()), {"american", FixedLocale()}}) {
+        SetupDocument document;
+        document.ListSize(3);
+        document.productName = L"TVN Host";
+        document.appVersion = L"2.0";
+        document.measurementNotes = L"{\\rtf1\\ansi cold; \"quiet\" morning\\par =1+1\\par}";
+        document.Caption(MP_USERFIELD, L"Label; with, separators");
+        for (int32_t channel = 1; channel <= 3; ++channel) {
+            document.UserField(channel, labels[channel - 1]);
+            document.Frequency(channel, 105.2512345 + 8 * channel);
+            document.SymbolRate(channel, 6.9);
+        }
+        for (int32_t parameter = MP_TIMESTAMP; parameter <= MP_LAST; ++parameter) {
+            document.Parameter(2, parameter, parameter == MP_RFLEV || parameter == MP_BER || parameter == MP_FREQOFF);
+        }
+        ResultTable table;
+        table.Reset(document, locale);
+        const std::wstring mark = DecimalSeparator(locale);
+        const std::wstring readings[][3] = {{L"-12" + mark + L"3", L"1" + mark + L"5E-3", L"-1250"},
+                                            {L"61" + mark + L"5", L"<1" + mark + L"7E-8", L"---"}};
+        for (int32_t channel = 1; channel <= 2; ++channel) {
+            table.Result(1, MP_STATUS, channel, L"Done");
+            for (const auto& [column, place] : {std::pair(MP_RFLEV, 0), {MP_BER, 1}, {MP_FREQOFF, 2}}) {
+                table.Result(0, column, channel, readings[channel - 1][place]);
+            }
+        }
+        for (const auto& [direction, axis] : {std::pair("across", 0), {"down", 1}}) {
+            document.XAxis(1, axis);
+            EXPECT_EQ(ResultFileContent(document, table, locale),
+                      TestFile("results/" + std::string(direction) + "." + name + ".csv"));
+        }
+    }
 }
 
 TEST_F(ResultFileTest, EachChoiceHasItsWords)
