@@ -1,9 +1,7 @@
 #include <limits>
-#include <new>
 
 #include "TestEditor.h"
 #include "support/DocumentParts.h"
-#include "support/FailingMemory.h"
 
 namespace tvn2x {
 namespace {
@@ -172,41 +170,6 @@ TEST(EditorNotes, TooLongToBeSavedAreRefusedWithoutLosingThem)
     test.editor.Ok();
     EXPECT_EQ(L"OK", test.editor.Tag());
     EXPECT_EQ(test.view.richText, test.document.Notes());
-}
-
-TEST(EditorFaults, NoMemoryLeavesTheDocumentWholeAndTheUserCanTryAgain)
-{
-    bool failed = true;
-    for (long n = 0; failed; ++n) {
-        SCOPED_TRACE(n);
-        TestEditor test;
-        test.Put({499, 498, 497});
-        test.document.UserField(1, L"a channel with a name that takes memory");
-        test.document.dirty = false;
-        const auto before = Everything(test.document);
-        FailAllocationsFrom(n);
-        try {
-            test.editor.Activate();
-            test.editor.SelectPage(Page::frequencies);
-            test.editor.HeadingClicked(MP_FREQUENCY);
-            test.Set(MP_USERFIELD, 3, L"another channel with a name that takes memory");
-            test.Set(MP_FREQUENCY, 3, L"600");
-            test.Choose(Choice::levelUnit, L"mV");
-            test.editor.Execute(RowCommand::insert, Grid::parameters);
-            test.editor.NotesChanged();
-            test.editor.Ok();
-        } catch (const std::bad_alloc&) {
-        }
-        failed = AllowAllocations();
-        EXPECT_EQ(failed, before == Everything(test.document));
-        EXPECT_EQ(failed ? 3 : 4, test.document.ListSize());
-        EXPECT_EQ(failed, test.editor.Tag() != L"OK");
-        test.editor.Activate();
-        if (failed) {
-            test.editor.Ok();
-        }
-        EXPECT_EQ(failed, before == Everything(test.document));
-    }
 }
 
 }  // namespace

@@ -9,7 +9,6 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <set>
 
 #include "support/MemoryFiles.h"
 #include "util/Encoding.h"
@@ -263,14 +262,6 @@ TEST_F(SystemFilesTest, FindsTheFirstFileOfThePattern)
     EXPECT_EQ(files.FindFirst(folder.wstring() + L"/*\u00B5*"), name);
 }
 
-TEST(FaultText, NamesEveryFault)
-{
-    std::set<std::wstring> texts{L""};
-    for (int fault = 0; fault <= static_cast<int>(FileFault::other); ++fault) {
-        EXPECT_TRUE(texts.emplace(FaultText(static_cast<FileFault>(fault))).second) << fault;
-    }
-}
-
 /// A file in memory that somebody else writes to while it is read.
 class ChangingFile : public InputFile
 {
@@ -349,13 +340,6 @@ TEST_F(ReadOneStateTest, HandsOnAFaultOfTheDiskAndRefusesAFileBeyondTheLimitUnre
     file.claimedSize = largestFile + 1;
     file.onRead = [](int) { ADD_FAILURE(); };
     EXPECT_EQ(Read(), FileFault::tooLarge);
-}
-
-TEST(UnpredictableName, DiffersEachTime)
-{
-    const std::wstring name = UnpredictableName();
-    EXPECT_EQ(name.size(), 40U);
-    EXPECT_NE(name, UnpredictableName());
 }
 
 }  // namespace

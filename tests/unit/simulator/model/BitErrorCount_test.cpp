@@ -4,8 +4,6 @@
 
 #include <cmath>
 
-#include "simulator/model/Acquisition.h"
-
 namespace tvn2x {
 namespace {
 
@@ -54,35 +52,6 @@ TEST(SeededNoise, DrawsWhatItsDistributionsPromise)
     EXPECT_NE(noise.Uniform(1, 0), noise.Uniform(2, 0));
     EXPECT_NE(noise.Uniform(1, 0), SeededNoise(42, 2).Uniform(1, 0));
     EXPECT_EQ(noise.Gaussian(1, 7), SeededNoise(42, 1).Gaussian(1, 7));
-}
-
-/// Seconds without the transport stream, sampled millisecond by millisecond.
-double SampledUnlockedTime(const Acquisition& acquisition, double from, double to)
-{
-    int samples = 0;
-    const int count = static_cast<int>((to - from) * 1000);
-    for (int i = 0; i < count; ++i) {
-        samples += acquisition.Locked(Stage::reedSolomon, from + (i + 0.5) / 1000) ? 0 : 1;
-    }
-    return samples / 1000.0;
-}
-
-TEST(Acquisition, AddsUpExactlyTheTimeThatItShowsAsUnlocked)
-{
-    Reception reception;
-    reception.bitsPerSymbol = 6;
-    reception.margin = 15;
-    reception.stagesReached = stageCount;
-    // The outages overlap one another, and the last one the acquisition itself.
-    reception.channel.outages = {
-        {LockKind::carrier, 3, 2}, {LockKind::ts, 4, 0.1}, {LockKind::rf, 4.9, 1}, {LockKind::ts, 0.1, 0.4}};
-    const Acquisition acquisition(reception, SeededNoise(1, 1));
-    for (const double from : {0.0, 0.3, 3.5, 5.95, 8.0}) {
-        EXPECT_NEAR(acquisition.UnlockedTime(Stage::reedSolomon, from, 10), SampledUnlockedTime(acquisition, from, 10),
-                    0.004)
-            << from;
-    }
-    EXPECT_EQ(acquisition.UnlockedTime(Stage::reedSolomon, 8, 10), 0);
 }
 
 }  // namespace

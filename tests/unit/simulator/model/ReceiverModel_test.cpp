@@ -295,7 +295,7 @@ TEST_F(ReceiverModelTest, SaysWhatACountWithoutErrorsShows)
 
 TEST_F(ReceiverModelTest, AddsUpErroredTime)
 {
-    Set(L"Channel 1", {{L"Outages", L"TS 10 2"}});
+    Set(L"Channel 1", {{L"Outages", L"TS 10 2, carrier 10.5 0.5, TS 11.9 0.1"}});  // all within the first
     TuneTo(474);
     const double locking = SecondsToLock();
     time.now += 5;
