@@ -40,7 +40,8 @@ Question QuestionOf(const http::request<http::empty_body>& request)
 {
     return {.method = std::string(request.method_string()),
             .target = std::string(request.target()),
-            .host = Field(request, http::field::host),
+            // Two of them would let one be checked and the other be meant.
+            .host = request.count(http::field::host) == 1 ? Field(request, http::field::host) : "",
             .authorization = Field(request, http::field::authorization),
             .cookie = Field(request, http::field::cookie),
             .accept = Field(request, http::field::accept),

@@ -172,6 +172,7 @@ TEST_F(HttpServerTest, EndsHalfAndWrongRequests)
              {std::string("\x16\x03\x01\0\xff\r\n\r\n", 9), "HTTP/1.1 400 "},
              {"GET / HTTP/9.9\r\n\r\n", "HTTP/1.1 400 "},
              {"GET / HTTP/1.1\r\n\r\n", "HTTP/1.1 421 "},
+             {"GET / HTTP/1.1\r\nHost: localhost\r\nHost: elsewhere.example\r\n\r\n", "HTTP/1.1 421 "},
              {"GET / HTTP/1.1\r\nHost: localhost\r\nX: " + std::string(10'000, 'x'), "HTTP/1.1 431 "},
              {"POST / HTTP/1.1\r\nHost: localhost\r\nContent-Length: 100\r\n\r\nx", "HTTP/1.1 405 "}}) {
         Reader reader(Port());
