@@ -9,7 +9,6 @@
 #include <filesystem>
 
 #include "Client.h"
-#include "UnmaskedHost.h"
 #include "WrongDriver.h"
 
 namespace tvn2x::client {

@@ -5,7 +5,6 @@
 #include <richedit.h>
 
 #include "SetupEditor.h"
-#include "UnmaskedHost.h"
 
 namespace tvn2x::client {
 namespace {

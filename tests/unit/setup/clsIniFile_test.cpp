@@ -11,6 +11,8 @@
 #include "support/MemoryFiles.h"
 #include "support/RecordingMessageBoxes.h"
 #include "support/ShiftedCodePage.h"
+#include "support/TestTable.h"
+#include "util/Encoding.h"
 #include "util/FileText.h"
 
 namespace tvn2x {
@@ -46,22 +48,12 @@ TEST_F(IniFile, StartsOnTheRunningModulesOwnFileAndTakesPathsApart)
     EXPECT_EQ(L"Unit_setup", fresh.FileName());
     EXPECT_EQ(L"ini", fresh.FileExt());
     EXPECT_NE(L"", fresh.FilePath());
-    const std::array<const wchar_t*, 5> cases[] = {
-        {L"C:\\data\\net.ini", L"net.ini", L"net", L"ini", L"C:\\data"},
-        {L"C:\\net", L"net", L"net", L"", L"C:\\"},
-        {L"c:net.v2.ini", L"net.v2.ini", L"net", L"v2.ini", L"C:\\current"},
-        {L"net.ini", L"net.ini", L"net", L"ini", L"C:\\current"},
-        {L"sub\\net.ini", L"net.ini", L"net", L"ini", L"C:\\current\\sub"},
-        {L"\\data\\net.ini", L"net.ini", L"net", L"ini", L"C:\\data"},
-        {L"/net.ini", L"net.ini", L"net", L"ini", L"C:/"},
-        {L"\\\\?\\D:\\net.ini", L"net.ini", L"net", L"ini", L"\\\\?\\D:"},
-        {L"\\\\host\\share\\net.ini", L"net.ini", L"net", L"ini", L"\\\\host\\share"},
-    };
-    for (const auto& [whole, name, title, extension, folder] : cases) {
-        EXPECT_EQ(name, ini.ExtractName(whole, 0));
-        EXPECT_EQ(title, ini.ExtractName(whole, 1));
-        EXPECT_EQ(extension, ini.ExtractName(whole, 2));
-        EXPECT_EQ(folder, ini.ExtractPath(whole));
+    for (const std::vector<std::string>& row : TestTable("path-parts.tsv", 5)) {
+        const std::wstring whole = FromUtf8(row[0]);
+        for (const int16_t part : {0, 1, 2}) {
+            EXPECT_EQ(FromUtf8(CellText(row[static_cast<size_t>(part) + 1])), ini.ExtractName(whole, part)) << row[0];
+        }
+        EXPECT_EQ(FromUtf8(row[4]), ini.ExtractPath(whole)) << row[0];
     }
     files.current = L"\\\\host\\share\\sub";
     EXPECT_EQ(L"\\\\host\\share\\data", ini.ExtractPath(L"\\data\\net.ini"));

@@ -11,6 +11,7 @@
 #include <functional>
 
 #include "support/MemoryFiles.h"
+#include "support/TestTable.h"
 #include "util/Encoding.h"
 #include "util/FileKit.h"
 
@@ -56,26 +57,8 @@ TEST(ReplaceContent, RemovesItsTemporaryWhenMemoryRunsOutOrItsOwnerGoesBeforeItI
 
 TEST(MatchesPattern, FollowsTheRulesOfTheCommandLine)
 {
-    struct
-    {
-        const wchar_t* pattern;
-        std::vector<const wchar_t*> matching, others;
-    } const cases[] = {
-        {L"net.*", {L"net.ini", L"net"}, {L"network.ini"}},
-        {L"net.ini", {L"NET.INI"}, {}},
-        {L"*.", {L"net"}, {L"net.ini"}},
-        {L"net?.ini", {L"net1.ini", L"net.ini"}, {L"net12.ini"}},
-        {L"*.ini", {L"a.b.ini"}, {L"a.ini.bak"}},
-        {L"*ab?", {L"abcabd"}, {}},
-        {L"net", {}, {L"net.ini"}},
-    };
-    for (const auto& [pattern, matching, others] : cases) {
-        for (const wchar_t* const name : matching) {
-            EXPECT_TRUE(MatchesPattern(name, pattern)) << ToUtf8(name) << " " << ToUtf8(pattern);
-        }
-        for (const wchar_t* const name : others) {
-            EXPECT_FALSE(MatchesPattern(name, pattern)) << ToUtf8(name) << " " << ToUtf8(pattern);
-        }
+    for (const std::vector<std::string>& row : TestTable("file-patterns.tsv", 3)) {
+        EXPECT_EQ(MatchesPattern(FromUtf8(row[1]), FromUtf8(row[0])), row[2] == "yes") << row[1] << " " << row[0];
     }
 
     // Of many stars: this takes no time that grows with their number's power.
