@@ -2,7 +2,9 @@
 
 #include "host/commands/Commands.h"
 #include "host/commands/ScanPreparation.h"
+#include "host/link/RunCollector.h"
 #include "text/InputError.h"
+#include "util/Clock.h"
 
 namespace tvn2x {
 namespace {
@@ -32,7 +34,13 @@ int Scan(const ScanOptions& options, Console& console)
 {
     const std::optional<Limits> limits = LoadLimits(options.reports.limits);
     const Limits* const allowed = limits ? &*limits : nullptr;
-    PreparedScan scan(options, allowed, nullptr, console);
+    std::optional<MetricsFile> metrics = MetricsFileOf(options.reports, console);
+    std::optional<LiveRun> live;
+    if (metrics) {
+        live.emplace(NowUtc(), limits ? std::make_shared<const Limits>(*limits) : nullptr, SystemClock(),
+                     [&](const LiveStatePtr& state) { metrics->Take(*state); });
+    }
+    PreparedScan scan(options, allowed, live ? &*live : nullptr, console);
     return scan.Measure() ? Conclude(scan.Scan(), options, allowed) : exitStopped;
 }
 

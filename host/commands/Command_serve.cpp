@@ -64,9 +64,13 @@ int Serve(const ServeOptions& options, Console& console)
     }
     // The port is taken before anything else is, and given back last.
     HttpServer server(wanted);
+    std::optional<MetricsFile> metrics = MetricsFileOf(options.scan.reports, console);
     LiveStatePtr latest;
     LiveRun live(NowUtc(), limits, SystemClock(), [&](LiveStatePtr state) {
         latest = state;
+        if (metrics) {
+            metrics->Take(*state);
+        }
         server.Publish(std::move(state));
     });
     PreparedScan scan(options.scan, limits.get(), &live, console);

@@ -25,7 +25,8 @@ std::optional<Limits> LoadLimits(const std::wstring& name)
 void RequireReportTargets(const ReportOptions& options, const std::vector<std::wstring>& sources)
 {
     std::vector<std::wstring> taken = sources;
-    for (const std::wstring* target : {&options.json, &options.junit, &options.html, &options.result}) {
+    for (const std::wstring* target :
+         {&options.json, &options.junit, &options.html, &options.result, &options.metrics}) {
         if (target->empty()) {
             continue;
         }
@@ -91,6 +92,21 @@ void WriteReports(const FinishedRun& run, const RunJudgement& judgement, const L
     if (failure) {
         throw RaisedError(*failure);
     }
+}
+
+std::optional<MetricsFile> MetricsFileOf(const ReportOptions& options, Console& console)
+{
+    if (options.metrics.empty()) {
+        return std::nullopt;
+    }
+    const std::wstring path = AbsolutePath(options.metrics);
+    return MetricsFile(SystemFiles(), path, [path, &console](FileFault fault) {
+        console.ClearProgress();
+        console.Notice(fault == FileFault::none
+                           ? L"tvnhost: " + path + L" is up to date again"
+                           : L"tvnhost: " + path + L" cannot be written (" + std::wstring(FaultText(fault)) +
+                                 L"). The scan goes on, and it is tried again");
+    });
 }
 
 FinishedRun LoadRun(const std::wstring& path, Console& console)

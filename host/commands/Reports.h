@@ -8,6 +8,7 @@
 #include "host/judge/Judgement.h"
 #include "host/judge/Limits.h"
 #include "host/link/Plugin.h"
+#include "host/live/MetricsFile.h"
 #include "host/run/FinishedRun.h"
 
 namespace tvn2x {
@@ -19,7 +20,8 @@ struct ReportOptions
     std::wstring json;
     std::wstring junit;
     std::wstring html;
-    std::wstring result;  ///< the plug-in's own result file
+    std::wstring result;   ///< the plug-in's own result file
+    std::wstring metrics;  ///< while it is measured
 
     bool HasLimitsFile() const { return !limits.empty() && limits != L"outlet"; }
     bool HasReports() const { return !json.empty() || !junit.empty() || !html.empty() || !result.empty(); }
@@ -50,6 +52,9 @@ std::string ResultTables(const FinishedRun& run, const ResultWriter& writer, con
 /// is raised at the end.
 void WriteReports(const FinishedRun& run, const RunJudgement& judgement, const Limits* limits,
                   const ReportOptions& options, const ResultWriter& writer, Console& console);
+
+/// The file of --metrics, nothing where none is wanted; faults are told on the console.
+std::optional<MetricsFile> MetricsFileOf(const ReportOptions& options, Console& console);
 
 /// A stored run with a place for each channel that was to be measured, and a notice where its last line is torn or
 /// where it never came to its end.

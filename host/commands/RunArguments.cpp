@@ -61,9 +61,16 @@ void RunArguments::AddPasses(CLI::App& command, const std::string& repeatHelp)
     }
 }
 
+void RunArguments::AddMetrics(CLI::App& command)
+{
+    AddText(command, "--metrics", scanFiles_.metrics, "Keep a file up to date that a monitoring system reads")
+        ->type_name("FILE");
+}
+
 void RunArguments::AddToScan(CLI::App& scan)
 {
     AddReports(scan, scanFiles_);
+    AddMetrics(scan);
     AddProtocol(scan);
     AddPasses(scan, "Scan N times; 0 scans until Ctrl+C");
     scan.get_option("--repeat")->default_str("1");
@@ -72,6 +79,7 @@ void RunArguments::AddToScan(CLI::App& scan)
 void RunArguments::AddToServe(CLI::App& serve)
 {
     AddLimits(serve, scanFiles_);
+    AddMetrics(serve);
     AddProtocol(serve);
     AddPasses(serve, "Scan N times and serve that until Ctrl+C (scans until then)");
 }

@@ -29,6 +29,7 @@ private:
     static void AddReports(CLI::App& command, ReportOptions& files);
     void AddPasses(CLI::App& command, const std::string& repeatHelp);
     void AddProtocol(CLI::App& command);
+    void AddMetrics(CLI::App& command);
     void AddStored(CLI::App& command, ReportOptions& files);
 
     RunProtocol protocol_;
