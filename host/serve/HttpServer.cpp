@@ -164,8 +164,9 @@ public:
     void KeepAlive()
     {
         if (since_ && !isWriting_) {
-            static const auto comment = std::make_shared<const std::string>(":\n\n");
-            Send(comment);
+            // No comment: the page itself has to see that it is not out of date.
+            static const auto sign = std::make_shared<const std::string>("event: alive\ndata: 1\n\n");
+            Send(sign);
         }
     }
 

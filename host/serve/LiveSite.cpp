@@ -81,6 +81,7 @@ std::string ResultLines(const LiveState& state, double)
 
 constexpr Route routes[] = {
     {"/", html, LivePage},
+    {"/plots", html, [](const LiveState& state, double) { return LivePlotsPart(state); }},
     {"/live.css", "text/css; charset=utf-8", [](const LiveState&, double) { return std::string(LiveStyle()); }},
     {"/live.js", "text/javascript; charset=utf-8", [](const LiveState&, double) { return std::string(LiveScript()); }},
     {"/api/run", json, RunData, "/live.schema.json"},
@@ -179,7 +180,9 @@ Answer LiveSite::Serve(const Question& question, const LiveStatePtr& state, doub
 {
     const std::string_view path = question.Path();
     if (path == "/events") {
-        Answer answer{.eventsSince = VersionOf(*state, question.lastEventId)};
+        const std::string_view after = question.Query("after");
+        const std::string_view known = question.lastEventId.empty() ? after : question.lastEventId;
+        Answer answer{.eventsSince = VersionOf(*state, known)};
         answer.fields = {{"Content-Type", "text/event-stream"}, {"X-Accel-Buffering", "no"}};
         return answer;
     }

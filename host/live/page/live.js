@@ -2,7 +2,7 @@
 // can: filters, the history of a channel beside the page, and telling that the page is out of date.
 "use strict";
 
-const longestSilence = 30000; // milliseconds; the program says something every few seconds
+const longestSilence = 40000; // milliseconds; the program says something every 15 seconds
 const plotsAgainAfter = 5000;
 const byId = id => document.getElementById(id);
 const live = byId("live");
@@ -118,8 +118,12 @@ function watchPlots() {
     }).observe(byId("plots"));
 }
 
-async function showHistory(number) {
+// Opens the history of a channel, or shows what has become of the one that is open.
+async function showHistory(number, isAgain) {
     const page = await load("/channel/" + number);
+    if (isAgain && !(history_.open && shown === number)) {
+        return; // closed meanwhile
+    }
     const close = document.createElement("button");
     close.type = "button";
     close.className = "close";
@@ -155,7 +159,7 @@ function follow() {
         const id = event.data.slice(0, end);
         isKnown = put(id, event.data.slice(end + 1)) && isKnown;
         if (id === "c" + shown && history_.open) {
-            showHistory(shown).catch(() => {});
+            showHistory(shown, true).catch(() => {});
         }
     });
     source.addEventListener("end", event => {
@@ -172,6 +176,7 @@ function follow() {
         plots.wanted = plots.wanted || event.data === "rows";
         isNews = true;
     });
+    source.addEventListener("alive", hear);
     source.addEventListener("error", () => { isNews = false; });
 }
 
@@ -208,7 +213,7 @@ live.addEventListener("click", event => {
     const button = event.target.closest("#filters button");
     if (link && !event.ctrlKey && !event.metaKey && !event.shiftKey) {
         event.preventDefault();
-        showHistory(Number(link.pathname.split("/").pop())).catch(() => { location.href = link.href; });
+        showHistory(Number(link.pathname.split("/").pop()), false).catch(() => { location.href = link.href; });
     } else if (button) {
         filter(button.dataset.show, byId("label").value);
     }
@@ -221,7 +226,7 @@ live.addEventListener("input", event => {
 history_.addEventListener("close", () => {
     const link = byId("l" + shown);
     shown = null;
-    if (link && document.activeElement === document.body) {
+    if (link && (document.activeElement === document.body || history_.contains(document.activeElement))) {
         link.focus({ preventScroll: true });
     }
 });

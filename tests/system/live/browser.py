@@ -24,6 +24,7 @@ class Browser:
         self._next = 0
         self._session = None
         self._answers = {}
+        self._loads = 0
         self.faults = []
         self.requests = collections.Counter()
         pages = self.call("Target.getTargets")["targetInfos"]
@@ -53,6 +54,8 @@ class Browser:
         method, params = message.get("method"), message.get("params", {})
         if "id" in message:
             self._answers[message["id"]] = message
+        elif method == "Page.loadEventFired":
+            self._loads += 1
         elif method == "Runtime.exceptionThrown":
             details = params["exceptionDetails"]
             self.faults.append(details.get("exception", {}).get("description") or details["text"])
@@ -92,11 +95,14 @@ class Browser:
                         f"({condition}) ? done(true) : Date.now() > end ? done(false) : setTimeout(look, 30); look(); }})",
                         within)
         if not held:
-            raise AssertionError(f"never: {condition}; the page has {self.ask('document.body.innerText')[:2000]}")
+            raise AssertionError(f"never: {condition}; focused {self.ask('document.activeElement.outerHTML.slice(0, 200)')}; the page has {self.ask('document.body.innerText')[:2000]}")
 
     def open(self, address):
+        loads = self._loads
         self.call("Page.navigate", url=address)
-        self.until(f"location.href.startsWith({json.dumps(address)}) && document.readyState === 'complete'")
+        deadline = time.monotonic() + 60
+        while self._loads == loads:
+            self._take(self._receive(deadline))
 
     def show(self, width, height=900, dark=False, script=True):
         """How wide the window is, in which colours, and whether scripts run."""
