@@ -112,8 +112,8 @@ std::string HistoryPlot(const LiveHistory& history, const HistoryKind& kind, con
         }
     }
     return PlotFigure({.svg = chart.Svg(),
-                       .caption = "Solid line: limit. Dashed line: warning. A cross is a "
-                                  "measurement without a value, an arrow down an upper bound."});
+                       .caption = Escape(kind.caption) + ". Solid line: limit. Dashed line: warning. A cross is a "
+                                                         "measurement without a value, an arrow down an upper bound."});
 }
 
 std::string Cell(const LiveMeasurementPtr& measurement, int32_t parameter)
