@@ -21,11 +21,12 @@ grep -q 'tvn2x_verdict{.*frequency="346".*"fail"} 1' run.prom || fail "does not 
 expect_exit 2 scan net.ini --network broken.ini --metrics net.ini
 expect_notice 'would be written twice, or replace'
 
+echo 0123456789abcdef >token
 serve() { # SITE MODEL: its address goes to $targets
     said="serve --site $1"
     mkfifo "$1.notices"
     "$wine_program" "$bin/tvnhost.exe" serve net.ini --network "$2" --time-scale 0.001 --every 1s --limits outlet \
-        --site "$1" --listen 127.0.0.1:0 >"$1.out" 2>"$1.notices" </dev/null &
+        --site "$1" --token-file token --listen 127.0.0.1:0 >"$1.out" 2>"$1.notices" </dev/null &
     jobs+=($!)
     exec {notices}<>"$1.notices"
     local line='' link=''
@@ -41,7 +42,9 @@ serve 'mill "2"' broken.ini
 serve lake clean.ini
 
 cp "$root/docs/monitoring/alerts.yml" .
-sed "s/'127.0.0.1:8087'/$targets/; s/scrape_interval: 30s/scrape_interval: 1s\n  evaluation_interval: 1s/" \
+credentials='    authorization:\n      credentials_file: token'
+sed "s/'127.0.0.1:8087'/$targets/; s/scrape_interval: 30s/scrape_interval: 1s\n  evaluation_interval: 1s/;
+    s/.*job_name: tvn2x/&\n$credentials/" \
     "$root/docs/monitoring/prometheus.yml" >prometheus.yml
 promtool check config prometheus.yml >/dev/null
 prometheus --config.file=prometheus.yml --storage.tsdb.path=data --web.listen-address=127.0.0.1:0 2>prometheus.log &
