@@ -3,19 +3,6 @@
 namespace tvn2x {
 namespace {
 
-TEST(EditorRows, InsertTakesTheDefaultSymbolRateAndKeepsThePlaceholderLast)
-{
-    TestEditor test;
-    test.Open({100, 200});
-    test.editor.TextChanged(Field::defaultSymbolRate, L"5.5");
-    test.Execute(RowCommand::insert, MP_USERFIELD, 1);
-    EXPECT_EQ(L"A - B -", test.Texts(MP_USERFIELD));
-    EXPECT_EQ(L"6.900 5.5 6.900 -", test.Texts(MP_SYMBOLRATE));
-    EXPECT_EQ(1, test.editor.SelectedRow(Grid::channels));
-    test.Execute(RowCommand::insert, MP_USERFIELD, 3);
-    EXPECT_EQ(L"6.900 5.5 6.900 5.5 -", test.Texts(MP_SYMBOLRATE));
-}
-
 TEST(EditorRows, DeleteSparesThePlaceholderAndClearsTheArrowsWithTheLastChannel)
 {
     TestEditor test;
@@ -33,25 +20,6 @@ TEST(EditorRows, DeleteSparesThePlaceholderAndClearsTheArrowsWithTheLastChannel)
     EXPECT_EQ(L"", test.Editing());
     test.editor.HeadingClicked(MP_FREQUENCY);
     EXPECT_EQ(SortArrow::none, test.editor.Arrow(MP_FREQUENCY));
-}
-
-TEST(EditorRows, MovesStayAmongTheChannelsAndSpoilTheOrder)
-{
-    TestEditor test;
-    test.Open({100, 200, 300});
-    test.editor.HeadingClicked(MP_FREQUENCY);
-    test.editor.Execute(RowCommand::moveUp, Grid::channels);
-    EXPECT_EQ(1, test.view.beeps);
-    EXPECT_EQ(SortArrow::up, test.editor.Arrow(MP_FREQUENCY));
-    test.editor.Execute(RowCommand::moveDown, Grid::channels);
-    test.editor.Execute(RowCommand::moveDown, Grid::channels);
-    EXPECT_EQ(L"B C A -", test.Texts(MP_USERFIELD));
-    EXPECT_EQ(2, test.editor.SelectedRow(Grid::channels));
-    EXPECT_EQ(SortArrow::none, test.editor.Arrow(MP_FREQUENCY));
-    test.editor.Execute(RowCommand::moveDown, Grid::channels);
-    EXPECT_EQ(2, test.view.beeps);
-    test.editor.Execute(RowCommand::moveUp, Grid::channels);
-    EXPECT_EQ(L"B A C -", test.Texts(MP_USERFIELD));
 }
 
 TEST(EditorRows, HeadingSortsNumbersAsNumbersAndReverses)

@@ -11,24 +11,16 @@
 #include "editor/ValidateChannel.h"
 #include "support/FixedLocale.h"
 #include "support/RecordingMessageBoxes.h"
+#include "support/TestTable.h"
+#include "util/Encoding.h"
 
 namespace tvn2x {
 namespace {
 
 TEST(NaturalOrder, ComparesNumbersByValueAndLettersInEitherCase)
 {
-    for (const auto& [first, second] : std::initializer_list<std::pair<std::wstring_view, std::wstring_view>>{
-             {L"K2", L"K10"},
-             {L"k2", L"K3"},
-             {L"K02", L"K2"},
-             {L"K19", L"K103"},
-             {L"", L"K"},
-             {L"K2", L"K2 HD"},
-             {L"9", L"A"},
-             {L"K99999999999999999998", L"K99999999999999999999"},
-             {L"a10b2", L"a10b11"}}) {
-        EXPECT_EQ((std::vector<int32_t>{1, 0}), NaturalRanks({second, first}))
-            << std::string(first.begin(), first.end());
+    for (const std::vector<std::string>& row : TestTable("natural-order.tsv", 2)) {
+        EXPECT_EQ((std::vector<int32_t>{1, 0}), NaturalRanks({FromUtf8(row[1]), FromUtf8(CellText(row[0]))})) << row[0];
     }
     EXPECT_EQ((std::vector<int32_t>{2, 0, 1, 0}), NaturalRanks({L"K10", L"K1", L"K2", L"K1"}));
 }
