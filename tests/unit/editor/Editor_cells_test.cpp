@@ -38,6 +38,8 @@ TEST(EditorCells, CommitWhereverTheUserGoes)
             EXPECT_EQ(Focused(Control::other, 0), test.view.focus) << "the keyboard stays there";
         },
         [&] { test.editor.CellClicked(MP_USERFIELD, 1); },
+        [&] { test.editor.RowSelected(MP_USERFIELD, 1); },
+        [&] { test.editor.MenuAsked(MP_USERFIELD, 1); },
         [&] { test.editor.SelectPage(Page::notes); },
         [&] { test.editor.Scrolled(MP_SYMBOLRATE, 1); },
         [&] { test.editor.HeadingClicked(MP_FREQUENCY); },

@@ -40,9 +40,9 @@ public:
     void ArrowChanged(Column) override {}
     void CellEditorChanged() override {}
     void PageChanged() override {}
-    void ChoiceChanged(Choice) override {}
+    void ChoiceChanged(Choice) override { ++shown; }
     void FieldChanged(Field) override {}
-    void CheckChanged(Check) override { ++checksShown; }
+    void CheckChanged(Check) override { ++shown; }
     void ButtonRolesChanged() override { okIsDefault = editor->OkIsDefault(); }
     void LoadNotes(const std::wstring& text, bool isRichText) override
     {
@@ -101,7 +101,7 @@ public:
     std::vector<std::wstring> answers;            ///< to the next form; none to give it up
     std::wstring asked;                           ///< the last form: its title and what stood in it
     std::wstring answerFault;
-    int checksShown = 0;
+    int shown = 0;  ///< choices and checks
     int confirmed = 0;
     int beeps = 0;
     bool okIsDefault = false;
