@@ -305,7 +305,7 @@ void AddMeasurements(const std::vector<MetricsRow>& rows, Exposition& text)
         }
     }
     for (const auto& [name, count, help] :
-         {std::tuple("measurements", &ChannelCounts::measurements, "Measurements since the program began."),
+         {std::tuple("measurements", &ChannelCounts::measurements, "Measurements in this run."),
           {"instrument_errors", &ChannelCounts::errors, "Measurements that the instrument failed at."}}) {
         text.Begin({name, MetricType::counter, "", help});
         for (const MetricsRow& row : rows) {

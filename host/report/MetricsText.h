@@ -20,7 +20,7 @@ enum class MetricsFormat
 /// The content type that goes with a form.
 const char* ContentTypeOf(MetricsFormat format);
 
-/// How often a channel was measured since the program began.
+/// How often a channel was measured in a run.
 struct ChannelCounts
 {
     int64_t measurements = 0;
