@@ -184,21 +184,6 @@ TEST(EditorLists, RemarksFollowTheListAndTheRollOff)
     EXPECT_EQ(0u, test.editor.RemarkOn(Grid::channels, 1).find(L"Overlaps channel 1"));
 }
 
-TEST(EditorLists, MessagesOfOkComeWithTheirRowSelected)
-{
-    TestEditor test;
-    test.Open(std::vector<double>(30, 100));
-    test.editor.SetVisibleRows(Grid::channels, 5);
-    test.Set(MP_FREQUENCY, 20, L"3.3");
-    test.editor.RowSelected(MP_USERFIELD, 0);
-    test.editor.SelectPage(Page::notes);
-    int32_t selected = -1;
-    test.messages.onShow = [&] { selected = test.editor.SelectedRow(Grid::channels); };
-    test.editor.Ok();
-    EXPECT_EQ(20, selected);
-    EXPECT_EQ(Page::frequencies, test.editor.CurrentPage());
-}
-
 TEST(EditorLists, CloseSignAsksWhereMoreThanOneChangeWouldBeLost)
 {
     TestEditor test;

@@ -68,8 +68,8 @@ TEST(EditorOk, StopsAtTheFirstFaultOnItsPageAndField)
     TestEditor test;
     test.Open({100, 200});
     const auto before = Everything(test.document);
-    test.Set(MP_SYMBOLRATE, 1, L"7.001");
     test.Set(MP_FREQUENCY, 0, L"1500");
+    test.Set(MP_SYMBOLRATE, 1, L"7.001");
     test.editor.TextChanged(Field::defaultSymbolRate, L"x");
     for (const wchar_t* const refused : {L"0.4", L"301", L""}) {
         test.editor.TextChanged(Field::maxSettlingTime, refused);
@@ -86,7 +86,12 @@ TEST(EditorOk, StopsAtTheFirstFaultOnItsPageAndField)
     EXPECT_EQ(Focused(Control::defaultSymbolRate, 0), test.view.focus);
     EXPECT_EQ(0u, test.messages.messages.back().text.find(L"Symbol Rate too low."));
     test.editor.TextChanged(Field::defaultSymbolRate, L"6.9004");
+    EXPECT_EQ(1, test.editor.SelectedRow(Grid::channels));
+    int32_t selected = -1;
+    test.messages.onShow = [&] { selected = test.editor.SelectedRow(Grid::channels); };
     test.editor.Ok();
+    EXPECT_EQ(0, selected) << "the message comes with its row";
+    test.messages.onShow = {};
     EXPECT_EQ(L"6.900", test.editor.Text(Field::defaultSymbolRate));
     EXPECT_EQ(Page::frequencies, test.editor.CurrentPage());
     EXPECT_EQ(L"11/0 1500", test.Editing());

@@ -1,8 +1,6 @@
 #include "util/FileSystem.h"
 
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/resource.h>
 
 #include <algorithm>
 #include <chrono>
@@ -171,21 +169,6 @@ TEST_F(SystemFilesTest, WhatAKilledProcessHasLeftGoesInADay)
     EXPECT_EQ(ReplaceContent(files, path, "after it"), FileFault::none);
     EXPECT_FALSE(fs::exists(old));
     EXPECT_EQ(FilesInFolder(), 3);
-}
-
-TEST_F(SystemFilesTest, AFileThatFindsNoRoomLeavesTheOldOneAndNothingElse)
-{
-    Put(path, "old");
-    rlimit old{};
-    getrlimit(RLIMIT_FSIZE, &old);
-    const rlimit small{64 << 10, old.rlim_max};
-    const auto handler = signal(SIGXFSZ, SIG_IGN);
-    setrlimit(RLIMIT_FSIZE, &small);
-    EXPECT_EQ(ReplaceContent(files, path, std::string(100'000, 'x')), FileFault::diskFull);
-    setrlimit(RLIMIT_FSIZE, &old);
-    signal(SIGXFSZ, handler);
-    EXPECT_EQ(Get(path), "old");
-    EXPECT_EQ(FilesInFolder(), 1);
 }
 
 TEST_F(SystemFilesTest, ReplacesAFileOnlyInTheStateThatIsExpected)
