@@ -75,7 +75,7 @@ int Serve(const ServeOptions& options, Console& console)
     });
     PreparedScan scan(options.scan, limits.get(), &live, console);
     live.Begin(scan.Scan().run);
-    server.Start(LiveSite(Gate(token, std::move(names), server.Where().port)));
+    server.Start(LiveSite(Gate(token, names, server.Where().port)));
     TellWhere(options, server.Where(), token, console);
     if (!scan.Measure()) {
         return exitStopped;

@@ -62,7 +62,7 @@ std::string_view Question::Query(std::string_view name) const
     return {};
 }
 
-Gate::Gate(std::string token, std::vector<std::string> names, uint16_t port)
+Gate::Gate(std::string token, const std::vector<std::string>& names, uint16_t port)
     : token_(std::move(token)), names_{"localhost"}, cookieName_(fmt::format("tvnhost_{}", port))
 {
     for (const std::string& name : names) {

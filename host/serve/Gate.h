@@ -29,7 +29,7 @@ class Gate
 public:
     /// `token` "" lets everybody in. `names` are those under which the server is reached besides localhost and
     /// addresses; the port keeps the cookies of several servers on one machine apart.
-    Gate(std::string token, std::vector<std::string> names, uint16_t port);
+    Gate(std::string token, const std::vector<std::string>& names, uint16_t port);
 
     /// Whether a browser was led here by a name that is known. Whoever owns another name can make it lead here, and
     /// would read with the browser's own rights; an address leads only where it says.

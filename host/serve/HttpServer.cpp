@@ -91,7 +91,9 @@ public:
     ListenAddress where;
     const HttpBounds bounds;
 
-    LiveStatePtr State();
+    /// What readers are told: the newest state of the last tick of the pace, so that many who come at once share the
+    /// making of their answers.
+    const LiveStatePtr& State() const { return told_; }
     Answer Ask(const Question& question);
     /// What a reader of events who knows a version has to be told; one text for all who know the same.
     std::shared_ptr<const std::string> Events(const LiveStatePtr& state, uint64_t since);
@@ -110,7 +112,8 @@ private:
     asio::steady_timer pace_{context_}, keepAlive_{context_}, again_{context_};
     std::optional<LiveSite> site_;
     std::mutex mutex_;
-    LiveStatePtr state_;  ///< with the mutex
+    LiveStatePtr state_;  ///< the newest; with the mutex
+    LiveStatePtr told_;
     std::atomic<bool> isTold_ = false;
     LiveStatePtr eventsOf_;
     double eventsAge_ = 0;
@@ -266,7 +269,7 @@ private:
         Tell();
     }
 
-    void Send(std::shared_ptr<const std::string> text)
+    void Send(const std::shared_ptr<const std::string>& text)
     {
         isWriting_ = true;
         stream_.expires_after(core_.bounds.write);
@@ -300,9 +303,7 @@ HttpServer::Core::Core(const ListenAddress& wanted, const HttpBounds& allowed)
 HttpServer::Core::~Core()
 {
     asio::post(context_, [this] {
-        for (Connection* const connection : connections) {
-            connection->Tell();
-        }
+        Tell();
         error_code ignored;
         acceptor_.close(ignored);
         context_.stop();
@@ -315,6 +316,7 @@ HttpServer::Core::~Core()
 void HttpServer::Core::Start(LiveSite site)
 {
     site_.emplace(std::move(site));
+    Tell();
     Accept();
     KeepAlive();
     thread_ = std::thread([this] { Run(); });
@@ -347,16 +349,9 @@ void HttpServer::Core::Publish(LiveStatePtr state)
     }
 }
 
-LiveStatePtr HttpServer::Core::State()
-{
-    const std::lock_guard lock(mutex_);
-    return state_;
-}
-
 Answer HttpServer::Core::Ask(const Question& question)
 {
-    const LiveStatePtr state = State();
-    return site_->Ask(question, state, SystemClock().SteadySeconds() - state->at);
+    return site_->Ask(question, told_, SystemClock().SteadySeconds() - told_->at);
 }
 
 std::shared_ptr<const std::string> HttpServer::Core::Events(const LiveStatePtr& state, uint64_t since)
@@ -412,6 +407,10 @@ bool HttpServer::Core::HasRoom()
 void HttpServer::Core::Tell()
 {
     isTold_ = false;
+    {
+        const std::lock_guard lock(mutex_);
+        told_ = state_;
+    }
     for (Connection* const connection : connections) {
         connection->Tell();
     }
