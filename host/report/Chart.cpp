@@ -109,8 +109,10 @@ std::vector<double> ChartAxis::Ticks(int about) const
     if (isTime) {
         const double step = TimeStep(high - low, about);
         const double ahead = 60.0 * LocalTimeOf(std::llround(low)).minutesAhead;  // marks are at whole local hours
-        for (double tick = std::ceil((low + ahead) / step) * step - ahead; tick <= high; tick += step) {
-            ticks.push_back(tick);
+        const double first = std::ceil((low + ahead) / step) * step - ahead;
+        const long marks = std::lround(std::floor((high - first) / step));
+        for (long mark = 0; mark <= marks; ++mark) {
+            ticks.push_back(first + static_cast<double>(mark) * step);
         }
         return ticks;
     }
