@@ -8,16 +8,9 @@
 #include "receivers/recordings/demodulator/DemodulatorState.h"
 #include "receivers/recordings/demodulator/SignalParameters.h"
 #include "receivers/recordings/demodulator/SignalReadings.h"
+#include "receivers/recordings/demodulator/TransportDecoder.h"
 
 namespace tvn2x::recordings {
-
-/// Takes transport packets: 188 bytes each, in order. `failed` ones are as received, with the error indicator set.
-class PacketSink
-{
-public:
-    virtual ~PacketSink() = default;
-    virtual void Take(std::span<const uint8_t> packet, bool failed) = 0;
-};
 
 /// A receiver of one DVB-C channel (EN 300 429), from complex samples to transport packets and readings. Time is what
 /// the samples last: nothing here looks at a clock. Tuning to another channel is a new demodulator.
