@@ -1,0 +1,18 @@
+#include "receivers/recordings/demodulator/Kernels.h"
+
+#include <cstdlib>
+
+namespace tvn2x::recordings {
+
+bool HasWideKernels()
+{
+    return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
+}
+
+const Kernels& ChosenKernels()
+{
+    static const bool wide = HasWideKernels() && std::getenv("TVN2X_BASELINE_KERNELS") == nullptr;
+    return wide ? wideKernels : baselineKernels;
+}
+
+}  // namespace tvn2x::recordings
