@@ -1,13 +1,13 @@
-#include "simulator/server/clsReceiver_IIdentification.h"
+#include "receivers/driver/clsReceiver_IIdentification.h"
 
-#include "simulator/server/clsReceiver.h"
+#include "receivers/driver/clsReceiver.h"
 
 namespace tvn2x {
 
 #define INSTRUMENT_IDENTITY(name)                                         \
     HRESULT clsReceiver_IIdentification::get_##name(BSTR* value) noexcept \
     {                                                                     \
-        return Get(value, [&] { return owner_.Model().name(); });         \
+        return Get(value, [&] { return owner_.Served().name(); });        \
     }
 #include "setup/catalogue/ReceiverOperations.h"
 

@@ -1,4 +1,4 @@
-#include "simulator/server/ThreadState.h"
+#include "receivers/driver/ThreadState.h"
 
 #include <windows.h>
 

@@ -1,4 +1,4 @@
-#include "simulator/server/clsRunControl.h"
+#include "receivers/driver/clsRunControl.h"
 
 #include <algorithm>
 #include <cmath>

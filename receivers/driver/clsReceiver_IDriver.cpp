@@ -1,7 +1,6 @@
-#include "simulator/server/clsReceiver_IDriver.h"
+#include "receivers/driver/clsReceiver_IDriver.h"
 
-#include "simulator/server/SimulatorSettings.h"
-#include "simulator/server/clsReceiver.h"
+#include "receivers/driver/clsReceiver.h"
 
 namespace tvn2x {
 namespace {
@@ -17,36 +16,32 @@ void Replace(BSTR* text, std::wstring_view value)
 
 HRESULT clsReceiver_IDriver::get_FirmwareVersion(BSTR* value) noexcept
 {
-    return Get(value, [&] { return owner_.Model().FirmwareVersion(); });
+    return Get(value, [&] { return owner_.Served().FirmwareVersion(); });
 }
 
 HRESULT clsReceiver_IDriver::get_InstalledHardware(BSTR* value) noexcept
 {
-    return Get(value, [&] { return owner_.Model().InstalledOptions(); });
+    return Get(value, [&] { return owner_.Served().InstalledOptions(); });
 }
 
 HRESULT clsReceiver_IDriver::put_Online(VARIANT_BOOL blnNewValue) noexcept
 {
-    return Do([&] { owner_.Model().Online(blnNewValue != VARIANT_FALSE); });
+    return Do([&] { owner_.Served().Online(blnNewValue != VARIANT_FALSE); });
 }
 
 HRESULT clsReceiver_IDriver::get_Online(VARIANT_BOOL* value) noexcept
 {
-    return Get(value, [&] { return owner_.Model().Online(); });
+    return Get(value, [&] { return owner_.Served().Online(); });
 }
 
 HRESULT clsReceiver_IDriver::get_SerialNumber(BSTR* value) noexcept
 {
-    return Get(value, [&] { return owner_.Model().SerialNumber(); });
+    return Get(value, [&] { return owner_.Served().SerialNumber(); });
 }
 
 HRESULT clsReceiver_IDriver::get_Settings(IDispatch** value) noexcept
 {
-    return Get(value, [&] {
-        auto* settings = new SimulatorSettings(owner_.Shared());
-        settings->AddRef();
-        return settings;
-    });
+    return Get(value, [&] { return owner_.Served().NewSettings(); });
 }
 
 HRESULT clsReceiver_IDriver::Test(BSTR* strIdentity, BSTR* strHardware, LONG* udtMode, VARIANT_BOOL* result) noexcept
@@ -55,7 +50,7 @@ HRESULT clsReceiver_IDriver::Test(BSTR* strIdentity, BSTR* strHardware, LONG* ud
         return com::Refuse(E_POINTER);
     }
     return Get(result, [&] {
-        ReceiverModel& receiver = owner_.Model();
+        DriverReceiver& receiver = owner_.Served();
         if (!receiver.Online()) {
             return false;
         }

@@ -1,4 +1,4 @@
-#include "simulator/server/ErrorCountersObject.h"
+#include "receivers/driver/ErrorCountersObject.h"
 
 namespace tvn2x {
 

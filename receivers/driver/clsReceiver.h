@@ -7,21 +7,20 @@
 #include "XKTR2x.h"
 #include "com/Object.h"
 #include "com/Wire.h"
-#include "simulator/server/SimulatedReceiver.h"
-#include "simulator/server/clsReceiver_IDriver.h"
-#include "simulator/server/clsReceiver_IIdentification.h"
+#include "receivers/driver/DriverReceiver.h"
+#include "receivers/driver/clsReceiver_IDriver.h"
+#include "receivers/driver/clsReceiver_IIdentification.h"
 
 namespace tvn2x {
 
-/// The driver object of one simulated receiver. This file is its main interface; the host's view of an instrument and
-/// the identification are member objects with a file of their own.
+/// The driver object of one receiver, whoever answers its operations. This file is its main interface; the host's view
+/// of an instrument and the identification are member objects with a file of their own.
 class clsReceiver final : public com::Object<IReceiver, ::clsReceiver>
 {
 public:
-    clsReceiver();
+    explicit clsReceiver(std::unique_ptr<DriverReceiver> receiver) : receiver_(std::move(receiver)) {}
 
-    ReceiverModel& Model() { return receiver_->model; }
-    const std::shared_ptr<SimulatedReceiver>& Shared() const { return receiver_; }
+    DriverReceiver& Served() { return *receiver_; }
 
 #define RECEIVER_READING(name, parameter) HRESULT STDMETHODCALLTYPE name(DOUBLE* value) noexcept override;
 #define RECEIVER_STATE(Type, name) HRESULT STDMETHODCALLTYPE get_##name(com::Wire<Type>* value) noexcept override;
@@ -35,7 +34,7 @@ public:
 private:
     void* FindInterface(REFIID id) noexcept override;
 
-    std::shared_ptr<SimulatedReceiver> receiver_;
+    std::unique_ptr<DriverReceiver> receiver_;
     clsReceiver_IDriver driver_{*this};
     clsReceiver_IIdentification identification_{*this};
 };

@@ -4,7 +4,7 @@
 
 #include "XKTR2x.h"
 #include "com/Object.h"
-#include "simulator/server/ThreadState.h"
+#include "receivers/driver/ThreadState.h"
 
 namespace tvn2x {
 

@@ -1,4 +1,4 @@
-#include "simulator/server/clsErrorReport.h"
+#include "receivers/driver/clsErrorReport.h"
 
 #include "com/ComPtr.h"
 
