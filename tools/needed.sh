@@ -37,7 +37,7 @@ targets_of() {
     for test; do
         name=${test#*.}
         case $preset:$test in
-            fuzz:all) printf '%s\n' fuzz_loader fuzz_engine ;;
+            fuzz:all) printf '%s\n' fuzz_loader fuzz_engine fuzz_recording ;;
             *:all) echo all ;;
             asan:unit_*) echo "$test" ;;
             asan:system.spreadsheet) echo result_file_sample ;;
