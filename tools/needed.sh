@@ -41,18 +41,19 @@ targets_of() {
             *:all) echo all ;;
             asan:unit_*) echo "$test" ;;
             asan:system.spreadsheet) echo result_file_sample ;;
+            asan:system.recordings) echo sample_recording ;;
             fuzz:fuzz.*) echo "fuzz_$name" ;;
             win64:system.spreadsheet) ;;
-            win32:system.binaries) printf '%s\n' TVN2x XKTR2x ;;
+            win32:system.binaries) printf '%s\n' TVN2x XKTR2x XKIQ2x ;;
             win32:system.x86_*) echo all ;;
-            win64:system.x86_scan) printf '%s\n' TVN2x XKTR2x tvnhost ;;
+            win64:system.x86_scan) printf '%s\n' TVN2x XKTR2x XKIQ2x tvnhost ;;
             win64:system.x86_*) ;;
             win64:system.*)
                 # A script may run any program; what runs without one is a program of the test's name.
-                if [ -f "tests/system/${name}_test.sh" ]; then
+                if [ -f "tests/system/${name}_test.sh" ] || [ -d "tests/system/$name" ]; then
                     echo all
                 else
-                    printf '%s\n' TVN2x XKTR2x tvnhost "system_$name"
+                    printf '%s\n' TVN2x XKTR2x XKIQ2x tvnhost "system_$name"
                 fi ;;
         esac
     done | sort -u
