@@ -73,7 +73,7 @@ std::deque<Plugin> LoadSetupsOf(const FinishedRun& run, const JudgeOptions& opti
 void ShowSimulation(const FinishedRun& run, Console& console)
 {
     if (run.receiver.simulation) {
-        console.Result(SimulationText(run.receiver) + L"\n");
+        console.Result(OriginText(run.receiver) + L"\n");
     }
 }
 

@@ -47,6 +47,7 @@ struct ScanOptions
 {
     std::vector<std::wstring> setups;      ///< measured one after another, as one run
     std::wstring network;                  ///< "" leaves the receiver as it is
+    std::wstring signals;                  ///< folder of recordings, "" leaves the receiver as it is
     std::optional<std::wstring> channels;  ///< nothing is all
     std::wstring parameters;               ///< "" is what the setup displays
     double timeScale = 1;                  ///< of the simulated receiver's waiting
@@ -60,6 +61,9 @@ struct ScanOptions
     bool measuresAsIs = false;  ///< with the receiver's own settings
     RunProtocol protocol;
     ReportOptions reports;
+
+    /// The receiver of recordings is as new: nobody has set it to anything yet.
+    bool WritesSettings() const { return writes || !signals.empty(); }
 };
 
 /// What judge and report do with a stored run.
@@ -87,6 +91,7 @@ struct ConfigurationOptions
 {
     std::wstring setup;             ///< read from or written to; "" for info
     std::wstring network;           ///< "" leaves the receiver as it is
+    std::wstring signals;           ///< the same
     bool replacesChannels = false;  ///< of the setup that is read to, with the one that the receiver is tuned to
     bool forces = false;            ///< replaces what is there
 };

@@ -8,6 +8,7 @@
 #include "fmt/xchar.h"
 #include "host/judge/VerdictText.h"
 #include "host/report/Chart.h"
+#include "host/report/ConstellationPlot.h"
 #include "host/report/HtmlPlots.h"
 #include "host/report/HtmlStyle.h"
 #include "host/report/Markup.h"
@@ -224,10 +225,11 @@ std::string Legend()
     return text + "</p>\n";
 }
 
-/// Nobody takes readings that were reckoned for those of a network.
-std::string SimulationBand(const RunReceiver& receiver)
+/// Nobody takes readings that were reckoned, or of another day, for those of a network.
+std::string OriginBand(const RunReceiver& receiver)
 {
-    return receiver.simulation ? "<p class=\"band\">" + Escape(SimulationText(receiver)) + "</p>\n" : "";
+    const std::wstring origin = OriginText(receiver);
+    return origin.empty() ? "" : "<p class=\"band\">" + Escape(origin) + "</p>\n";
 }
 
 std::string Plots(const std::vector<ReportRow>& rows, const Limits* limits)
@@ -273,10 +275,11 @@ std::string HtmlReport(const FinishedRun& run, const RunJudgement& judgement, co
         "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src 'unsafe-inline'\"/>\n"
         "<title>{0}</title>\n<style>{1}</style>\n</head>\n<body>\n<h1>{0}</h1>\n{4}<p class=\"verdict {2}\">{3}</p>\n",
         Escape(title), htmlStyle, ClassOf(judgement.verdict), Escape(VerdictSentence(run, judgement)),
-        SimulationBand(run.receiver));
+        OriginBand(run.receiver));
     text += Facts(run, judgement, limits);
     text += FindingsTable(run, rows);
     text += rows.empty() ? "" : Plots(rows, limits);
+    text += ConstellationSection(run, rows);
     text += GridTable(run, judgement, rows);
     return text + "</body>\n</html>\n";
 }
