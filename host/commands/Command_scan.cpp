@@ -171,7 +171,7 @@ void ShowPass(const FinishedRun& run, int32_t pass, bool stopped, double seconds
     const ScanSummary summary = SummaryOf(run, pass, stopped, seconds);
     console.Result(RunGrid(run, pass).Render(console.ResultWidth()));
     console.Result((run.passes == 1 ? L"" : fmt::format(L"Pass {}: ", pass)) + summary.Text() + L"\n");
-    ShowSimulation(run, console);
+    ShowOrigin(run, console);
 }
 
 /// Lets the system's messages in for a while.

@@ -125,8 +125,8 @@ int Doctor(bool asJson, Console& console);     ///< exitFindings where something
 int Register(bool forUser, Console& console);  ///< the type library TVNINT, for this user alone or for the machine
 int Unregister(bool forUser, Console& console);
 
-/// That the receiver was a simulated one, where it was.
-void ShowSimulation(const FinishedRun& run, Console& console);
+/// That what was measured is no cable, where it is none.
+void ShowOrigin(const FinishedRun& run, Console& console);
 /// What is wrong with which channel, and the verdict.
 void ShowVerdict(const FinishedRun& run, const RunJudgement& judgement, Console& console);
 

@@ -293,7 +293,8 @@ ChannelJudgement JudgeChannel(const ChannelResult& channel, const Limits* limits
     }
     if (channel.outcome == ChannelOutcome::error) {
         judgement.verdict = Verdict::error;
-        judgement.reason = L"the instrument ended the channel with \"" + channel.status + L"\"";
+        judgement.reason = L"the instrument ended the channel with \"" + channel.status + L"\"" +
+                           (channel.details.remark.empty() ? L"" : L": " + channel.details.remark);
         return judgement;
     }
     for (const ReadingKind& kind : ReadingKinds()) {

@@ -34,8 +34,8 @@ constexpr double channelRate = symbolRate * phases / stride;
 constexpr int halfPulse = 24;  // symbols
 constexpr int wideFactor = 4;
 constexpr int halfImage = 8;           // samples of a channel, of the filter that widens it
-constexpr double fullScaleLevel = 80;  // dBuV
-constexpr double level = 0.12;         // RMS of a channel, of full scale
+constexpr double fullScaleLevel = 75;  // dBuV
+constexpr double level = 0.3;          // RMS of all channels, of full scale
 
 /// The root-raised-cosine pulse at a time in symbols.
 double Pulse(double t)
@@ -186,8 +186,9 @@ void Record(const std::string& folder, double seconds, const std::vector<Wanted>
     }
     WriteMetadata(folder + "/cable.sigmf-meta", rate, centre);
     std::ofstream data(folder + "/cable.sigmf-data", std::ios::binary);
-    const auto stored = [](float value) {
-        return static_cast<char>(std::lround(std::min(127.0, std::max(-128.0, value * level * 128.0))));
+    const double size = level / std::sqrt(static_cast<double>(wanted.size())) * 128;
+    const auto stored = [size](float value) {
+        return static_cast<char>(std::lround(std::min(127.0, std::max(-128.0, value * size))));
     };
     constexpr size_t block = 1 << 16;
     std::vector<char> bytes(2 * block);
