@@ -62,8 +62,8 @@ std::string ConstellationSection(const FinishedRun& run, const std::vector<Repor
             continue;
         }
         const std::wstring name = run.NameOf(row.channel);
-        text += "<figure>\n" + (details.symbols.empty() ? "" : Diagram(row.channel, name)) + "<figcaption><b>" +
-                Escape(name) + "</b> " +
+        text += "<figure>\n" + (details.symbols.empty() ? "" : Diagram(row.channel, name)) + "<figcaption><strong>" +
+                Escape(name) + "</strong> " +
                 (details.symbols.empty() ? "No constellation: there was no carrier lock. "
                                          : fmt::format("{} symbols. ", details.symbols.size())) +
                 Escape(details.remark) + "</figcaption>\n</figure>\n";

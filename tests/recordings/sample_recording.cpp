@@ -33,7 +33,7 @@ constexpr int stride = 23;
 constexpr double channelRate = symbolRate * phases / stride;
 constexpr int halfPulse = 24;  // symbols
 constexpr int wideFactor = 4;
-constexpr int halfImage = 8;           // samples of a channel, of the filter that widens it
+constexpr int halfImage = 16;          // samples of a channel, of the filter that widens it
 constexpr double fullScaleLevel = 75;  // dBuV
 constexpr double level = 0.3;          // RMS of all channels, of full scale
 
@@ -118,7 +118,7 @@ class Widened
 {
 public:
     Widened(std::unique_ptr<Channel> channel, int factor, double shift)
-        : channel_(std::move(channel)), factor_(factor), step_(2 * pi * shift / (channelRate * factor))
+        : channel_(std::move(channel)), factor_(factor), step_(std::polar(1.0, 2 * pi * shift / (channelRate * factor)))
     {
         for (int phase = 0; phase < factor; ++phase) {
             for (int k = -halfImage + 1; k <= halfImage; ++k) {
@@ -133,6 +133,7 @@ public:
     void AddTo(Samples& samples)
     {
         for (size_t i = 0; i < samples.size(); i += static_cast<size_t>(factor_)) {
+            turn_ /= std::abs(turn_);
             recent_.erase(recent_.begin());
             recent_.push_back(channel_->Next());
             for (size_t phase = 0; phase < static_cast<size_t>(factor_); ++phase) {
@@ -140,8 +141,8 @@ public:
                 for (size_t k = 0; k < recent_.size(); ++k) {
                     sum += recent_[k] * taps_[phase * recent_.size() + k];
                 }
-                samples[i + phase] += sum * std::complex<float>(std::polar(1.0, angle_));
-                angle_ = std::remainder(angle_ + step_, 2 * pi);
+                samples[i + phase] += sum * std::complex<float>(turn_);
+                turn_ *= step_;
             }
         }
     }
@@ -149,8 +150,8 @@ public:
 private:
     std::unique_ptr<Channel> channel_;
     int factor_;
-    double step_;
-    double angle_ = 0;
+    std::complex<double> step_;  ///< from sample to sample
+    std::complex<double> turn_ = 1;
     std::vector<float> taps_;
     Samples recent_;
 };

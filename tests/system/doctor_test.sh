@@ -17,7 +17,7 @@ give_back() {
     wine reg delete "$classes\\CLSID\\{$setup}" /reg:32 /f >/dev/null 2>&1 || true
     add 'HKCU\Control Panel\International' /v sDecimal /d .
     wine "$bin/tvnhost.exe" register >/dev/null
-    for name in XKTR2x TVN2x; do wine regsvr32 /s "$(wine_path "$bin/$name.dll")"; done
+    for name in XKTR2x TVN2x XKIQ2x; do wine regsvr32 /s "$(wine_path "$bin/$name.dll")"; done
 }
 trap give_back EXIT
 
@@ -78,7 +78,7 @@ assert told["facts"]["Bits"] == "64" and any(item["bits"] == 32 for item in told
 END
 
 give_back
-for name in TVN2x XKTR2x; do wine regsvr32 /s /u "$(wine_path "$bin/$name.dll")"; done
+for name in TVN2x XKTR2x XKIQ2x; do wine regsvr32 /s /u "$(wine_path "$bin/$name.dll")"; done
 add 'HKCU\Control Panel\International' /v sDecimal /d '..'
 expect_exit 1 doctor
 expect_text 'The decimal mark is ".."' 'The plug-in is not registered for 64-bit programs' 'The instrument driver is not registered'

@@ -82,6 +82,7 @@ TEST(HtmlReport, StandsAloneWhateverTheTextsAre)
     run.columns[1].caption = L"<b>";
     run.protocol = {.site = L"<Linz>", .outlet = L"3rd floor", .by = L"A. Huber", .order = L"4711", .remark = L"rain"};
     run.receiver.simulation = {L"C:\\data\\town.ini", L"0123", L"7"};
+    run.channels[0].details = {L"<a.wav>, 1.0 of 2.0 s", false, {{32, -32}}};
     run.channels.push_back(TestChannel(4, 378, {{MP_RFLEV, L"60.0"}}, 1, ChannelOutcome::notSynchronised));
     run.selection.push_back({4, L"C4", 378, 6.9});
     run.setups.push_back({L"C:\\data\\more.ini", L"", L"", 4, run.setups[0].settings});
@@ -103,6 +104,9 @@ TEST(HtmlReport, StandsAloneWhateverTheTextsAre)
                              "Modulation error",
                              "Bit error ratio",
                              "What eats the MER",
+                             "<title>Constellation of C1 354 MHz",
+                             "d=\"M170.0 170.0h0\"",
+                             "&lt;a.wav&gt;, 1.0 of 2.0 s",
                              "&lt;Linz&gt;",
                              "3rd floor",
                              "A. Huber",

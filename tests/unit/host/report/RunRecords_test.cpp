@@ -68,6 +68,8 @@ TEST(RunRecords, ARunReadsBackAsItWasWritten)
     EXPECT_FALSE(stored.isTorn);
     run.resumed = {L"2026-11-22T00:00:00.000Z"};
     run.receiver.simulation = {L"C:\\data\\town.ini", std::wstring(64, L'b'), L"7"};
+    run.receiver.recordings = {L"C:\\signals", L"a.wav 301 to 311 MHz"};
+    run.channels[0].details = {L"a.wav, 1.0 of 2.0 s", true, {{-489, 312}, {3, -3}}};
     const RunJudgement judgement = Judge(run, nullptr);
     EXPECT_EQ(ReadRun(ResultText(run, &judgement), L"").run, run) << "verdicts are passed over";
 
