@@ -32,8 +32,9 @@ public:
     /// The point nearest to a place.
     Cell Nearest(float i, float q) const
     {
-        const auto column = static_cast<int>(std::clamp(i, -limit_, limit_) * 0.5F + 8.0F);
-        const auto row = static_cast<int>(std::clamp(q, -limit_, limit_) * 0.5F + 8.0F);
+        // In this order what is no number becomes the limit.
+        const auto column = static_cast<int>(std::max(-limit_, std::min(limit_, i)) * 0.5F + 8.0F);
+        const auto row = static_cast<int>(std::max(-limit_, std::min(limit_, q)) * 0.5F + 8.0F);
         const auto cell = static_cast<Cell>(row << 4 | column);
         return corners_ && labels_[cell] == missing ? NearestToCorner(i, q) : cell;
     }

@@ -61,8 +61,14 @@ Jitter MeasureJitter(const ReceivedSymbols& received, std::span<const std::compl
     return {difference / weight, noise / std::sqrt(weight)};
 }
 
-/// The power of spectral lines in the residues.
-double MeasureLines(std::span<const std::complex<float>> residues)
+/// The power of spectral lines in the residues, there and ahead of the equaliser.
+struct Lines
+{
+    double left = 0;
+    double received = 0;
+};
+
+Lines MeasureLines(std::span<const std::complex<float>> residues, const ConstellationAnalysis::Response& response)
 {
     constexpr size_t length = 2048;
     static const FourierTransform transform(length);
@@ -82,15 +88,21 @@ double MeasureLines(std::span<const std::complex<float>> residues)
     std::vector<double> sorted = density;
     std::nth_element(sorted.begin(), sorted.begin() + length / 2, sorted.end());
     const double floor = sorted[length / 2];
-    double lines = 0;
+    constexpr double windowPower = 3.0 / 8 * length;
+    const double scale = 1 / (static_cast<double>(stretches) * windowPower * length);
+    Lines lines;
     for (size_t bin = 0; bin < length; ++bin) {
         // A line stands in three bins; noise is nowhere four times its median after so many stretches.
-        const double around =
-            std::max({density[bin], density[(bin + 1) % length], density[(bin + length - 1) % length]});
-        lines += around > 4 * floor ? density[bin] - floor : 0;
+        const double before = density[(bin + length - 1) % length];
+        const double after = density[(bin + 1) % length];
+        if (std::max({before, density[bin], after}) > 4 * floor) {
+            const double power = (density[bin] - floor) * scale;
+            const double frequency = static_cast<double>(bin) / length - (bin < length / 2 ? 0 : 1);
+            lines.left += power;
+            lines.received += power / std::max(response(frequency), 1e-3);
+        }
     }
-    constexpr double windowPower = 3.0 / 8 * length;
-    return std::max(0.0, lines / static_cast<double>(stretches) / windowPower / length);
+    return lines;
 }
 
 }  // namespace
@@ -165,7 +177,7 @@ double ConstellationAnalysis::TruePower(double flattered) const
     return low;
 }
 
-SignalReadings ConstellationAnalysis::Measure(const ReceivedSymbols& received) const
+SignalReadings ConstellationAnalysis::Measure(const ReceivedSymbols& received, const Response& response) const
 {
     SignalReadings readings;
     readings.symbols = received.symbols.size();
@@ -191,15 +203,16 @@ SignalReadings ConstellationAnalysis::Measure(const ReceivedSymbols& received) c
 
     const std::vector<std::complex<float>> residues = Residues(received, axes.origin, axes.i, axes.q);
     const Jitter jitter = MeasureJitter(received, residues);
-    constexpr double greatestBlur = 0.35 * pi / 180;
+    constexpr double greatestBlur = 0.2 * pi / 180;
     if (jitter.blur < greatestBlur * greatestBlur) {
-        readings.phaseJitter = std::sqrt(std::max(0.0, jitter.variance)) * 180 / pi;
+        const bool seen = jitter.variance > 2 * jitter.blur;
+        readings.phaseJitter = seen ? std::sqrt(jitter.variance) * 180 / pi : 0;
     }
-    const double lines = MeasureLines(residues);
-    if (lines > 0) {
-        readings.carrierToInterference = dvbc::DecibelsOfPower(power / lines);
+    const Lines lines = MeasureLines(residues, response);
+    if (lines.received > 0) {
+        readings.carrierToInterference = dvbc::DecibelsOfPower(power / lines.received);
     }
-    const double noise = MeanPower(residues) + folded - std::max(0.0, jitter.variance) * power - lines;
+    const double noise = MeanPower(residues) + folded - std::max(0.0, jitter.variance) * power - lines.left;
     readings.signalToNoise = dvbc::DecibelsOfPower(power / std::max(noise, 1e-6 * power));
     return readings;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <complex>
+#include <functional>
 #include <span>
 #include <vector>
 
@@ -29,9 +30,12 @@ struct ReceivedSymbols
 /// - Phase jitter (6.9.9): what is left behind these lines, e = r - fit(d), is rounder with noise and longer across d
 /// with
 ///   jitter: its square is the sum of |d|^2 (across^2 - along^2) over the sum of |d|^4. Noise takes no part, but blurs
-///   it: not measured where that is more than 0.35 degrees. What is slower than the carrier loop (about 3 kHz at 6.9
-///   MSymb/s) is not seen.
-/// - Interferer (6.9.8): lines in the spectrum of e. One is seen down to about 25 dB below the noise.
+///   the square, by (mean of |e|^2) / root of the sum of |d|^4: less than twice that reads 0, and where that is more
+///   than 0.2 degrees squared (with 65,536 symbols, a MER below about 25 dB) jitter is not measured. Within 0.1 degrees
+///   above a MER of 34 dB. What is slower than the carrier loop (about 3 kHz at 6.9 MSymb/s) is not seen.
+/// - Interferer (6.9.8): lines in the spectrum of e, with what the equaliser took away of them put back. One is seen
+/// down
+///   to about 25 dB below the noise.
 /// - Signal to noise (6.9.10): P over what is left of e without jitter and lines.
 class ConstellationAnalysis
 {
@@ -40,8 +44,11 @@ public:
 
     explicit ConstellationAnalysis(const Constellation& constellation) : constellation_(&constellation) {}
 
+    /// How much of the power at a frequency, in turns a symbol from -0.5 to 0.5, has come through the equaliser.
+    using Response = std::function<double(double)>;
+
     /// Nothing is measured of fewer than `leastSymbols` symbols.
-    SignalReadings Measure(const ReceivedSymbols& received) const;
+    SignalReadings Measure(const ReceivedSymbols& received, const Response& response) const;
 
 private:
     /// Where the origin and the two axes of the decided constellation are received.

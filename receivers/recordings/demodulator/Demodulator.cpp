@@ -42,7 +42,7 @@ SignalParameters Checked(const SignalParameters& parameters, double rate)
 class Demodulator::Chain
 {
 public:
-    Chain(const SignalParameters& parameters, double rate, PacketSink* sink);
+    Chain(const SignalParameters& parameters, double rate, PacketSink* sink, const Kernels& kernels);
 
     void Process(std::span<const std::complex<float>> samples);
     const DemodulatorState& State() const { return state_; }
@@ -113,10 +113,10 @@ private:
     DemodulatorState state_;
 };
 
-Demodulator::Chain::Chain(const SignalParameters& parameters, double rate, PacketSink* sink)
+Demodulator::Chain::Chain(const SignalParameters& parameters, double rate, PacketSink* sink, const Kernels& kernels)
     : parameters_(Checked(parameters, rate)),
       rate_(rate),
-      kernels_(&ChosenKernels()),
+      kernels_(&kernels),
       constellation_(parameters.order),
       search_(parameters, rate),
       carrierSearch_(constellation_),
@@ -292,11 +292,15 @@ void Demodulator::Chain::DecideBlock()
 
 void Demodulator::Chain::TakeOutcome(const SymbolLoop::Outcome& outcome)
 {
-    // Places between points that have nothing to do with them lie 2/3 away in the mean; at a bit error ratio of 1e-3 it
-    // is 0.20 (16-QAM) to 0.23 (256-QAM).
+    // Places that have nothing to do with the points lie 2/3 away in the mean; at a bit error ratio of 1e-3 it is 0.20
+    // (16-QAM) to 0.23 (256-QAM). A lower order can lie on points of a higher one with the same power, 16-QAM times 4 +
+    // i on those of 256-QAM; but then it uses few of them.
     const double power = outcome.power / constellation_.MeanPower();
-    const bool powerFits = power > 0.9 && power < 1.1;
-    carrierLock_.Take(outcome.error < 0.36 && powerFits, !(outcome.error < 0.45) || !(power > 0.7 && power < 1.4));
+    const bool allUsed = outcome.pointsUsed * 4 > constellation_.Order() * 3;
+    const bool good = outcome.error < 0.36 && power > 0.9 && power < 1.1 && allUsed;
+    const bool bad = !(outcome.error < 0.45) || !(power > 0.7 && power < 1.4);
+    carrierLock_.Take(good, bad);
+    loop_.HoldEqualiser(bad && phase_ == Phase::track);
     if (phase_ == Phase::decide && carrierLock_.Locked() && blocks_ >= calmBlocks) {
         loop_.Settle();
         phase_ = Phase::track;
@@ -345,7 +349,10 @@ SignalReadings Demodulator::Chain::Readings() const
     std::vector<Constellation::Cell> points = keptPoints_;
     std::rotate(symbols.begin(), symbols.begin() + static_cast<ptrdiff_t>(nextKept_), symbols.end());
     std::rotate(points.begin(), points.begin() + static_cast<ptrdiff_t>(nextKept_), points.end());
-    return ConstellationAnalysis(constellation_).Measure({symbols, points});
+    // The equaliser makes up for what the level has changed by since the gain was set.
+    const double level = level_.SignalPower() * level_.Gain() * level_.Gain();
+    const auto response = [this, level](double frequency) { return loop_.PowerResponse(frequency) * level; };
+    return ConstellationAnalysis(constellation_).Measure({symbols, points}, response);
 }
 
 std::vector<std::complex<float>> Demodulator::Chain::NewestSymbols(size_t most) const
@@ -359,8 +366,8 @@ std::vector<std::complex<float>> Demodulator::Chain::NewestSymbols(size_t most) 
     return newest;
 }
 
-Demodulator::Demodulator(const SignalParameters& parameters, double rate, PacketSink* sink)
-    : chain_(std::make_unique<Chain>(parameters, rate, sink))
+Demodulator::Demodulator(const SignalParameters& parameters, double rate, PacketSink* sink, const Kernels& kernels)
+    : chain_(std::make_unique<Chain>(parameters, rate, sink, kernels))
 {
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "receivers/recordings/demodulator/DemodulatorState.h"
+#include "receivers/recordings/demodulator/Kernels.h"
 #include "receivers/recordings/demodulator/SignalParameters.h"
 #include "receivers/recordings/demodulator/SignalReadings.h"
 #include "receivers/recordings/demodulator/TransportDecoder.h"
@@ -19,7 +20,9 @@ class Demodulator
 public:
     /// `rate` is that of the samples, see SampleSource for the least. Raises std::invalid_argument where the parameters
     /// or the rate are out of range. `sink` may be null; it outlives the demodulator.
-    Demodulator(const SignalParameters& parameters, double rate, PacketSink* sink = nullptr);
+    /// `kernels` is how it reckons; that is for comparisons.
+    Demodulator(const SignalParameters& parameters, double rate, PacketSink* sink = nullptr,
+                const Kernels& kernels = ChosenKernels());
     ~Demodulator();
 
     /// Takes in the next samples: any number of them. Some remain inside until enough for a block are there.

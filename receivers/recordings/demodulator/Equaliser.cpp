@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <numbers>
 
 namespace tvn2x::recordings {
 namespace {
@@ -49,6 +51,16 @@ bool Equaliser::HasEchoes() const
     }
     std::sort(powers.begin(), powers.end());
     return powers.back() > std::max(least, 20 * powers[backwardTaps / 2]);
+}
+
+double Equaliser::PowerResponse(double frequency) const
+{
+    std::complex<double> sum;
+    for (size_t i = 0; i < forwardTaps; ++i) {
+        const double angle = std::numbers::pi * frequency * static_cast<double>(i);
+        sum += std::complex<double>(forwardRe_[i], forwardIm_[i]) * std::polar(1.0, angle);
+    }
+    return std::norm(sum);
 }
 
 void Equaliser::UseBackward(bool use)

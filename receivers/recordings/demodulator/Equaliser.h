@@ -71,6 +71,8 @@ public:
 
     /// Whether a tap of the backward filter stands out from the others, which noise moves.
     bool HasEchoes() const;
+    /// Of the forward filter, at a frequency in turns a symbol.
+    double PowerResponse(double frequency) const;
     void UseBackward(bool use);
     bool BackwardUsed() const { return backwardUsed_; }
 

@@ -6,11 +6,13 @@
 
 namespace tvn2x::recordings {
 
-FourierTransform::FourierTransform(size_t length) : turns_(length / 2), reversed_(length)
+FourierTransform::FourierTransform(size_t length) : reversed_(length)
 {
-    for (size_t i = 0; i < turns_.size(); ++i) {
-        const double angle = -2 * std::numbers::pi * static_cast<double>(i) / static_cast<double>(length);
-        turns_[i] = {static_cast<float>(std::cos(angle)), static_cast<float>(std::sin(angle))};
+    for (size_t half = 2; half < length; half *= 2) {
+        for (size_t k = 0; k < half; ++k) {
+            const double angle = -std::numbers::pi * static_cast<double>(k) / static_cast<double>(half);
+            turns_.emplace_back(static_cast<float>(std::cos(angle)), static_cast<float>(std::sin(angle)));
+        }
     }
     for (size_t i = 1; i < length; ++i) {
         reversed_[i] = reversed_[i / 2] / 2 + (i % 2 != 0 ? length / 2 : 0);
@@ -25,17 +27,22 @@ void FourierTransform::Forward(std::span<std::complex<float>> values) const
             std::swap(values[i], values[reversed_[i]]);
         }
     }
-    for (size_t half = 1; half < length; half *= 2) {
-        const size_t stride = length / (2 * half);
+    for (size_t i = 0; i < length; i += 2) {
+        const std::complex<float> a = values[i];
+        values[i] = a + values[i + 1];
+        values[i + 1] = a - values[i + 1];
+    }
+    // The turns of each stage lie behind those of the stage before.
+    const std::complex<float>* turns = turns_.data();
+    for (size_t half = 2; half < length; turns += half, half *= 2) {
         for (size_t start = 0; start < length; start += 2 * half) {
+            std::complex<float>* const low = &values[start];
+            std::complex<float>* const high = low + half;
             for (size_t k = 0; k < half; ++k) {
-                const std::complex<float> turn = turns_[k * stride];
-                const std::complex<float> a = values[start + k];
-                const std::complex<float> b = values[start + k + half];
-                const std::complex<float> turned(b.real() * turn.real() - b.imag() * turn.imag(),
-                                                 b.real() * turn.imag() + b.imag() * turn.real());
-                values[start + k] = a + turned;
-                values[start + k + half] = a - turned;
+                const std::complex<float> turned(high[k].real() * turns[k].real() - high[k].imag() * turns[k].imag(),
+                                                 high[k].real() * turns[k].imag() + high[k].imag() * turns[k].real());
+                high[k] = low[k] - turned;
+                low[k] += turned;
             }
         }
     }

@@ -13,7 +13,7 @@ class FourierTransform
 public:
     explicit FourierTransform(size_t length);
 
-    size_t Length() const { return turns_.size() * 2; }
+    size_t Length() const { return reversed_.size(); }
     /// The number k of the result is the frequency k / Length() of the sampling rate, those from the middle on are the
     /// negative ones.
     void Forward(std::span<std::complex<float>> values) const;

@@ -1,7 +1,5 @@
 #include "receivers/recordings/demodulator/Kernels.h"
 
-#include <cstdlib>
-
 namespace tvn2x::recordings {
 
 bool HasWideKernels()
@@ -11,7 +9,7 @@ bool HasWideKernels()
 
 const Kernels& ChosenKernels()
 {
-    static const bool wide = HasWideKernels() && std::getenv("TVN2X_BASELINE_KERNELS") == nullptr;
+    static const bool wide = HasWideKernels();
     return wide ? wideKernels : baselineKernels;
 }
 

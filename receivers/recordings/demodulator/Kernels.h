@@ -45,8 +45,7 @@ extern const Kernels baselineKernels;  ///< what every processor of 64 bits has 
 extern const Kernels wideKernels;      ///< AVX2 and FMA
 
 bool HasWideKernels();
-/// The best ones for the processor that the program runs on. TVN2X_BASELINE_KERNELS=1 in the environment asks for the
-/// baseline ones, to compare.
+/// The best ones for the processor that the program runs on.
 const Kernels& ChosenKernels();
 
 }  // namespace tvn2x::recordings

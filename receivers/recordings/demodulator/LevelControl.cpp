@@ -16,7 +16,7 @@ void LevelControl::Process(ComplexRow values, size_t count)
     }
     last_ = sum / static_cast<double>(count) / matchedShare_ / (gain_ * gain_);
     ++blocks_;
-    power_ += (last_ - power_) / std::min(blocks_, 64);
+    power_ = blocks_ == 1 ? last_ : power_ + (last_ - power_) / std::min(blocks_, 64);
 }
 
 void LevelControl::Adjust()

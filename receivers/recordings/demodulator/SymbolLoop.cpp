@@ -1,5 +1,7 @@
 #include "receivers/recordings/demodulator/SymbolLoop.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace tvn2x::recordings {
@@ -65,6 +67,7 @@ SymbolLoop::Outcome SymbolLoop::Decide(ComplexRow values, std::span<std::complex
     const float unit = 1 / scale;
     float errors = 0;
     float powers = 0;
+    std::array<bool, 256> used{};
     equaliser_.BeginBlock();
     for (size_t i = 0; i < out.size(); ++i) {
         const ComplexRow row = values.From(2 * i);
@@ -75,7 +78,7 @@ SymbolLoop::Outcome SymbolLoop::Decide(ComplexRow values, std::span<std::complex
         const std::complex<float> decided(Constellation::I(point) * unit, Constellation::Q(point) * unit);
         const std::complex<float> error = decided - symbol;
         carrier_.Follow(symbol, decided);
-        if (i % adaptEvery_ == 0) {
+        if (i % adaptEvery_ == 0 && !held_) {
             const std::complex<float> moving = error + meanError_;
             meanError_ -= moving * 2e-4F;
             equaliser_.Adapt(row, Times(moving * decided_.forward, std::conj(turn)), moving * -decided_.backward);
@@ -83,11 +86,13 @@ SymbolLoop::Outcome SymbolLoop::Decide(ComplexRow values, std::span<std::complex
         equaliser_.Push(decided);
         out[i] = scaled;
         points[i] = point;
+        used[point] = true;
         errors += std::norm(error);
         powers += std::norm(symbol);
     }
     const double toUnits = constellation_->MeanPower() / static_cast<double>(out.size());
-    return {static_cast<double>(errors) * toUnits, static_cast<double>(powers) * toUnits};
+    const auto pointsUsed = static_cast<int>(std::count(used.begin(), used.end(), true));
+    return {static_cast<double>(errors) * toUnits, static_cast<double>(powers) * toUnits, pointsUsed};
 }
 
 }  // namespace tvn2x::recordings

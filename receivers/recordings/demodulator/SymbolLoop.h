@@ -24,6 +24,7 @@ public:
     {
         double error = 0;  ///< power of what the symbols lie away from their points
         double power = 0;
+        int pointsUsed = 0;  ///< different ones
     };
 
     /// `values` begins with Equaliser::history values of the block before; `symbols` fill `out`, their mean power is
@@ -39,7 +40,13 @@ public:
     /// After the acquisition: small steps, and the backward filter only if there are echoes for it.
     void Settle();
 
+    /// While the signal is away there is nothing to adapt to.
+    void HoldEqualiser(bool hold) { held_ = hold; }
+
     const CarrierLoop& Carrier() const { return carrier_; }
+    /// How much the equaliser lets through of the power at a frequency in the constellation's spectrum, in turns a
+    /// symbol from -0.5 to 0.5: adapted to a sine wave beside the signal, it is a notch.
+    double PowerResponse(double frequency) const { return equaliser_.PowerResponse(frequency + carrier_.Frequency()); }
 
 private:
     struct Steps
@@ -54,6 +61,7 @@ private:
     Steps blind_{};
     Steps decided_{};
     size_t adaptEvery_ = 1;
+    bool held_ = false;
     std::complex<float> meanError_;  ///< of a residual carrier, which is no matter for an equaliser
 };
 

@@ -39,6 +39,15 @@ public:
 private:
     static constexpr size_t length = 512;
 
+    /// The sum of the products of what lies one symbol rate apart, and of their mean powers.
+    struct Edges
+    {
+        std::complex<float> product;
+        float power = 0;
+    };
+
+    Edges Measure(ComplexRow values);
+
     double rollOff_;
     FourierTransform transform_;
     std::vector<float> window_;

@@ -12,11 +12,11 @@ class Mapper
 public:
     explicit Mapper(int order);
     void Map(const std::vector<uint8_t>& bytes, std::vector<std::complex<double>>& points);
+    /// The point of the next tuple of bits.
+    std::complex<double> Point(unsigned tuple);
     static double MeanPower(int order);
 
 private:
-    std::complex<double> Point(unsigned tuple);
-
     int order_;
     int bits_ = 0;
     unsigned waiting_ = 0;

@@ -12,6 +12,7 @@ using std::numbers::pi;
 constexpr int halfLength = 40;    // symbols of the pulse to either side
 constexpr int resolution = 2048;  // of its table, in a symbol
 constexpr double spacing = 8e6;
+constexpr double warmUp = 6000;  // symbols until the interleaver has sent what it was filled with
 
 /// The root-raised-cosine pulse of unit energy at a time in symbols, faded out at its ends.
 double Pulse(double t, double rollOff)
@@ -82,7 +83,7 @@ std::complex<double> Transmitter::At(Carrier& carrier, double time)
 /// The wanted carrier at a time in seconds, as the modulator makes it, around 0 Hz.
 std::complex<double> Transmitter::Modulated(double time)
 {
-    const double symbols = time * signal_.symbolRate * (1 + signal_.symbolRatePpm * 1e-6) + 100;
+    const double symbols = time * signal_.symbolRate * (1 + signal_.symbolRatePpm * 1e-6) + warmUp;
     const std::complex<double> ideal = At(carriers_[0], symbols) / std::sqrt(meanPower_);
     const double stretch = std::sqrt(1 + signal_.imbalance / 100);
     const double half = signal_.quadrature * pi / 360;
@@ -113,7 +114,7 @@ std::complex<double> Transmitter::Sample()
         sum += std::polar(Amplitude(-*signal_.interferer), 2 * pi * signal_.symbolRate / 8.1 * time);
     }
     if (signal_.neighbours) {
-        const double symbols = time * signal_.symbolRate * 1.00002 + 100.4;
+        const double symbols = time * signal_.symbolRate * 1.00002 + warmUp + 0.4;
         const double size = Amplitude(*signal_.neighbours) / std::sqrt(meanPower_);
         const double turn = 2 * pi * spacing * time;
         sum += size * (At(carriers_[1], symbols) * std::polar(1.0, turn) +
