@@ -14,9 +14,9 @@ constexpr double blockSeconds = 0.005;
 
 }  // namespace
 
-PlayedChannel::PlayedChannel(const Recording& recording, std::unique_ptr<SampleSource> source,
-                             const SignalParameters& signal, PlayTime& time)
-    : recording_(recording),
+PlayedChannel::PlayedChannel(Recording recording, std::unique_ptr<SampleSource> source, const SignalParameters& signal,
+                             PlayTime& time)
+    : recording_(std::move(recording)),
       source_(std::move(source)),
       demodulator_(signal, source_->Rate()),
       time_(time),

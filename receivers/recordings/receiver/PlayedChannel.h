@@ -22,7 +22,7 @@ class PlayedChannel
 {
 public:
     /// `source` gives the channel's samples, at the demodulator's rate.
-    PlayedChannel(const Recording& recording, std::unique_ptr<SampleSource> source, const SignalParameters& signal,
+    PlayedChannel(Recording recording, std::unique_ptr<SampleSource> source, const SignalParameters& signal,
                   PlayTime& time);
 
     /// Plays what is due, but not for longer than a client that polls can wait. Raises what the source raises.
