@@ -2,11 +2,13 @@
 # minutes without; sums may be taken in any order. One of the two sets is for processors with AVX2 and FMA, and is only
 # called where the processor says that it is one.
 set(demodulator receivers/recordings/demodulator)
-target_compile_options(tvn_receivers_recordings_demodulator PRIVATE -O3)
-if(CMAKE_SIZEOF_VOID_P EQUAL 4)
-  # The stack may be aligned to four bytes in programs of 32 bits.
-  target_compile_options(tvn_receivers_recordings_demodulator PRIVATE -msse2 -mfpmath=sse -mstackrealign)
-endif()
+foreach(room transport demodulator)
+  target_compile_options(tvn_receivers_recordings_${room} PRIVATE -O3)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+    # The stack may be aligned to four bytes in programs of 32 bits.
+    target_compile_options(tvn_receivers_recordings_${room} PRIVATE -msse2 -mfpmath=sse -mstackrealign)
+  endif()
+endforeach()
 set(wide -ffast-math -mavx2 -mfma)
 if(WIN32)
   # The stack of Windows is aligned to 16 bytes, which the compiler forgets for vectors of 32.

@@ -26,7 +26,7 @@ unit_programs() {
 # other_tests PATTERN: the names of all other tests that match.
 other_tests() {
     cmake --preset asan >/dev/null
-    ctest --test-dir build/asan --show-only --tests-regex "$1" | sed -nE 's/^ *Test +#[0-9]+: ((system|fuzz)\..*)/\1/p'
+    ctest --test-dir build/asan --show-only --tests-regex "$1" | sed -nE 's/^ *Test +#[0-9]+: ((system|fuzz|reception)\..*)/\1/p'
 }
 
 # targets_of PRESET TEST...: the targets of a build tree that these tests need, or all tests; "all" where
@@ -42,6 +42,7 @@ targets_of() {
             asan:unit_*) echo "$test" ;;
             asan:system.spreadsheet) echo result_file_sample ;;
             asan:system.recordings) echo sample_recording ;;
+            asan:reception.*) echo reception_quality ;;
             fuzz:fuzz.*) echo "fuzz_$name" ;;
             win64:system.spreadsheet) ;;
             win32:system.binaries) printf '%s\n' TVN2x XKTR2x XKIQ2x ;;

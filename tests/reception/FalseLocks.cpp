@@ -1,7 +1,6 @@
 #include "reception/FalseLocks.h"
 
 #include <cmath>
-#include <functional>
 #include <numbers>
 #include <random>
 
@@ -76,19 +75,18 @@ bool Locks(int order, double symbolRate, const Samples& samples)
 
 }  // namespace
 
-std::vector<FalseLocks> CountFalseLocks(int tries)
+void CountFalseLocks(int tries, const std::function<void(const FalseLocks&)>& tell)
 {
     static constexpr int orders[]{16, 32, 64, 128, 256};
     const std::vector<std::pair<std::string, std::function<Samples(unsigned)>>> kinds{
         {"noise alone", Noise}, {"a carrier alone", Carrier}, {"an analogue picture", Picture}};
-    std::vector<FalseLocks> counted;
     for (const auto& [name, make] : kinds) {
         FalseLocks locks{name, tries, 0};
         for (int number = 0; number < tries; ++number) {
             const int order = orders[number % 5];
             locks.locked += Locks(order, 6.9e6, make(static_cast<unsigned>(number))) ? 1 : 0;
         }
-        counted.push_back(locks);
+        tell(locks);
     }
     FalseLocks wrong{"a wrong order", 0, 0};
     FalseLocks off{"a symbol rate that is 0.1 % off", 0, 0};
@@ -106,9 +104,8 @@ std::vector<FalseLocks> CountFalseLocks(int tries)
         ++off.tries;
         off.locked += Locks(signal.order, 6.9e6 * (number % 2 == 0 ? 1.001 : 0.999), samples) ? 1 : 0;
     }
-    counted.push_back(wrong);
-    counted.push_back(off);
-    return counted;
+    tell(wrong);
+    tell(off);
 }
 
 }  // namespace tvn2x::reception

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <functional>
 #include <string>
-#include <vector>
 
 namespace tvn2x::reception {
 
@@ -14,6 +14,7 @@ struct FalseLocks
     int locked = 0;
 };
 
-std::vector<FalseLocks> CountFalseLocks(int tries);
+/// Tells of each kind when it is done with it.
+void CountFalseLocks(int tries, const std::function<void(const FalseLocks&)>& tell);
 
 }  // namespace tvn2x::reception

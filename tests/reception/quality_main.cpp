@@ -35,10 +35,11 @@ bool PrintTable(bool brief)
 bool PrintFalseLocks(int tries)
 {
     bool none = true;
-    for (const FalseLocks& locks : CountFalseLocks(tries)) {
+    CountFalseLocks(tries, [&](const FalseLocks& locks) {
         std::printf("locked to %s: %d of %d\n", locks.what.c_str(), locks.locked, locks.tries);
+        std::fflush(stdout);
         none = none && locks.locked == 0;
-    }
+    });
     return none;
 }
 

@@ -5,8 +5,8 @@
 #include <span>
 #include <vector>
 
-#include "receivers/recordings/demodulator/Constellation.h"
 #include "receivers/recordings/demodulator/FourierTransform.h"
+#include "receivers/recordings/transport/Constellation.h"
 
 namespace tvn2x::recordings {
 

@@ -205,7 +205,7 @@ SignalReadings ConstellationAnalysis::Measure(const ReceivedSymbols& received, c
     const Jitter jitter = MeasureJitter(received, residues);
     constexpr double greatestBlur = 0.2 * pi / 180;
     if (jitter.blur < greatestBlur * greatestBlur) {
-        const bool seen = jitter.variance > 2 * jitter.blur;
+        const bool seen = jitter.variance > 2.5 * jitter.blur;
         readings.phaseJitter = seen ? std::sqrt(jitter.variance) * 180 / pi : 0;
     }
     const Lines lines = MeasureLines(residues, response);

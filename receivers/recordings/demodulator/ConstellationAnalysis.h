@@ -5,8 +5,8 @@
 #include <span>
 #include <vector>
 
-#include "receivers/recordings/demodulator/Constellation.h"
 #include "receivers/recordings/demodulator/SignalReadings.h"
+#include "receivers/recordings/transport/Constellation.h"
 
 namespace tvn2x::recordings {
 
@@ -30,9 +30,10 @@ struct ReceivedSymbols
 /// - Phase jitter (6.9.9): what is left behind these lines, e = r - fit(d), is rounder with noise and longer across d
 /// with
 ///   jitter: its square is the sum of |d|^2 (across^2 - along^2) over the sum of |d|^4. Noise takes no part, but blurs
-///   the square, by (mean of |e|^2) / root of the sum of |d|^4: less than twice that reads 0, and where that is more
-///   than 0.2 degrees squared (with 65,536 symbols, a MER below about 25 dB) jitter is not measured. Within 0.1 degrees
-///   above a MER of 34 dB. What is slower than the carrier loop (about 3 kHz at 6.9 MSymb/s) is not seen.
+///   the square, by (mean of |e|^2) / root of the sum of |d|^4: less than two and a half times that reads 0, and where
+///   that is more than 0.2 degrees squared (with 65,536 symbols, a MER below about 25 dB) jitter is not measured.
+///   Within 0.1 degrees above a MER of 34 dB. What is slower than the carrier loop (about 3 kHz at 6.9 MSymb/s) is not
+///   seen.
 /// - Interferer (6.9.8): lines in the spectrum of e, with what the equaliser took away of them put back. One is seen
 /// down
 ///   to about 25 dB below the noise.

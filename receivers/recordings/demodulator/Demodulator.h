@@ -9,7 +9,7 @@
 #include "receivers/recordings/demodulator/Kernels.h"
 #include "receivers/recordings/demodulator/SignalParameters.h"
 #include "receivers/recordings/demodulator/SignalReadings.h"
-#include "receivers/recordings/demodulator/TransportDecoder.h"
+#include "receivers/recordings/transport/TransportDecoder.h"
 
 namespace tvn2x::recordings {
 

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "receivers/recordings/transport/PacketCounters.h"
+
 namespace tvn2x::recordings {
 
 /// What the demodulator has locked to by now, in the order in which it comes about. A lock needs the ones before it.
@@ -13,16 +15,6 @@ struct Locks
     bool carrier = false;      ///< the constellation stands still and is of the order that was set
     bool frameSync = false;    ///< the synchronisation bytes were found
     bool reedSolomon = false;  ///< packets come out right
-};
-
-/// What has gone through the outer decoder since the demodulator was started. Counts only grow.
-struct PacketCounters
-{
-    uint64_t packets = 0;        ///< that were decoded, right or not
-    uint64_t failedPackets = 0;  ///< that had more wrong bytes than the code corrects
-    uint64_t checkedBits = 0;    ///< before Reed-Solomon, of the packets that came out right
-    uint64_t correctedBits = 0;  ///< of them, what the code put right: correctedBits / checkedBits is the BER
-    uint64_t lostSymbols = 0;    ///< received without a frame lock, since the first one: without any transport stream
 };
 
 /// How the reception stands after the samples that were given so far.

@@ -6,8 +6,8 @@
 
 #include "receivers/recordings/demodulator/CarrierLoop.h"
 #include "receivers/recordings/demodulator/CarrierSearch.h"
-#include "receivers/recordings/demodulator/Constellation.h"
 #include "receivers/recordings/demodulator/Equaliser.h"
+#include "receivers/recordings/transport/Constellation.h"
 
 namespace tvn2x::recordings {
 

@@ -55,6 +55,10 @@ TEST(Constellation, DecidesForTheNearestPoint)
             ASSERT_NEAR(std::abs(at - decided), least, 1e-4) << order << at;
         }
     }
+    // What is no number is somebody's nearest point, too: the search among the missing corners ends.
+    const float nan = std::nanf("");
+    EXPECT_EQ(Constellation::I(Constellation(32).Nearest(nan, nan)), 5);
+    EXPECT_EQ(Constellation::Q(Constellation(32).Nearest(5, nan)), 3);
     EXPECT_THROW(Constellation(100), std::invalid_argument);
 }
 

@@ -1,4 +1,4 @@
-#include "receivers/recordings/demodulator/FrameSync.h"
+#include "receivers/recordings/transport/FrameSync.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "receivers/recordings/demodulator/Deinterleaver.h"
+#include "receivers/recordings/transport/Deinterleaver.h"
 
 #include <algorithm>
 

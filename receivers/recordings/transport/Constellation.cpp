@@ -1,4 +1,4 @@
-#include "receivers/recordings/demodulator/Constellation.h"
+#include "receivers/recordings/transport/Constellation.h"
 
 #include <array>
 #include <bit>

@@ -6,12 +6,12 @@
 #include <span>
 #include <vector>
 
-#include "receivers/recordings/demodulator/Deinterleaver.h"
-#include "receivers/recordings/demodulator/DemodulatorState.h"
-#include "receivers/recordings/demodulator/EnergyDispersal.h"
-#include "receivers/recordings/demodulator/FrameSync.h"
-#include "receivers/recordings/demodulator/ReedSolomon.h"
-#include "receivers/recordings/demodulator/SymbolDecoder.h"
+#include "receivers/recordings/transport/Deinterleaver.h"
+#include "receivers/recordings/transport/EnergyDispersal.h"
+#include "receivers/recordings/transport/FrameSync.h"
+#include "receivers/recordings/transport/PacketCounters.h"
+#include "receivers/recordings/transport/ReedSolomon.h"
+#include "receivers/recordings/transport/SymbolDecoder.h"
 
 namespace tvn2x::recordings {
 

@@ -1,4 +1,4 @@
-#include "receivers/recordings/demodulator/SymbolDecoder.h"
+#include "receivers/recordings/transport/SymbolDecoder.h"
 
 namespace tvn2x::recordings {
 

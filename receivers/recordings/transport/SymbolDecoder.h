@@ -4,7 +4,7 @@
 #include <span>
 #include <vector>
 
-#include "receivers/recordings/demodulator/Constellation.h"
+#include "receivers/recordings/transport/Constellation.h"
 
 namespace tvn2x::recordings {
 

@@ -1,4 +1,4 @@
-#include "receivers/recordings/demodulator/ReedSolomon.h"
+#include "receivers/recordings/transport/ReedSolomon.h"
 
 #include <algorithm>
 #include <bit>

@@ -1,4 +1,4 @@
-#include "receivers/recordings/demodulator/EnergyDispersal.h"
+#include "receivers/recordings/transport/EnergyDispersal.h"
 
 namespace tvn2x::recordings {
 

@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-#include "receivers/recordings/demodulator/Deinterleaver.h"
+#include "receivers/recordings/transport/Deinterleaver.h"
 
 namespace tvn2x::recordings {
 

@@ -1,4 +1,4 @@
-#include "receivers/recordings/demodulator/TransportDecoder.h"
+#include "receivers/recordings/transport/TransportDecoder.h"
 
 #include <bit>
 #include <random>
