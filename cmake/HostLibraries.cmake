@@ -9,6 +9,10 @@ target_link_libraries(tvn_receivers_recordings_source PRIVATE nlohmann_headers)
 # The loop over the taps of a filter is worth a vector.
 set_source_files_properties(receivers/recordings/source/FirFilter.cpp receivers/recordings/source/Channelizer.cpp
   PROPERTIES COMPILE_OPTIONS "$<$<NOT:$<CONFIG:Debug>>:-O3>")
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+  # The stack may be aligned to four bytes in programs of 32 bits.
+  target_compile_options(tvn_receivers_recordings_source PRIVATE -msse2 -mfpmath=sse -mstackrealign)
+endif()
 
 # The limits for cable outlets are a file to read and to copy, and are built into the program.
 set(outlet_file ${CMAKE_SOURCE_DIR}/host/judge/outlet.ini)
