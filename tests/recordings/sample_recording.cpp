@@ -66,7 +66,7 @@ public:
           random_(seed),
           size_(1 / std::sqrt(tvn2x::sender::Mapper::MeanPower(order)))
     {
-        deviation_ = std::pow(10, -noise / 20) * std::sqrt(channelRate / symbolRate / 2);
+        deviation_ = std::pow(10, -noise / 20) * std::sqrt(tvn2x::sender::Mapper::MeanPower(order) / 2);
         for (int phase = 0; phase < phases; ++phase) {
             for (int k = -halfPulse + 1; k <= halfPulse; ++k) {
                 const double t = static_cast<double>(phase) / phases - k;
@@ -79,7 +79,12 @@ public:
     std::complex<float> Next()
     {
         while (points_.size() < first_ + 2 * halfPulse) {
+            const size_t known = points_.size();
             mapper_.Map(encoder_.Encode(tvn2x::sender::NumberedPacket(packet_++)), points_);
+            // The points are noisy and not the samples: so the noise keeps to the channel.
+            for (size_t i = known; i < points_.size(); ++i) {
+                points_[i] += std::complex<double>(gaussian_(random_) * deviation_, gaussian_(random_) * deviation_);
+            }
         }
         if (first_ > 100000) {
             points_.erase(points_.begin(), points_.begin() + static_cast<std::ptrdiff_t>(first_));
@@ -95,8 +100,7 @@ public:
         phase_ += stride;
         first_ += static_cast<size_t>(phase_ / phases);
         phase_ %= phases;
-        const auto noise = [&] { return static_cast<float>(gaussian_(random_) * deviation_); };
-        return {inPhase * size_ + noise(), quadrature * size_ + noise()};
+        return {inPhase * size_, quadrature * size_};
     }
 
 private:
@@ -104,7 +108,7 @@ private:
     tvn2x::sender::Mapper mapper_;
     uint32_t packet_;
     std::mt19937 random_;
-    std::normal_distribution<float> gaussian_;
+    std::normal_distribution<double> gaussian_;
     float size_;
     double deviation_ = 0;
     std::vector<float> pulse_;  ///< of each phase, oldest point first
