@@ -29,8 +29,8 @@ double Place(double value, double reach)
 std::string Fields(double reach)
 {
     std::string path;
-    for (double border = -reach; border <= reach; border += 2) {
-        const double place = Place(border, reach);
+    for (int field = 0; field <= static_cast<int>(reach); ++field) {
+        const double place = Place(2 * field - reach, reach);
         path += fmt::format("M{0:.1f} 0V{1}M0 {0:.1f}H{1}", place, size);
     }
     return R"(<path class="grid" stroke="#d0d0d0" stroke-width="0.7" fill="none" d=")" + path + "\"/>";
