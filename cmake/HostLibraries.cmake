@@ -1,10 +1,18 @@
-# What the host's portable rooms need beside their sources.
+# What portable rooms need beside their sources.
 tvn_header_library(fmt fmt)
 target_compile_definitions(fmt_headers INTERFACE FMT_HEADER_ONLY)
 tvn_header_library(nlohmann nlohmann)
 target_link_libraries(tvn_host_plan PUBLIC fmt_headers)
 target_link_libraries(tvn_host_run PRIVATE nlohmann_headers)
 target_link_libraries(tvn_host_report PRIVATE nlohmann_headers)
+target_link_libraries(tvn_receivers_recordings_source PRIVATE nlohmann_headers)
+# The loop over the taps of a filter is worth a vector.
+set_source_files_properties(receivers/recordings/source/FirFilter.cpp receivers/recordings/source/Channelizer.cpp
+  PROPERTIES COMPILE_OPTIONS "$<$<NOT:$<CONFIG:Debug>>:-O3>")
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+  # The stack may be aligned to four bytes in programs of 32 bits.
+  target_compile_options(tvn_receivers_recordings_source PRIVATE -msse2 -mfpmath=sse -mstackrealign)
+endif()
 target_link_libraries(tvn_host_live PRIVATE nlohmann_headers)
 
 # The server: sockets of the build machine, or of Windows.

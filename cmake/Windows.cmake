@@ -23,14 +23,14 @@ add_custom_command(
   VERBATIM)
 
 set(contract_files)
-foreach(name TVNINT XKTR2x TVN2x)
+foreach(name TVNINT XKTR2x TVN2x XKIQ2x)
   set(idl ${CMAKE_SOURCE_DIR}/interfaces/${name}.idl)
   set(widl_call ${WIDL} ${widl_bits} -I /usr/include/wine/wine/windows -I ${CMAKE_SOURCE_DIR}/interfaces
       -I ${CMAKE_SOURCE_DIR}/src/setup/catalogue -L ${stdole_folder} -L ${contracts})
   set(make_library ${widl_call} -t -o ${contracts}/${name}.tlb ${idl})
   set(needs)
   if(NOT name STREQUAL "TVNINT")
-    set(needs ${CMAKE_SOURCE_DIR}/interfaces/TVNINT.idl ${CMAKE_SOURCE_DIR}/src/setup/catalogue/ParameterList.h
+    set(needs ${CMAKE_SOURCE_DIR}/interfaces/TVNINT.idl ${CMAKE_SOURCE_DIR}/interfaces/XKTR2x.idl ${CMAKE_SOURCE_DIR}/src/setup/catalogue/ParameterList.h
         ${contracts}/TVNINT.tlb ${refer_types})
     set(copies ${contracts}/${name}.with_copies)
     set(make_library ${widl_call} -t -o ${copies} ${idl}
@@ -83,5 +83,6 @@ function(tvn_component_server name)
   add_dependencies(${name} contracts_made)
   target_precompile_headers(${name} PRIVATE <windows.h> <oleauto.h> <string> <vector> <memory> <functional>)
 
-  tvn_resources(${name}.rc ${contracts}/TVNINT.tlb ${contracts}/XKTR2x.tlb ${contracts}/TVN2x.tlb)
+  tvn_resources(${name}.rc ${contracts}/TVNINT.tlb ${contracts}/XKTR2x.tlb ${contracts}/TVN2x.tlb
+    ${contracts}/XKIQ2x.tlb)
 endfunction()

@@ -28,7 +28,7 @@ namespace {
 /// The command line as it was parsed.
 struct Arguments
 {
-    std::wstring setup, output, network, receiver, levelUnit = L"dBuV";
+    std::wstring setup, output, network, receiver, signals, levelUnit = L"dBuV";
     ImportOptions import;
     NetworkOptions model;
     ScanOptions scan;
@@ -60,8 +60,16 @@ private:
 void AddReceiver(CLI::App& command, Arguments& arguments)
 {
     AddText(command, "--receiver", arguments.receiver,
-            "Receiver to use: simulated, registered (the driver), or a driver's class identity in braces")
+            "Receiver to use: simulated, recordings, registered (the driver), or a driver's class identity in braces")
         ->type_name("WHICH");
+}
+
+/// What the receiver receives where it is no cable.
+void AddReceived(CLI::App& command, Arguments& arguments, std::wstring& network)
+{
+    AddText(command, "--network", network, "Network model for the simulated receiver")->type_name("FILE");
+    AddText(command, "--signals", arguments.signals, "Folder of recorded signals for the receiver of recordings")
+        ->type_name("FOLDER");
 }
 
 /// Where the plan comes from: a file, or a raster of frequencies.
@@ -133,8 +141,7 @@ void AddScanOptions(CLI::App* command, Arguments& arguments)
         ->type_name("FILE")
         ->required();
     AddReceiver(*command, arguments);
-    AddText(*command, "--network", arguments.scan.network, "Network model for the simulated receiver")
-        ->type_name("FILE");
+    AddReceived(*command, arguments, arguments.scan.network);
     AddText(*command, "--channels", arguments.scan.channels,
             "Channels by label, number or MHz, like K45-K63,12,474 (all)")
         ->type_name("LIST");
@@ -191,9 +198,10 @@ void AddSetupCommands(CLI::App& app, Arguments& arguments)
         arguments.checksReceiver = true;
         arguments.receiver = which == "true" ? L"" : FromUtf8(which);
     });
-    AddText(*check, "--network", arguments.network, "Network model for the simulated receiver")
-        ->type_name("FILE")
-        ->needs("--receiver");
+    AddReceived(*check, arguments, arguments.network);
+    for (const char* const received : {"--network", "--signals"}) {
+        check->get_option(received)->needs("--receiver");
+    }
     AddText(*convert, "-o,--output", arguments.output, "Setup file to write")->type_name("FILE")->required();
     convert->add_flag("--force", arguments.forces, "Replace a file that exists");
     check->footer(
@@ -214,8 +222,7 @@ void AddReceiverCommands(CLI::App& app, Arguments& arguments)
     AddText(*write, "setup", arguments.setup, "Setup file")->type_name("FILE")->required();
     for (CLI::App* const command : {info, read, write}) {
         AddReceiver(*command, arguments);
-        AddText(*command, "--network", arguments.network, "Network model for the simulated receiver")
-            ->type_name("FILE");
+        AddReceived(*command, arguments, arguments.network);
     }
 }
 
@@ -247,6 +254,11 @@ std::wstring LevelUnit(const std::wstring& name)
     throw CLI::ValidationError("--level-unit", ToUtf8(PlainLetters(LevelUnitList()) + L", not " + name));
 }
 
+ConfigurationOptions Configuration(const Arguments& arguments, const std::wstring& setup)
+{
+    return {setup, arguments.network, arguments.signals, arguments.replacesChannels, arguments.forces};
+}
+
 /// The file, and then the receiver where it was asked for.
 int CheckAll(const Arguments& arguments, Console& console)
 {
@@ -254,11 +266,12 @@ int CheckAll(const Arguments& arguments, Console& console)
     if (!arguments.checksReceiver || ofFile == exitUnusable) {
         return ofFile;
     }
-    return std::max(ofFile, CheckReceiver({.setup = arguments.setup, .network = arguments.network}, console));
+    return std::max(ofFile, CheckReceiver(Configuration(arguments, arguments.setup), console));
 }
 
 int Run(CLI::App& app, Arguments& arguments, Console& console)
 {
+    arguments.scan.signals = arguments.signals;
     if (app.got_subcommand("import")) {
         arguments.import.levelUnit = LevelUnit(arguments.levelUnit);
         return Import(arguments.import, console);
@@ -291,14 +304,13 @@ int Run(CLI::App& app, Arguments& arguments, Console& console)
         return CheckAll(arguments, console);
     }
     if (app.got_subcommand("info")) {
-        return Info({.setup = L"", .network = arguments.network}, console);
+        return Info(Configuration(arguments, L""), console);
     }
     if (app.got_subcommand("read")) {
-        return ReadReceiver({arguments.output, arguments.network, arguments.replacesChannels, arguments.forces},
-                            console);
+        return ReadReceiver(Configuration(arguments, arguments.output), console);
     }
     if (app.got_subcommand("write")) {
-        return WriteReceiver({.setup = arguments.setup, .network = arguments.network}, console);
+        return WriteReceiver(Configuration(arguments, arguments.setup), console);
     }
     if (app.got_subcommand("edit")) {
         return Edit({arguments.setup, arguments.output, arguments.forces}, console);
@@ -361,7 +373,9 @@ int Main(const std::vector<std::string>& words, Console& console)
     try {
         app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
         const Apartment apartment;
-        const auto chosen = ChooseReceiver(arguments.receiver);
+        // Whoever names recordings means the receiver that plays them.
+        const bool plays = arguments.receiver.empty() && !arguments.signals.empty();
+        const auto chosen = ChooseReceiver(plays ? L"recordings" : arguments.receiver);
         const int exitCode = Run(app, arguments, console);
         console.RequireResults();
         return exitCode;

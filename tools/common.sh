@@ -27,7 +27,7 @@ wine_environment() {
     wine_program=/usr/lib/wine/wine64
 }
 
-# Makes the prefix when it is not there, and registers the three libraries when one of them has changed.
+# Makes the prefix when it is not there, and registers the libraries when one of them has changed.
 wine_ready() {
     wine_environment
     local bin=$root/build/$windows_tree/bin stamp=$WINEPREFIX/registered
@@ -39,10 +39,11 @@ wine_ready() {
         touch "$WINEPREFIX/made"
     fi
     local now
-    now=$(sha256sum "$bin/TVN2x.dll" "$bin/XKTR2x.dll" "$bin/tvnhost.exe")
+    now=$(sha256sum "$bin/TVN2x.dll" "$bin/XKTR2x.dll" "$bin/XKIQ2x.dll" "$bin/tvnhost.exe")
     if [ "$(cat "$stamp" 2>/dev/null)" != "$now" ]; then
         "$wine_program" "$bin/tvnhost.exe" register >/dev/null </dev/null
         "$wine_program" regsvr32 /s "$(wine_path "$bin/XKTR2x.dll")" </dev/null
+        "$wine_program" regsvr32 /s "$(wine_path "$bin/XKIQ2x.dll")" </dev/null
         "$wine_program" regsvr32 /s "$(wine_path "$bin/TVN2x.dll")" </dev/null
         echo "$now" >"$stamp"
     fi

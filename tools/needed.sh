@@ -26,7 +26,7 @@ unit_programs() {
 # other_tests PATTERN: the names of all other tests that match.
 other_tests() {
     cmake --preset asan >/dev/null
-    ctest --test-dir build/asan --show-only --tests-regex "$1" | sed -nE 's/^ *Test +#[0-9]+: ((system|fuzz)\..*)/\1/p'
+    ctest --test-dir build/asan --show-only --tests-regex "$1" | sed -nE 's/^ *Test +#[0-9]+: ((system|fuzz|reception)\..*)/\1/p'
 }
 
 # targets_of PRESET TEST...: the targets of a build tree that these tests need, or all tests; "all" where
@@ -37,21 +37,23 @@ targets_of() {
     for test; do
         name=${test#*.}
         case $preset:$test in
-            fuzz:all) printf '%s\n' fuzz_loader fuzz_engine ;;
+            fuzz:all) printf '%s\n' fuzz_loader fuzz_engine fuzz_recording ;;
             *:all) echo all ;;
             asan:unit_*) echo "$test" ;;
+            asan:system.recordings) echo sample_recording ;;
+            asan:reception.*) echo reception_quality ;;
             fuzz:fuzz.*) echo "fuzz_$name" ;;
             win64:system.spreadsheet) ;;
-            win32:system.binaries) printf '%s\n' TVN2x XKTR2x ;;
+            win32:system.binaries) printf '%s\n' TVN2x XKTR2x XKIQ2x ;;
             win32:system.x86_*) echo all ;;
-            win64:system.x86_scan | win64:system.x86_doctor) printf '%s\n' TVN2x XKTR2x tvnhost ;;
+            win64:system.x86_scan | win64:system.x86_doctor) printf '%s\n' TVN2x XKTR2x XKIQ2x tvnhost ;;
             win64:system.x86_*) ;;
             win64:system.*)
                 # A script may run any program; what runs without one is a program of the test's name.
-                if [ -f "tests/system/${name}_test.sh" ]; then
+                if [ -f "tests/system/${name}_test.sh" ] || [ -d "tests/system/$name" ]; then
                     echo all
                 else
-                    printf '%s\n' TVN2x XKTR2x tvnhost "system_$name"
+                    printf '%s\n' TVN2x XKTR2x XKIQ2x tvnhost "system_$name"
                 fi ;;
         esac
     done | sort -u

@@ -118,6 +118,7 @@ int Info(const ConfigurationOptions& options, Console& console)
 {
     const Plugin plugin;
     UseNetwork(plugin, options.network);
+    UseSignals(plugin, options.signals);
     const OnLine online(plugin);
     const ReceiverIdentity& identity = online.Identity();
     const auto installed = Get<std::wstring>(plugin.driver, &IDriver::get_InstalledHardware);
@@ -135,6 +136,7 @@ int CheckReceiver(const ConfigurationOptions& options, Console& console)
     const Plugin plugin;
     const std::wstring path = LoadChecked(plugin, options.setup);
     UseNetwork(plugin, options.network);
+    UseSignals(plugin, options.signals);
     const OnLine online(plugin);
     const ReceiverReport report = AskReceiver(plugin);
     const bool can = CanDo(report.answers);
@@ -151,6 +153,7 @@ int ReadReceiver(const ConfigurationOptions& options, Console& console)
     target.Load(plugin);
     const Setup before = ReadSetup(plugin, target.Path());
     UseNetwork(plugin, options.network);
+    UseSignals(plugin, options.signals);
     const OnLine online(plugin);
     StopRequest stop(CreateRunControl());
     const Transferred transferred = TransferConfiguration(plugin, before, Transfer::read, stop, console);
@@ -181,6 +184,7 @@ int WriteReceiver(const ConfigurationOptions& options, Console& console)
     const std::wstring path = LoadChecked(plugin, options.setup);
     const Setup setup = ReadSetup(plugin, path);
     UseNetwork(plugin, options.network);
+    UseSignals(plugin, options.signals);
     const OnLine online(plugin);
     StopRequest stop(CreateRunControl());
     const Transferred transferred = TransferConfiguration(plugin, setup, Transfer::write, stop, console);

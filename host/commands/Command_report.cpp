@@ -70,10 +70,10 @@ std::deque<Plugin> LoadSetupsOf(const FinishedRun& run, const JudgeOptions& opti
 
 }  // namespace
 
-void ShowSimulation(const FinishedRun& run, Console& console)
+void ShowOrigin(const FinishedRun& run, Console& console)
 {
-    if (run.receiver.simulation) {
-        console.Result(SimulationText(run.receiver) + L"\n");
+    if (const std::wstring origin = OriginText(run.receiver); !origin.empty()) {
+        console.Result(origin + L"\n");
     }
 }
 
@@ -99,7 +99,7 @@ int JudgeRun(const JudgeOptions& options, Console& console)
     const RunJudgement judgement = Judge(run, limits ? &*limits : nullptr);
     if (options.shows) {
         ShowVerdict(run, judgement, console);
-        ShowSimulation(run, console);
+        ShowOrigin(run, console);
     } else if (!options.reports.HasReports()) {
         RaiseInput(
             L"there is nothing to do. Say which report to make: --html FILE, --junit FILE, --json FILE or --result "
@@ -141,7 +141,7 @@ int Compare(const CompareOptions& options, Console& console)
         console.Result(ComparisonGrid(comparison).Render(console.ResultWidth()));
     }
     for (const FinishedRun* run : {&before, &after}) {
-        ShowSimulation(*run, console);
+        ShowOrigin(*run, console);
     }
     console.Result(fmt::format(L"{} {} in both runs, {} changed\n", comparison.channels,
                                comparison.channels == 1 ? L"channel" : L"channels", comparison.changed));

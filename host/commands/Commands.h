@@ -47,6 +47,7 @@ struct ScanOptions
 {
     std::vector<std::wstring> setups;      ///< measured one after another, as one run
     std::wstring network;                  ///< "" leaves the receiver as it is
+    std::wstring signals;                  ///< folder of recordings, "" leaves the receiver as it is
     std::optional<std::wstring> channels;  ///< nothing is all
     std::wstring parameters;               ///< "" is what the setup displays
     double timeScale = 1;                  ///< of the simulated receiver's waiting
@@ -61,6 +62,9 @@ struct ScanOptions
     bool isServed = false;      ///< no grid is shown, and the results of one pass at a time are kept
     RunProtocol protocol;
     ReportOptions reports;
+
+    /// The receiver of recordings is as new: nobody has set it to anything yet.
+    bool WritesSettings() const { return writes || !signals.empty(); }
 };
 
 /// What `serve` was called with.
@@ -97,6 +101,7 @@ struct ConfigurationOptions
 {
     std::wstring setup;             ///< read from or written to; "" for info
     std::wstring network;           ///< "" leaves the receiver as it is
+    std::wstring signals;           ///< the same
     bool replacesChannels = false;  ///< of the setup that is read to, with the one that the receiver is tuned to
     bool forces = false;            ///< replaces what is there
 };
@@ -131,8 +136,8 @@ int Doctor(bool asJson, Console& console);     ///< exitFindings where something
 int Register(bool forUser, Console& console);  ///< the type library TVNINT, for this user alone or for the machine
 int Unregister(bool forUser, Console& console);
 
-/// That the receiver was a simulated one, where it was.
-void ShowSimulation(const FinishedRun& run, Console& console);
+/// That what was measured is no cable, where it is none.
+void ShowOrigin(const FinishedRun& run, Console& console);
 /// What is wrong with which channel, and the verdict.
 void ShowVerdict(const FinishedRun& run, const RunJudgement& judgement, Console& console);
 

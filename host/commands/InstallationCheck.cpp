@@ -48,6 +48,11 @@ const std::vector<Part>& Parts()
          {SimulatedDriver().classes.begin(), SimulatedDriver().classes.end()},
          LIBID_XKTR2x,
          nullptr},
+        {L"receiver of recordings",
+         L"XKIQ2x.dll",
+         {RecordingsDriver().classes.begin(), RecordingsDriver().classes.end()},
+         LIBID_XKIQ2x,
+         L"XKIQ2x"},
         {L"host's interfaces", L"tvnhost.exe", {}, LIBID_TVNINT, L"TVNINT"},
     };
     return parts;
@@ -232,12 +237,21 @@ void RequirePart(const Part& part, const std::vector<Serving>& all, Diagnosis& d
 
 void CheckChoices(Diagnosis& diagnosis)
 {
-    for (const DriverSetting& setting : AllSettings()) {
+    for (const DriverSetting& setting : AllSettings(receiverKey)) {
         try {
             RequireOneFile(FindDriver(setting.words, setting.place));
         } catch (const RaisedError& error) {
             diagnosis.complaints.push_back(
                 {error.description, L"Change the value, or delete it for the registered one"});
+        }
+    }
+    for (const DriverSetting& setting : AllSettings(signalsKey)) {
+        const DWORD attributes = GetFileAttributesW(setting.words.c_str());
+        if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
+            diagnosis.complaints.push_back(
+                {fmt::format(L"{} names the folder of recorded signals \"{}\", and there is none", setting.place,
+                             setting.words),
+                 L"Change the value to the full path of the folder, or delete it"});
         }
     }
 }

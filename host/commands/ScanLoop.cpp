@@ -141,7 +141,7 @@ void ShowPass(const ScanRun& scan, int32_t pass, double seconds)
     }
     scan.console.Result((run.passes == 1 ? L"" : fmt::format(L"Pass {}: ", pass)) + summary.Text() + L"\n");
     if (!scan.isServed) {
-        ShowSimulation(run, scan.console);
+        ShowOrigin(run, scan.console);
     }
 }
 

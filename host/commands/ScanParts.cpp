@@ -84,7 +84,7 @@ bool PartReceiver::Prepare(size_t part)
 {
     GoOnLine(part);
     if (!isPrepared_) {
-        const Preparation how{.writes = options_.writes,
+        const Preparation how{.writes = options_.WritesSettings(),
                               .forces = options_.forces,
                               .measuresAsIs = options_.measuresAsIs,
                               .setsSimulator = !options_.network.empty() || options_.hasTimeScale};

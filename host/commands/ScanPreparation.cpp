@@ -24,11 +24,12 @@ namespace {
 void RequireSameSimulation(const RunReceiver& before, const RunReceiver& now, const std::wstring& journal)
 {
     const auto text = [](const RunReceiver& receiver) {
-        return receiver.simulation ? SimulationText(receiver) : L"a receiver that is not simulated";
+        const std::wstring origin = OriginText(receiver);
+        return origin.empty() ? L"a cable" : origin;
     };
-    if (before.simulation != now.simulation) {
+    if (before.simulation != now.simulation || before.recordings != now.recordings) {
         RaiseInput(journal + L" was begun with another network: " + text(before) + L". Now there is: " + text(now) +
-                   L". Give --network as it was, or begin a new run with --journal and another file.");
+                   L". Give --network or --signals as it was, or begin a new run with --journal and another file.");
     }
 }
 
@@ -156,6 +157,7 @@ void PrepareParts(ScanParts& parts, const FinishedRun& run, const ScanOptions& o
                             part.setup.path, fmt::join(added, L", ")));
         }
         UseNetwork(part.plugin, options.network);
+        UseSignals(part.plugin, options.signals);
         if (options.hasTimeScale) {
             const auto simulator = SimulatorSettings(part.plugin);
             Call(simulator, &ISimulatorSettings::put_TimeScale, options.timeScale);
@@ -174,7 +176,7 @@ bool PrepareReceivers(const ScanRun& scan, const ScanOptions& options)
         needed.insert(scan.run.SetupOf(channel.number));
     }
     const bool isSimulated = !options.network.empty() || options.hasTimeScale;
-    if (needed.size() > 1 && scan.run.passes != 1 && !options.writes && !isSimulated) {
+    if (needed.size() > 1 && scan.run.passes != 1 && !options.WritesSettings() && !isSimulated) {
         // A plug-in tunes the receiver only where it did not do so last, and does not know of the others.
         RaiseInput(
             L"several setups that are scanned again and again are written to the receiver in turn. Give --write.");

@@ -203,6 +203,16 @@ Finding Unapplied(const ReadingKind& kind, const std::wstring& text, const wchar
     return {.parameter = kind.parameter, .verdict = Verdict::notMeasured, .text = text, .unapplied = reason};
 }
 
+/// What a channel should have and has not. A receiver that is not calibrated cannot know a level: that is nobody's
+/// fault, and the limit is told as one that was not applied.
+Finding Missing(const ChannelResult& channel, const ReadingKind& kind)
+{
+    if (channel.details.hasUnknownLevel && (kind.parameter == MP_RFLEV || kind.parameter == levelStep)) {
+        return {.parameter = kind.parameter, .rank = 1e9, .text = L"", .unapplied = L"the receiver is not calibrated"};
+    }
+    return Unapplied(kind, fmt::format(L"{} was not measured", kind.title), L"not measured");
+}
+
 /// Of a channel without its locks nothing is missed that nobody can read.
 std::optional<Finding> FindingOf(const ChannelResult& channel, const ReadingKind& kind, const Limit& limit)
 {
@@ -223,7 +233,7 @@ std::optional<Finding> FindingOf(const ChannelResult& channel, const ReadingKind
     if (!IsLocked(channel)) {
         return std::nullopt;
     }
-    return Unapplied(kind, fmt::format(L"{} was not measured", kind.title), L"not measured");
+    return Missing(channel, kind);
 }
 
 std::optional<Finding> StepFinding(const ChannelResult& channel, const std::optional<double>& step,
@@ -237,7 +247,7 @@ std::optional<Finding> StepFinding(const ChannelResult& channel, const std::opti
     if (!IsLocked(channel) || LevelOf(channel)) {
         return std::nullopt;
     }
-    return Unapplied(kind, fmt::format(L"{} was not measured", kind.title), L"not measured");
+    return Missing(channel, kind);
 }
 
 std::wstring LockReason(const ChannelResult& channel)
@@ -283,7 +293,8 @@ ChannelJudgement JudgeChannel(const ChannelResult& channel, const Limits* limits
     }
     if (channel.outcome == ChannelOutcome::error) {
         judgement.verdict = Verdict::error;
-        judgement.reason = L"the instrument ended the channel with \"" + channel.status + L"\"";
+        judgement.reason = L"the instrument ended the channel with \"" + channel.status + L"\"" +
+                           (channel.details.remark.empty() ? L"" : L": " + channel.details.remark);
         return judgement;
     }
     for (const ReadingKind& kind : ReadingKinds()) {

@@ -5,4 +5,5 @@
 
 #include "TVN2x.h"
 #include "TVNINT.h"
+#include "XKIQ2x.h"
 #include "XKTR2x.h"

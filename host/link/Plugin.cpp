@@ -30,6 +30,12 @@ com::ComPtr<Interface> Create(REFCLSID classId, const wchar_t* library, const wc
     return object;
 }
 
+/// The driver's own settings object, of which nothing is known; it may be none.
+com::ComPtr<IDispatch> DriverSettings(const Plugin& plugin)
+{
+    return com::ComPtr<IDispatch>::Attach(Get<IDispatch*>(plugin.driver, &IDriver::get_Settings));
+}
+
 template <class Interface, class Other>
 com::ComPtr<Interface> Need(const com::ComPtr<Other>& object, const wchar_t* name)
 {
@@ -103,10 +109,25 @@ std::unique_ptr<DriverInstead> ChooseReceiver(const std::wstring& which)
     }
 }
 
+com::ComPtr<IRecordingsSettings> RecordingsSettings(const Plugin& plugin)
+{
+    auto recordings = DriverSettings(plugin).As<IRecordingsSettings>();
+    if (!recordings) {
+        RaiseInput(
+            L"--signals is for the receiver of recorded signals, and this one is another. Leave it out, or choose that "
+            L"one: --receiver recordings");
+    }
+    return recordings;
+}
+
+com::ComPtr<IChannelDetails> ChannelDetailsOf(const Plugin& plugin)
+{
+    return DriverSettings(plugin).As<IChannelDetails>();
+}
+
 com::ComPtr<ISimulatorSettings> SimulatorSettings(const Plugin& plugin)
 {
-    const auto settings = com::ComPtr<IDispatch>::Attach(Get<IDispatch*>(plugin.driver, &IDriver::get_Settings));
-    auto simulator = settings.As<ISimulatorSettings>();
+    auto simulator = DriverSettings(plugin).As<ISimulatorSettings>();
     if (!simulator) {
         RaiseInput(
             L"--network and --time-scale are for the simulated receiver, and this one is another. Leave them out, or "

@@ -7,6 +7,7 @@
 
 #include "TVN2x.h"
 #include "TVNINT.h"
+#include "XKIQ2x.h"
 #include "XKTR2x.h"
 #include "com/Call.h"
 #include "com/ComPtr.h"
@@ -77,13 +78,19 @@ com::ComPtr<IRunControl> CreateRunControl();
 /// The object that keeps the errors which the plug-in reports without raising them.
 com::ComPtr<IErrorReport> CreateErrorReport();
 
-/// The receiver of `which` ("simulated", "registered" or the identity of a driver's class) for the plug-in and this
-/// program, while what is returned lives; "" leaves it to the setting for this program, or else to the registered one.
-/// Raises where there is none. Before the plug-in is created.
+/// The receiver of `which` ("simulated", "recordings", "registered" or the identity of a driver's class) for the
+/// plug-in and this program, while what is returned lives; "" leaves it to the setting for this program, or else to the
+/// registered one. Raises where there is none. Before the plug-in is created.
 std::unique_ptr<DriverInstead> ChooseReceiver(const std::wstring& which);
 
 /// The settings of the simulated receiver. Raises where another receiver is connected.
 com::ComPtr<ISimulatorSettings> SimulatorSettings(const Plugin& plugin);
+
+/// The settings of the receiver of recorded signals. Raises where another receiver is connected.
+com::ComPtr<IRecordingsSettings> RecordingsSettings(const Plugin& plugin);
+
+/// What the receiver tells beside its readings; null where it tells nothing.
+com::ComPtr<IChannelDetails> ChannelDetailsOf(const Plugin& plugin);
 
 /// What the user is told of an error: its description, number and source, and what to do about it.
 std::wstring ErrorText(const RaisedError& error);

@@ -305,6 +305,13 @@ void UseNetwork(const Plugin& plugin, const std::wstring& network)
     }
 }
 
+void UseSignals(const Plugin& plugin, const std::wstring& folder)
+{
+    if (!folder.empty()) {
+        Call(RecordingsSettings(plugin), &IRecordingsSettings::put_Signals, com::Bstr(AbsolutePath(folder)).Get());
+    }
+}
+
 OnLine::OnLine(const Plugin& plugin) : plugin_(plugin), identity_(Identify(plugin))
 {
     Call(plugin_.driver, &IDriver::put_Online, VARIANT_TRUE);

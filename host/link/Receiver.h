@@ -15,6 +15,9 @@ namespace tvn2x {
 /// Loads a network model into the simulated receiver; "" leaves the receiver as it is.
 void UseNetwork(const Plugin& plugin, const std::wstring& network);
 
+/// Gives the receiver of recorded signals its folder; "" leaves the receiver as it is.
+void UseSignals(const Plugin& plugin, const std::wstring& folder);
+
 /// Who the receiver says that it is.
 struct ReceiverIdentity
 {

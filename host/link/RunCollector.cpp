@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <set>
 
 #include "host/console/Files.h"
@@ -80,6 +81,61 @@ std::optional<RunSimulation> DescribeSimulation(const Plugin& plugin)
     return simulation;
 }
 
+std::optional<RunRecordings> DescribeRecordings(const Plugin& plugin)
+{
+    com::ComPtr<IRecordingsSettings> recordings;
+    try {
+        recordings = RecordingsSettings(plugin);
+    } catch (const RaisedError&) {
+        return std::nullopt;
+    }
+    return RunRecordings{.folder = Get<std::wstring>(recordings, &IRecordingsSettings::get_Signals),
+                         .bands = Get<std::wstring>(recordings, &IRecordingsSettings::get_Bands)};
+}
+
+/// Symbols out of an array of doubles; what is none gives none.
+std::vector<Symbol> SymbolsIn(const VARIANT& array)
+{
+    std::vector<Symbol> symbols;
+    double* numbers = nullptr;
+    if (array.vt != (VT_ARRAY | VT_R8) || SafeArrayGetDim(array.parray) != 1 ||
+        FAILED(SafeArrayAccessData(array.parray, reinterpret_cast<void**>(&numbers)))) {
+        return symbols;
+    }
+    const auto stored = [](double value) {
+        constexpr double largest = 100;  // no constellation reaches so far
+        return static_cast<int32_t>(std::lround(std::clamp(value, -largest, largest) * symbolScale));
+    };
+    const ULONG count = array.parray->rgsabound[0].cElements;
+    for (ULONG i = 0; i + 1 < count; i += 2) {
+        if (std::isfinite(numbers[i]) && std::isfinite(numbers[i + 1])) {
+            symbols.push_back({stored(numbers[i]), stored(numbers[i + 1])});
+        }
+    }
+    SafeArrayUnaccessData(array.parray);
+    return symbols;
+}
+
+/// A driver need not tell any, and its failure is no channel's.
+ChannelDetails CollectDetails(const Plugin& plugin)
+{
+    constexpr long mostSymbols = 1024;
+    ChannelDetails details;
+    try {
+        if (const auto teller = ChannelDetailsOf(plugin)) {
+            details.remark = Get<std::wstring>(teller, &IChannelDetails::get_Remark);
+            details.hasUnknownLevel =
+                Get<VARIANT_BOOL>(teller, &IChannelDetails::get_LevelUncalibrated) != VARIANT_FALSE;
+            auto symbols = Get<VARIANT>(teller, &IChannelDetails::Constellation, mostSymbols);
+            details.symbols = SymbolsIn(symbols);
+            VariantClear(&symbols);
+        }
+    } catch (const RaisedError&) {
+        return details;
+    }
+    return details;
+}
+
 }  // namespace
 
 std::wstring NowUtc()
@@ -95,7 +151,8 @@ RunReceiver DescribeReceiver(const Plugin& plugin, const ReceiverIdentity& ident
             .serialNumber = Told(plugin, &IDriver::get_SerialNumber),
             .firmware = Told(plugin, &IDriver::get_FirmwareVersion),
             .options = Told(plugin, &IDriver::get_InstalledHardware),
-            .simulation = DescribeSimulation(plugin)};
+            .simulation = DescribeSimulation(plugin),
+            .recordings = DescribeRecordings(plugin)};
 }
 
 std::vector<std::wstring> MeasureForRun(const Plugin& plugin, const Setup& setup, const std::vector<RunColumn>& columns,
@@ -161,6 +218,7 @@ ChannelResult CollectChannel(const Plugin& plugin, const Setup& setup, int32_t c
     }
     if (Get<VARIANT_BOOL>(plugin.measure, &IMeasure::get_Measured, channel) != VARIANT_FALSE) {
         result.outcome = OutcomeOf(result.status, result.readings);
+        result.details = CollectDetails(plugin);
     }
     return result;
 }

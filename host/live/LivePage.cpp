@@ -49,7 +49,7 @@ std::string LivePage(const LiveState& state, double age)
     std::string text = PageHead(title) + fmt::format(
                                              "<main id=\"live\" data-version=\"{}\" data-show=\"all\">\n<h1>{}</h1>\n"
                                              "{}<p id=\"stale\" class=\"band\" role=\"alert\" hidden=\"hidden\"></p>\n",
-                                             Escape(FromUtf8(EventId(state))), title, SimulationBand(run.receiver));
+                                             Escape(FromUtf8(EventId(state))), title, OriginBand(run.receiver));
     std::string rows;
     for (const LivePart& part : LiveParts(state, 0, age)) {
         (part.id.front() == 'c' && part.id != "changes" ? rows : text) += part.html + "\n";

@@ -120,9 +120,10 @@ std::string GridCells(const FinishedRun& run, const ReportRow& row, bool hasLimi
     return text + (hasLimits ? MarginCell(row.judgement) : "");
 }
 
-std::string SimulationBand(const RunReceiver& receiver)
+std::string OriginBand(const RunReceiver& receiver)
 {
-    return receiver.simulation ? "<p class=\"band\">" + Escape(SimulationText(receiver)) + "</p>\n" : "";
+    const std::wstring origin = OriginText(receiver);
+    return origin.empty() ? "" : "<p class=\"band\">" + Escape(origin) + "</p>\n";
 }
 
 std::string RunFacts(const FinishedRun& run, const RunJudgement& judgement, const Limits* limits,

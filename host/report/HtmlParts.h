@@ -21,9 +21,8 @@ std::string GridHeads(const FinishedRun& run, bool hasLimits);
 /// The cells of a row under these heads.
 std::string GridCells(const FinishedRun& run, const ReportRow& row, bool hasLimits);
 
-/// That readings were reckoned and not taken from a network: nobody takes the one for the other. "" for a real
-/// receiver.
-std::string SimulationBand(const RunReceiver& receiver);
+/// That readings were reckoned, or are of recorded signals: nobody takes them for those of a network. "" for a cable.
+std::string OriginBand(const RunReceiver& receiver);
 
 /// A table of what is known of a run beside its readings. `measured` says when it was measured, `passes` how often, ""
 /// for what goes without saying. `limits` are those of the judgement, null for none.

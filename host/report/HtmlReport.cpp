@@ -6,6 +6,7 @@
 #include "fmt/format.h"
 #include "fmt/xchar.h"
 #include "host/judge/VerdictText.h"
+#include "host/report/ConstellationPlot.h"
 #include "host/report/HtmlParts.h"
 #include "host/report/HtmlStyle.h"
 #include "host/report/Markup.h"
@@ -105,11 +106,12 @@ std::string HtmlReport(const FinishedRun& run, const RunJudgement& judgement, co
         "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src 'unsafe-inline'\"/>\n"
         "<title>{0}</title>\n<style>{1}</style>\n</head>\n<body>\n<h1>{0}</h1>\n{4}<p class=\"verdict {2}\">{3}</p>\n",
         Escape(title), htmlStyle, ClassOf(judgement.verdict), Escape(VerdictSentence(run, judgement)),
-        SimulationBand(run.receiver));
+        OriginBand(run.receiver));
     text += RunFacts(run, judgement, limits, MeasuredText(run), PassesText(run));
     text += FindingsTable(run, rows);
     const std::string plots = rows.empty() ? "" : FrequencyPlots(rows, limits);
     text += plots.empty() ? "" : "<section class=\"frequency\">\n<h2>Over frequency</h2>\n" + plots + "</section>\n";
+    text += ConstellationSection(run, rows);
     text += GridTable(run, judgement.hasLimits, rows);
     return text + "</body>\n</html>\n";
 }

@@ -114,7 +114,7 @@ std::string Properties(const FinishedRun& run, const RunJudgement& judgement)
     }
     properties.insert(properties.end(), {{"receiver.serialNumber", run.receiver.serialNumber},
                                          {"receiver.firmware", run.receiver.firmware},
-                                         {"receiver.simulation", SimulationText(run.receiver)},
+                                         {"receiver.simulation", OriginText(run.receiver)},
                                          {"limits", judgement.limits},
                                          {"verdict", VerdictSentence(run, judgement)}});
     std::string text = "    <properties>\n";

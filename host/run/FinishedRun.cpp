@@ -220,8 +220,11 @@ std::wstring SetupNames(const FinishedRun& run)
     return names;
 }
 
-std::wstring SimulationText(const RunReceiver& receiver)
+std::wstring OriginText(const RunReceiver& receiver)
 {
+    if (receiver.recordings) {
+        return fmt::format(L"Recorded signals: folder {}, {}", receiver.recordings->folder, receiver.recordings->bands);
+    }
     if (!receiver.simulation) {
         return {};
     }

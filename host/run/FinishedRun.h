@@ -51,6 +51,27 @@ ChannelOutcome OutcomeOf(std::wstring_view status, const std::vector<Reading>& r
 /// "K45 666 MHz".
 std::wstring ChannelName(const std::wstring& label, double frequency);
 
+/// A received symbol: the constellation's points stand at odd numbers. As a file keeps it, in 32nds.
+struct Symbol
+{
+    int32_t inPhase = 0;
+    int32_t quadrature = 0;
+
+    bool operator==(const Symbol&) const = default;
+};
+constexpr double symbolScale = 32;
+
+/// What a receiver tells of a channel beside its readings, where it tells anything.
+struct ChannelDetails
+{
+    std::wstring remark;           ///< about the reception, in words
+    bool hasUnknownLevel = false;  ///< the receiver is not calibrated: no limit of the level applies
+    std::vector<Symbol> symbols;   ///< the last ones received
+
+    bool operator==(const ChannelDetails&) const = default;
+    bool IsEmpty() const { return *this == ChannelDetails(); }
+};
+
 /// The result of one measurement of one channel.
 struct ChannelResult
 {
@@ -66,6 +87,7 @@ struct ChannelResult
     std::wstring began;      ///< UTC, "2026-11-21T12:59:05.123Z"; "" where the channel was not measured
     double seconds = 0;      ///< that the measurement took
     std::vector<Reading> readings;
+    ChannelDetails details{};
 
     bool operator==(const ChannelResult&) const = default;
 
@@ -109,6 +131,15 @@ struct RunSimulation
     bool operator==(const RunSimulation&) const = default;
 };
 
+/// The recorded signals that a receiver played.
+struct RunRecordings
+{
+    std::wstring folder;
+    std::wstring bands;  ///< which files hold which frequencies
+
+    bool operator==(const RunRecordings&) const = default;
+};
+
 /// What the receiver says of itself; "" where it does not tell.
 struct RunReceiver
 {
@@ -117,7 +148,8 @@ struct RunReceiver
     std::wstring serialNumber;
     std::wstring firmware;
     std::wstring options;
-    std::optional<RunSimulation> simulation;  ///< nothing for a real receiver
+    std::optional<RunSimulation> simulation;    ///< nothing for a real receiver
+    std::optional<RunRecordings> recordings{};  ///< nothing where the signal is a cable's, at this moment
 
     bool operator==(const RunReceiver&) const = default;
 };
@@ -193,8 +225,9 @@ struct FinishedRun
 /// The files of its setups: "net-64qam.ini, net-256qam.ini".
 std::wstring SetupNames(const FinishedRun& run);
 
-/// "Simulated receiver: network model town.ini, SHA-256 0123..., seed 7", "" for a real one.
-std::wstring SimulationText(const RunReceiver& receiver);
+/// What was received where it is no cable: "Simulated receiver: network model town.ini, SHA-256 0123..., seed 7" or
+/// "Recorded signals: folder C:\\town, cable.wav 301 to 311 MHz". "" otherwise.
+std::wstring OriginText(const RunReceiver& receiver);
 
 /// A point in time as a run keeps it.
 std::wstring UtcText(int64_t millisecondsSince1970);

@@ -231,6 +231,20 @@ std::vector<RunSetup> ReadRunSetups(const Record& json)
     return setups;
 }
 
+/// Symbols as a list of whole numbers, in phase and in quadrature by turns.
+std::vector<Symbol> ReadSymbols(const Json& numbers)
+{
+    std::vector<Symbol> symbols;
+    for (size_t i = 0; i + 1 < numbers.size(); i += 2) {
+        if (!numbers[i].is_number_integer() || !numbers[i + 1].is_number_integer()) {
+            Record::Refuse("constellation", L"has to hold whole numbers");
+        }
+        symbols.push_back(
+            {static_cast<int32_t>(numbers[i].get<int64_t>()), static_cast<int32_t>(numbers[i + 1].get<int64_t>())});
+    }
+    return symbols;
+}
+
 PlannedChannel ReadPlanned(const Record& json)
 {
     return {.number = json.Whole("number", 1),
@@ -278,6 +292,10 @@ void ReadHead(const Record& json, FinishedRun& run)
         run.receiver.simulation = {
             .model = simulation.Text("model"), .sha256 = simulation.Text("sha256"), .seed = simulation.Text("seed")};
     }
+    if (receiver.Has("recordings")) {
+        const Record recordings = receiver.Object("recordings");
+        run.receiver.recordings = {.folder = recordings.Text("folder"), .bands = recordings.Text("bands")};
+    }
     if (json.Has("protocol")) {  // early files have none
         const Record protocol = json.Object("protocol");
         run.protocol = {.site = protocol.Text("site"),
@@ -313,6 +331,12 @@ void ReadRecord(const Json& json, bool isFirst, FinishedRun& run)
     } else if (kind == "channel") {
         ChannelResult& channel = run.channels.emplace_back(ReadChannel(record));
         RequirePlanned(channel, run);
+        if (record.Has("details")) {
+            const Record details = record.Object("details");
+            channel.details = {.remark = details.Text("remark"),
+                               .hasUnknownLevel = details.Flag("levelUnknown"),
+                               .symbols = ReadSymbols(details.Array("constellation"))};
+        }
         channel.orderOfQam = run.setups[run.SetupOf(channel.number)].settings.orderOfQam;
     } else if (kind == "resumed") {
         run.resumed.push_back(record.Text("at"));
@@ -367,6 +391,9 @@ std::string RunLine(const FinishedRun& run)
         receiver["simulation"] = {
             {"model", Text(simulation->model)}, {"sha256", Text(simulation->sha256)}, {"seed", Text(simulation->seed)}};
     }
+    if (const auto& recordings = run.receiver.recordings) {
+        receiver["recordings"] = {{"folder", Text(recordings->folder)}, {"bands", Text(recordings->bands)}};
+    }
     return Line({{"record", "run"},
                  {"format", format},
                  {"program", Text(run.program)},
@@ -412,6 +439,16 @@ std::string ChannelLine(const ChannelResult& channel, std::string_view further)
     json["seconds"] = channel.seconds;
     json["locks"] = std::move(locks);
     json["readings"] = std::move(readings);
+    if (!channel.details.IsEmpty()) {
+        Json numbers = Json::array();
+        for (const Symbol& symbol : channel.details.symbols) {
+            numbers.push_back(symbol.inPhase);
+            numbers.push_back(symbol.quadrature);
+        }
+        json["details"] = {{"remark", Text(channel.details.remark)},
+                           {"levelUnknown", channel.details.hasUnknownLevel},
+                           {"constellation", std::move(numbers)}};
+    }
     return Line(json, further);
 }
 

@@ -1,8 +1,6 @@
 #include "simulator/model/BitErrorCount.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cmath>
 
 namespace tvn2x {
@@ -10,32 +8,7 @@ namespace {
 
 constexpr uint64_t errorStream = 0x626572;
 
-/// Two significant digits, as receivers show a bit error ratio: "2.3E-5".
-std::wstring Scientific(double value)
-{
-    std::array<char, 32> digits;
-    const auto [end, fault] =
-        std::to_chars(digits.data(), digits.data() + digits.size(), value, std::chars_format::scientific, 1);
-    const std::string_view text(digits.data(), static_cast<size_t>(end - digits.data()));
-    const size_t exponentAt = text.find('e');
-    int exponent = 0;
-    const char* exponentText = text.data() + exponentAt + (text[exponentAt + 1] == '+' ? 2 : 1);
-    std::from_chars(exponentText, text.data() + text.size(), exponent);
-    return std::wstring(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(exponentAt)) + L"E" +
-           std::to_wstring(exponent);
-}
-
 }  // namespace
-
-std::wstring BitErrorCount::Progress::State() const
-{
-    return Done() ? L"Done" : std::to_wstring(blocks) + L" of " + std::to_wstring(wanted);
-}
-
-std::wstring BitErrorCount::Progress::Result() const
-{
-    return errors > 0 ? Scientific(Ratio()) : L"<" + Scientific(1 / std::max(bits, 1.0));
-}
 
 BitErrorCount::Progress BitErrorCount::At(double seconds)
 {

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 #include <optional>
-#include <string>
 
+#include "receivers/model/BitErrorProgress.h"
 #include "simulator/model/SeededNoise.h"
 
 namespace tvn2x {
@@ -14,25 +14,12 @@ namespace tvn2x {
 class BitErrorCount
 {
 public:
-    static constexpr double blockBits = 1e7;
+    static constexpr double blockBits = BitErrorProgress::blockBits;
     /// Seconds of the stream that the receiver has in hand when a count begins: so the count is done when a client that
     /// waits for its bits to arrive asks for the last time, and does not hang on the moment of that.
     static constexpr double buffered = 0.1;
 
-    /// What has been counted at one moment.
-    struct Progress
-    {
-        double bits = 0;
-        double errors = 0;
-        int32_t blocks = 0;  ///< complete ones
-        int32_t wanted = 0;
-
-        bool Done() const { return blocks >= wanted; }
-        /// Errors against bits; 0 before the first error.
-        double Ratio() const { return bits > 0 ? errors / bits : 0; }
-        std::wstring State() const;   ///< "3 of 10", at the end "Done"
-        std::wstring Result() const;  ///< "2.3E-5"; "<1.0E-8" while there is no error among 10^8 bits
-    };
+    using Progress = BitErrorProgress;
 
     BitErrorCount(double startedAt, double bitRate, double ber, int32_t blocks, const SeededNoise& noise)
         : startedAt_(startedAt), bitRate_(bitRate), ber_(ber), wanted_(blocks), noise_(noise)

@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstdlib>
 
 #include "dvbc/Qam.h"
+#include "receivers/model/SettingRange.h"
 #include "setup/catalogue/Settings.h"
 #include "simulator/model/ReceiverPhysics.h"
 
@@ -28,23 +28,6 @@ std::wstring CodeNeeded(Capability capability, int32_t value)
 {
     const OptionNeed* const need = FindNeed(capability, value);
     return need ? std::wstring(need->part) : std::wstring();
-}
-
-/// Refuses a setting: "Let OrderOfQam failed: 65 is none of ...".
-void Require(bool accepted, std::wstring_view setting, const std::wstring& reason,
-             int32_t number = error::invalidPropertyValue, std::wstring_view member = {})
-{
-    if (!accepted) {
-        throw RaisedError(number, L"clsReceiver." + std::wstring(member.empty() ? setting : member),
-                          L"Let " + std::wstring(setting) + L" failed: " + reason);
-    }
-}
-
-void RequireRange(double value, double min, double max, std::wstring_view setting, std::wstring_view unit)
-{
-    const auto text = [](double number) { return std::to_wstring(std::llround(number)); };
-    Require(value >= min && value <= max, setting,
-            L"it must be from " + text(min) + L" to " + text(max) + std::wstring(unit));
 }
 
 }  // namespace
@@ -109,27 +92,27 @@ void ReceiverPhysics::Change(Value ReceiverSettings::*setting, Value value)
 
 void ReceiverPhysics::BerSamples(int32_t blocks)
 {
-    RequireRange(blocks, 1, 10000, L"BerSamples", L" samples of 10^7 bits");
+    RequireSettingRange(blocks, 1, 10000, L"BerSamples", L" samples of 10^7 bits");
     settings_.berSamples = blocks;
     ber_.reset();
 }
 
 void ReceiverPhysics::RollOffFactor(int32_t hundredths)
 {
-    RequireRange(hundredths, 12, 35, L"RollOffFactor", L" hundredths");
+    RequireSettingRange(hundredths, 12, 35, L"RollOffFactor", L" hundredths");
     Change(&ReceiverSettings::rollOff, hundredths);
 }
 
 void ReceiverPhysics::OrderOfQam(int32_t order)
 {
-    Require(dvbc::IsOrderOfQam(order), L"OrderOfQam",
-            std::to_wstring(order) + L" is none of 4, 16, 32, 64, 128 and 256");
+    RequireSetting(dvbc::IsOrderOfQam(order), L"OrderOfQam",
+                   std::to_wstring(order) + L" is none of 4, 16, 32, 64, 128 and 256");
     Change(&ReceiverSettings::order, order);
 }
 
 void ReceiverPhysics::SymbolRate(double symbolsPerSecond)
 {
-    RequireRange(symbolsPerSecond, 0.1e6, 8e6, L"SymbolRate", L" symbols per second");
+    RequireSettingRange(symbolsPerSecond, 0.1e6, 8e6, L"SymbolRate", L" symbols per second");
     ber_.reset();
     // Each measurement begins here, also one that need not tune: the network is as it is by now.
     CountErrors();
@@ -140,15 +123,15 @@ void ReceiverPhysics::SymbolRate(double symbolsPerSecond)
 void ReceiverPhysics::SawBandwidth(int32_t megahertz)
 {
     const std::optional<int32_t> taken = FilterFor(megahertz);
-    Require(taken.has_value(), L"StatusSawFilterBW",
-            L"there is no SAW filter of " + std::to_wstring(megahertz) + L" MHz in this receiver", filterRefused,
-            L"SawBandwidth");
+    RequireSetting(taken.has_value(), L"StatusSawFilterBW",
+                   L"there is no SAW filter of " + std::to_wstring(megahertz) + L" MHz in this receiver", filterRefused,
+                   L"SawBandwidth");
     Change(&ReceiverSettings::sawBandwidth, *taken);
 }
 
 void ReceiverPhysics::ReferenceSource(int32_t source)
 {
-    RequireRange(source, 0, 1, L"ReferenceSource", L": 0 is internal, 1 external");
+    RequireSettingRange(source, 0, 1, L"ReferenceSource", L": 0 is internal, 1 external");
     if (!IsFittedFor(Capability::reference, source)) {
         throw RaisedError(referenceMissing, L"clsReceiver.ReferenceSource", L"Let Setup10MhzRef not available");
     }
@@ -161,29 +144,30 @@ void ReceiverPhysics::ReferenceSource(int32_t source)
 
 void ReceiverPhysics::LevelUnit(int32_t code)
 {
-    RequireRange(code, 0, 5, L"LevelUnit", L", the codes of dBmV, dBpW, dBuW, dBm, dBuV and mV");
+    RequireSettingRange(code, 0, 5, L"LevelUnit", L", the codes of dBmV, dBpW, dBuW, dBm, dBuV and mV");
     settings_.levelUnit = static_cast<dvbc::LevelUnit>(code);
 }
 
 void ReceiverPhysics::InputRoute(int32_t route)
 {
-    Require(IsChoice(setting::inputRoute, route), L"InputRoute",
-            std::to_wstring(route) + L" is none of 2, 4, 50, 75 and 128");
-    Require(IsFittedFor(Capability::route, route), L"InputRoute",
-            L"the input needs the option " + CodeNeeded(Capability::route, route) + L", which is not installed",
-            routeMissing);
+    RequireSetting(IsChoice(setting::inputRoute, route), L"InputRoute",
+                   std::to_wstring(route) + L" is none of 2, 4, 50, 75 and 128");
+    RequireSetting(IsFittedFor(Capability::route, route), L"InputRoute",
+                   L"the input needs the option " + CodeNeeded(Capability::route, route) + L", which is not installed",
+                   routeMissing);
     Change(&ReceiverSettings::route, route);
 }
 
 void ReceiverPhysics::Mode(int32_t mode)
 {
-    Require(mode >= 1 && mode <= 15, L"Mode", std::to_wstring(mode) + L" is not from 1 to 15", modeRefused);
+    RequireSetting(mode >= 1 && mode <= 15, L"Mode", std::to_wstring(mode) + L" is not from 1 to 15", modeRefused);
     const bool available = IsFittedFor(Capability::mode, mode);
     if (!available && model_.Network().ignoresModes) {
         return;
     }
-    Require(available, L"Mode",
-            L"it needs the option " + CodeNeeded(Capability::mode, mode) + L", which is not installed", modeRefused);
+    RequireSetting(available, L"Mode",
+                   L"it needs the option " + CodeNeeded(Capability::mode, mode) + L", which is not installed",
+                   modeRefused);
     Change(&ReceiverSettings::mode, mode);
 }
 
@@ -198,7 +182,7 @@ void ReceiverPhysics::Hold(bool hold)
 
 void ReceiverPhysics::Frequency(double hertz)
 {
-    RequireRange(hertz, 30e6, 1200e6, L"Frequency", L" Hz");
+    RequireSettingRange(hertz, 30e6, 1200e6, L"Frequency", L" Hz");
     settings_.frequency = hertz;
     ++tunings_[static_cast<uint64_t>(hertz)];
     Tune();
@@ -207,20 +191,20 @@ void ReceiverPhysics::Frequency(double hertz)
 void ReceiverPhysics::InputAttenuation(int32_t decibels)
 {
     if (decibels != automaticAttenuation) {
-        RequireRange(decibels, 0, 70, L"InputAttenuation", L" dB, or 255 for automatic");
+        RequireSettingRange(decibels, 0, 70, L"InputAttenuation", L" dB, or 255 for automatic");
     }
     Change(&ReceiverSettings::attenuation, decibels);
 }
 
 void ReceiverPhysics::DemodulatorGainControl(int32_t mode)
 {
-    RequireRange(mode, 0, 1, L"DemodulatorGainControl", L": 0 is fixed, 1 automatic");
+    RequireSettingRange(mode, 0, 1, L"DemodulatorGainControl", L": 0 is fixed, 1 automatic");
     Change(&ReceiverSettings::automaticGain, mode == 1);
 }
 
 void ReceiverPhysics::Equaliser(int32_t mode)
 {
-    RequireRange(mode, 0, 1, L"Equaliser", L": 0 is off, 1 adaptive");
+    RequireSettingRange(mode, 0, 1, L"Equaliser", L": 0 is off, 1 adaptive");
     Change(&ReceiverSettings::adaptiveEqualiser, mode == 1);
 }
 

@@ -1,6 +1,6 @@
 #include "simulator/server/SimulatorSettings.h"
 
-#include "simulator/server/ThreadState.h"
+#include "receivers/driver/ThreadState.h"
 
 namespace tvn2x {
 namespace {

@@ -15,7 +15,7 @@ namespace tvn2x {
 class SimulatorSettings final : public com::Object<ISimulatorSettings>
 {
 public:
-    explicit SimulatorSettings(std::shared_ptr<SimulatedReceiver> receiver) : receiver_(std::move(receiver)) {}
+    explicit SimulatorSettings(std::shared_ptr<Simulation> receiver) : receiver_(std::move(receiver)) {}
 
     /// An empty path takes the network away.
     HRESULT STDMETHODCALLTYPE put_NetworkModel(BSTR sFullPath) noexcept override;
@@ -48,7 +48,7 @@ public:
     HRESULT STDMETHODCALLTYPE get_SettlingTime(DOUBLE* value) noexcept override;
 
 private:
-    std::shared_ptr<SimulatedReceiver> receiver_;
+    std::shared_ptr<Simulation> receiver_;
 };
 
 }  // namespace tvn2x

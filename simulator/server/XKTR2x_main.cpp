@@ -8,10 +8,10 @@
 #include "com/Module.h"
 #include "com/Server.h"
 #include "com/TypeLibrary.h"
-#include "simulator/server/ThreadState.h"
-#include "simulator/server/clsErrorReport.h"
-#include "simulator/server/clsReceiver.h"
-#include "simulator/server/clsRunControl.h"
+#include "receivers/driver/ThreadState.h"
+#include "receivers/driver/clsErrorReport.h"
+#include "receivers/driver/clsRunControl.h"
+#include "simulator/server/SimulatedReceiver.h"
 
 namespace {
 
@@ -19,12 +19,12 @@ using namespace tvn2x;
 
 // The identities of XKTR2x are every driver's: another vendor's library that has them keeps them.
 const com::ServedClass classes[] = {
-    {CLSID_simReceiver, L"XKTR2xSim.clsReceiver", L"Simulated test receiver", com::Create<tvn2x::clsReceiver>},
+    {CLSID_simReceiver, L"XKTR2xSim.clsReceiver", L"Simulated test receiver", SimulatedReceiver::Create},
     {CLSID_simRunControl, L"XKTR2xSim.clsRunControl", L"Run control of the calling thread, for the simulated receiver",
      tvn2x::clsRunControl::Create},
     {CLSID_simErrorReport, L"XKTR2xSim.clsErrorReport",
      L"Error reporting of the calling thread, for the simulated receiver", tvn2x::clsErrorReport::Create},
-    {CLSID_clsReceiver, L"XKTR2x.clsReceiver", L"Test receiver", com::Create<tvn2x::clsReceiver>, com::Claim::ifVacant},
+    {CLSID_clsReceiver, L"XKTR2x.clsReceiver", L"Test receiver", SimulatedReceiver::Create, com::Claim::ifVacant},
     {CLSID_clsRunControl, L"XKTR2x.clsRunControl", L"Run control of the calling thread", tvn2x::clsRunControl::Create,
      com::Claim::ifVacant},
     {CLSID_clsErrorReport, L"XKTR2x.clsErrorReport", L"Error reporting of the calling thread",

@@ -2,6 +2,7 @@
 
 #include <objbase.h>
 
+#include "XKIQ2x.h"
 #include "XKTR2x.h"
 #include "com/EntryFile.h"
 #include "com/Text.h"
@@ -33,7 +34,7 @@ std::wstring NameOf(REFCLSID id)
 /// The library that a receiver class belongs to, by the name that all of its classes begin with.
 DriverLibrary LibraryOf(const CLSID& receiver, const std::wstring& words, const std::wstring& chooser)
 {
-    for (const DriverLibrary* known : {&RegisteredDriver(), &SimulatedDriver()}) {
+    for (const DriverLibrary* known : {&RegisteredDriver(), &SimulatedDriver(), &RecordingsDriver()}) {
         if (receiver == known->classes[0].id) {
             return *known;
         }
@@ -81,6 +82,14 @@ const DriverLibrary& SimulatedDriver()
     return library;
 }
 
+const DriverLibrary& RecordingsDriver()
+{
+    static const DriverLibrary library{{{{__uuidof(recReceiver), L"XKIQ2x.clsReceiver"},
+                                         {__uuidof(recRunControl), L"XKIQ2x.clsRunControl"},
+                                         {__uuidof(recErrorReport), L"XKIQ2x.clsErrorReport"}}}};
+    return library;
+}
+
 DriverLibrary FindDriver(const std::wstring& words, const std::wstring& chooser)
 {
     if (words == L"registered") {
@@ -89,10 +98,14 @@ DriverLibrary FindDriver(const std::wstring& words, const std::wstring& chooser)
     if (words == L"simulated") {
         return SimulatedDriver();
     }
+    if (words == L"recordings") {
+        return RecordingsDriver();
+    }
     CLSID id;
     if (!words.starts_with(L'{') || FAILED(CLSIDFromString(words.c_str(), &id))) {
         Refuse(chooser, words,
-               L"that names none. Choose \"simulated\", \"registered\" or the identity of a driver's receiver class in "
+               L"that names none. Choose \"simulated\", \"recordings\", \"registered\" or the identity of a driver's "
+               L"receiver class in "
                L"braces, such as " +
                    com::TextOf(RegisteredDriver().classes[0].id));
     }

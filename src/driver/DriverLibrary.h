@@ -27,7 +27,11 @@ const DriverLibrary& RegisteredDriver();
 /// The simulated receiver, by its own identities: XKTR2xSim.
 const DriverLibrary& SimulatedDriver();
 
-/// The library that a choice names: "simulated", "registered" or the identity of a receiver class, in braces. `chooser`
+/// The receiver of recorded signals: XKIQ2x.
+const DriverLibrary& RecordingsDriver();
+
+/// The library that a choice names: "simulated", "recordings", "registered" or the identity
+/// of a receiver class, in braces. `chooser`
 /// is who says so, for the error (429) that is raised where the words name nothing, or nothing that is registered.
 DriverLibrary FindDriver(const std::wstring& words, const std::wstring& chooser);
 

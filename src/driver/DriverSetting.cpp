@@ -7,8 +7,6 @@
 namespace tvn2x {
 namespace {
 
-constexpr wchar_t settingsKey[] = L"Software\\TVN2x\\Receiver";
-
 /// A hive that may hold the setting; the user's goes before the machine's.
 struct Hive
 {
@@ -26,9 +24,9 @@ std::wstring ProgramName()
 }
 
 /// The key in one hive, where it is there.
-com::OpenKey SettingsKey(HKEY root)
+com::OpenKey SettingsKey(HKEY root, const wchar_t* key)
 {
-    return {root, settingsKey, KEY_READ | KEY_WOW64_64KEY};
+    return {root, key, KEY_READ | KEY_WOW64_64KEY};
 }
 
 /// What a value says; one that is no text says what it is, so that it is refused instead of passed over.
@@ -45,37 +43,37 @@ std::optional<std::wstring> WordsIn(HKEY key, const std::wstring& program)
     return status == ERROR_SUCCESS ? words : L"(a value that is no text)";
 }
 
-std::wstring PlaceOf(const Hive& hive, const std::wstring& program)
+std::wstring PlaceOf(const Hive& hive, const wchar_t* key, const std::wstring& program)
 {
-    return std::wstring(hive.name) + L'\\' + settingsKey + L", value " + program + L",";
+    return std::wstring(hive.name) + L'\\' + key + L", value " + program + L",";
 }
 
 }  // namespace
 
-std::optional<DriverSetting> SettingOfThisProgram()
+std::optional<DriverSetting> SettingOfThisProgram(const wchar_t* key)
 {
     const std::wstring program = ProgramName();
     for (const Hive& hive : hives) {
-        if (const auto words = WordsIn(SettingsKey(hive.root), program)) {
-            return DriverSetting{*words, PlaceOf(hive, program)};
+        if (const auto words = WordsIn(SettingsKey(hive.root, key), program)) {
+            return DriverSetting{*words, PlaceOf(hive, key, program)};
         }
     }
     return std::nullopt;
 }
 
-std::vector<DriverSetting> AllSettings()
+std::vector<DriverSetting> AllSettings(const wchar_t* key)
 {
     constexpr DWORD longestName = 16'384;  // of any value in the registry, its end included
     std::vector<DriverSetting> settings;
     std::wstring name(longestName, L'\0');
     for (const Hive& hive : hives) {
-        const com::OpenKey key = SettingsKey(hive.root);
+        const com::OpenKey opened = SettingsKey(hive.root, key);
         DWORD length = longestName;
-        for (DWORD i = 0;
-             key && RegEnumValueW(key, i, name.data(), &length, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
+        for (DWORD i = 0; opened && RegEnumValueW(opened, i, name.data(), &length, nullptr, nullptr, nullptr,
+                                                  nullptr) == ERROR_SUCCESS;
              ++i, length = longestName) {
             const std::wstring program(name, 0, length);
-            settings.push_back({WordsIn(key, program).value_or(L""), PlaceOf(hive, program)});
+            settings.push_back({WordsIn(opened, program).value_or(L""), PlaceOf(hive, key, program)});
         }
     }
     return settings;

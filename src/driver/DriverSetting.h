@@ -6,19 +6,23 @@
 
 namespace tvn2x {
 
-/// Which receiver the user, or else the administrator, has chosen for one host program.
+/// What the user, or else the administrator, has chosen for one host program.
 struct DriverSetting
 {
-    std::wstring words;  ///< as FindDriver takes them; nothing has looked at them yet
+    std::wstring words;  ///< as they stand there: nothing has looked at them yet
     std::wstring place;  ///< where that stands, for the user to read
 };
 
-/// The setting for the program that this process runs: the value with the name of its file, such as "scan.exe", in
-/// HKEY_CURRENT_USER\Software\TVN2x\Receiver, or else in HKEY_LOCAL_MACHINE. The machine's stands in one place for
-/// programs of both word lengths. Nothing where there is none.
-std::optional<DriverSetting> SettingOfThisProgram();
+/// Where the choices stand, below HKEY_CURRENT_USER or else HKEY_LOCAL_MACHINE: the receiver, in words that FindDriver
+/// takes, and the folder of the recordings for the receiver that plays some.
+constexpr const wchar_t* receiverKey = L"Software\\TVN2x\\Receiver";
+constexpr const wchar_t* signalsKey = L"Software\\TVN2x\\Signals";
+
+/// The setting for the program that this process runs: the value of the key with the name of its file, such as
+/// "scan.exe". The machine's stands in one place for programs of both word lengths. Nothing where there is none.
+std::optional<DriverSetting> SettingOfThisProgram(const wchar_t* key);
 
 /// Those for all programs, the user's before the machine's.
-std::vector<DriverSetting> AllSettings();
+std::vector<DriverSetting> AllSettings(const wchar_t* key);
 
 }  // namespace tvn2x

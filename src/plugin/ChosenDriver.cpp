@@ -31,7 +31,7 @@ void RememberChoice(const std::shared_ptr<DriverInstead>& choice)
 ChosenDriver::ChosenDriver() noexcept
 {
     try {
-        if (SettingOfThisProgram()) {
+        if (SettingOfThisProgram(receiverKey)) {
             Require();
         }
     } catch (...) {
@@ -47,7 +47,7 @@ void ChosenDriver::Require()
     if (instead_ || DriverInstead::IsChosen()) {
         return;
     }
-    const auto setting = SettingOfThisProgram();
+    const auto setting = SettingOfThisProgram(receiverKey);
     if (!setting) {
         return RequireOneFile(RegisteredDriver());
     }

@@ -7,7 +7,7 @@ cd "$(dirname "$0")/../.."
 entry_points='DllCanUnloadNow DllGetClassObject DllInstall DllRegisterServer DllUnregisterServer'
 for build in win64:x86_64-w64-mingw32 win32:i686-w64-mingw32; do
     objdump=${build#*:}-objdump
-    for name in TVN2x XKTR2x; do
+    for name in TVN2x XKTR2x XKIQ2x; do
         file=build/${build%%:*}/bin/$name.dll
         dump=$("$objdump" -p "$file")
         exports=$(sed -n '/^\[Ordinal\/Name Pointer\]/,/^$/s/^\t.*[] ]\(Dll[A-Za-z]*\|[^ ]*\)$/\1/p' <<<"$dump" | sort | xargs)

@@ -49,7 +49,7 @@ while IFS='|' read -r which words; do
     expect_exit 2 info --receiver "$which"
     expect_notice "$words"
 done <<'END'
-emulated|that names none. Choose "simulated", "registered" or the identity
+emulated|that names none. Choose "simulated", "recordings", "registered" or the identity
 {A0000000-0000-0000-0000-000000000009}|no such class is registered for 
 {488198DB-6507-4E93-AE94-D262381549D9}|the class is named "TVN2x.clsSetup", and a driver's receiver is named NAME.clsReceiver
 END

@@ -18,7 +18,7 @@ give_back() {
     wine reg delete "$classes\\CLSID\\{$reporting}" /reg:32 /f >/dev/null 2>&1 || true
     add 'HKCU\Control Panel\International' /v sDecimal /d .
     wine "$bin/tvnhost.exe" register >/dev/null
-    for name in XKTR2x TVN2x; do wine regsvr32 /s "$(wine_path "$bin/$name.dll")"; done
+    for name in XKTR2x TVN2x XKIQ2x; do wine regsvr32 /s "$(wine_path "$bin/$name.dll")"; done
 }
 trap give_back EXIT
 
@@ -80,7 +80,7 @@ assert told["facts"]["Bits"] == sys.argv[2] and any(item["bits"] == 32 for item 
 END
 
 give_back
-for name in TVN2x XKTR2x; do wine regsvr32 /s /u "$(wine_path "$bin/$name.dll")"; done
+for name in TVN2x XKTR2x XKIQ2x; do wine regsvr32 /s /u "$(wine_path "$bin/$name.dll")"; done
 add 'HKCU\Control Panel\International' /v sDecimal /d '..'
 expect_exit 1 doctor
 expect_text 'The decimal mark is ".."' "The plug-in is not registered for $bits-bit programs" 'The instrument driver is not registered'

@@ -147,6 +147,17 @@ TEST(Judge, WhatNobodySawIsNeverGood)
                 HasSubstr(L"FAIL: 1 of 2 channels pass, 1 fails. Worst: C2 482 MHz, not synchronised"));
 }
 
+TEST(Judge, ALevelThatTheReceiverCannotKnowCostsNoVerdict)
+{
+    ChannelResult channel = TestChannel(1, 474, {{MP_RFLEV, L"---"}, {MP_MER, L"39.0"}});
+    const std::string limits = merLimits + "[rflev]\nFail Below=54\n";
+    EXPECT_EQ(JudgeOne(channel, limits).verdict, Verdict::notMeasured);
+    channel.details.hasUnknownLevel = true;
+    const RunJudgement judgement = JudgeOne(channel, limits);
+    EXPECT_EQ(judgement.verdict, Verdict::pass);
+    EXPECT_EQ(judgement.unapplied, (std::vector<UnappliedLimit>{{MP_RFLEV, L"the receiver is not calibrated", 1}}));
+}
+
 TEST(Judge, AChannelsVerdictIsItsWorstAndTheRunsTheWorstOfAll)
 {
     FinishedRun run = TestRun(

@@ -75,6 +75,8 @@ TEST(RunRecords, ARunReadsBackAsItWasWritten)
     EXPECT_FALSE(stored.isTorn);
     run.resumed = {L"2026-11-22T00:00:00.000Z"};
     run.receiver.simulation = {L"C:\\data\\town.ini", std::wstring(64, L'b'), L"7"};
+    run.receiver.recordings = {L"C:\\signals", L"a.wav 301 to 311 MHz"};
+    run.channels[0].details = {L"a.wav, 1.0 of 2.0 s", true, {{-489, 312}, {3, -3}}};
     const RunJudgement judgement = Judge(run, nullptr);
     EXPECT_EQ(ReadRun(ResultText(run, &judgement), L"").run, run) << "verdicts are passed over";
 
@@ -197,6 +199,7 @@ TEST(HtmlReport, StandsAloneWhateverTheTextsAre)
     run.columns[1].caption = L"<b>";
     run.protocol = {.site = L"<Linz>", .outlet = L"3rd floor", .by = L"A. Huber", .order = L"4711", .remark = L"rain"};
     run.receiver.simulation = {L"C:\\data\\town.ini", L"0123", L"7"};
+    run.channels[0].details = {L"<a.wav>, 1.0 of 2.0 s", false, {{32, -32}}};
     run.channels.push_back(TestChannel(4, 378, {{MP_RFLEV, L"60.0"}}, 1, ChannelOutcome::notSynchronised));
     run.selection.push_back({4, L"C4", 378, 6.9});
     run.setups.push_back({L"C:\\data\\more.ini", L"", L"", 4, run.setups[0].settings});
@@ -206,11 +209,13 @@ TEST(HtmlReport, StandsAloneWhateverTheTextsAre)
     for (const char* text : {"<script", "<b>", "\x01", "src="}) {
         EXPECT_THAT(html, Not(HasSubstr(text)));
     }
-    for (const char* text : {"<h1>Cable network scan: net.ini, more.ini</h1>", ">QAM</th>", ">64-QAM, ",
-                             "FAIL: 0 of 4 channels pass, 4 fail.", "Worst: C4 378 MHz 64-QAM, not synchronised",
-                             "class=\"band\">Simulated receiver: network model town.ini, SHA-256 0123, seed 7<",
-                             "Level steps", "Modulation error", "Bit error ratio", "What eats the MER", "&lt;Linz&gt;",
-                             "rain", "input Receiver (75 ohm)", "Cable outlets, 20", ", outlet, SHA-256 "}) {
+    for (const char* text :
+         {"<h1>Cable network scan: net.ini, more.ini</h1>", ">QAM</th>", ">64-QAM, ",
+          "FAIL: 0 of 4 channels pass, 4 fail.", "Worst: C4 378 MHz 64-QAM, not synchronised",
+          "class=\"band\">Simulated receiver: network model town.ini, SHA-256 0123, seed 7<", "Level steps",
+          "Modulation error", "Bit error ratio", "What eats the MER", "<title>Constellation of C1 354 MHz",
+          "d=\"M170.0 170.0h0\"", "&lt;a.wav&gt;, 1.0 of 2.0 s", "&lt;Linz&gt;", "rain", "input Receiver (75 ohm)",
+          "Cable outlets, 20", ", outlet, SHA-256 "}) {
         EXPECT_THAT(html, HasSubstr(text));
     }
     EXPECT_THAT(RunGrid(run, 1).Render(120), HasSubstr(L"64  C4"));

@@ -1,0 +1,7 @@
+#include "receivers/recordings/demodulator/KernelLoops.h"
+
+namespace tvn2x::recordings {
+
+const Kernels wideKernels{"AVX2 and FMA", Mix, Interpolate, Product, Adapt};
+
+}  // namespace tvn2x::recordings

@@ -1,0 +1,33 @@
+#include "receivers/recordings/demodulator/LevelControl.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tvn2x::recordings {
+
+/// The matched filter takes a quarter of the roll-off from the signal's edges.
+LevelControl::LevelControl(double rollOff) : matchedShare_(1 - rollOff / 4) {}
+
+void LevelControl::Process(ComplexRow values, size_t count)
+{
+    double sum = 0;
+    for (size_t i = 0; i < count; ++i) {
+        sum += static_cast<double>(values.re[i] * values.re[i] + values.im[i] * values.im[i]);
+    }
+    last_ = sum / static_cast<double>(count) / matchedShare_ / (gain_ * gain_);
+    ++blocks_;
+    power_ = blocks_ == 1 ? last_ : power_ + (last_ - power_) / std::min(blocks_, 64);
+}
+
+void LevelControl::Adjust()
+{
+    gain_ = power_ > 0 ? 1 / std::sqrt(power_) : 1;
+}
+
+void LevelControl::Reset()
+{
+    gain_ = 1;
+    blocks_ = 0;
+}
+
+}  // namespace tvn2x::recordings

@@ -1,0 +1,103 @@
+#include "receivers/recordings/demodulator/SignalSearch.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace tvn2x::recordings {
+
+using std::numbers::pi;
+
+SignalSearch::SignalSearch(const SignalParameters& parameters, double rate)
+    : rate_(rate), symbolRate_(parameters.symbolRate), transform_(length), window_(FadingWindow(length))
+{
+    // The product of two root-raised-cosine edges one symbol rate apart is half a wave of a cosine.
+    const double halfWidth = parameters.rollOff * symbolRate_ / 2 / rate * length;
+    for (int bin = -static_cast<int>(halfWidth); bin <= static_cast<int>(halfWidth); ++bin) {
+        weights_.push_back(static_cast<float>(std::cos(pi / 2 * bin / halfWidth)));
+    }
+}
+
+SignalSearch::Edges SignalSearch::EdgesOf(std::span<const std::complex<float>> samples, double firstTime) const
+{
+    std::vector<std::complex<float>> upper(length);
+    std::vector<std::complex<float>> lower(length);
+    for (size_t i = 0; i < length; ++i) {
+        const double turns = symbolRate_ / rate_ / 2 * (firstTime + static_cast<double>(i));
+        const double angle = 2 * pi * (turns - std::floor(turns));
+        const std::complex<float> turn(static_cast<float>(std::cos(angle)), static_cast<float>(std::sin(angle)));
+        const std::complex<float> sample = samples[i] * window_[i];
+        upper[i] = sample * std::conj(turn);
+        lower[i] = sample * turn;
+    }
+    transform_.Forward(upper);
+    transform_.Forward(lower);
+    Edges edges{std::vector<std::complex<float>>(length), std::vector<float>(length)};
+    for (size_t i = 0; i < length; ++i) {
+        edges.product[i] = upper[i] * std::conj(lower[i]);
+        edges.power[i] = (std::norm(upper[i]) + std::norm(lower[i])) / 2;
+    }
+    return edges;
+}
+
+/// The products around a frequency.
+std::complex<double> SignalSearch::Weighed(const Edges& edges, int bin) const
+{
+    std::complex<double> sum;
+    const int first = bin - static_cast<int>(weights_.size() / 2);
+    for (size_t i = 0; i < weights_.size(); ++i) {
+        const size_t at = static_cast<size_t>(first + static_cast<int>(i) + static_cast<int>(length)) % length;
+        sum += std::complex<double>(edges.product[at] * weights_[i]);
+    }
+    return sum;
+}
+
+double SignalSearch::WeighedPower(const Edges& edges, int bin) const
+{
+    double sum = 0;
+    const int first = bin - static_cast<int>(weights_.size() / 2);
+    for (size_t i = 0; i < weights_.size(); ++i) {
+        const size_t at = static_cast<size_t>(first + static_cast<int>(i) + static_cast<int>(length)) % length;
+        sum += static_cast<double>(edges.power[at] * weights_[i]);
+    }
+    return sum;
+}
+
+std::optional<SignalSearch::Found> SignalSearch::Search(std::span<const std::complex<float>> samples) const
+{
+    std::vector<Edges> stretches;
+    for (size_t first = 0; first + length <= searchSamples; first += hop) {
+        stretches.push_back(EdgesOf(samples.subspan(first, length), static_cast<double>(first)));
+    }
+    const int most = static_cast<int>(widest / rate_ * length);
+    std::vector<double> strengths;
+    for (int bin = -most - 1; bin <= most + 1; ++bin) {
+        double strength = 0;
+        for (const Edges& edges : stretches) {
+            strength += std::abs(Weighed(edges, bin));
+        }
+        strengths.push_back(strength);
+    }
+    const auto best = std::max_element(strengths.begin() + 1, strengths.end() - 1);
+    const int bin = static_cast<int>(best - strengths.begin()) - most - 1;
+    double power = 0;
+    std::complex<double> turning;
+    for (size_t i = 0; i < stretches.size(); ++i) {
+        power += WeighedPower(stretches[i], bin);
+        if (i > 0) {
+            turning += Weighed(stretches[i], bin) * std::conj(Weighed(stretches[i - 1], bin));
+        }
+    }
+    Found found;
+    found.coherence = power > 0 ? *best / power : 0;
+    if (!(found.coherence > leastCoherence)) {
+        return std::nullopt;
+    }
+    const double curvature = best[-1] - 2 * *best + best[1];
+    const double between = curvature < 0 ? (best[-1] - best[1]) / (2 * curvature) : 0;
+    found.frequency = (bin + std::clamp(between, -1.0, 1.0)) * rate_ / length;
+    found.symbolRateOffset = std::arg(turning) / (2 * pi) * rate_ / hop / symbolRate_ * 1e6;
+    return found;
+}
+
+}  // namespace tvn2x::recordings

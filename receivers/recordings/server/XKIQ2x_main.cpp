@@ -1,0 +1,68 @@
+// The exports of the component server, and nothing else.
+
+#include <initguid.h>
+#include <windows.h>
+
+#include "TVNINT.h"
+#include "XKIQ2x.h"
+#include "XKTR2x.h"
+#include "com/Module.h"
+#include "com/Server.h"
+#include "com/TypeLibrary.h"
+#include "receivers/driver/ThreadState.h"
+#include "receivers/driver/clsErrorReport.h"
+#include "receivers/driver/clsRunControl.h"
+#include "receivers/recordings/server/RecordingsReceiver.h"
+
+namespace {
+
+using namespace tvn2x;
+
+const com::ServedClass classes[] = {
+    {CLSID_recReceiver, L"XKIQ2x.clsReceiver", L"Receiver of recorded signals", RecordingsReceiver::Create},
+    {CLSID_recRunControl, L"XKIQ2x.clsRunControl",
+     L"Run control of the calling thread, for the receiver of recorded signals", tvn2x::clsRunControl::Create},
+    {CLSID_recErrorReport, L"XKIQ2x.clsErrorReport",
+     L"Error reporting of the calling thread, for the receiver of recorded signals", tvn2x::clsErrorReport::Create},
+};
+
+const com::Server server(classes, LIBID_XKIQ2x);
+
+}  // namespace
+
+STDAPI DllGetClassObject(REFCLSID classId, REFIID interfaceId, void** out)
+{
+    return server.ClassObject(classId, interfaceId, out);
+}
+
+STDAPI DllCanUnloadNow()
+{
+    return com::Module::CanUnload() ? S_OK : S_FALSE;
+}
+
+STDAPI DllRegisterServer()
+{
+    return server.Register();
+}
+
+STDAPI DllUnregisterServer()
+{
+    return server.Unregister();
+}
+
+STDAPI DllInstall(BOOL isInstalled, const wchar_t* words)
+{
+    return server.Install(isInstalled != FALSE, words);
+}
+
+BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* processEnds)
+{
+    if (reason == DLL_PROCESS_ATTACH) {
+        com::Module::Instance(instance);
+    } else if (reason == DLL_THREAD_DETACH) {
+        ForgetThread();
+    } else if (reason == DLL_PROCESS_DETACH && !processEnds) {
+        com::ForgetTypeInfo();
+    }
+    return TRUE;
+}

@@ -1,0 +1,202 @@
+// The stages of the demodulator, each against what it is by definition. What they make together of known signals is in
+// tests/reception.
+
+#include <cmath>
+#include <numbers>
+#include <random>
+#include <set>
+
+#include "receivers/recordings/demodulator/CarrierSearch.h"
+#include "receivers/recordings/demodulator/ConstellationAnalysis.h"
+#include "receivers/recordings/demodulator/Demodulator.h"
+#include "receivers/recordings/demodulator/LockDetector.h"
+#include "receivers/recordings/demodulator/MatchedInterpolator.h"
+#include "support/sender/Mapper.h"
+
+namespace tvn2x::recordings {
+namespace {
+
+using std::numbers::pi;
+
+std::vector<std::complex<double>> RandomPoints(int order, size_t count)
+{
+    std::mt19937 random(7);
+    std::vector<uint8_t> bytes(count * 2);
+    for (uint8_t& byte : bytes) {
+        byte = static_cast<uint8_t>(random());
+    }
+    std::vector<std::complex<double>> points;
+    sender::Mapper(order).Map(bytes, points);
+    points.resize(count);
+    return points;
+}
+
+TEST(Constellation, DecidesForTheNearestPoint)
+{
+    for (const int order : {16, 32, 64, 128, 256}) {
+        const Constellation constellation(order);
+        EXPECT_NEAR(constellation.MeanPower(), sender::Mapper::MeanPower(order), 1e-9);
+        std::set<std::pair<double, double>> points;
+        for (const std::complex<double>& point : RandomPoints(order, 4000)) {
+            points.insert({point.real(), point.imag()});
+        }
+        ASSERT_EQ(points.size(), static_cast<size_t>(order));
+        std::mt19937 random(3);
+        std::uniform_real_distribution<float> place(-18, 18);
+        for (int number = 0; number < 500; ++number) {
+            const std::complex<float> at(place(random), place(random));
+            const Constellation::Cell cell = constellation.Nearest(at.real(), at.imag());
+            float least = 1000;
+            for (const auto& [i, q] : points) {
+                least =
+                    std::min(least, std::hypot(at.real() - static_cast<float>(i), at.imag() - static_cast<float>(q)));
+            }
+            const std::complex<float> decided(Constellation::I(cell), Constellation::Q(cell));
+            ASSERT_NEAR(std::abs(at - decided), least, 1e-4) << order << at;
+        }
+    }
+    // What is no number is somebody's nearest point, too: the search among the missing corners ends.
+    const float nan = std::nanf("");
+    EXPECT_EQ(Constellation::I(Constellation(32).Nearest(nan, nan)), 5);
+    EXPECT_EQ(Constellation::Q(Constellation(32).Nearest(5, nan)), 3);
+    EXPECT_THROW(Constellation(100), std::invalid_argument);
+}
+
+TEST(MatchedInterpolator, PassesSineWavesAsTheStandardsFilterDoes)
+{
+    constexpr double rate = 10e6;
+    constexpr double symbolRate = 6.9e6;
+    for (const double share : {0.0, 0.3, 0.46, 0.5, 0.54, 0.6}) {  // of the symbol rate
+        Mixer mixer(rate, ChosenKernels());
+        mixer.SetFrequency(-share * symbolRate);
+        MatchedInterpolator interpolator(rate / symbolRate / 2, 0.15, ChosenKernels());
+        interpolator.Take(std::vector<std::complex<float>>(4096, 1), mixer);
+        std::vector<float> re(4000);
+        std::vector<float> im(4000);
+        ASSERT_EQ(interpolator.Give(4000, {re.data(), im.data()}), 4000U);
+        const double edge = std::clamp((share - 0.425) / 0.15, 0.0, 1.0);
+        const double phase = std::arg(std::complex<double>(re[2000], im[2000]));
+        for (size_t i = 200; i < 3800; i += 100) {
+            const std::complex<double> value(re[i], im[i]);
+            EXPECT_NEAR(std::abs(value), std::cos(pi / 2 * edge), 0.012) << share;
+            const double turns = share / 2 * (static_cast<double>(i) - 2000);
+            if (edge < 0.9) {
+                EXPECT_NEAR(std::arg(value * std::polar(1.0, -phase - 2 * pi * turns)), 0, 0.01) << share;
+            }
+        }
+    }
+}
+
+TEST(CarrierSearch, FindsHowConstellationsTurn)
+{
+    for (const int order : {16, 32, 64, 128, 256}) {
+        const std::vector<std::complex<double>> points = RandomPoints(order, CarrierSearch::searchSymbols);
+        for (const double frequency : {-0.024, 1e-6, 0.0007}) {
+            std::vector<std::complex<float>> symbols;
+            for (const std::complex<double>& point : points) {
+                const double turns = 0.1 + frequency * static_cast<double>(symbols.size());
+                symbols.emplace_back(point / std::sqrt(sender::Mapper::MeanPower(order)) *
+                                     std::polar(1.0, 2 * pi * turns));
+            }
+            const CarrierSearch::Turning turning = CarrierSearch(Constellation(order)).Search(symbols);
+            EXPECT_NEAR(turning.frequency, frequency, 2e-6) << order;
+            EXPECT_NEAR(std::remainder(turning.phase - 0.1, 0.25), 0, 0.03) << order;
+        }
+    }
+}
+
+/// Symbols with known errors, as the points that they are nearest to.
+SignalReadings Measured(int order, double noise, double jitter, std::complex<double> origin)
+{
+    const Constellation constellation(order);
+    std::mt19937 random(11);
+    std::normal_distribution<double> gaussian;
+    const double power = constellation.MeanPower();
+    const double deviation = std::sqrt(power / 2 / std::pow(10, noise / 10));
+    std::vector<std::complex<float>> symbols;
+    std::vector<Constellation::Cell> cells;
+    for (const std::complex<double>& point : RandomPoints(order, 65536)) {
+        const std::complex<double> symbol = point * std::polar(1.0, gaussian(random) * jitter * pi / 180) +
+                                            origin * std::sqrt(power) +
+                                            std::complex<double>(gaussian(random), gaussian(random)) * deviation;
+        symbols.emplace_back(symbol);
+        cells.push_back(constellation.Nearest(symbols.back().real(), symbols.back().imag()));
+    }
+    return ConstellationAnalysis(constellation).Measure({symbols, cells}, [](double) { return 1; });
+}
+
+TEST(ConstellationAnalysis, PutsBackWhatDecisionsFlatterAndRefusesWhereTheySayNothing)
+{
+    for (const auto& [order, noise] : {std::pair{16, 15.0}, {128, 24.0}, {256, 27.0}}) {
+        EXPECT_NEAR(Measured(order, noise, 0, 0).mer.value_or(0), noise, 0.2) << order;
+        EXPECT_FALSE(Measured(order, noise - 3, 0, 0).mer) << order;
+    }
+    EXPECT_FALSE(Measured(16, 20, 0.5, 0).phaseJitter);
+    EXPECT_EQ(Measured(64, 36, 0, 0).phaseJitter, 0);
+    const SignalReadings readings = Measured(64, 40, 0.7, std::polar(0.01, 1.0));
+    EXPECT_NEAR(readings.phaseJitter.value_or(0), 0.7, 0.02);
+    EXPECT_NEAR(readings.carrierSuppression.value_or(0), 40, 0.3);
+    EXPECT_NEAR(readings.signalToNoise.value_or(0), 40, 0.1);
+    EXPECT_NEAR(readings.mer.value_or(0), -10 * std::log10(2e-4 + std::pow(0.7 * pi / 180, 2)), 0.1);
+    EXPECT_FALSE(readings.carrierToInterference);
+}
+
+TEST(LockDetector, NeedsSeveralBlocksEitherWay)
+{
+    LockDetector lock(3, 2);
+    std::string locked;
+    for (const char block : std::string("ggbgggbgb?gbb?g")) {
+        lock.Take(block == 'g', block == 'b');
+        locked += lock.Locked() ? '1' : '0';
+    }
+    EXPECT_EQ(locked, "000001111111000");
+}
+
+TEST(Kernels, OfBothKindsReckonAlike)
+{
+    if (!HasWideKernels()) {
+        return;
+    }
+    std::mt19937 random(1);
+    std::uniform_real_distribution<float> uniform(-1, 1);
+    std::vector<float> rows[4];
+    for (std::vector<float>& row : rows) {
+        for (int i = 0; i < 64; ++i) {
+            row.push_back(uniform(random));
+        }
+    }
+    std::vector<float> results[2];
+    for (int kind = 0; kind < 2; ++kind) {
+        const Kernels& kernels = kind == 0 ? baselineKernels : wideKernels;
+        std::vector<float> a = rows[0];
+        std::vector<float> b = rows[1];
+        const float factor[2] = {0.25F, -0.5F};
+        kernels.adapt({a.data(), b.data()}, {rows[2].data(), rows[3].data()}, 64, 0.5F, factor);
+        float sum[2];
+        kernels.product({a.data(), b.data()}, {rows[2].data(), rows[3].data()}, 64, sum);
+        a.insert(a.end(), b.begin(), b.end());
+        a.insert(a.end(), sum, sum + 2);
+        results[kind] = a;
+    }
+    for (size_t i = 0; i < results[0].size(); ++i) {
+        EXPECT_NEAR(results[0][i], results[1][i], 1e-4);
+    }
+}
+
+TEST(Demodulator, RefusesWhatItCannotReceiveAndGetsOverWhatIsNoNumber)
+{
+    EXPECT_THROW(Demodulator({100, 6.9e6, 0.15}, 10e6), std::invalid_argument);
+    EXPECT_THROW(Demodulator({64, 0.5e6, 0.15}, 10e6), std::invalid_argument);
+    EXPECT_THROW(Demodulator({64, 6.9e6, 0.5}, 10e6), std::invalid_argument);
+    EXPECT_THROW(Demodulator({64, 6.9e6, 0.15}, 8e6), std::invalid_argument);
+    Demodulator demodulator({64, 6.9e6, 0.15}, 10e6);
+    EXPECT_FALSE(demodulator.State().locks.level);
+    const float nan = std::nanf("");
+    demodulator.Process(std::vector<std::complex<float>>(40000, {nan, nan}));
+    EXPECT_FALSE(demodulator.State().locks.timing);
+    EXPECT_FALSE(demodulator.Readings().mer);
+    EXPECT_TRUE(demodulator.Constellation(100).empty());
+}
+
+}  // namespace
+}  // namespace tvn2x::recordings
