@@ -34,6 +34,9 @@ ReceiverAnswers answers = RightAnswers();
 Answer Next(const std::string& operation)
 {
     operations.insert(operation);
+    if (isLost && isLost()) {
+        return Answer::failsWithWords;
+    }
     if (wrongOperation != operation) {
         return Answer::rightly;
     }
@@ -317,6 +320,8 @@ Factory errorReports("CreateInstance clsErrorReport", errorReport);
 
 const std::pair<CLSID, IClassFactory*> factories[] = {
     {CLSID_clsReceiver, &receivers}, {CLSID_clsRunControl, &runControls}, {CLSID_clsErrorReport, &errorReports}};
+
+bool (*isLost)() = nullptr;
 
 void Misbehave(const std::string& operation, Answer answer)
 {

@@ -12,13 +12,15 @@ def get(link, path):
         return json.load(answer)
 
 
-def until(phase, link):
-    """Follows the events until the scan is in a phase."""
+def until(word, link):
+    """Follows the events until the scan is in a phase, or its receiver "lost" or "found"."""
     while True:
         with urllib.request.urlopen(link + "events", timeout=60) as events:
             for line in events:
-                if line.startswith(b"id:") and get(link, "api/run")["now"]["phase"] == phase:
-                    return
+                if line.startswith(b"id:"):
+                    now = get(link, "api/run")["now"]
+                    if word in (now["phase"], "lost" if now.get("fault") else "found"):
+                        return
 
 
 def data(link, docs):

@@ -10,11 +10,12 @@ trap '[ -z "$job" ] || kill "$job" 2>/dev/null || true' EXIT
 expect_exit 0 import --from 306 --to 346 --step 8 --order 256 --ber-samples 1 -o net.ini
 expect_exit 0 network --from 306 --to 346 --step 8 --order 256 --seed 7 -o model.ini
 
+receiver='--network model.ini --time-scale 0.001'
 begin() { # ARGUMENT...: serves on a terminal, where Ctrl+C can be typed; $link is where
     rm -f keys notices
     mkfifo keys notices
-    SHELL=/bin/bash script -qec "exec '$wine_program' '$bin/tvnhost.exe' serve net.ini --network model.ini \
-        --time-scale 0.001 $* >'$work/out' 2>notices" /dev/null <keys >/dev/null 3>&- 4>&- &
+    SHELL=/bin/bash script -qec "exec '$wine_program' '$bin/tvnhost.exe' serve net.ini $receiver $* \
+        >'$work/out' 2>notices" /dev/null <keys >/dev/null 3>&- 4>&- &
     job=$!
     exec 3<>keys 4<>notices
     said="serve $*"
@@ -90,5 +91,38 @@ python3 -B "$check" until waiting "$link"
 end 3
 python3 -B "$root/tests/system/report_check.py" schema "$root/docs/result.schema.json" hourly.journal
 [ "$(grep -c '"record":"channel"' hourly.journal)" = 6 ] || fail "does not keep every channel"
+
+# The receiver is lost between two passes and found again.
+vendor=A0000000-0000-0000-0000-00000000000
+names=(clsReceiver clsRunControl clsErrorReport)
+wine_reg() { "$wine_program" reg "$@" /f >/dev/null </dev/null; }
+classes='HKLM\Software\Classes'
+for i in 1 2 3; do
+    wine_reg add "$classes\\CLSID\\{$vendor$i}\\InprocServer32" /ve /d "$(wine_path "$bin/vendor_driver.dll")"
+    wine_reg add "$classes\\CLSID\\{$vendor$i}\\ProgID" /ve /d "Vendor.${names[$i - 1]}"
+    wine_reg add "$classes\\Vendor.${names[$i - 1]}\\CLSID" /ve /d "{$vendor$i}"
+done
+receiver="--receiver {${vendor}1} --as-is"
+expect_exit 0 import --from 306 --to 306 --step 8 --order 256 --ber-samples 1 --force -o net.ini
+begin --listen 127.0.0.1:0 --every 4s --journal lost.journal
+python3 -B "$check" until waiting "$link"
+touch unplugged
+python3 -B "$check" until lost "$link"
+get / | grep -q 'The receiver has failed since' || fail "does not say that the receiver is lost"
+rm unplugged
+python3 -B "$check" until found "$link"
+end 3
+python3 - lost.journal <<'END' || fail "does not measure before and after"
+import json, sys
+outcomes = [json.loads(line).get("outcome", "") for line in open(sys.argv[1], encoding="utf-8")]
+words = [word for word in outcomes if word]
+runs = [word for i, word in enumerate(words) if i == 0 or words[i - 1] != word]
+print(runs)
+sys.exit(runs[:3] != ["synchronised", "error", "synchronised"])
+END
+for i in 1 2 3; do
+    wine_reg delete "$classes\\CLSID\\{$vendor$i}"
+    wine_reg delete "$classes\\Vendor.${names[$i - 1]}"
+done
 
 echo "a scan is served as it should be; Ctrl+C took $took ms"
