@@ -186,12 +186,16 @@ public:
     HWND Find(int id) const
     {
         std::pair sought(id, HWND{});
-        const auto isOther = [](HWND child, LPARAM search) -> BOOL {
-            auto& [wanted, found] = *reinterpret_cast<std::pair<int, HWND>*>(search);
-            found = GetDlgCtrlID(child) == wanted ? child : nullptr;
-            return found == nullptr;
+        struct Search
+        {
+            static BOOL CALLBACK IsOther(HWND child, LPARAM search)
+            {
+                auto& [wanted, found] = *reinterpret_cast<std::pair<int, HWND>*>(search);
+                found = GetDlgCtrlID(child) == wanted ? child : nullptr;
+                return found == nullptr;
+            }
         };
-        EnumChildWindows(dialog, isOther, reinterpret_cast<LPARAM>(&sought));
+        EnumChildWindows(dialog, Search::IsOther, reinterpret_cast<LPARAM>(&sought));
         return sought.second;
     }
     HWND List(Column column) const { return Find(control_id::List(GridOf(column))); }

@@ -48,8 +48,8 @@ extern const std::pair<CLSID, IClassFactory*> factories[3];
 
 /// From now on the operation answers so; "" is none. Settings that were written are forgotten.
 void Misbehave(const std::string& operation, Answer answer);
-/// Asked before each operation where it is set: while it says so, the receiver cannot be reached and every one fails with
-/// words.
+/// Asked before each operation where it is set: while it says so, the receiver cannot be reached and every one fails
+/// with words.
 extern bool (*isLost)();
 /// How often an operation has answered as it was told.
 int Misdeeds();

@@ -1,6 +1,6 @@
 // The driver library of another vendor, who makes receivers that always have a good signal. Beside the identities that
-// every driver has it has some of its own: A0000000-0000-0000-0000-000000000001 to 3. While the host's current folder has a
-// file "unplugged" the receiver cannot be reached.
+// every driver has it has some of its own: A0000000-0000-0000-0000-000000000001 to 3. While the host's current folder
+// has a file "unplugged" the receiver cannot be reached.
 
 #include <initguid.h>
 
