@@ -30,14 +30,14 @@ struct Signal
     double level = 0.1;    ///< RMS of the signal, of full scale
     double frequency = 0;  ///< Hz, where the carrier is
     double symbolRatePpm = 0;
-    std::optional<double> noise;       ///< dB, C/N in the symbol rate's bandwidth
-    std::optional<double> carrier;     ///< dB, the signal over its residual carrier
-    double imbalance = 0;              ///< per cent
-    double quadrature = 0;             ///< degrees
-    double jitter = 0;                 ///< degrees RMS, from 30 to 300 kHz
-    std::optional<double> interferer;  ///< dB, the signal over a sine wave at an eighth of the symbol rate
-    std::optional<double> neighbours;  ///< dB, of two channels 8 MHz to either side
-    std::vector<Echo> echoes;
+    std::optional<double> noise;         ///< dB, C/N in the symbol rate's bandwidth
+    std::optional<double> carrier{};     ///< dB, the signal over its residual carrier
+    double imbalance = 0;                ///< per cent
+    double quadrature = 0;               ///< degrees
+    double jitter = 0;                   ///< degrees RMS, from 30 to 300 kHz
+    std::optional<double> interferer{};  ///< dB, the signal over a sine wave at an eighth of the symbol rate
+    std::optional<double> neighbours{};  ///< dB, of two channels 8 MHz to either side
+    std::vector<Echo> echoes{};
     bool inverted = false;
     uint32_t seed = 1;
 };
