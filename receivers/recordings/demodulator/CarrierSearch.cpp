@@ -50,7 +50,9 @@ CarrierSearch::Turning CarrierSearch::Search(std::span<const std::complex<float>
     double frequency = static_cast<double>(best) / searchSymbols;
     double phase = 0;
     double magnitude = MagnitudeAt(powers, frequency, &phase);
-    for (double step = 0.5 / searchSymbols; step > 0.005 / searchSymbols; step /= 2) {
+    constexpr int halvings = 7;
+    double step = 0.5 / searchSymbols;
+    for (int i = 0; i < halvings; ++i, step /= 2) {
         for (const double tried : {frequency - step, frequency + step}) {
             double triedPhase = 0;
             const double triedMagnitude = MagnitudeAt(powers, tried, &triedPhase);

@@ -44,7 +44,7 @@ Constellation::Constellation(int32_t order) : order_(order)
     if (order != 16 && order != 32 && order != 64 && order != 128 && order != 256) {
         throw std::invalid_argument("An order of QAM is 16, 32, 64, 128 or 256, not " + std::to_string(order) + ".");
     }
-    bits_ = std::bit_width(static_cast<unsigned>(order)) - 1;
+    bits_ = static_cast<int>(std::bit_width(static_cast<unsigned>(order))) - 1;
     corners_ = bits_ % 2 != 0;
     labels_.fill(missing);
     if (corners_) {
@@ -82,11 +82,11 @@ void Constellation::AddCross()
 {
     const std::span<const int> labels = order_ == 32 ? std::span<const int>(cross32) : std::span<const int>(cross128);
     const int half = order_ == 32 ? 3 : 6;
+    auto label = labels.begin();
     for (int row = 0; row < half; ++row) {
-        for (int column = 0; column < half; ++column) {
-            const int label = labels[static_cast<size_t>(row * half + column)];
-            if (label != none) {
-                AddPoint(2 * column + 1, 2 * row + 1, static_cast<unsigned>(label));
+        for (int column = 0; column < half; ++column, ++label) {
+            if (*label != none) {
+                AddPoint(2 * column + 1, 2 * row + 1, static_cast<unsigned>(*label));
             }
         }
     }
@@ -102,7 +102,7 @@ void Constellation::TakeMoments()
     for (int i = -15; i <= 15; i += 2) {
         for (int q = -15; q <= 15; q += 2) {
             const auto isPoint = [&](int column, int row) {
-                return std::max(std::abs(column), std::abs(row)) < limit_ &&
+                return static_cast<float>(std::max(std::abs(column), std::abs(row))) < limit_ &&
                        (!corners_ || labels_[CellOf(column, row)] != missing);
             };
             if (!isPoint(i, q)) {
