@@ -9,6 +9,7 @@ const live = byId("live");
 const history_ = byId("history");
 let source = null;
 let heard = Date.now();
+let tried = 0; // when the connection was made anew last
 let plots = { wanted: false, visible: false, at: 0 };
 let isNews = false; // rather than what the program tells whoever connects
 let shown = null; // the number of the channel whose history is open
@@ -191,9 +192,11 @@ function tell() {
             byId("stale").hidden = false;
         }
     }
-    if (source.readyState === EventSource.CLOSED || silence > 2 * longestSilence) {
+    // The browser itself goes on trying, but not where it was refused or where nothing tells it of the loss.
+    const isRefused = source.readyState === EventSource.CLOSED;
+    if ((isRefused || silence > 2 * longestSilence) && Date.now() - tried > (isRefused ? 5000 : longestSilence)) {
+        tried = Date.now();
         source.close();
-        heard = Math.max(heard, Date.now() - longestSilence - 1000);
         follow();
     }
 }
