@@ -192,6 +192,15 @@ TEST_F(ResultFileTest, NotesFollowLineByLine)
     EXPECT_EQ(RowsBehindSettings().size(), 3u);
 }
 
+TEST_F(ResultFileTest, NoFileStaysOpenWhenMemoryRunsOut)
+{
+    files.before = [](FileOperation kind) { kind == FileOperation::rename ? throw std::bad_alloc() : void(); };
+    Replacement file(files);
+    EXPECT_THROW(SaveResults(document, table, locale, file, messages, path), std::bad_alloc);
+    EXPECT_FALSE(file.IsOpen());
+    EXPECT_TRUE(files.Paths().empty());
+}
+
 TEST_F(ResultFileTest, UserLearnsWhatStandsInTheWay)
 {
     using enum FileOperation;

@@ -308,5 +308,12 @@ TEST_F(ReadOneStateTest, HandsOnAFaultOfTheDiskAndRefusesAFileBeyondTheLimitUnre
     EXPECT_EQ(Read(), FileFault::tooLarge);
 }
 
+TEST(UnpredictableName, DiffersEachTime)
+{
+    const std::wstring name = UnpredictableName();
+    EXPECT_EQ(name.size(), 40U);
+    EXPECT_NE(name, UnpredictableName());
+}
+
 }  // namespace
 }  // namespace tvn2x
