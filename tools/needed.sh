@@ -43,17 +43,18 @@ targets_of() {
             asan:system.recordings) echo sample_recording ;;
             asan:reception.*) echo reception_quality ;;
             fuzz:fuzz.*) echo "fuzz_$name" ;;
-            win64:system.spreadsheet) ;;
+            asan:system.live_page) echo live_server ;;
+            win64:system.spreadsheet | win64:system.live_page) ;;
             win32:system.binaries) printf '%s\n' TVN2x XKTR2x XKIQ2x ;;
             win32:system.x86_*) echo all ;;
             win64:system.x86_scan | win64:system.x86_doctor) printf '%s\n' TVN2x XKTR2x XKIQ2x tvnhost ;;
             win64:system.x86_*) ;;
             win64:system.*)
                 # A script may run any program; what runs without one is a program of the test's name.
-                if [ -f "tests/system/${name}_test.sh" ] || [ -d "tests/system/$name" ]; then
-                    echo all
-                else
+                if [ -f "tests/system/${name}_test.cpp" ] && [ ! -f "tests/system/${name}_test.sh" ]; then
                     printf '%s\n' TVN2x XKTR2x XKIQ2x tvnhost "system_$name"
+                else
+                    echo all
                 fi ;;
         esac
     done | sort -u
