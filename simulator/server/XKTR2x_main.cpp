@@ -5,8 +5,8 @@
 
 #include "TVNINT.h"
 #include "XKTR2x.h"
+#include "com/EntryPoints.h"
 #include "com/Module.h"
-#include "com/Server.h"
 #include "com/TypeLibrary.h"
 #include "receivers/driver/ThreadState.h"
 #include "receivers/driver/clsErrorReport.h"
@@ -35,30 +35,7 @@ const com::Server server(classes, LIBID_XKTR2x, com::Claim::ifVacant);
 
 }  // namespace
 
-STDAPI DllGetClassObject(REFCLSID classId, REFIID interfaceId, void** out)
-{
-    return server.ClassObject(classId, interfaceId, out);
-}
-
-STDAPI DllCanUnloadNow()
-{
-    return com::Module::CanUnload() ? S_OK : S_FALSE;
-}
-
-STDAPI DllRegisterServer()
-{
-    return server.Register();
-}
-
-STDAPI DllUnregisterServer()
-{
-    return server.Unregister();
-}
-
-STDAPI DllInstall(BOOL isInstalled, const wchar_t* words)
-{
-    return server.Install(isInstalled != FALSE, words);
-}
+TVN_COMPONENT_ENTRY_POINTS(server)
 
 BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* processEnds)
 {

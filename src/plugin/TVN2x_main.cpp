@@ -6,8 +6,8 @@
 #include "TVN2x.h"
 #include "TVNINT.h"
 #include "XKTR2x.h"
+#include "com/EntryPoints.h"
 #include "com/Module.h"
-#include "com/Server.h"
 #include "com/TypeLibrary.h"
 #include "plugin/TimeoutObject.h"
 #include "plugin/clsSetup.h"
@@ -29,30 +29,7 @@ const com::Server server(classes, LIBID_TVN2x);
 
 }  // namespace
 
-STDAPI DllGetClassObject(REFCLSID classId, REFIID interfaceId, void** out)
-{
-    return server.ClassObject(classId, interfaceId, out);
-}
-
-STDAPI DllCanUnloadNow()
-{
-    return com::Module::CanUnload() ? S_OK : S_FALSE;
-}
-
-STDAPI DllRegisterServer()
-{
-    return server.Register();
-}
-
-STDAPI DllUnregisterServer()
-{
-    return server.Unregister();
-}
-
-STDAPI DllInstall(BOOL isInstalled, const wchar_t* words)
-{
-    return server.Install(isInstalled != FALSE, words);
-}
+TVN_COMPONENT_ENTRY_POINTS(server)
 
 BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* processEnds)
 {

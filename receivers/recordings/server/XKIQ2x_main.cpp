@@ -6,8 +6,8 @@
 #include "TVNINT.h"
 #include "XKIQ2x.h"
 #include "XKTR2x.h"
+#include "com/EntryPoints.h"
 #include "com/Module.h"
-#include "com/Server.h"
 #include "com/TypeLibrary.h"
 #include "receivers/driver/ThreadState.h"
 #include "receivers/driver/clsErrorReport.h"
@@ -30,30 +30,7 @@ const com::Server server(classes, LIBID_XKIQ2x);
 
 }  // namespace
 
-STDAPI DllGetClassObject(REFCLSID classId, REFIID interfaceId, void** out)
-{
-    return server.ClassObject(classId, interfaceId, out);
-}
-
-STDAPI DllCanUnloadNow()
-{
-    return com::Module::CanUnload() ? S_OK : S_FALSE;
-}
-
-STDAPI DllRegisterServer()
-{
-    return server.Register();
-}
-
-STDAPI DllUnregisterServer()
-{
-    return server.Unregister();
-}
-
-STDAPI DllInstall(BOOL isInstalled, const wchar_t* words)
-{
-    return server.Install(isInstalled != FALSE, words);
-}
+TVN_COMPONENT_ENTRY_POINTS(server)
 
 BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* processEnds)
 {
