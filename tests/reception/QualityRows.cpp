@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 #include <memory>
+#include <utility>
 
 namespace tvn2x::reception {
 namespace {
@@ -133,23 +134,20 @@ void AddImpairment(std::vector<Row>& rows, const std::string& name, const sender
 
 void AddImpairments(std::vector<Row>& rows)
 {
+    constexpr std::pair<const char*, void (*)(sender::Signal&)> alone[] = {
+        {"residual carrier", [](sender::Signal& signal) { signal.carrier = 28; }},
+        {"imbalance", [](sender::Signal& signal) { signal.imbalance = 2; }},
+        {"quadrature error", [](sender::Signal& signal) { signal.quadrature = 1.5; }},
+        {"jitter", [](sender::Signal& signal) { signal.jitter = 0.6; }},
+        {"sine wave", [](sender::Signal& signal) { signal.interferer = 32; }},
+    };
     for (const int order : {16, 64, 128, 256}) {
         const sender::Signal plain = Noisy(order, 36);
-        sender::Signal carrier = plain;
-        carrier.carrier = 28;
-        AddImpairment(rows, "residual carrier", carrier, false);
-        sender::Signal imbalance = plain;
-        imbalance.imbalance = 2;
-        AddImpairment(rows, "imbalance", imbalance, false);
-        sender::Signal quadrature = plain;
-        quadrature.quadrature = 1.5;
-        AddImpairment(rows, "quadrature error", quadrature, false);
-        sender::Signal jitter = plain;
-        jitter.jitter = 0.6;
-        AddImpairment(rows, "jitter", jitter, false);
-        sender::Signal interferer = plain;
-        interferer.interferer = 32;
-        AddImpairment(rows, "sine wave", interferer, false);
+        for (const auto& [name, impair] : alone) {
+            sender::Signal signal = plain;
+            impair(signal);
+            AddImpairment(rows, name, signal, false);
+        }
         sender::Signal all = plain;
         all.carrier = 34;
         all.imbalance = 1;
