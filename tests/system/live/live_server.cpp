@@ -24,17 +24,15 @@ int64_t Now()
 
 ChannelResult Measured(int32_t number, int32_t pass, const std::string& how)
 {
-    const bool isLost = how == "lost", isError = how == "error";
+    using enum ChannelOutcome;
+    const ChannelOutcome outcome = how == "lost" ? notSynchronised : how == "error" ? error : synchronised;
     std::vector<std::pair<int32_t, std::wstring>> cells;
-    if (isLost) {
+    if (outcome == notSynchronised) {
         cells = {{MP_RFLEV, L"44.0"}, {MP_SYNC, L"UNSYNC"}};
-    } else if (!isError) {
+    } else if (outcome == synchronised) {
         cells = {{MP_RFLEV, how == "weak" ? L"43.5" : L"61.0"}, {MP_MER, L"38.9"}, {MP_BER, L"<1.7E-8"}};
     }
-    ChannelResult channel = TestChannel(number, 466 + 16 * number, cells, pass,
-                                        isLost    ? ChannelOutcome::notSynchronised
-                                        : isError ? ChannelOutcome::error
-                                                  : ChannelOutcome::synchronised);
+    ChannelResult channel = TestChannel(number, 466 + 16 * number, cells, pass, outcome);
     channel.label = number == 2 ? L"<img src=x onerror=alert(1)>" : L"K" + std::to_wstring(20 + 2 * number);
     channel.began = UtcText(Now());
     return channel;
