@@ -101,26 +101,5 @@ TEST(EditorHistory, RandomWorkIsUndoneToTheBeginningAndRedoneToTheEnd)
     }
 }
 
-TEST(EditorHistory, UndoShowsTheUserWhatItTakesBack)
-{
-    TestEditor test;
-    test.Open({100, 200, 300});
-    test.Set(MP_USERFIELD, 0, L"new");
-    test.Select(1, 2);
-    test.editor.Execute(RowCommand::remove, Grid::channels);
-    test.editor.SelectPage(Page::settings);
-    test.Choose(Choice::levelUnit, L"mV");
-    test.editor.SelectPage(Page::parameters);
-    test.editor.Execute(RowCommand::undo, Grid::parameters);
-    EXPECT_EQ(Page::settings, test.editor.CurrentPage());
-    EXPECT_EQ(L"RF Level (dBmV)", test.editor.CellText(captionColumn, test.RowOf(MP_RFLEV)));
-    test.editor.Execute(RowCommand::undo, Grid::parameters);
-    EXPECT_EQ(Page::frequencies, test.editor.CurrentPage());
-    EXPECT_EQ(L"new B C -", test.Texts(MP_USERFIELD));
-    EXPECT_EQ(2, test.editor.Selection(Grid::channels).Count());
-    test.Set(MP_USERFIELD, 1, L"other");
-    EXPECT_FALSE(test.editor.CanExecute(RowCommand::redo, Grid::channels)) << "what was undone is gone";
-}
-
 }  // namespace
 }  // namespace tvn2x

@@ -1,5 +1,3 @@
-#include <limits>
-
 #include "TestEditor.h"
 #include "support/DocumentParts.h"
 
@@ -61,69 +59,6 @@ TEST(EditorOk, SettingsThatAreNoChoiceBecomeTheFirst)
               SettingsOf(test.document));
     EXPECT_EQ(L"RF Level", test.document.StoredCaption(MP_RFLEV));
     EXPECT_TRUE(test.document.dirty);
-}
-
-TEST(EditorOk, StopsAtTheFirstFaultOnItsPageAndField)
-{
-    TestEditor test;
-    test.Open({100, 200});
-    const auto before = Everything(test.document);
-    test.Set(MP_FREQUENCY, 0, L"1500");
-    test.Set(MP_SYMBOLRATE, 1, L"7.001");
-    test.editor.TextChanged(Field::defaultSymbolRate, L"x");
-    for (const wchar_t* const refused : {L"0.4", L"301", L""}) {
-        test.editor.TextChanged(Field::maxSettlingTime, refused);
-        test.editor.Ok();
-        EXPECT_EQ(Page::application, test.editor.CurrentPage());
-        EXPECT_EQ(Focused(Control::maxSettlingTime, 0), test.view.focus);
-        EXPECT_EQ(
-            L"Maximum settling time is out of range\r\n\r\n Please enter a value between 1 and 300, expressed in "
-            L"seconds",
-            test.messages.messages.back().text);
-    }
-    test.editor.TextChanged(Field::maxSettlingTime, L"300");
-    test.editor.Ok();
-    EXPECT_EQ(Focused(Control::defaultSymbolRate, 0), test.view.focus);
-    EXPECT_EQ(0u, test.messages.messages.back().text.find(L"Symbol Rate too low."));
-    test.editor.TextChanged(Field::defaultSymbolRate, L"6.9004");
-    EXPECT_EQ(1, test.editor.SelectedRow(Grid::channels));
-    int32_t selected = -1;
-    test.messages.onShow = [&] { selected = test.editor.SelectedRow(Grid::channels); };
-    test.editor.Ok();
-    EXPECT_EQ(0, selected) << "the message comes with its row";
-    test.messages.onShow = {};
-    EXPECT_EQ(L"6.900", test.editor.Text(Field::defaultSymbolRate));
-    EXPECT_EQ(Page::frequencies, test.editor.CurrentPage());
-    EXPECT_EQ(L"11/0 1500", test.Editing());
-    EXPECT_EQ(Focused(Control::cellEditor, MP_FREQUENCY), test.view.focus);
-    test.Type(L"3.3");
-    test.editor.Ok();
-    EXPECT_EQ(L"3.2999999 200.0000000 -", test.Texts(MP_FREQUENCY));
-    EXPECT_EQ(L"12/1 7.001", test.Editing());
-    EXPECT_EQ(before, Everything(test.document));
-    EXPECT_FALSE(test.view.closed);
-
-    test.Type(L"7");
-    test.editor.Ok();
-    EXPECT_TRUE(test.view.closed);
-    EXPECT_EQ(3.2999999, test.document.Frequency(1));
-    EXPECT_EQ(7, test.document.SymbolRate(2));
-    EXPECT_EQ(300, test.document.MaxSettlingTime());
-    EXPECT_EQ(8u, test.messages.messages.size());  // the last time nothing is rounded any more
-}
-
-TEST(EditorOk, ChannelWithoutANumberIsTooLow)
-{
-    TestEditor test;
-    test.document.Frequency(1, std::numeric_limits<double>::quiet_NaN());
-    test.Open();
-    test.editor.Ok();
-    EXPECT_EQ(L"11/0 NaN", test.Editing());
-    EXPECT_EQ(0u, test.messages.messages.at(0).text.find(L"Frequency too low.\n\nPlease"));
-    test.Type(L"100");
-    test.Set(MP_USERFIELD, 1, L"new");
-    test.editor.Ok();
-    EXPECT_EQ(L"11/1 -", test.Editing());
 }
 
 TEST(EditorNotes, KeepTheirKindUntilTheyAreTouched)

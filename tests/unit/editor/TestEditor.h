@@ -132,8 +132,8 @@ public:
         EXPECT_EQ(editor.OkIsDefault(), view.okIsDefault);
     }
 
-    /// Channels "A", "B", ... at the frequencies given, 6.9 MSymb/s each.
-    void Put(const std::vector<double>& frequencies)
+    /// Channels "A", "B", ... at the frequencies given, 6.9 MSymb/s each, and the editor open on their page.
+    void Open(const std::vector<double>& frequencies)
     {
         document.ListSize(static_cast<int32_t>(frequencies.size()));
         for (int32_t channel = 1; channel <= document.ListSize(); ++channel) {
@@ -141,11 +141,6 @@ public:
             document.SymbolRate(channel, 6.9);
             document.UserField(channel, std::wstring(1, static_cast<wchar_t>(L'A' + channel - 1)));
         }
-    }
-    /// The same, and the editor open on its frequency page.
-    void Open(const std::vector<double>& frequencies)
-    {
-        Put(frequencies);
         Open();
         editor.SelectPage(Page::frequencies);
     }
@@ -168,26 +163,6 @@ public:
     }
     void Enter() { EXPECT_TRUE(editor.CellKeyDown(13, false)); }
     void Escape() { EXPECT_TRUE(editor.CellKeyDown(27, false)); }
-    void Tab(bool shift = false) { EXPECT_TRUE(editor.CellKeyDown(9, shift)); }
-    /// Selects a row and does something with it.
-    void Execute(RowCommand command, Column column, int32_t row)
-    {
-        editor.RowSelected(column, row);
-        editor.Execute(command, GridOf(column));
-    }
-    /// The mouse on a channel, and on a second one with Shift.
-    void Select(int32_t first, int32_t last)
-    {
-        editor.CellPressed(MP_USERFIELD, first, 0);
-        editor.CellPressed(MP_USERFIELD, last, modifier::shift);
-    }
-    /// Fills in the form that a command shows: what is wrong with the answers.
-    std::wstring Answer(RowCommand command, std::vector<std::wstring> answers)
-    {
-        view.answers = std::move(answers);
-        editor.Execute(command, Grid::channels);
-        return view.answerFault;
-    }
     /// Puts a text into a cell.
     void Set(Column column, int32_t row, std::wstring_view text)
     {
