@@ -194,36 +194,15 @@ class PlugIn : public Apartment
 protected:
     PlugIn()
     {
-        simulator = ComPtr<IDispatch>::Attach(Get(driver, &IDriver::get_Settings)).As<ISimulatorSettings>();
-        EXPECT_TRUE(simulator);
-        simulator->put_TimeScale(0.01);
+        const auto settings = ComPtr<IDispatch>::Attach(Get(setup.As<IDriver>(), &IDriver::get_Settings));
+        settings.As<ISimulatorSettings>()->put_TimeScale(0.01);
         setup->put_MaxSettlingTime(1);
         setup->put_Parameter(0, ::MP_BER, VARIANT_FALSE);
-        run->put_StopFlag(VARIANT_FALSE);
-    }
-
-    void Set(const wchar_t* section, const wchar_t* key, const wchar_t* value)
-    {
-        EXPECT_EQ(simulator->put_Value(Bstr(section).Get(), Bstr(key).Get(), Bstr(value).Get()), S_OK);
-    }
-
-    bool Measured(long channel)
-    {
-        VARIANT_BOOL result = VARIANT_FALSE;
-        EXPECT_EQ(measure->Measure(channel, VARIANT{}, &result), S_OK);
-        return result != VARIANT_FALSE;
-    }
-
-    std::wstring Cell(long field, short parameter, long channel)
-    {
-        return client::Cell(measure.Get(), field, parameter, channel);
+        Create<IRunControl>(L"XKTR2x.clsRunControl")->put_StopFlag(VARIANT_FALSE);
     }
 
     ComPtr<_clsSetup> setup = Create<_clsSetup>(L"TVN2x.clsSetup");
     ComPtr<IMeasure> measure = setup.As<IMeasure>();
-    ComPtr<IDriver> driver = setup.As<IDriver>();
-    ComPtr<ISimulatorSettings> simulator;
-    ComPtr<IRunControl> run = Create<IRunControl>(L"XKTR2x.clsRunControl");
     Parent parent;  // outlives the plug-in's reference, which the body of a test gives up
 };
 
