@@ -51,3 +51,24 @@ expect_notice() { # LINE_OR_PART...
     local text
     for text; do grep -qF -- "$text" "$work/err" || fail "does not tell: $text"; done
 }
+# On a terminal, where Ctrl+C can be typed: what the program tells is read from descriptor 4.
+on_terminal() { # ARGUMENT...
+    said="tvnhost $*"
+    rm -f keys notices
+    mkfifo keys notices
+    SHELL=/bin/bash script -qec "exec '$wine_program' '$bin/tvnhost.exe' $* >'$work/out' 2>notices" /dev/null \
+        <keys >/dev/null 3>&- 4>&- &
+    job=$!
+    trap '[ -z "$job" ] || kill "$job" 2>/dev/null || true' EXIT
+    exec 3<>keys 4<>notices
+}
+end_by_ctrl_c() { # CODE MILLISECONDS
+    local pressed status=0
+    pressed=$(date +%s%N)
+    printf '\3' >&3
+    wait "$job" || status=$?
+    job=
+    [ "$status" = "$1" ] || fail "ends with $status instead of $1"
+    took=$((($(date +%s%N) - pressed) / 1000000))
+    [ "$took" -lt "$2" ] || fail "takes $took ms to end"
+}

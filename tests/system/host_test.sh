@@ -4,12 +4,6 @@ set -euo pipefail
 cd "$(dirname "$0")/../.."
 . tests/system/expect.sh host_test
 plans=$root/tests/data/plans
-job=
-restore() {
-    [ -z "$job" ] || kill "$job" 2>/dev/null || true
-    "$wine_program" regsvr32 /s "$(wine_path "$bin/XKTR2x.dll")" </dev/null
-}
-trap restore EXIT
 
 expect_rows() { # channel numbers of the grid's rows
     local rows
@@ -48,9 +42,6 @@ expect_exit 2 import town -o town.ini --ber-samples 7
 expect_notice 'town.ini exists already. Give another name, or replace it with --force.'
 expect_exit 0 import town -o town.ini --ber-samples 7 --force
 grep -q '^BER Integration.*=7' town.ini || fail 'does not replace the older setup'
-
-expect_exit 0 import --from 306 --to 858 --step 8 --order 256 -o raster.ini
-expect_text 'raster.ini: 70 channels, 256-QAM, 306 to 858 MHz'
 
 # Plans become networks.
 expect_exit 0 network "$plans/at-Kabelsignal" -o clean.ini --clean
@@ -107,10 +98,9 @@ echo mine >readonly.ini
 chmod a-w readonly.ini
 at() { wine_path "$1"; }
 expect_refusal "cannot read $(at missing.ini): there is no such file" scan missing.ini
+expect_refusal "cannot write $(at folder.ini): it is a folder" import town -o folder.ini
+expect_refusal "cannot write $(at readonly.ini): it is read-only" network town -o readonly.ini --force
 for command in import network; do
-    expect_refusal "cannot write $(at folder.ini): it is a folder" $command town -o folder.ini
-    expect_refusal "cannot write $(at readonly.ini): it is read-only" $command town -o readonly.ini --force
-    expect_refusal "cannot write $(at none/new.ini): the folder does not exist" $command town -o none/new.ini
     expect_refusal "$(at town) would replace the file that it is made from" $command town -o town
 done
 # The first of two setups could be written.
@@ -135,25 +125,13 @@ exec 5>&-
 # Ctrl+C, typed on a terminal while the second channel waits for a carrier that is not there; then gone on with.
 printf '[Network]\n[Channel 1]\nFrequency (MHz)=314\nOrder of QAM=256\n' >one.ini
 expect_exit 0 import town -o slow.ini --max-settling-time 30 --ber-samples 1
-said='Ctrl+C'
-mkfifo keys notices
-SHELL=/bin/bash script -qec "exec '$wine_program' '$bin/tvnhost.exe' scan slow.ini --network one.ini \
-    --journal run.journal --json run.jsonl >'$work/out' 2>notices" /dev/null <keys >/dev/null 3>&- 4>&- &
-job=$!
-exec 3<>keys 4<>notices
+on_terminal scan slow.ini --network one.ini --journal run.journal --json run.jsonl
 for expected in 'Receiver *' '*1/3*synchronised'; do
     read -r -t 30 line <&4 || fail "comes too late: the scan does not say $expected"
     [[ $line == $expected ]] || fail "comes after: $line"
 done
 read -r -t 1 line <&4 && fail "comes too late: $line"
-pressed=$(date +%s%N)
-printf '\3' >&3
-status=0
-wait "$job" || status=$?
-job=
-took=$((($(date +%s%N) - pressed) / 1000000))
-[ "$status" = 3 ] || fail "ends the scan with $status"
-[ "$took" -lt 2000 ] || fail "takes $took ms to end the scan"
+end_by_ctrl_c 3 2000
 read -r -t 1 line <&4 && [[ $line == *2/3*stopped ]] || fail "does not show as the end of the running channel"
 expect_rows '1 2 3'
 expect_text 'Stopped: 3 channels, 1 synchronised, 0 not synchronised, 0 errors, 2 not measured'
@@ -166,6 +144,7 @@ expect_exit 1 scan slow.ini --network one.ini "${fast[@]}" --resume run.journal
 expect_text '3 channels, 1 synchronised, 2 not synchronised'
 
 # A driver library that is not registered.
+trap '"$wine_program" regsvr32 /s "$(wine_path "$bin/XKTR2x.dll")" </dev/null' EXIT
 "$wine_program" regsvr32 /s /u "$(wine_path "$bin/XKTR2x.dll")" </dev/null
 expect_refusal 'error 429: the instrument driver XKTR2x cannot be created' scan net.ini
 expect_notice 'regsvr32 XKTR2x.dll'
