@@ -58,8 +58,6 @@ protected:
         return value != VARIANT_FALSE;
     }
 
-    bool IsDirty() const { return Get(setup.As<ISetup>(), &ISetup::get_Dirty) != VARIANT_FALSE; }
-
     ComPtr<_clsSetup> setup;
     EditorDriver person;
 };

@@ -6,8 +6,6 @@
 
 #include <dispex.h>
 
-#include <filesystem>
-
 #include "Client.h"
 #include "WrongDriver.h"
 
@@ -190,12 +188,23 @@ TEST_F(EveryOperation, AnsweredInEveryWrongWayHarmsNothing)
     }
 }
 
+/// What a parent fails with, and what becomes of it.
+struct LateFailure
+{
+    HRESULT result;
+    WORD code;
+    SCODE scode;
+    const wchar_t* description;  ///< null: nothing is said, of the source and the help neither
+    HRESULT(STDAPICALLTYPE* fillIn)(EXCEPINFO*);
+    HRESULT expected;
+    const wchar_t* told;  ///< null: the system's words
+};
+
 /// A script's parent, late bound by name, that fails as it is told.
 class LateParent final : public Lasting<IDispatch, EarlyBound<IDispatch>>
 {
 public:
-    EXCEPINFO failure{};
-    HRESULT result = DISP_E_EXCEPTION;
+    explicit LateParent(const LateFailure& failure) : failure_(failure) {}
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) noexcept override
     {
@@ -212,12 +221,20 @@ public:
     HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO* exception,
                                      UINT*) noexcept override
     {
-        *exception = failure;
-        exception->bstrSource = SysAllocString(failure.bstrSource);
-        exception->bstrDescription = SysAllocString(failure.bstrDescription);
-        exception->bstrHelpFile = SysAllocString(failure.bstrHelpFile);
-        return result;
+        exception->wCode = failure_.code;
+        exception->scode = failure_.scode;
+        exception->pfnDeferredFillIn = failure_.fillIn;
+        if (failure_.description) {
+            exception->bstrSource = SysAllocString(L"script");
+            exception->bstrDescription = SysAllocString(failure_.description);
+            exception->bstrHelpFile = SysAllocString(L"script.hlp");
+            exception->dwHelpContext = 12;
+        }
+        return failure_.result;
     }
+
+private:
+    const LateFailure& failure_;
 };
 
 HRESULT STDAPICALLTYPE FillIn(EXCEPINFO* info)
@@ -236,19 +253,8 @@ HRESULT STDAPICALLTYPE FillInAndFail(EXCEPINFO* info)
 
 TEST_F(WrongDriver, LateBoundParentMayFailInOddWays)
 {
-    using Fill = HRESULT(STDAPICALLTYPE*)(EXCEPINFO*);
-    struct Case
-    {
-        HRESULT result;
-        WORD code;
-        SCODE scode;
-        const wchar_t* description;
-        Fill fill;
-        HRESULT expected;
-        const wchar_t* told;
-    };
     const HRESULT negative = static_cast<HRESULT>(0x800407D5);
-    const Case cases[] = {
+    const LateFailure cases[] = {
         {DISP_E_EXCEPTION, 1004, 0, L"words", nullptr, RuntimeError(1004), L"words"},
         {DISP_E_EXCEPTION, 0, RuntimeError(1004), L"words", nullptr, RuntimeError(1004), L"words"},
         {DISP_E_EXCEPTION, 0, negative, L"words", nullptr, negative, L"words"},
@@ -261,21 +267,10 @@ TEST_F(WrongDriver, LateBoundParentMayFailInOddWays)
         {wrong::unknownFailure, 1004, 0, nullptr, nullptr, wrong::unknownFailure, nullptr},
         {S_FALSE, 1004, 0, nullptr, nullptr, S_OK, nullptr},
     };
-    for (const Case& row : cases) {
+    for (const LateFailure& row : cases) {
         SCOPED_TRACE(&row - cases);
         Driven driven;
-        LateParent parent;
-        const Bstr source(L"script"), description(row.description ? row.description : L""), help(L"script.hlp");
-        parent.result = row.result;
-        parent.failure.wCode = row.code;
-        parent.failure.scode = row.scode;
-        parent.failure.pfnDeferredFillIn = row.fill;
-        if (row.description) {
-            parent.failure.bstrSource = source.Get();
-            parent.failure.bstrDescription = description.Get();
-            parent.failure.bstrHelpFile = help.Get();
-            parent.failure.dwHelpContext = 12;
-        }
+        LateParent parent(row);
         ASSERT_EQ(driven.measure->putref_Parent(&parent), S_OK);
         EXPECT_EQ(FromUnmaskedHost([&] { return driven.measure->SetConfiguration(); }), row.expected);
         const RaisedError told = LastError();
@@ -290,60 +285,32 @@ TEST_F(WrongDriver, LateBoundParentMayFailInOddWays)
     }
 }
 
-class UnmaskedHost : public PlugIn
+TEST_F(PlugIn, LeavesAnUnmaskedHostItsControlWords)
 {
-protected:
-    void Expect(HRESULT expected, const std::function<HRESULT()>& call) const
-    {
+    const auto expect = [](HRESULT expected, const std::function<HRESULT()>& call) {
         EXPECT_EQ(FromUnmaskedHost(call), expected) << testing::PrintToString(LastError().description);
-    }
-};
-
-TEST_F(UnmaskedHost, FindsItsControlWordsAfterEveryCall)
-{
+    };
     setup->put_MaxSettlingTime(0);
     VARIANT_BOOL result = VARIANT_FALSE;
     for (const double odd : {5e-324, 1e300, 0.0}) {
-        Expect(S_OK, [&] { return setup->put_Frequency(1, odd); });
-        Expect(S_OK, [&] { return setup->put_SymbolRate(1, odd); });
-        Expect(S_OK, [&] { return measure->ResetMeasurement(0); });
-        Expect(S_OK, [&] { return measure->Measure(1, VARIANT{}, &result); });
+        expect(S_OK, [&] { return setup->put_Frequency(1, odd); });
+        expect(S_OK, [&] { return setup->put_SymbolRate(1, odd); });
+        expect(S_OK, [&] { return measure->ResetMeasurement(0); });
+        expect(S_OK, [&] { return measure->Measure(1, VARIANT{}, &result); });
     }
-    const auto path = (std::filesystem::temp_directory_path() / L"unmasked host.ini").wstring();
-    const Bstr file(path), product(L"TVN Host"), version(L"2.0");
-    const VARIANT left = Variant(VT_BSTR, &VARIANT::bstrVal, file.Get());
-    const auto document = setup.As<ISetup>();
-    Expect(S_OK, [&] { return document->Save(product.Get(), version.Get(), left, &result); });
-    EXPECT_EQ(result, VARIANT_TRUE);
-    Bstr model;
-    LONG mode = 4;
-    Expect(S_OK, [&] { return document->Load(product.Get(), file.Get(), model.Put(), &mode, &result); });
-    EXPECT_EQ(result, VARIANT_TRUE);
-    std::filesystem::remove(path);
-}
-
-TEST_F(UnmaskedHost, IsCalledByNameAndCreatesClassesLikeAnyOther)
-{
     // What the argument has to be converted to decides whether it can be.
     const auto put = [&](const wchar_t* name, double value) {
         return Call(setup.As<IDispatch>(), name, DISPATCH_PROPERTYPUT, {Variant(VT_R8, &VARIANT::dblVal, value)});
     };
-    Expect(S_OK, [&] { return put(L"DefaultSymbolRate", 5e-324); });
-    Expect(S_OK, [&] { return put(L"MaxSettlingTime", 2.5); });
+    expect(S_OK, [&] { return put(L"DefaultSymbolRate", 5e-324); });
+    expect(S_OK, [&] { return put(L"MaxSettlingTime", 2.5); });
     EXPECT_LT(FromUnmaskedHost([&] { return put(L"MaxSettlingTime", 1e300); }), 0);
-    const auto timeout = Create<_clsTimeout>(L"TVN2x.clsTimeout");
-    Expect(S_OK, [&] { return timeout->Start(1e-40F); });
-    for (const CLSID& id : {CLSID_clsSetup, CLSID_clsReceiver, CLSID_clsRunControl}) {
-        Expect(S_OK, [&] {
-            ComPtr<IUnknown> object;
-            return CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown,
-                                    reinterpret_cast<void**>(object.Put()));
-        });
-    }
+    expect(S_OK, [] { return Create<_clsTimeout>(L"TVN2x.clsTimeout")->Start(1e-40F); });
+    expect(S_OK, [] { return Create<IUnknown>(L"XKTR2x.clsReceiver") ? S_OK : E_FAIL; });
     for (const wchar_t* library : {L"TVN2x.dll", L"XKTR2x.dll"}) {
         const auto registration = Export<HRESULT(STDMETHODCALLTYPE*)()>(library, "DllRegisterServer");
         ASSERT_TRUE(registration);
-        Expect(S_OK, registration);
+        expect(S_OK, registration);
     }
 }
 

@@ -3,9 +3,8 @@
 
 #include <initguid.h>
 
-#include <richedit.h>
-
 #include <algorithm>
+#include <functional>
 #include <new>
 
 #include "EditorDriver.h"
@@ -63,34 +62,33 @@ SetupDocument TwoChannels()
 /// What a person would do in every corner of the dialog, with every box on the way answered.
 void WorkThrough(EditorDriver& editor)
 {
-    const auto answer = [&] {
-        while (IsWindow(editor.dialog) && !editor.AnswerMessageBox().empty()) {
-        }
+    const std::function<void()> deeds[] = {
+        [] {},
+        [&] { editor.ClickTab(Page::frequencies); },
+        [&] { editor.ClickHeading(MP_FREQUENCY); },
+        [&] { editor.ClickRow(MP_USERFIELD, 2); },
+        [&] { editor.Type(L"!"); },
+        [&] { editor.Press(VK_TAB); },
+        [&] { editor.Type(L"6"); },
+        [&] { editor.Press(VK_RETURN); },
+        [&] { editor.Click(control_id::Of(RowCommand::moveUp, Grid::channels)); },
+        [&] { editor.ClickTab(Page::parameters); },
+        [&] { editor.ClickRow(saveColumn, 0); },
+        [&] { editor.Click(control_id::Of(RowCommand::insert, Grid::parameters)); },
+        [&] { editor.ClickTab(Page::notes); },
+        [&] { editor.Alt(L't'); },
+        [&] { editor.Press(VK_END, control); },
+        [&] { editor.Type(L"!"); },
+        [&] { editor.Click(control_id::protect); },
+        [&] { editor.Click(control_id::ok); },
     };
-    const auto act = [&](auto deed) {
+    for (const auto& deed : deeds) {
         if (IsWindow(editor.dialog)) {
             deed();
         }
-        answer();
-    };
-    answer();
-    act([&] { editor.ClickTab(Page::frequencies); });
-    act([&] { editor.ClickHeading(MP_FREQUENCY); });
-    act([&] { editor.ClickRow(MP_USERFIELD, 2); });
-    act([&] { editor.Type(L"!"); });
-    act([&] { editor.Press(VK_TAB); });
-    act([&] { editor.Type(L"6"); });
-    act([&] { editor.Press(VK_RETURN); });
-    act([&] { editor.Click(control_id::Of(RowCommand::moveUp, Grid::channels)); });
-    act([&] { editor.ClickTab(Page::parameters); });
-    act([&] { editor.ClickRow(saveColumn, 0); });
-    act([&] { editor.Click(control_id::Of(RowCommand::insert, Grid::parameters)); });
-    act([&] { editor.ClickTab(Page::notes); });
-    act([&] { editor.Alt(L't'); });
-    act([&] { editor.Press(VK_END, control); });
-    act([&] { editor.Type(L"!"); });
-    act([&] { editor.Click(control_id::protect); });
-    act([&] { editor.Click(control_id::ok); });
+        while (IsWindow(editor.dialog) && !editor.AnswerMessageBox().empty()) {
+        }
+    }
 }
 
 /// One person's work on a document, with memory for so many allocations. Tells whether that was too little.

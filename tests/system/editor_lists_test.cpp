@@ -5,8 +5,6 @@
 #include <richedit.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <random>
 
 #include "SetupEditor.h"
 
@@ -123,33 +121,26 @@ TEST_F(SetupEditor, ScreenReaderReadsCellsAndActsOnThem)
     Put({{L"one", 474, 6.9}, {L"two", 474, 6.9}});
     Edit([](EditorDriver& editor) {
         editor.ClickTab(Page::frequencies);
+        EXPECT_EQ(editor.NameOf(MP_FREQUENCY, 1), L"Row 2, Center Frequency, 474.0000000, not selected");
+        EXPECT_EQ(editor.NameOf(MP_FREQUENCY, -1), L"Center Frequency");
         editor.Accessible(MP_FREQUENCY, [](IAccessible& grid) {
             const VARIANT cell = EditorDriver::Child(MP_FREQUENCY, 1);
-            const auto text = [&](HRESULT (STDMETHODCALLTYPE IAccessible::*get)(VARIANT, BSTR*), VARIANT child) {
-                Bstr answer;
-                (grid.*get)(child, answer.Put());
-                return std::wstring(answer.View());
-            };
-            const auto number = [&](HRESULT (STDMETHODCALLTYPE IAccessible::*get)(VARIANT, VARIANT*), VARIANT child) {
-                VARIANT answer{};
-                EXPECT_EQ((grid.*get)(child, &answer), S_OK);
-                return answer.lVal;
-            };
-            EXPECT_EQ(text(&IAccessible::get_accName, cell), L"Row 2, Center Frequency, 474.0000000, not selected");
-            EXPECT_EQ(text(&IAccessible::get_accDescription, cell), L"Channel 1 has the same frequency.");
-            EXPECT_EQ(text(&IAccessible::get_accName, EditorDriver::Child(MP_FREQUENCY, -1)), L"Center Frequency");
-            EXPECT_EQ(text(&IAccessible::get_accKeyboardShortcut, EditorDriver::Child(MP_FREQUENCY, -1)), L"Alt+F");
-            EXPECT_EQ(number(&IAccessible::get_accRole, cell), ROLE_SYSTEM_CELL);
-            EXPECT_EQ(number(&IAccessible::get_accState, cell) & STATE_SYSTEM_SELECTED, 0);
+            Bstr description, key;
+            grid.get_accDescription(cell, description.Put());
+            EXPECT_EQ(description.View(), L"Channel 1 has the same frequency.");
+            grid.get_accKeyboardShortcut(EditorDriver::Child(MP_FREQUENCY, -1), key.Put());
+            EXPECT_EQ(key.View(), L"Alt+F");
+            VARIANT answer{};
+            EXPECT_EQ(grid.get_accRole(cell, &answer), S_OK);
+            EXPECT_EQ(answer.lVal, ROLE_SYSTEM_CELL);
+            EXPECT_EQ(grid.get_accRole(EditorDriver::Child(MP_FREQUENCY, 9), &answer), E_INVALIDARG);
             EXPECT_EQ(grid.accSelect(SELFLAG_TAKEFOCUS | SELFLAG_TAKESELECTION, cell), S_OK);
-            EXPECT_NE(number(&IAccessible::get_accState, cell) & STATE_SYSTEM_SELECTED, 0);
-            VARIANT focus{};
-            EXPECT_EQ(grid.get_accFocus(&focus), S_OK);
-            EXPECT_EQ(focus.lVal, cell.lVal);
-            VARIANT below{};
-            EXPECT_EQ(grid.accNavigate(NAVDIR_DOWN, cell, &below), S_OK);
-            EXPECT_EQ(text(&IAccessible::get_accName, below), L"New row, Center Frequency, -, not selected");
-            EXPECT_EQ(grid.get_accRole(EditorDriver::Child(MP_FREQUENCY, 9), &below), E_INVALIDARG);
+            EXPECT_EQ(grid.get_accState(cell, &answer), S_OK);
+            EXPECT_NE(answer.lVal & STATE_SYSTEM_SELECTED, 0);
+            EXPECT_EQ(grid.get_accFocus(&answer), S_OK);
+            EXPECT_EQ(answer.lVal, cell.lVal);
+            EXPECT_EQ(grid.accNavigate(NAVDIR_DOWN, cell, &answer), S_OK);
+            EXPECT_EQ(answer.lVal, EditorDriver::Child(MP_FREQUENCY, 2).lVal);
             EXPECT_EQ(grid.accDoDefaultAction(cell), S_OK);
         });
         EXPECT_TRUE(editor.IsEditing(Grid::channels));
@@ -255,65 +246,6 @@ TEST_F(SetupEditor, NotesKeepEveryLetterAndTextBeforeProtectedTextStaysFree)
         ASSERT_LT(each, 0x80);
     }
     Edit([&](EditorDriver& editor) { EXPECT_THAT(textOf(editor), testing::StartsWith(letters)); });
-}
-
-/// Somebody who presses and clicks anywhere. TVN_RANDOM_ACTIONS says how often.
-TEST_F(SetupEditor, RandomUserLeavesTheListsAndTheSetupAtOne)
-{
-    Put(Channels(20, {L"K7", 474, 6.9}));
-    const char* const wanted = std::getenv("TVN_RANDOM_ACTIONS");
-    const int actions = wanted ? std::atoi(wanted) : 400;
-    std::mt19937 random(7);
-    const auto pick = [&](int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); };
-    Channels shown;
-    EXPECT_TRUE(Edit([&](EditorDriver& editor) {
-        editor.ClickTab(Page::frequencies);
-        editor.Alt(L'f');
-        constexpr WPARAM keys[] = {VK_UP,   VK_DOWN,   VK_LEFT,   VK_RIGHT, VK_HOME, VK_END,    VK_PRIOR,
-                                   VK_NEXT, VK_INSERT, VK_DELETE, VK_F2,    VK_TAB,  VK_RETURN, L'Z',
-                                   L'Y',    L'A',      L'C',      L'V',     L'D'};
-        for (int action = 0; action < actions && IsWindow(editor.dialog); ++action) {
-            const auto column = static_cast<Column>(MP_USERFIELD + pick(3));
-            if (editor.MessageBoxWindow()) {
-                editor.AnswerMessageBox();
-            } else if (pick(4) == 0) {
-                editor.ClickRow(column, pick(8) - 1, static_cast<unsigned>(pick(4)));
-            } else if (pick(3) == 0) {
-                editor.Type(std::wstring(1, L"12 .x"[pick(5)]));
-            } else {
-                const WPARAM key = keys[pick(static_cast<int>(std::size(keys)))];
-                const bool isLetter = key >= L'A' && key <= L'Z';
-                const bool isOk = key == VK_RETURN && !editor.IsEditing(Grid::channels);
-                if (!isOk && !(isLetter && editor.IsEditing(Grid::channels))) {
-                    editor.Press(key, isLetter ? control : static_cast<unsigned>(pick(2)));
-                }
-            }
-            if (editor.CurrentPage() != Page::frequencies) {
-                editor.Alt(L'f');
-            }
-        }
-        while (editor.MessageBoxWindow()) {
-            editor.AnswerMessageBox();
-        }
-        editor.ClickHeading(MP_FREQUENCY);
-        std::wstring plan;
-        const long rows = editor.Rows(MP_USERFIELD) - 1;
-        for (long row = 0; row < rows; ++row) {
-            plan += std::to_wstring(474 + row) + L"\t6.9\r\n";
-        }
-        editor.Alt(L'r');
-        editor.Press(VK_HOME, control);
-        editor.Press(VK_RIGHT);
-        PutOnClipboard(editor, plan);
-        editor.Press(L'V', control);
-        for (int row = 0; row < rows; ++row) {
-            const std::wstring name = editor.NameOf(MP_USERFIELD, row);
-            const size_t first = name.find(L"User Field, ") + 12;
-            shown.emplace_back(name.substr(first, name.rfind(L", ") - first), 474.0 + row, 6.9);
-        }
-        editor.Click(control_id::ok);
-    }));
-    EXPECT_EQ(Stored(), shown);
 }
 
 }  // namespace

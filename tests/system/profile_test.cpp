@@ -10,7 +10,6 @@
 #include "setup/ProfileFile.h"
 #include "setup/SystemProfile.h"
 #include "setup/clsIniFile.h"
-#include "support/MemoryFiles.h"
 #include "support/RecordingMessageBoxes.h"
 #include "util/FileKit.h"
 
@@ -103,19 +102,17 @@ TEST_F(FilesOnWindows, AFileThatSomebodyHoldsOrThatIsReadOnlyStaysWholeAndAHidde
 
 TEST_F(FilesOnWindows, APathBeyondTheUsualLengthIsWrittenAndRead)
 {
-    std::wstring path = folder.wstring();
-    while (path.size() < 400) {
-        path += L"\\" + std::wstring(60, L'd');
-        ASSERT_TRUE(CreateDirectoryW(LongForm(path).c_str(), nullptr)) << GetLastError();
+    fs::path path = folder;
+    while (path.native().size() < 400) {
+        path /= std::wstring(60, L'd');
+        ASSERT_TRUE(fs::create_directory(LongForm(path)));
     }
-    path += L"\\net.ini";
-    RecordingMessageBoxes messages;
-    clsIniFile ini(SystemFiles(), messages);
-    ini.FullPath(path);
-    ini.SectionName(L"s");
-    EXPECT_EQ(ini.PutString(L"k", L"v"), -1);
-    EXPECT_EQ(ini.GetString(L"k", L"-"), L"v");
-    EXPECT_EQ(ini.Exists(path), -1);
+    EXPECT_EQ(Replace(path / L"net.ini", "v"), FileFault::none);
+    std::string content;
+    FileStamp stamp;
+    EXPECT_EQ(SystemFiles().Read((path / L"net.ini").wstring(), content, stamp), FileFault::none);
+    EXPECT_EQ(content, "v");
+    EXPECT_EQ(SystemFiles().FindFirst((path / L"net.*").wstring()), L"net.ini");
 }
 
 /// A second program that writes our files.
@@ -246,12 +243,11 @@ TEST_F(FilesOnWindows, AFileIsReplacedOnlyInTheStateThatIsExpected)
     EXPECT_EQ(ContentOf(path), "ours");
 }
 
-TEST(WinIni, TakesThePlaceOfThePrivateFileAndIsWrittenAndReadThroughTheSystem)
+TEST(WinIni, IsWrittenAndReadThroughTheSystem)
 {
     RecordingMessageBoxes messages;
     clsIniFile ini(SystemFiles(), messages);
     ini.UseWinINI(true);
-    EXPECT_EQ(ini.FullPath(), WindowsFolder() + L"\\WIN.INI");
     ini.SectionName(UnpredictableName());
     EXPECT_EQ(ini.PutString(L"k", L" v "), -1);
     EXPECT_EQ(ini.GetString(L"k", L"-"), L"v");
@@ -261,14 +257,6 @@ TEST(WinIni, TakesThePlaceOfThePrivateFileAndIsWrittenAndReadThroughTheSystem)
     EXPECT_EQ(ini.GetString(L"k", L"-"), L"-");
     ini.DeleteSection();
     EXPECT_FALSE(ini.SectExist(ini.SectionName()));
-    ini.UseWinINI(false);
-    EXPECT_EQ(ini.FullPath(), ini.PrivPath());
-
-    MemoryFiles files;
-    clsIniFile bare(files, messages);
-    bare.FullPath(L"bare.ini");
-    bare.PutString(L"k", L"1");
-    EXPECT_TRUE(files.Exists(WindowsFolder() + L"\\bare.ini")) << "a bare name means the system's folder";
 }
 
 }  // namespace
