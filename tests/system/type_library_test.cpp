@@ -19,7 +19,8 @@ using Contract = Apartment;
 /// The libraries by the names under which this program's neighbours embed them.
 const std::pair<const wchar_t*, const wchar_t*> embedded[] = {
     {L"TVN2x.dll\\1", L"TVN2x"},   {L"TVN2x.dll\\2", L"TVNINT"},   {L"XKTR2x.dll\\1", L"XKTR2x"},
-    {L"XKTR2x.dll\\2", L"TVNINT"}, {L"tvnhost.exe\\1", L"TVNINT"},
+    {L"XKTR2x.dll\\2", L"TVNINT"}, {L"XKIQ2x.dll\\1", L"XKIQ2x"},  {L"XKIQ2x.dll\\2", L"XKTR2x"},
+    {L"XKIQ2x.dll\\3", L"TVNINT"}, {L"tvnhost.exe\\1", L"TVNINT"},
 };
 
 ComPtr<ITypeLib> Load(const std::wstring& name)
