@@ -47,9 +47,8 @@ struct PlanDefaults
 ///   and MODULATION ("QAM/64"); "#" begins a comment, other keys are passed over. A block with another name than
 ///   CHANNEL is a service of that name.
 /// - A table with a row for each channel and "," or ";" between the cells: label, frequency, symbol rate, QAM. A
-/// heading
-///   may name the columns, in any order. Frequencies may be in MHz, kHz or Hz, symbol rates in MSymb/s, kSymb/s or
-///   symbols/s; their size tells which.
+///   heading may name the columns, in any order. Frequencies may be in MHz, kHz or Hz, symbol rates in MSymb/s, kSymb/s
+///   or symbols/s; their size tells which.
 ///
 /// Raises unusableInput where the file is no such plan, is in the older format with one line a channel, or has no
 /// channel that can be measured.

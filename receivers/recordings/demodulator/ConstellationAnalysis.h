@@ -28,15 +28,13 @@ struct ReceivedSymbols
 ///   (least squares): how much longer one is, and how far they are from a right angle. Without signs, because the
 ///   carrier recovery may rest at any of four phases.
 /// - Phase jitter (6.9.9): what is left behind these lines, e = r - fit(d), is rounder with noise and longer across d
-/// with
-///   jitter: its square is the sum of |d|^2 (across^2 - along^2) over the sum of |d|^4. Noise takes no part, but blurs
-///   the square, by (mean of |e|^2) / root of the sum of |d|^4: less than two and a half times that reads 0, and where
-///   that is more than 0.2 degrees squared (with 65,536 symbols, a MER below about 25 dB) jitter is not measured.
+///   with jitter: its square is the sum of |d|^2 (across^2 - along^2) over the sum of |d|^4. Noise takes no part, but
+///   blurs the square, by (mean of |e|^2) / root of the sum of |d|^4: less than two and a half times that reads 0, and
+///   where that is more than 0.2 degrees squared (with 65,536 symbols, a MER below about 25 dB) jitter is not measured.
 ///   Within 0.1 degrees above a MER of 34 dB. What is slower than the carrier loop (about 3 kHz at 6.9 MSymb/s) is not
 ///   seen.
 /// - Interferer (6.9.8): lines in the spectrum of e, with what the equaliser took away of them put back. One is seen
-/// down
-///   to about 25 dB below the noise.
+///   down to about 25 dB below the noise.
 /// - Signal to noise (6.9.10): P over what is left of e without jitter and lines.
 class ConstellationAnalysis
 {

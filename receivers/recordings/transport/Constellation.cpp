@@ -14,12 +14,12 @@ constexpr int none = -1;
 
 /// The first quadrant of the cross constellations, a row for each Q = 1, 3, ..., in it I = 1, 3, ...
 constexpr std::array<int, 9> cross32{0b000, 0b001, 0b011, 0b100, 0b101, 0b111, 0b110, 0b010, none};
-constexpr std::array<int, 36> cross128{0b00000, 0b00001, 0b00101, 0b00100, 0b10100, 0b10101,  //
-                                       0b00010, 0b00011, 0b00111, 0b00110, 0b10110, 0b10111,  //
-                                       0b01010, 0b01011, 0b01111, 0b01110, 0b11110, 0b11111,  //
-                                       0b01000, 0b01001, 0b01101, 0b01100, 0b11100, 0b11101,  //
-                                       0b10000, 0b10001, 0b11001, 0b11000, none,    none,     //
-                                       0b10010, 0b10011, 0b11011, 0b11010, none,    none};
+constexpr std::array<int, 36> cross128{0b00000, 0b00001, 0b00101, 0b00100, 0b01100, 0b01101,  //
+                                       0b00010, 0b00011, 0b00111, 0b00110, 0b01110, 0b01111,  //
+                                       0b10010, 0b10011, 0b10111, 0b10110, 0b11110, 0b11111,  //
+                                       0b10000, 0b10001, 0b10101, 0b10100, 0b11100, 0b11101,  //
+                                       0b11000, 0b11001, 0b01001, 0b01000, none,    none,     //
+                                       0b11010, 0b11011, 0b01011, 0b01010, none,    none};
 
 Constellation::Cell CellOf(int i, int q)
 {
