@@ -22,7 +22,9 @@ UUID = r"uuid\(([0-9A-Fa-f-]{36})\)"
 
 class Library:
     """A type library as its IDL defines it: identity, version, classes, interfaces. Classes in front of the library are
-    the simulated receiver's own, simReceiver for XKTR2xSim.clsReceiver."""
+    a receiver's own: simReceiver is XKTR2xSim.clsReceiver by name, recReceiver XKIQ2x.clsReceiver."""
+
+    OWN = {"sim": "XKTR2xSim", "rec": "XKIQ2x"}
 
     def __init__(self, text):
         # An attribute block belongs to the definition behind it, up to its name.
@@ -42,7 +44,7 @@ class Library:
             else:
                 self.interfaces.append((braced(uuid), name))
         self.classes = [(id_, f"{self.name}.{name}", text) for id_, name, text in self.classes]
-        self.own_classes = [(id_, f"{self.name}Sim.cls{name.removeprefix('sim')}", text) for id_, name, text in self.own_classes]
+        self.own_classes = [(id_, f"{self.OWN[name[:3]]}.cls{name[3:]}", text) for id_, name, text in self.own_classes]
 
 
 def braced(uuid):
@@ -96,7 +98,7 @@ def library_name_rows(library):
     yield row(key + "\\FLAGS", "0")
 
 
-def registry(host, plugin, driver, platform, output):
+def registry(host, plugin, driver, recordings, platform, output):
     files = {
         "plugin": [*class_rows(plugin, plugin.classes, "TVN2x.dll"), *library_rows(plugin, "[#TVN2x.dll]", platform),
                    need_row(plugin, "[#TVN2x.dll]", platform), need_row(host, "[#TVN2x.dll]\\2", platform)],
@@ -104,10 +106,14 @@ def registry(host, plugin, driver, platform, output):
         "simulator": [*class_rows(driver, driver.own_classes, "XKTR2x.dll")],
         "driver": [*class_rows(driver, driver.classes, "XKTR2x.dll"), *library_rows(driver, "[#XKTR2x.dll]", platform),
                    need_row(driver, "[#XKTR2x.dll]", platform), need_row(host, "[#XKTR2x.dll]\\2", platform)],
+        "recordings": [*class_rows(recordings, recordings.own_classes, "XKIQ2x.dll"),
+                       *library_rows(recordings, "[#XKIQ2x.dll]", platform), need_row(recordings, "[#XKIQ2x.dll]", platform),
+                       need_row(driver, "[#XKIQ2x.dll]\\2", platform), need_row(host, "[#XKIQ2x.dll]\\3", platform)],
         "plugin_names": [*class_name_rows(plugin.classes), *library_name_rows(plugin)],
         "host_names": [*library_name_rows(host)],
         "simulator_names": [*class_name_rows(driver.own_classes)],
         "driver_names": [*class_name_rows(driver.classes), *library_name_rows(driver)],
+        "recordings_names": [*class_name_rows(recordings.own_classes), *library_name_rows(recordings)],
     }
     for name, rows in files.items():
         Path(output, name + ".wxi").write_text("<Include>\n" + "\n".join(rows) + "\n</Include>\n")
@@ -136,11 +142,12 @@ def manifest(name, version, architecture, file, library):
     yield "</assembly>"
 
 
-def manifests(host, plugin, driver, version, architecture, output):
+def manifests(host, plugin, driver, recordings, version, architecture, output):
     parts = {
         "TVN2x.HostInterfaces": ("TVNINT.tlb", host),
         "TVN2x.PlugIn": ("TVN2x.dll", plugin),
         "TVN2x.SimulatedReceiver": ("XKTR2x.dll", driver),
+        "TVN2x.RecordingsReceiver": ("XKIQ2x.dll", recordings),
     }
     for name, (file, library) in parts.items():
         lines = manifest(name, version, architecture, file, library)
@@ -156,7 +163,7 @@ def manifests(host, plugin, driver, version, architecture, output):
 
 
 def main(command, folder, *rest):
-    libraries = [Library(Path(folder, name + ".idl").read_text()) for name in ("TVNINT", "TVN2x", "XKTR2x")]
+    libraries = [Library(Path(folder, name + ".idl").read_text()) for name in ("TVNINT", "TVN2x", "XKTR2x", "XKIQ2x")]
     {"registry": registry, "manifests": manifests}[command](*libraries, *rest)
 
 

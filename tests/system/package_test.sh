@@ -14,16 +14,30 @@ rm -rf "$work"
 mkdir -p "$work"
 said=
 fail() { echo "${said:+$said: }$*"; exit 1; }
+trap 'echo "${said:+$said: }line $LINENO ends with $?: $BASH_COMMAND"' ERR # nothing ends a script without a word
 
 export WINEPREFIX=$work/prefix
 if [ "$bits" = x64 ]; then
     export WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml=;winemenubuilder.exe=d'
-    wine() { "/usr/lib/wine/wine64" "$@" </dev/null; }
+    start() { /usr/lib/wine/wine64 "$@"; }
+    mkdir "$WINEPREFIX"
+    wineserver -p # no server is on its way out when the next program comes
     trap 'wineserver -k || true' EXIT
 else
-    wine() { TVN_BARE=${WINEPREFIX#"$root/build/"} "$root/tools/world32" "$@" </dev/null; }
-    trap 'wine wineboot -k || true' EXIT
+    start() { TVN_BARE=${WINEPREFIX#"$root/build/"} "$root/tools/world32" "$@"; }
+    trap 'start wineboot -k </dev/null || true' EXIT
 fi
+# What Wine could not start has done nothing, and is started again; that it could not is rare and says nothing of us.
+wine() {
+    local status attempt
+    for attempt in 1 2 3; do
+        status=0
+        start "$@" </dev/null >"$work/wine.out" || status=$?
+        grep -q 'ShellExecuteEx failed: Internal error' "$work/wine.out" || break
+    done
+    cat "$work/wine.out"
+    return $status
+}
 # Registry and disk, without the installer's own records and what Wine writes at any time.
 state() {
     local hive
@@ -56,7 +70,7 @@ said='for the machine'
 folder='C:\Prüf technik\TVN 2x'
 installer /i "$package" "INSTALLDIR=$folder"
 state machine
-for name in TVN2x.dll XKTR2x.dll tvnhost.exe guide.html LICENSE.txt NOTICES.txt examples/scan.vbs; do
+for name in TVN2x.dll XKTR2x.dll XKIQ2x.dll tvnhost.exe guide.html LICENSE.txt NOTICES.txt examples/scan.vbs; do
     grep -qxF "./Prüf technik/TVN 2x/$name" "$work/machine.disk" || fail "$name is not there"
 done
 [ "$(grep -c 'Start Menu.*TVN2x' "$work/machine.disk")" = 3 ] || fail 'the start menu lacks an entry'
@@ -94,13 +108,11 @@ grep -q 'It needs a screen' "$work/editor" || fail "the menu's editor: $(cat "$w
 # What the libraries would register themselves is there already, but for folders of help that they have not got.
 state before
 wine "$folder\\tvnhost.exe" register >/dev/null
-wine regsvr32 /s "$folder\\XKTR2x.dll"
-wine regsvr32 /s "$folder\\TVN2x.dll"
+for name in XKTR2x XKIQ2x TVN2x; do wine regsvr32 /s "$folder\\$name.dll"; done
 state after
 diff "$work/before.registry" "$work/after.registry" | grep '^[<>]' | grep -vE 'HELPDIR|^> @="C:.*TVN 2x"$' >"$work/difference" &&
     fail "the libraries register more: $(head -20 "$work/difference")"
-wine regsvr32 /u /s "$folder\\TVN2x.dll"
-wine regsvr32 /u /s "$folder\\XKTR2x.dll"
+for name in TVN2x XKIQ2x XKTR2x; do wine regsvr32 /u /s "$folder\\$name.dll"; done
 wine "$folder\\tvnhost.exe" unregister >/dev/null
 
 said=repair
@@ -163,7 +175,7 @@ same 'leaves something behind' clean user_left
 said='without the simulated receiver'
 installer /i "$package" ADDLOCAL=Measurement
 state bare
-grep -q 'XKTR2x.dll' "$work/bare.disk" && fail 'it is there'
+grep -qE 'XK(TR|IQ)2x.dll' "$work/bare.disk" && fail 'it is there'
 installer /x "$package"
 
 said='unregistered, from a folder of its own'
