@@ -1,73 +1,36 @@
 #include "host/terminal/TextGrid.h"
 
-#include <gtest/gtest.h>
-
 #include "host/terminal/ProgressLine.h"
 #include "host/terminal/Words.h"
+#include "support/TestFiles.h"
 #include "text/Duration.h"
+#include "util/Encoding.h"
 
 namespace tvn2x {
 namespace {
 
-TEST(TextGrid, AlignsDecimalPointsExponentsAndLimitsAndWrapsCaptions)
+/// Decimal points, exponents and limits are aligned, captions and long texts wrapped, and a grid that is too wide
+/// folded into panels that repeat the key columns.
+TEST(TextGrid, GridsLookAsTheirFileShowsThem)
 {
-    TextGrid grid({L"No.", L"User Field", L"MER (dB RMS)", L"Symbol Rate/Carrier Sync", L"I/Q Phase (°)",
-                   L"BER before RS", L"Label"});
-    grid.AddRow({L"1", L"S21", L"38.2", L"OK", L"-0.15", L"1.5E-06", L"12"});
-    grid.AddRow({L"12", L"114 MHz", L"9.15", L"UNSYNC", L"1", L"<12E-12", L"12:30:00"});
-    grid.AddRow({L"13", L"", L"---", L"OK", L"---", L"OVER", L""});
-    EXPECT_EQ(grid.Render(),
-              L"━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━\n"
-              L"                     Symbol\n"
-              L"                MER  Rate/      I/Q\n"
-              L"     User       (dB  Carrier  Phase        BER\n"
-              L"No.  Field     RMS)  Sync       (°)  before RS  Label\n"
-              L"───  ───────  ─────  ───────  ─────  ─────────  ────────\n"
-              L"  1  S21      38.2   OK       -0.15    1.5E-06  12\n"
-              L" 12  114 MHz   9.15  UNSYNC    1     <12E-12    12:30:00\n"
-              L" 13             ---  OK         ---       OVER\n"
-              L"━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━\n");
-}
+    TextGrid aligned({L"No.", L"User Field", L"MER (dB RMS)", L"Symbol Rate/Carrier Sync", L"I/Q Phase (°)",
+                      L"BER before RS", L"Label"});
+    aligned.AddRow({L"1", L"S21", L"38.2", L"OK", L"-0.15", L"1.5E-06", L"12"});
+    aligned.AddRow({L"12", L"114 MHz", L"9.15", L"UNSYNC", L"1", L"<12E-12", L"12:30:00"});
+    aligned.AddRow({L"13", L"", L"---", L"OK", L"---", L"OVER", L""});
+    TextGrid folded({L"No.", L"First", L"Second", L"Third"}, 1);
+    folded.AddRow({L"1", L"a", L"b", L"c"});
+    TextGrid wrapped({L"No.", L"Label", L"MER"}, 2);
+    wrapped.AddRow({L"1", L"a label of forty characters, no fewer ab", L"31.25"});
+    wrapped.AddRow({L"2", L"AnUnbrokenOneOfTwentySix..", L"1E"});
+    EXPECT_EQ(ToUtf8(aligned.Render() + folded.Render(20) + wrapped.Render(50)), TestFile("text-grids.txt"));
 
-TEST(TextGrid, FoldsIntoPanelsThatRepeatTheKeyColumns)
-{
-    TextGrid grid({L"No.", L"First", L"Second", L"Third"}, 1);
-    grid.AddRow({L"1", L"a", L"b", L"c"});
-    EXPECT_EQ(grid.Render(20),
-              L"━━━━━━━━━━━━━━━━━━\n"
-              L"No.  First  Second\n"
-              L"───  ─────  ──────\n"
-              L"  1  a      b\n"
-              L"━━━━━━━━━━━━━━━━━━\n"
-              L"\n"
-              L"━━━━━━━━━━\n"
-              L"No.  Third\n"
-              L"───  ─────\n"
-              L"  1  c\n"
-              L"━━━━━━━━━━\n");
     // A terminal narrower than a column gets one column a panel, and never a control character.
-    grid.AddRow({L"2", L"a\x1B[2J\r\n\x9Bz", L"b", L""});
-    const std::wstring text = grid.Render(4);
+    folded.AddRow({L"2", L"a\x1B[2J\r\n\x9Bz", L"b", L""});
+    const std::wstring text = folded.Render(4);
     EXPECT_NE(text.find(L"No.  First\n"), std::wstring::npos);
     EXPECT_NE(text.find(L"No.  Second\n"), std::wstring::npos);
     EXPECT_EQ(text.find_first_of(L"\x1B\r\x9B"), std::wstring::npos);
-}
-
-TEST(TextGrid, WrapsTextsThatLeaveNoRoomAndKeepsNumbersWhole)
-{
-    TextGrid grid({L"No.", L"Label", L"MER"}, 2);
-    grid.AddRow({L"1", L"a label of forty characters, no fewer ab", L"31.25"});
-    grid.AddRow({L"2", L"AnUnbrokenOneOfTwentySix..", L"1E"});
-    EXPECT_EQ(grid.Render(50),
-              L"━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━\n"
-              L"No.  Label                 MER\n"
-              L"───  ────────────────────  ─────\n"
-              L"  1  a label of forty      31.25\n"
-              L"     characters, no fewer\n"
-              L"     ab\n"
-              L"  2  AnUnbrokenOneOfTwent  1E\n"
-              L"     ySix..\n"
-              L"━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━━\n");
 }
 
 TEST(Words, WidthsAreThoseOfATerminal)
