@@ -5,6 +5,7 @@
 
 #include "TestEditor.h"
 #include "editor/EditorKeys.h"
+#include "support/DocumentParts.h"
 #include "support/TestFiles.h"
 #include "support/TestTable.h"
 #include "util/Encoding.h"
@@ -98,8 +99,20 @@ private:
         for (double frequency = 0; each >> frequency;) {
             frequencies.push_back(frequency);
         }
+        test.Put(frequencies);
+        Activate();
+        editor.SelectPage(Page::frequencies);
+    }
+    void Activate()
+    {
         test.messages.onShow = [this] { rowAtMessage = editor.SelectedRow(Grid::channels); };
-        test.Open(frequencies);
+        test.Open();
+        opened = Everything(document);
+    }
+    void WriteNotes(const std::wstring& richText)
+    {
+        test.view.richText = richText;
+        editor.NotesChanged();
     }
     void Answer()
     {
@@ -149,6 +162,18 @@ private:
         }
         return text;
     }
+    /// Of the document what its choices made of it: level unit, reference, samples, filter, order, roll-off, route,
+    /// axes.
+    std::wstring Settings() const
+    {
+        std::wstring text = document.LevelUnit();
+        for (const int32_t number :
+             {document.ReferenceSource(), document.BerSamples(), document.SawBw(), document.OrderOfQam(),
+              document.RollOffFactor(), document.Zin(), document.XAxis(0), document.XAxis(1)}) {
+            text += L" " + std::to_wstring(number);
+        }
+        return text;
+    }
     std::pair<Control, Column> Focused() const
     {
         return {static_cast<Control>(PlaceOf(words[0], controls)), words[1].empty() ? 0 : ColumnOf(1)};
@@ -162,6 +187,7 @@ private:
     std::vector<std::string> words;
     bool taken = false;  ///< whether the editor took the last key
     int32_t rowAtMessage = -1;
+    decltype(Everything(document)) opened{};  ///< the document when the editor opened
 
     const std::map<std::string, std::function<void()>> deeds{
         {"document-caption", [this] { document.Caption(Number(0), Text(1)); }},
@@ -170,7 +196,14 @@ private:
         {"document-mark", [this] { document.Parameter(1, Number(0), true); }},
         {"document-channels", [this] { document.ListSize(Number(0)); }},
         {"document-no-frequency", [this] { document.Frequency(1, std::nan("")); }},
-        {"activate", [this] { test.Open(); }},
+        {"document-level-unit", [this] { document.LevelUnit(Text()); }},
+        {"document-filter", [this] { document.SawBw(Number(0)); }},
+        {"document-route", [this] { document.Zin(Number(0)); }},
+        {"document-reference", [this] { document.ReferenceSource(Number(0)); }},
+        {"document-file-axis", [this] { document.XAxis(1, Number(0)); }},
+        {"document-order-of-qam", [this] { document.OrderOfQam(Number(0)); }},
+        {"document-notes", [this] { document.Notes(Text()); }},
+        {"activate", [this] { Activate(); }},
         {"open", [this] { Open(); }},
         {"visible", [this] { editor.SetVisibleRows(Shown(), Number(0)); }},
         {"page", [this] { editor.SelectPage(static_cast<Page>(PlaceOf(words[0], pages))); }},
@@ -200,8 +233,17 @@ private:
         {"field", [this] { editor.TextChanged(FieldOf(), Text(1)); }},
         {"level-unit", [this] { test.Choose(Choice::levelUnit, Text()); }},
         {"roll-off", [this] { test.Choose(Choice::rolloffFactor, Text()); }},
+        {"ber-samples", [this] { test.Choose(Choice::berIntegration, Text()); }},
+        {"no-order-of-qam", [this] { editor.SelectItem(Choice::orderOfQam, 99); }},
+        {"notes", [this] { WriteNotes(Text()); }},
+        {"long-notes", [this] { WriteNotes(std::wstring(static_cast<size_t>(Number(0)), L'x')); }},
+        {"protect", [this] { editor.NotesButton(true); }},
+        {"unprotect", [this] { editor.NotesButton(false); }},
+        {"edit-protected", [this] { taken = editor.AllowNotesEdit(true); }},
+        {"edit-notes", [this] { taken = editor.AllowNotesEdit(false); }},
         {"uncouple", [this] { editor.SetCheck(Check::couple, false); }},
         {"close-sign", [this] { editor.CloseSign(); }},
+        {"cancel", [this] { editor.Cancel(); }},
         {"ok", [this] { editor.Ok(); }},
     };
     const std::map<std::string, std::function<std::wstring()>> sights{
@@ -240,6 +282,12 @@ private:
         {"document", [this] { return Parameter(); }},
         {"coupled", [this] { return Told(document.CoupleDisplayAndSave()); }},
         {"settling-time", [this] { return std::to_wstring(document.MaxSettlingTime()); }},
+        {"settings", [this] { return Settings(); }},
+        {"stored-notes", [this] { return document.Notes(); }},
+        {"shown-notes", [this] { return test.view.notes; }},
+        {"notes-calls", [this] { return test.view.notesCalls; }},
+        {"shown-controls", [this] { return std::to_wstring(test.view.shown - checkCount - choiceCount); }},
+        {"unchanged", [this] { return Told(Everything(document) == opened); }},
         {"document-dirty", [this] { return Told(document.dirty); }},
     };
 };

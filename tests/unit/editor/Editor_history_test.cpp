@@ -76,7 +76,9 @@ TEST(EditorHistory, RandomWorkIsUndoneToTheBeginningAndRedoneToTheEnd)
     for (uint32_t seed = 1; seed <= 25; ++seed) {
         SCOPED_TRACE(seed);
         TestEditor test;
-        test.Open({300, 100, 200});
+        test.Put({300, 100, 200});
+        test.Open();
+        test.editor.SelectPage(Page::frequencies);
         const std::wstring opened = Content(test);
         const auto document = Everything(test.document);
         RandomUser user(test, seed);

@@ -132,8 +132,8 @@ public:
         EXPECT_EQ(editor.OkIsDefault(), view.okIsDefault);
     }
 
-    /// Channels "A", "B", ... at the frequencies given, 6.9 MSymb/s each, and the editor open on their page.
-    void Open(const std::vector<double>& frequencies)
+    /// Channels "A", "B", ... at the frequencies given, 6.9 MSymb/s each.
+    void Put(const std::vector<double>& frequencies)
     {
         document.ListSize(static_cast<int32_t>(frequencies.size()));
         for (int32_t channel = 1; channel <= document.ListSize(); ++channel) {
@@ -141,8 +141,6 @@ public:
             document.SymbolRate(channel, 6.9);
             document.UserField(channel, std::wstring(1, static_cast<wchar_t>(L'A' + channel - 1)));
         }
-        Open();
-        editor.SelectPage(Page::frequencies);
     }
     void Open()
     {
