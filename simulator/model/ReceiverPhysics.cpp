@@ -4,14 +4,17 @@
 #include <numbers>
 #include <utility>
 
+#include "dvbc/Qam.h"
+
 namespace tvn2x {
 namespace {
 
 constexpr double referenceSettling = 0.3;  // seconds
+constexpr ControlRanges ranges{30e6, 1200e6, 0.1e6, 8e6, 12, 35, dvbc::ordersOfQam};
 
 }  // namespace
 
-ReceiverPhysics::ReceiverPhysics(SimulatedTime& time) : time_(time)
+ReceiverPhysics::ReceiverPhysics(SimulatedTime& time) : ReceiverControls(ranges), time_(time)
 {
     countedUntil_ = referenceSince_ = time_.Seconds();
     Tune();

@@ -6,12 +6,12 @@
 #include <string>
 #include <string_view>
 
+#include "receivers/model/ReceiverControls.h"
 #include "setup/catalogue/Options.h"
 #include "simulator/model/Acquisition.h"
 #include "simulator/model/BitErrorCount.h"
 #include "simulator/model/ErrorCounter.h"
 #include "simulator/model/NetworkModel.h"
-#include "simulator/model/ReceiverSettings.h"
 #include "simulator/model/SimulatedTime.h"
 
 namespace tvn2x {
@@ -19,7 +19,7 @@ namespace tvn2x {
 /// The test receiver on its network: what it is set to, which locks it has, what it reads. One method per operation, in
 /// the units of the list; the ranges are the receiver's own. A setter that is refused raises an error that begins with
 /// "Let ... failed" and leaves the setting as it was.
-class ReceiverPhysics
+class ReceiverPhysics final : public ReceiverControls
 {
 public:
     explicit ReceiverPhysics(SimulatedTime& time);
@@ -52,27 +52,7 @@ public:
     dvbc::ErroredTime ErrorCounters();
     void ResetErrorCounters();
 
-    // Settings.
-    int32_t BerSamples() const
-    {
-        return settings_.berSamples;
-    }
-    void BerSamples(int32_t blocks);  ///< 1..10000
-    int32_t RollOffFactor() const
-    {
-        return settings_.rollOff;
-    }
-    void RollOffFactor(int32_t hundredths);  ///< 12..35
-    int32_t OrderOfQam() const
-    {
-        return settings_.order;
-    }
-    void OrderOfQam(int32_t order);
-    double SymbolRate() const
-    {
-        return settings_.symbolRate;
-    }
-    void SymbolRate(double symbolsPerSecond);  ///< 0.1e6..8e6
+    // Settings of its own.
     int32_t SawBandwidth() const
     {
         return settings_.sawBandwidth;
@@ -83,16 +63,6 @@ public:
         return settings_.externalReference ? 1 : 0;
     }
     void ReferenceSource(int32_t source);
-    int32_t LevelUnit() const
-    {
-        return static_cast<int32_t>(settings_.levelUnit);
-    }
-    void LevelUnit(int32_t code);
-    int32_t InputRoute() const
-    {
-        return settings_.route;
-    }
-    void InputRoute(int32_t route);
     int32_t Mode() const
     {
         return settings_.mode;
@@ -103,16 +73,6 @@ public:
         return held_.has_value();
     }
     void Hold(bool hold);
-    double Frequency() const
-    {
-        return settings_.frequency;
-    }
-    void Frequency(double hertz);  ///< 30e6..1200e6; always tunes anew
-    int32_t InputAttenuation() const
-    {
-        return settings_.attenuation;
-    }
-    void InputAttenuation(int32_t decibels);  ///< 0..70, or 255
     int32_t DemodulatorGainControl() const
     {
         return settings_.automaticGain ? 1 : 0;
@@ -199,10 +159,19 @@ private:
     /// have one place, it takes the one that is fitted; with swapped filters it takes the nearest of all.
     std::optional<int32_t> FilterFor(int32_t megahertz) const;
 
-    void Tune();
+    void Tune() override;
+    void TuneAnew() override;
+    void BeginMeasurement() override;
+    void RestartBerCount() override
+    {
+        ber_.reset();
+    }
+    void FrontEndChanged() override
+    {
+        Tune();
+    }
+    void RequireRoute(int32_t route) const override;
     void CountErrors();
-    template <class Value>
-    void Change(Value ReceiverSettings::*setting, Value value);
 
     const Tuning& View() const
     {
@@ -225,7 +194,6 @@ private:
 
     SimulatedTime& time_;
     NetworkModel model_;
-    ReceiverSettings settings_;
     bool online_ = false;
 
     Tuning tuning_;

@@ -2,7 +2,6 @@
 #include <array>
 #include <cstdlib>
 
-#include "dvbc/Qam.h"
 #include "receivers/model/SettingRange.h"
 #include "setup/catalogue/Settings.h"
 #include "simulator/model/ReceiverPhysics.h"
@@ -10,7 +9,6 @@
 namespace tvn2x {
 namespace {
 
-constexpr int32_t modeRefused = static_cast<int32_t>(0x80040000u + 2003);
 constexpr int32_t filterRefused = static_cast<int32_t>(0x80040000u + 2004);
 constexpr int32_t referenceMissing = static_cast<int32_t>(0x80040000u + 2005);
 constexpr int32_t routeMissing = static_cast<int32_t>(0x80040000u + 2006);
@@ -18,11 +16,6 @@ constexpr int32_t routeMissing = static_cast<int32_t>(0x80040000u + 2006);
 // The routes in the order in which the basic state takes one: the IF input, which every receiver has, comes last.
 constexpr std::array routesByRank{input_route::receiver75, input_route::receiver50, input_route::receiver,
                                   input_route::demodulator, input_route::intermediate};
-
-bool IsChoice(const Setting& setting, int32_t value)
-{
-    return FindListData(setting.choices, value) >= 0;
-}
 
 std::wstring CodeNeeded(Capability capability, int32_t value)
 {
@@ -80,44 +73,17 @@ std::optional<int32_t> ReceiverPhysics::FilterFor(int32_t megahertz) const
     return nearest;
 }
 
-template <class Value>
-void ReceiverPhysics::Change(Value ReceiverSettings::*setting, Value value)
+void ReceiverPhysics::TuneAnew()
 {
-    if (settings_.*setting == value) {
-        return;
-    }
-    settings_.*setting = value;
+    ++tunings_[static_cast<uint64_t>(settings_.frequency)];
     Tune();
 }
 
-void ReceiverPhysics::BerSamples(int32_t blocks)
+/// The network is as it is by now.
+void ReceiverPhysics::BeginMeasurement()
 {
-    RequireSettingRange(blocks, 1, 10000, L"BerSamples", L" samples of 10^7 bits");
-    settings_.berSamples = blocks;
-    ber_.reset();
-}
-
-void ReceiverPhysics::RollOffFactor(int32_t hundredths)
-{
-    RequireSettingRange(hundredths, 12, 35, L"RollOffFactor", L" hundredths");
-    Change(&ReceiverSettings::rollOff, hundredths);
-}
-
-void ReceiverPhysics::OrderOfQam(int32_t order)
-{
-    RequireSetting(dvbc::IsOrderOfQam(order), L"OrderOfQam",
-                   std::to_wstring(order) + L" is none of 4, 16, 32, 64, 128 and 256");
-    Change(&ReceiverSettings::order, order);
-}
-
-void ReceiverPhysics::SymbolRate(double symbolsPerSecond)
-{
-    RequireSettingRange(symbolsPerSecond, 0.1e6, 8e6, L"SymbolRate", L" symbols per second");
-    ber_.reset();
-    // Each measurement begins here, also one that need not tune: the network is as it is by now.
     CountErrors();
     tuning_.reception = ReceiveNow();
-    Change(&ReceiverSettings::symbolRate, symbolsPerSecond);
 }
 
 void ReceiverPhysics::SawBandwidth(int32_t megahertz)
@@ -126,7 +92,7 @@ void ReceiverPhysics::SawBandwidth(int32_t megahertz)
     RequireSetting(taken.has_value(), L"StatusSawFilterBW",
                    L"there is no SAW filter of " + std::to_wstring(megahertz) + L" MHz in this receiver", filterRefused,
                    L"SawBandwidth");
-    Change(&ReceiverSettings::sawBandwidth, *taken);
+    ChangeFrontEnd(&ReceiverSettings::sawBandwidth, *taken);
 }
 
 void ReceiverPhysics::ReferenceSource(int32_t source)
@@ -139,23 +105,14 @@ void ReceiverPhysics::ReferenceSource(int32_t source)
     if (external && !settings_.externalReference) {
         referenceSince_ = time_.Seconds();
     }
-    Change(&ReceiverSettings::externalReference, external);
+    ChangeFrontEnd(&ReceiverSettings::externalReference, external);
 }
 
-void ReceiverPhysics::LevelUnit(int32_t code)
+void ReceiverPhysics::RequireRoute(int32_t route) const
 {
-    RequireSettingRange(code, 0, 5, L"LevelUnit", L", the codes of dBmV, dBpW, dBuW, dBm, dBuV and mV");
-    settings_.levelUnit = static_cast<dvbc::LevelUnit>(code);
-}
-
-void ReceiverPhysics::InputRoute(int32_t route)
-{
-    RequireSetting(IsChoice(setting::inputRoute, route), L"InputRoute",
-                   std::to_wstring(route) + L" is none of 2, 4, 50, 75 and 128");
     RequireSetting(IsFittedFor(Capability::route, route), L"InputRoute",
                    L"the input needs the option " + CodeNeeded(Capability::route, route) + L", which is not installed",
                    routeMissing);
-    Change(&ReceiverSettings::route, route);
 }
 
 void ReceiverPhysics::Mode(int32_t mode)
@@ -168,7 +125,7 @@ void ReceiverPhysics::Mode(int32_t mode)
     RequireSetting(available, L"Mode",
                    L"it needs the option " + CodeNeeded(Capability::mode, mode) + L", which is not installed",
                    modeRefused);
-    Change(&ReceiverSettings::mode, mode);
+    ChangeFrontEnd(&ReceiverSettings::mode, mode);
 }
 
 void ReceiverPhysics::Hold(bool hold)
@@ -180,32 +137,16 @@ void ReceiverPhysics::Hold(bool hold)
     }
 }
 
-void ReceiverPhysics::Frequency(double hertz)
-{
-    RequireSettingRange(hertz, 30e6, 1200e6, L"Frequency", L" Hz");
-    settings_.frequency = hertz;
-    ++tunings_[static_cast<uint64_t>(hertz)];
-    Tune();
-}
-
-void ReceiverPhysics::InputAttenuation(int32_t decibels)
-{
-    if (decibels != automaticAttenuation) {
-        RequireSettingRange(decibels, 0, 70, L"InputAttenuation", L" dB, or 255 for automatic");
-    }
-    Change(&ReceiverSettings::attenuation, decibels);
-}
-
 void ReceiverPhysics::DemodulatorGainControl(int32_t mode)
 {
     RequireSettingRange(mode, 0, 1, L"DemodulatorGainControl", L": 0 is fixed, 1 automatic");
-    Change(&ReceiverSettings::automaticGain, mode == 1);
+    ChangeFrontEnd(&ReceiverSettings::automaticGain, mode == 1);
 }
 
 void ReceiverPhysics::Equaliser(int32_t mode)
 {
     RequireSettingRange(mode, 0, 1, L"Equaliser", L": 0 is off, 1 adaptive");
-    Change(&ReceiverSettings::adaptiveEqualiser, mode == 1);
+    ChangeFrontEnd(&ReceiverSettings::adaptiveEqualiser, mode == 1);
 }
 
 void ReceiverPhysics::Initialise()

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "dvbc/Qam.h"
+#include "receivers/model/ReceiverSettings.h"
 #include "simulator/model/ModelSections.h"
 #include "simulator/model/NetworkModel.h"
-#include "simulator/model/ReceiverSettings.h"
 
 namespace tvn2x {
 

@@ -16,6 +16,9 @@
 namespace tvn2x::recordings {
 namespace {
 
+constexpr int32_t orders[] = {16, 32, 64, 128, 256};
+constexpr ControlRanges ranges{1, highestFrequency, 0.87e6, 7e6, 10, 25, orders};
+
 std::wstring Decimals(double value, int places)
 {
     const double scale = std::pow(10, places);
@@ -24,6 +27,8 @@ std::wstring Decimals(double value, int places)
 }
 
 }  // namespace
+
+RecordedReceiver::RecordedReceiver(PlayTime& time) : ReceiverControls(ranges), time_(time) {}
 
 void RecordedReceiver::Signals(const std::wstring& folder)
 {
@@ -76,7 +81,7 @@ PlayedChannel& RecordedReceiver::Played()
         if (!channel_) {
             Open();
         }
-        if (!settings_.hold) {
+        if (!held_) {
             channel_->Play();
             CountErrors();
         }

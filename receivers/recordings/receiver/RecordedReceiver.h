@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "dvbc/ErroredTime.h"
-#include "dvbc/LevelUnit.h"
 #include "receivers/model/BitErrorProgress.h"
+#include "receivers/model/ReceiverControls.h"
 #include "receivers/recordings/receiver/ErroredSeconds.h"
 #include "receivers/recordings/receiver/PlayTime.h"
 #include "receivers/recordings/receiver/PlayedChannel.h"
@@ -25,10 +25,10 @@ namespace tvn2x::recordings {
 /// Tuning takes the recording that holds the channel and plays it from its beginning; the locks are the demodulator's,
 /// in its own time. Where no recording holds the channel, or the one that does turns out unusable, the locks, readings
 /// and counters raise an error that says so, until the receiver is tuned elsewhere.
-class RecordedReceiver
+class RecordedReceiver final : public ReceiverControls
 {
 public:
-    explicit RecordedReceiver(PlayTime& time) : time_(time) {}
+    explicit RecordedReceiver(PlayTime& time);
 
     const RecordingFolder& Signals() const { return folder_; }
     std::wstring Folder() const { return later_.value_or(folder_.Path()); }
@@ -70,27 +70,7 @@ public:
     dvbc::ErroredTime ErrorCounters();
     void ResetErrorCounters();
 
-    // Settings.
-    int32_t BerSamples() const
-    {
-        return settings_.berSamples;
-    }
-    void BerSamples(int32_t blocks);  ///< 1..10000
-    int32_t RollOffFactor() const
-    {
-        return settings_.rollOff;
-    }
-    void RollOffFactor(int32_t hundredths);  ///< 10..25
-    int32_t OrderOfQam() const
-    {
-        return settings_.order;
-    }
-    void OrderOfQam(int32_t order);  ///< 16, 32, 64, 128 or 256
-    double SymbolRate() const
-    {
-        return settings_.symbolRate;
-    }
-    void SymbolRate(double symbolsPerSecond);  ///< 0.87e6..7e6; a recording that is over begins again
+    // Settings of its own, beside those of every receiver. A recording that is over begins again with the symbol rate.
     int32_t SawBandwidth() const
     {
         return settings_.sawBandwidth;
@@ -101,16 +81,6 @@ public:
         return 0;
     }
     void ReferenceSource(int32_t source);  ///< 0: the recorder's reference is all there is
-    int32_t LevelUnit() const
-    {
-        return static_cast<int32_t>(settings_.levelUnit);
-    }
-    void LevelUnit(int32_t code);
-    int32_t InputRoute() const
-    {
-        return settings_.route;
-    }
-    void InputRoute(int32_t route);  ///< any: the signal has come in long since
     int32_t Mode() const
     {
         return dvbCDemodulator;
@@ -118,19 +88,9 @@ public:
     void Mode(int32_t mode);  ///< 4
     bool Hold() const
     {
-        return settings_.hold;
+        return held_;
     }
     void Hold(bool hold);
-    double Frequency() const
-    {
-        return settings_.frequency;
-    }
-    void Frequency(double hertz);  ///< 1..1e11; always tunes anew
-    int32_t InputAttenuation() const
-    {
-        return settings_.attenuation;
-    }
-    void InputAttenuation(int32_t decibels);  ///< 0..70, or 255: nothing is attenuated any more
     int32_t DemodulatorGainControl() const
     {
         return 1;
@@ -183,29 +143,17 @@ public:
     }
 
 private:
-    /// What it is set to. The initial values are its basic state.
-    struct Settings
-    {
-        double frequency = 474e6;
-        double symbolRate = 6.9e6;
-        int32_t order = 64;
-        int32_t rollOff = 15;
-        int32_t berSamples = 10;
-        int32_t sawBandwidth = 8;
-        int32_t route = input_route::receiver75;
-        int32_t attenuation = 255;
-        dvbc::LevelUnit levelUnit = dvbc::LevelUnit::dBmV;
-        bool hold = false;
-    };
-
     SignalParameters Signal() const;
-    void Tune();
+    void Tune() override;
+    void BeginMeasurement() override;
+    void RestartBerCount() override
+    {
+        berFrom_.reset();
+    }
     void Open();
     /// Plays what is due and hands out the channel. Raises what keeps it from being received.
     PlayedChannel& Played();
     void CountErrors();
-    template <class Value>
-    void Change(Value Settings::*setting, Value value);
     double Show(std::optional<double> value);
     double ShowQuality(std::optional<double> SignalReadings::*reading);
     std::optional<BitErrorProgress> BerProgress();
@@ -213,7 +161,7 @@ private:
     PlayTime& time_;
     RecordingFolder folder_;
     std::optional<std::wstring> later_;  ///< the folder to be read instead
-    Settings settings_;
+    bool held_ = false;
     bool online_ = false;
     std::optional<PlayedChannel> channel_;  ///< nothing until somebody asks about it
     std::optional<RaisedError> fault_;      ///< why there is none
