@@ -6,8 +6,6 @@
 #include "TVNINT.h"
 #include "XKTR2x.h"
 #include "com/EntryPoints.h"
-#include "com/Module.h"
-#include "com/TypeLibrary.h"
 #include "receivers/driver/ThreadState.h"
 #include "receivers/driver/clsErrorReport.h"
 #include "receivers/driver/clsRunControl.h"
@@ -35,16 +33,4 @@ const com::Server server(classes, LIBID_XKTR2x, com::Claim::ifVacant);
 
 }  // namespace
 
-TVN_COMPONENT_ENTRY_POINTS(server)
-
-BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* processEnds)
-{
-    if (reason == DLL_PROCESS_ATTACH) {
-        com::Module::Instance(instance);
-    } else if (reason == DLL_THREAD_DETACH) {
-        ForgetThread();
-    } else if (reason == DLL_PROCESS_DETACH && !processEnds) {
-        com::ForgetTypeInfo();
-    }
-    return TRUE;
-}
+TVN_COMPONENT_ENTRY_POINTS(server, ForgetThread)

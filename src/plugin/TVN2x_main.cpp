@@ -7,8 +7,6 @@
 #include "TVNINT.h"
 #include "XKTR2x.h"
 #include "com/EntryPoints.h"
-#include "com/Module.h"
-#include "com/TypeLibrary.h"
 #include "plugin/TimeoutObject.h"
 #include "plugin/clsSetup.h"
 #include "plugin/clsSupport.h"
@@ -29,15 +27,4 @@ const com::Server server(classes, LIBID_TVN2x);
 
 }  // namespace
 
-TVN_COMPONENT_ENTRY_POINTS(server)
-
-BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* processEnds)
-{
-    if (reason == DLL_PROCESS_ATTACH) {
-        com::Module::Instance(instance);
-        DisableThreadLibraryCalls(instance);
-    } else if (reason == DLL_PROCESS_DETACH && !processEnds) {
-        com::ForgetTypeInfo();
-    }
-    return TRUE;
-}
+TVN_COMPONENT_ENTRY_POINTS(server, nullptr)

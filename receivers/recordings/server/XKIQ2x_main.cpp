@@ -7,8 +7,6 @@
 #include "XKIQ2x.h"
 #include "XKTR2x.h"
 #include "com/EntryPoints.h"
-#include "com/Module.h"
-#include "com/TypeLibrary.h"
 #include "receivers/driver/ThreadState.h"
 #include "receivers/driver/clsErrorReport.h"
 #include "receivers/driver/clsRunControl.h"
@@ -30,16 +28,4 @@ const com::Server server(classes, LIBID_XKIQ2x);
 
 }  // namespace
 
-TVN_COMPONENT_ENTRY_POINTS(server)
-
-BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* processEnds)
-{
-    if (reason == DLL_PROCESS_ATTACH) {
-        com::Module::Instance(instance);
-    } else if (reason == DLL_THREAD_DETACH) {
-        ForgetThread();
-    } else if (reason == DLL_PROCESS_DETACH && !processEnds) {
-        com::ForgetTypeInfo();
-    }
-    return TRUE;
-}
+TVN_COMPONENT_ENTRY_POINTS(server, ForgetThread)
