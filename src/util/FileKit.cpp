@@ -29,6 +29,16 @@ FileFault ReadRest(InputFile& file, size_t expected, std::string& content)
 
 }  // namespace
 
+FileFault FaultOf(uint32_t error)
+{
+    for (const SystemError& known : SystemErrors()) {
+        if (known.number == error) {
+            return known.fault;
+        }
+    }
+    return FileFault::other;
+}
+
 FileFault ReadOneState(InputFile& file, std::string& content, FileStamp& stamp)
 {
     constexpr int attempts = 5;

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "util/FileSystem.h"
 
@@ -21,6 +23,42 @@ public:
     /// Up to `size` bytes; `got` is 0 at the end of the file only.
     virtual FileFault Read(char* bytes, size_t size, size_t& got) = 0;
 };
+
+/// Owns an open file of the system's. `Kind` has the `Value` that names one, `None()`, which names none, and `Close`,
+/// which tells whether closing went well.
+template <class Kind>
+class OpenFile
+{
+public:
+    using Value = typename Kind::Value;
+
+    explicit OpenFile(Value value = Kind::None()) : value_(value) {}
+    ~OpenFile() { Close(); }
+    OpenFile(OpenFile&& other) noexcept : value_(std::exchange(other.value_, Kind::None())) {}
+    OpenFile& operator=(OpenFile&& other) noexcept
+    {
+        std::swap(value_, other.value_);
+        return *this;
+    }
+
+    explicit operator bool() const { return value_ != Kind::None(); }
+    Value Get() const { return value_; }
+    /// True, too, where there is none.
+    bool Close() { return !*this || Kind::Close(std::exchange(value_, Kind::None())); }
+
+private:
+    Value value_;
+};
+
+/// One of the system's errors, and what it means for a file.
+struct SystemError
+{
+    uint32_t number;
+    FileFault fault;
+};
+
+/// Those that mean anything but FileFault::other.
+std::span<const SystemError> SystemErrors();
 
 /// What went wrong, by the system's number of an error (GetLastError, errno) of one of its file functions.
 FileFault FaultOf(uint32_t error);

@@ -20,26 +20,23 @@
 namespace tvn2x {
 namespace {
 
-/// A file descriptor that closes itself.
-class Descriptor
-{
-public:
-    explicit Descriptor(int value = -1) : value_(value) {}
-    ~Descriptor() { Close(); }
-    Descriptor(Descriptor&& other) noexcept : value_(std::exchange(other.value_, -1)) {}
-    Descriptor& operator=(Descriptor&& other) noexcept
-    {
-        std::swap(value_, other.value_);
-        return *this;
-    }
-
-    explicit operator bool() const { return value_ >= 0; }
-    int Get() const { return value_; }
-    int Close() { return value_ < 0 ? 0 : close(std::exchange(value_, -1)); }
-
-private:
-    int value_;
+constexpr SystemError systemErrors[] = {
+    {ENOENT, FileFault::missing},    {ENOTDIR, FileFault::pathMissing}, {ENAMETOOLONG, FileFault::pathMissing},
+    {ELOOP, FileFault::pathMissing}, {EACCES, FileFault::accessDenied}, {EPERM, FileFault::accessDenied},
+    {EROFS, FileFault::readOnly},    {ENOSPC, FileFault::diskFull},     {EDQUOT, FileFault::diskFull},
+    {EFBIG, FileFault::diskFull},    {EISDIR, FileFault::isDirectory},  {EBUSY, FileFault::inUse},
+    {ETXTBSY, FileFault::inUse},
 };
+
+struct DescriptorKind
+{
+    using Value = int;
+    static Value None() { return -1; }
+    static bool Close(Value value) { return close(value) == 0; }
+};
+
+/// A file descriptor that closes itself.
+using Descriptor = OpenFile<DescriptorKind>;
 
 uint64_t Nanoseconds(const timespec& time)
 {
@@ -235,7 +232,7 @@ public:
         return FileFault::none;
     }
     FileFault Flush() override { return fsync(file.Get()) == 0 ? FileFault::none : FaultOf(errno); }
-    FileFault Close() override { return file.Close() == 0 ? FileFault::none : FaultOf(errno); }
+    FileFault Close() override { return file.Close() ? FileFault::none : FaultOf(errno); }
 };
 
 /// The files of the machine.
@@ -364,32 +361,9 @@ private:
 
 }  // namespace
 
-FileFault FaultOf(uint32_t error)
+std::span<const SystemError> SystemErrors()
 {
-    switch (error) {
-        case ENOENT:
-            return FileFault::missing;
-        case ENOTDIR:
-        case ENAMETOOLONG:
-        case ELOOP:
-            return FileFault::pathMissing;
-        case EACCES:
-        case EPERM:
-            return FileFault::accessDenied;
-        case EROFS:
-            return FileFault::readOnly;
-        case ENOSPC:
-        case EDQUOT:
-        case EFBIG:
-            return FileFault::diskFull;
-        case EISDIR:
-            return FileFault::isDirectory;
-        case EBUSY:
-        case ETXTBSY:
-            return FileFault::inUse;
-        default:
-            return FileFault::other;
-    }
+    return systemErrors;
 }
 
 FileSystem& SystemFiles()

@@ -16,31 +16,42 @@ namespace {
 constexpr DWORD diskQuotaExceeded = 1295;  // missing from the compiler's headers
 constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
+constexpr SystemError systemErrors[] = {
+    {ERROR_FILE_NOT_FOUND, FileFault::missing},
+    {ERROR_PATH_NOT_FOUND, FileFault::pathMissing},
+    {ERROR_INVALID_NAME, FileFault::pathMissing},
+    {ERROR_BAD_PATHNAME, FileFault::pathMissing},
+    {ERROR_INVALID_DRIVE, FileFault::pathMissing},
+    {ERROR_NOT_READY, FileFault::pathMissing},
+    {ERROR_BAD_NETPATH, FileFault::pathMissing},
+    {ERROR_BAD_NET_NAME, FileFault::pathMissing},
+    {ERROR_FILENAME_EXCED_RANGE, FileFault::pathMissing},
+    {ERROR_DIRECTORY, FileFault::pathMissing},
+    {ERROR_ACCESS_DENIED, FileFault::accessDenied},
+    {ERROR_PRIVILEGE_NOT_HELD, FileFault::accessDenied},
+    {ERROR_WRITE_PROTECT, FileFault::readOnly},
+    {ERROR_SHARING_VIOLATION, FileFault::inUse},
+    {ERROR_LOCK_VIOLATION, FileFault::inUse},
+    {ERROR_USER_MAPPED_FILE, FileFault::inUse},
+    {ERROR_DISK_FULL, FileFault::diskFull},
+    {ERROR_HANDLE_DISK_FULL, FileFault::diskFull},
+    {diskQuotaExceeded, FileFault::diskFull},
+};
+
 FileFault LastFault()
 {
     return FaultOf(GetLastError());
 }
 
-/// A file handle that closes itself.
-class Handle
+struct HandleKind
 {
-public:
-    explicit Handle(HANDLE value = INVALID_HANDLE_VALUE) : value_(value) {}
-    ~Handle() { Close(); }
-    Handle(Handle&& other) noexcept : value_(std::exchange(other.value_, INVALID_HANDLE_VALUE)) {}
-    Handle& operator=(Handle&& other) noexcept
-    {
-        std::swap(value_, other.value_);
-        return *this;
-    }
-
-    explicit operator bool() const { return value_ != INVALID_HANDLE_VALUE; }
-    HANDLE Get() const { return value_; }
-    bool Close() { return !*this || CloseHandle(std::exchange(value_, INVALID_HANDLE_VALUE)) != 0; }
-
-private:
-    HANDLE value_;
+    using Value = HANDLE;
+    static Value None() { return INVALID_HANDLE_VALUE; }
+    static bool Close(Value value) { return CloseHandle(value) != 0; }
 };
+
+/// A file handle that closes itself.
+using Handle = OpenFile<HandleKind>;
 
 Handle Open(const std::wstring& path, DWORD access, DWORD flags)
 {
@@ -464,37 +475,9 @@ public:
 
 }  // namespace
 
-FileFault FaultOf(uint32_t error)
+std::span<const SystemError> SystemErrors()
 {
-    switch (error) {
-        case ERROR_FILE_NOT_FOUND:
-            return FileFault::missing;
-        case ERROR_PATH_NOT_FOUND:
-        case ERROR_INVALID_NAME:
-        case ERROR_BAD_PATHNAME:
-        case ERROR_INVALID_DRIVE:
-        case ERROR_NOT_READY:
-        case ERROR_BAD_NETPATH:
-        case ERROR_BAD_NET_NAME:
-        case ERROR_FILENAME_EXCED_RANGE:
-        case ERROR_DIRECTORY:
-            return FileFault::pathMissing;
-        case ERROR_ACCESS_DENIED:
-        case ERROR_PRIVILEGE_NOT_HELD:
-            return FileFault::accessDenied;
-        case ERROR_WRITE_PROTECT:
-            return FileFault::readOnly;
-        case ERROR_SHARING_VIOLATION:
-        case ERROR_LOCK_VIOLATION:
-        case ERROR_USER_MAPPED_FILE:
-            return FileFault::inUse;
-        case ERROR_DISK_FULL:
-        case ERROR_HANDLE_DISK_FULL:
-        case diskQuotaExceeded:
-            return FileFault::diskFull;
-        default:
-            return FileFault::other;
-    }
+    return systemErrors;
 }
 
 FileSystem& SystemFiles()
