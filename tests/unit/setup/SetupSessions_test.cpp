@@ -116,7 +116,7 @@ public:
         {"channel", [this] { return Channel(); }},
         {"order", [this] { return Told(document.Order(Number(0))); }},
         {"caption", [this] { return document.StoredCaption(Number(0)); }},
-        {"error-of", [this] { return ErrorOf(); }},
+        {"error-of", [this] { return ErrorOf(*this, std::string(rest)); }},
         {"title", [this] { return document.FileTitle() + L" in " + document.FolderOfFile(); }},
         {"default-rate", [this] { return FormatNumber(document.DefaultSymbolRate(), false, locale); }},
         {"marks", [this] { return Marks(); }},
@@ -186,12 +186,6 @@ private:
         const std::wstring raised =
             RaisedBy([&] { isLoaded = LoadSetup(document, environment, product, from, model, mode); });
         return raised.empty() ? Told(isLoaded) : raised;
-    }
-    /// The error that a deed or a look ends with.
-    std::wstring ErrorOf()
-    {
-        const std::string name = Take(std::string(rest));
-        return RaisedBy([&] { deeds.contains(name) ? deeds.at(name)() : static_cast<void>(sights.at(name)()); });
     }
     /// Of each parameter whether it is displayed, saved, both, or none of it.
     std::wstring Marks() const

@@ -12,6 +12,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "support/RaisedBy.h"
 #include "support/TestTable.h"
 #include "util/Encoding.h"
 
@@ -93,6 +94,16 @@ void PlayLine(Session& session, const std::string& line)
     const std::wstring expected = FromUtf8(CellText(line.substr(colon + 2)));
     const std::wstring seen = session.sights.at(name)();
     EXPECT_EQ(expected, expected.ends_with(L"...") ? seen.substr(0, expected.size() - 3) + L"..." : seen);
+}
+
+/// The error that the rest of a line ends with, a deed or a look, "" where there is none.
+template <class Session>
+std::wstring ErrorOf(Session& session, const std::string& line)
+{
+    const std::string name = session.Take(line);
+    const auto deed = session.deeds.find(name);
+    return RaisedBy(
+        [&] { deed != session.deeds.end() ? deed->second() : static_cast<void>(session.sights.at(name)()); });
 }
 
 /// The sessions of a file, each of which begins with a line "= Title": `begin` makes what it happens to of that line.
