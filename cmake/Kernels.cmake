@@ -1,6 +1,6 @@
 # How the demodulator's inner loops are compiled. They are optimised in every build, because a second of signal takes
-# minutes without; sums may be taken in any order. One of the two sets is for processors with AVX2 and FMA, and is only
-# called where the processor says that it is one.
+# minutes without. One of the two sets is for processors with AVX2 and FMA, and is only called where the processor says
+# that it is one.
 set(demodulator receivers/recordings/demodulator)
 foreach(room transport demodulator)
   target_compile_options(tvn_receivers_recordings_${room} PRIVATE -O3)
@@ -9,10 +9,9 @@ foreach(room transport demodulator)
     target_compile_options(tvn_receivers_recordings_${room} PRIVATE -msse2 -mfpmath=sse -mstackrealign)
   endif()
 endforeach()
-set(wide -ffast-math -mavx2 -mfma)
+set(wide -mavx2 -mfma -ffp-contract=fast)
 if(WIN32)
   # The stack of Windows is aligned to 16 bytes, which the compiler forgets for vectors of 32.
   list(APPEND wide -Wa,-muse-unaligned-vector-move)
 endif()
-set_source_files_properties(${demodulator}/Kernels_baseline.cpp PROPERTIES COMPILE_OPTIONS -ffast-math)
 set_source_files_properties(${demodulator}/Kernels_wide.cpp PROPERTIES COMPILE_OPTIONS "${wide}")

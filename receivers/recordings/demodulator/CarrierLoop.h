@@ -2,6 +2,8 @@
 
 #include <complex>
 
+#include "receivers/recordings/demodulator/Kernels.h"
+
 namespace tvn2x::recordings {
 
 /// Holds the constellation still: a loop of the second order that follows the phase between what is received and what
@@ -18,25 +20,40 @@ public:
         frequencyGain_ = gain * gain / 4;
     }
 
-    std::complex<float> Turn() const { return turn_; }
     double Frequency() const;  ///< turns a symbol
 
-    /// Goes on to the next symbol, after one that came out as `symbol` and was decided to be `decided`; their mean
-    /// power is 1.
-    void Follow(std::complex<float> symbol, std::complex<float> decided)
+    /// What holds the symbols of the next group still.
+    ComplexGroup Turns() const
     {
-        const float error = symbol.imag() * decided.real() - symbol.real() * decided.imag();
-        frequency_ += frequencyGain_ * error;
-        const float angle = frequency_ + gain_ * error;
-        // The sine and the cosine of a small angle, and the turn's length kept at 1.
-        const std::complex<float> step(1 - angle * angle / 2, -angle);
-        const float re = turn_.real() * step.real() - turn_.imag() * step.imag();
-        const float im = turn_.real() * step.imag() + turn_.imag() * step.real();
-        const float length = 1.5F - 0.5F * (re * re + im * im);
-        turn_ = {re * length, im * length};
+        ComplexGroup turns;
+        for (size_t i = 0; i < ComplexGroup::size; ++i) {
+            const std::complex<float> turn = TurnedBy(static_cast<float>(i) * frequency_);
+            turns.re[i] = turn.real();
+            turns.im[i] = turn.imag();
+        }
+        return turns;
+    }
+
+    /// Goes on to the next group. `error` is how far the symbols of this one were turned, in the mean: the imaginary
+    /// part of a symbol times its point's conjugate, where their mean power is 1.
+    void Follow(float error)
+    {
+        constexpr float symbols = ComplexGroup::size;
+        frequency_ += symbols * frequencyGain_ * error;
+        turn_ = TurnedBy(symbols * (frequency_ + gain_ * error));
+        turn_ *= 1.5F - 0.5F * std::norm(turn_);  // its length is kept at 1
     }
 
 private:
+    /// By a small angle, the other way.
+    std::complex<float> TurnedBy(float angle) const
+    {
+        const float square = angle * angle;
+        const float cosine = 1 - square * 0.5F;
+        const float sine = angle * (square * (1 / 6.0F) - 1);
+        return {turn_.real() * cosine - turn_.imag() * sine, turn_.real() * sine + turn_.imag() * cosine};
+    }
+
     std::complex<float> turn_ = 1;
     float frequency_ = 0;  ///< radians a symbol
     float gain_ = 0;

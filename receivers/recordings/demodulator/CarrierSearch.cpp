@@ -10,18 +10,28 @@ CarrierSearch::CarrierSearch(const Constellation& constellation)
 {
 }
 
-/// The line's magnitude at a frequency between the bins, and its phase at the first symbol.
-double CarrierSearch::MagnitudeAt(std::span<const std::complex<float>> powers, double frequency, double* phase) const
+/// The sums of stretches of the powers with their turning at a frequency taken away: what turns slowly from there on
+/// need not be looked at power by power.
+std::vector<std::complex<double>> CarrierSearch::SumsAt(std::span<const std::complex<float>> powers, double frequency)
 {
-    const std::complex<double> turn = std::polar(1.0, -2 * std::numbers::pi * frequency);
-    std::complex<double> angle = 1;
-    std::complex<double> sum;
-    for (const std::complex<float>& power : powers) {
-        sum += std::complex<double>(power) * angle;
-        angle *= turn;
+    constexpr size_t stretch = searchSymbols / 64;
+    const double angle = -2 * std::numbers::pi * frequency;
+    std::vector<std::complex<double>> sums(powers.size() / stretch);
+    for (size_t i = 0; i < sums.size() * stretch; ++i) {
+        sums[i / stretch] += std::complex<double>(powers[i]) * std::polar(1.0, angle * static_cast<double>(i));
     }
-    *phase = std::arg(negative_ ? -sum : sum) / (2 * std::numbers::pi);
-    return std::abs(sum);
+    return sums;
+}
+
+/// The line's magnitude at a frequency in turns a stretch, and its phase at the first symbol.
+double CarrierSearch::MagnitudeAt(std::span<const std::complex<double>> sums, double frequency, double* phase) const
+{
+    std::complex<double> line;
+    for (size_t i = 0; i < sums.size(); ++i) {
+        line += sums[i] * std::polar(1.0, -2 * std::numbers::pi * frequency * (static_cast<double>(i) + 0.5));
+    }
+    *phase = std::arg(negative_ ? -line : line) / (2 * std::numbers::pi);
+    return std::abs(line);
 }
 
 CarrierSearch::Turning CarrierSearch::Search(std::span<const std::complex<float>> symbols) const
@@ -47,23 +57,25 @@ CarrierSearch::Turning CarrierSearch::Search(std::span<const std::complex<float>
         }
     }
     // The peak between the bins, by halving the way to either side.
-    double frequency = static_cast<double>(best) / searchSymbols;
+    const double nearest = static_cast<double>(best) / searchSymbols;
+    const std::vector<std::complex<double>> sums = SumsAt(powers, nearest);
+    double beside = 0;  // turns a stretch
     double phase = 0;
-    double magnitude = MagnitudeAt(powers, frequency, &phase);
+    double magnitude = MagnitudeAt(sums, beside, &phase);
     constexpr int halvings = 7;
-    double step = 0.5 / searchSymbols;
+    double step = 0.5 / static_cast<double>(sums.size());
     for (int i = 0; i < halvings; ++i, step /= 2) {
-        for (const double tried : {frequency - step, frequency + step}) {
+        for (const double tried : {beside - step, beside + step}) {
             double triedPhase = 0;
-            const double triedMagnitude = MagnitudeAt(powers, tried, &triedPhase);
+            const double triedMagnitude = MagnitudeAt(sums, tried, &triedPhase);
             if (triedMagnitude > magnitude) {
                 magnitude = triedMagnitude;
-                frequency = tried;
+                beside = tried;
                 phase = triedPhase;
             }
         }
     }
-    return {frequency / 4, phase / 4};
+    return {(nearest + beside * static_cast<double>(sums.size()) / searchSymbols) / 4, phase / 4};
 }
 
 }  // namespace tvn2x::recordings

@@ -30,7 +30,8 @@ public:
     Turning Search(std::span<const std::complex<float>> symbols) const;
 
 private:
-    double MagnitudeAt(std::span<const std::complex<float>> powers, double frequency, double* phase) const;
+    static std::vector<std::complex<double>> SumsAt(std::span<const std::complex<float>> powers, double frequency);
+    double MagnitudeAt(std::span<const std::complex<double>> sums, double frequency, double* phase) const;
 
     bool negative_;  ///< is the mean of the fourth power
     FourierTransform transform_;

@@ -137,10 +137,14 @@ Demodulator::Chain::Chain(const SignalParameters& parameters, double rate, Packe
 void Demodulator::Chain::Process(std::span<const std::complex<float>> samples)
 {
     state_.samples += samples.size();
-    pending_.erase(pending_.begin(), pending_.begin() + static_cast<ptrdiff_t>(taken_));
-    taken_ = 0;
-    pending_.insert(pending_.end(), samples.begin(), samples.end());
-    while (Advance()) {
+    while (!samples.empty()) {
+        const auto portion = samples.first(std::min(samples.size(), SignalSearch::searchSamples));
+        samples = samples.subspan(portion.size());
+        pending_.erase(pending_.begin(), pending_.begin() + static_cast<ptrdiff_t>(taken_));
+        taken_ = 0;
+        pending_.insert(pending_.end(), portion.begin(), portion.end());
+        while (Advance()) {
+        }
     }
     Report();
 }

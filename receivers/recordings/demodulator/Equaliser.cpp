@@ -35,10 +35,11 @@ void Equaliser::Reset()
 
 void Equaliser::BeginBlock()
 {
-    const auto first = static_cast<ptrdiff_t>(symbols_);
-    const auto last = static_cast<ptrdiff_t>(symbols_ + backwardTaps);
-    std::copy(earlierRe_.begin() + first, earlierRe_.begin() + last, earlierRe_.begin());
-    std::copy(earlierIm_.begin() + first, earlierIm_.begin() + last, earlierIm_.begin());
+    const auto taken = static_cast<ptrdiff_t>(symbols_);
+    for (std::vector<float>* row : {&earlierRe_, &earlierIm_}) {
+        std::copy_n(row->begin() + taken, backwardTaps, row->begin());
+        std::fill_n(row->begin() + backwardTaps, taken, 0.0F);
+    }
     symbols_ = 0;
 }
 
@@ -68,6 +69,7 @@ void Equaliser::UseBackward(bool use)
     if (!use) {
         std::fill_n(backwardRe_, backwardTaps, 0.0F);
         std::fill_n(backwardIm_, backwardTaps, 0.0F);
+        backward_ = {};
     }
     backwardUsed_ = use;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <complex>
 #include <cstddef>
 #include <vector>
@@ -29,44 +30,52 @@ public:
     /// Makes room for the next block's symbols.
     void BeginBlock();
 
-    /// The forward filter's sum for the symbol whose values end there.
-    std::complex<float> Forward(ComplexRow firstOfHistory) const
+    /// Makes both filters' sums for the next group of symbols; the values of the first one end there. Taps stay as they
+    /// are within a group.
+    void BeginGroup(ConstComplexRow firstOfHistory)
     {
-        float sum[2];
-        kernels_->product({forwardRe_, forwardIm_}, firstOfHistory, forwardTaps, sum);
-        return {sum[0], sum[1]};
-    }
-
-    /// What earlier symbols have left behind.
-    std::complex<float> Backward()
-    {
-        if (!backwardUsed_) {
-            return {};
+        kernels_->products({forwardRe_, forwardIm_}, firstOfHistory, 2, forwardTaps, forward_);
+        if (backwardUsed_) {
+            kernels_->products({backwardRe_, backwardIm_}, Earlier(0), 1, backwardTaps, backward_);
         }
-        float sum[2];
-        kernels_->product({backwardRe_, backwardIm_}, Earlier(), backwardTaps, sum);
-        return {sum[0], sum[1]};
     }
 
-    /// Lets the taps follow an error: `forward` and `backward` are the error times the step, each in the sense of its
-    /// filter's sum.
-    void Adapt(ComplexRow firstOfHistory, std::complex<float> forward, std::complex<float> backward)
+    /// The forward filter's sums.
+    const ComplexGroup& Forward() const { return forward_; }
+    /// What the symbols before the group have left behind.
+    const ComplexGroup& Backward() const { return backward_; }
+
+    /// Takes away from a symbol of the group what those before it in the group have left behind, as decided.
+    void Release(size_t place, const ComplexGroup& decided, ComplexGroup& symbols) const
+    {
+        const float* const tapsRe = backwardRe_ + backwardTaps - place;
+        const float* const tapsIm = backwardIm_ + backwardTaps - place;
+        for (size_t i = 0; i < place; ++i) {
+            symbols.re[place] -= tapsRe[i] * decided.re[i] - tapsIm[i] * decided.im[i];
+            symbols.im[place] -= tapsRe[i] * decided.im[i] + tapsIm[i] * decided.re[i];
+        }
+    }
+
+    /// Ends the group: its symbols, as decided, are earlier ones from now on.
+    void EndGroup(const ComplexGroup& decided)
+    {
+        symbols_ += ComplexGroup::size;
+        std::copy_n(decided.re, ComplexGroup::size, &earlierRe_[symbols_ + backwardTaps - ComplexGroup::size]);
+        std::copy_n(decided.im, ComplexGroup::size, &earlierIm_[symbols_ + backwardTaps - ComplexGroup::size]);
+    }
+
+    /// Lets the taps follow the error of a symbol of the group that has ended: `forward` and `backward` are the error
+    /// times the step, each in the sense of its filter's sum.
+    void Adapt(size_t place, ConstComplexRow firstOfHistory, std::complex<float> forward, std::complex<float> backward)
     {
         constexpr float keep = 1 - 1e-7F;  // nothing else holds taps that only see frequencies without signal
         const float forwardFactor[2] = {forward.real(), forward.imag()};
-        kernels_->adapt({forwardRe_, forwardIm_}, firstOfHistory, forwardTaps, keep, forwardFactor);
+        kernels_->adapt({forwardRe_, forwardIm_}, firstOfHistory.From(2 * place), forwardTaps, keep, forwardFactor);
         if (backwardUsed_) {
             const float backwardFactor[2] = {backward.real(), backward.imag()};
-            kernels_->adapt({backwardRe_, backwardIm_}, Earlier(), backwardTaps, keep, backwardFactor);
+            kernels_->adapt({backwardRe_, backwardIm_}, Earlier(place - ComplexGroup::size), backwardTaps, keep,
+                            backwardFactor);
         }
-    }
-
-    /// The next symbol, as decided.
-    void Push(std::complex<float> symbol)
-    {
-        earlierRe_[symbols_ + backwardTaps] = symbol.real();
-        earlierIm_[symbols_ + backwardTaps] = symbol.imag();
-        ++symbols_;
     }
 
     /// Whether a tap of the backward filter stands out from the others, which noise moves.
@@ -77,17 +86,22 @@ public:
     bool BackwardUsed() const { return backwardUsed_; }
 
 private:
-    ComplexRow Earlier() { return {earlierRe_.data() + symbols_, earlierIm_.data() + symbols_}; }
+    /// What the backward filter sees of a symbol; 0 is the next one.
+    ConstComplexRow Earlier(size_t place) const
+    {
+        return {&earlierRe_[symbols_ + place], &earlierIm_[symbols_ + place]};
+    }
 
     const Kernels* kernels_;
-    // Mutable for the kernels, which take rows that they may write to.
-    mutable float forwardRe_[forwardTaps];
-    mutable float forwardIm_[forwardTaps];
+    float forwardRe_[forwardTaps];
+    float forwardIm_[forwardTaps];
     float backwardRe_[backwardTaps];
     float backwardIm_[backwardTaps];
     std::vector<float> earlierRe_;
     std::vector<float> earlierIm_;
     size_t symbols_ = 0;  ///< of this block
+    ComplexGroup forward_{};
+    ComplexGroup backward_{};
     bool backwardUsed_ = true;
 };
 

@@ -2,6 +2,6 @@
 
 namespace tvn2x::recordings {
 
-const Kernels baselineKernels{"SSE2", Mix, Interpolate, Product, Adapt};
+const Kernels baselineKernels{"SSE2", Mix, Interpolate, Products, Adapt};
 
 }  // namespace tvn2x::recordings

@@ -2,6 +2,6 @@
 
 namespace tvn2x::recordings {
 
-const Kernels wideKernels{"AVX2 and FMA", Mix, Interpolate, Product, Adapt};
+const Kernels wideKernels{"AVX2 and FMA", Mix, Interpolate, Products, Adapt};
 
 }  // namespace tvn2x::recordings

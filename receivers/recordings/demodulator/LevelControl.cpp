@@ -1,7 +1,9 @@
 #include "receivers/recordings/demodulator/LevelControl.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <numeric>
 
 namespace tvn2x::recordings {
 
@@ -10,11 +12,14 @@ LevelControl::LevelControl(double rollOff) : matchedShare_(1 - rollOff / 4) {}
 
 void LevelControl::Process(ComplexRow values, size_t count)
 {
-    double sum = 0;
-    for (size_t i = 0; i < count; ++i) {
-        sum += static_cast<double>(values.re[i] * values.re[i] + values.im[i] * values.im[i]);
+    std::array<float, 8> sums{};  // many, because each waits for the one before
+    for (size_t i = 0; i < count; i += sums.size()) {
+        for (size_t k = 0; k < sums.size(); ++k) {
+            sums[k] += values.re[i + k] * values.re[i + k] + values.im[i + k] * values.im[i + k];
+        }
     }
-    last_ = sum / static_cast<double>(count) / matchedShare_ / (gain_ * gain_);
+    last_ =
+        std::accumulate(sums.begin(), sums.end(), 0.0) / static_cast<double>(count) / matchedShare_ / (gain_ * gain_);
     ++blocks_;
     power_ = blocks_ == 1 ? last_ : power_ + (last_ - power_) / std::min(blocks_, 64);
 }

@@ -13,7 +13,7 @@ class LevelControl
 public:
     explicit LevelControl(double rollOff);
 
-    /// Takes in values behind the matched filter, as they are after the gain.
+    /// Takes in values behind the matched filter, as they are after the gain; a multiple of 8.
     void Process(ComplexRow values, size_t count);
     /// Sets the gain by the values taken in last.
     void Adjust();

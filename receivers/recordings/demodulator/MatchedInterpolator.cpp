@@ -30,14 +30,16 @@ MatchedInterpolator::MatchedInterpolator(double nominalStep, double rollOff, con
     tapCount_ = (static_cast<size_t>(2 * halfSymbols * samplesPerSymbol) / 8 + 1) * 8;
     phases_ = std::min<size_t>(512, tableFloats / tapCount_);
     taps_.resize((phases_ + 1) * tapCount_);
-    for (size_t phase = 0; phase <= phases_; ++phase) {
+    // The taps of a phase are those of its counterpart the other way round.
+    for (size_t phase = 0; phase <= phases_ / 2; ++phase) {
         const double part = static_cast<double>(phase) / static_cast<double>(phases_);
         for (size_t k = 0; k < tapCount_; ++k) {
             const double samples = static_cast<double>(k) - (static_cast<double>(tapCount_) / 2 - 1) - part;
             const double edge = std::min(1.0, std::abs(samples) / (static_cast<double>(tapCount_) / 2));
             const double fade = std::sqrt(std::max(0.0, std::cos(pi / 2 * edge)));
-            taps_[phase * tapCount_ + k] =
-                static_cast<float>(fade * RootRaisedCosine(samples / samplesPerSymbol, rollOff) / samplesPerSymbol);
+            const double tap = fade * RootRaisedCosine(samples / samplesPerSymbol, rollOff) / samplesPerSymbol;
+            taps_[phase * tapCount_ + k] = static_cast<float>(tap);
+            taps_[(phases_ - phase + 1) * tapCount_ - 1 - k] = static_cast<float>(tap);
         }
     }
     held_ = tapCount_ + slack;
@@ -72,7 +74,8 @@ size_t MatchedInterpolator::Give(size_t values, ComplexRow out)
     if (static_cast<size_t>(end) + tapCount_ / 2 + slack > held_) {
         return 0;
     }
-    kernels_->interpolate({taps_.data(), tapCount_, phases_, Input(), position_, step, gain_}, values, out);
+    kernels_->interpolate({taps_.data(), tapCount_, static_cast<int32_t>(phases_), Input(), position_, step, gain_},
+                          values, out);
     position_ = end;
     return values;
 }

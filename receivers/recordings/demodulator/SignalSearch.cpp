@@ -11,6 +11,9 @@ using std::numbers::pi;
 SignalSearch::SignalSearch(const SignalParameters& parameters, double rate)
     : rate_(rate), symbolRate_(parameters.symbolRate), transform_(length), window_(FadingWindow(length))
 {
+    for (size_t i = 0; i < length; ++i) {
+        turns_.emplace_back(std::polar(1.0, pi * std::remainder(symbolRate_ / rate * static_cast<double>(i), 2.0)));
+    }
     // The product of two root-raised-cosine edges one symbol rate apart is half a wave of a cosine.
     const double halfWidth = parameters.rollOff * symbolRate_ / 2 / rate * length;
     for (int bin = -static_cast<int>(halfWidth); bin <= static_cast<int>(halfWidth); ++bin) {
@@ -23,18 +26,17 @@ SignalSearch::Edges SignalSearch::EdgesOf(std::span<const std::complex<float>> s
     std::vector<std::complex<float>> upper(length);
     std::vector<std::complex<float>> lower(length);
     for (size_t i = 0; i < length; ++i) {
-        const double turns = symbolRate_ / rate_ / 2 * (firstTime + static_cast<double>(i));
-        const double angle = 2 * pi * (turns - std::floor(turns));
-        const std::complex<float> turn(static_cast<float>(std::cos(angle)), static_cast<float>(std::sin(angle)));
         const std::complex<float> sample = samples[i] * window_[i];
-        upper[i] = sample * std::conj(turn);
-        lower[i] = sample * turn;
+        upper[i] = sample * std::conj(turns_[i]);
+        lower[i] = sample * turns_[i];
     }
     transform_.Forward(upper);
     transform_.Forward(lower);
+    // Both have turned until the stretch began.
+    const std::complex<float> turned(std::polar(1.0, -2 * pi * std::remainder(symbolRate_ / rate_ * firstTime, 1.0)));
     Edges edges{std::vector<std::complex<float>>(length), std::vector<float>(length)};
     for (size_t i = 0; i < length; ++i) {
-        edges.product[i] = upper[i] * std::conj(lower[i]);
+        edges.product[i] = upper[i] * std::conj(lower[i]) * turned;
         edges.power[i] = (std::norm(upper[i]) + std::norm(lower[i])) / 2;
     }
     return edges;

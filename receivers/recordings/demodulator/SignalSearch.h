@@ -55,7 +55,8 @@ private:
     double symbolRate_;
     FourierTransform transform_;
     std::vector<float> window_;
-    std::vector<float> weights_;  ///< of the bins around the carrier: how coherent they are without noise
+    std::vector<std::complex<float>> turns_;  ///< of half a symbol rate
+    std::vector<float> weights_;              ///< of the bins around the carrier: how coherent they are without noise
 };
 
 }  // namespace tvn2x::recordings

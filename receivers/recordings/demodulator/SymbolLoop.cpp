@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <numeric>
 
 namespace tvn2x::recordings {
 namespace {
@@ -11,6 +12,41 @@ namespace {
 std::complex<float> Times(std::complex<float> a, std::complex<float> b)
 {
     return {a.real() * b.real() - a.imag() * b.imag(), a.real() * b.imag() + a.imag() * b.real()};
+}
+
+ComplexGroup Product(const ComplexGroup& a, const ComplexGroup& b)
+{
+    ComplexGroup product;
+    for (size_t i = 0; i < ComplexGroup::size; ++i) {
+        product.re[i] = a.re[i] * b.re[i] - a.im[i] * b.im[i];
+        product.im[i] = a.re[i] * b.im[i] + a.im[i] * b.re[i];
+    }
+    return product;
+}
+
+ComplexGroup Difference(const ComplexGroup& a, const ComplexGroup& b)
+{
+    ComplexGroup difference;
+    for (size_t i = 0; i < ComplexGroup::size; ++i) {
+        difference.re[i] = a.re[i] - b.re[i];
+        difference.im[i] = a.im[i] - b.im[i];
+    }
+    return difference;
+}
+
+ComplexGroup Scaled(const ComplexGroup& group, float scale)
+{
+    ComplexGroup scaled;
+    for (size_t i = 0; i < ComplexGroup::size; ++i) {
+        scaled.re[i] = group.re[i] * scale;
+        scaled.im[i] = group.im[i] * scale;
+    }
+    return scaled;
+}
+
+double Sum(const std::array<float, ComplexGroup::size>& values)
+{
+    return std::accumulate(values.begin(), values.end(), 0.0);
 }
 
 }  // namespace
@@ -31,15 +67,22 @@ void SymbolLoop::Blind(ComplexRow values, std::span<std::complex<float>> out)
 {
     const auto modulus = static_cast<float>(constellation_->Dispersion() / constellation_->MeanPower());
     equaliser_.BeginBlock();
-    for (size_t i = 0; i < out.size(); ++i) {
-        const ComplexRow row = values.From(2 * i);
-        const std::complex<float> symbol = equaliser_.Forward(row) - equaliser_.Backward();
-        const float excess = modulus - std::norm(symbol);
-        // What is far out says more about the noise than about the equaliser.
-        const std::complex<float> error = symbol * std::max(excess, -2 * modulus);
-        equaliser_.Adapt(row, error * blind_.forward, error * -blind_.backward);
-        equaliser_.Push(symbol);
-        out[i] = symbol;
+    for (size_t first = 0; first < out.size(); first += ComplexGroup::size) {
+        const ComplexRow row = values.From(2 * first);
+        equaliser_.BeginGroup(row);
+        ComplexGroup symbols = Difference(equaliser_.Forward(), equaliser_.Backward());
+        for (size_t i = 1; i < ComplexGroup::size; ++i) {
+            equaliser_.Release(i, symbols, symbols);
+        }
+        equaliser_.EndGroup(symbols);
+        for (size_t i = 0; i < ComplexGroup::size; ++i) {
+            const std::complex<float> symbol = symbols[i];
+            const float excess = modulus - std::norm(symbol);
+            // What is far out says more about the noise than about the equaliser.
+            const std::complex<float> error = symbol * std::max(excess, -2 * modulus);
+            equaliser_.Adapt(i, row, error * blind_.forward, error * -blind_.backward);
+            out[first + i] = symbol;
+        }
     }
 }
 
@@ -60,39 +103,63 @@ void SymbolLoop::Settle()
     equaliser_.UseBackward(equaliser_.HasEchoes());
 }
 
+/// The points that a group of symbols is taken for.
+ComplexGroup SymbolLoop::DecideGroup(ComplexGroup& symbols) const
+{
+    ComplexGroup points;
+    if (!equaliser_.BackwardUsed()) {
+        points = symbols;
+        for (size_t i = 0; i < ComplexGroup::size; ++i) {
+            constellation_->Decide(points.re[i], points.im[i]);
+        }
+        return points;
+    }
+    for (size_t i = 0; i < ComplexGroup::size; ++i) {
+        equaliser_.Release(i, points, symbols);
+        points.re[i] = symbols.re[i];
+        points.im[i] = symbols.im[i];
+        constellation_->Decide(points.re[i], points.im[i]);
+    }
+    return points;
+}
+
 SymbolLoop::Outcome SymbolLoop::Decide(ComplexRow values, std::span<std::complex<float>> out,
                                        std::span<Constellation::Cell> points)
 {
     const auto scale = static_cast<float>(std::sqrt(constellation_->MeanPower()));
     const float unit = 1 / scale;
-    float errors = 0;
-    float powers = 0;
+    std::array<float, ComplexGroup::size> errorPower{};
+    std::array<float, ComplexGroup::size> power{};
     std::array<bool, 256> used{};
     equaliser_.BeginBlock();
-    for (size_t i = 0; i < out.size(); ++i) {
-        const ComplexRow row = values.From(2 * i);
-        const std::complex<float> turn = carrier_.Turn();
-        const std::complex<float> symbol = Times(equaliser_.Forward(row), turn) - equaliser_.Backward();
-        const std::complex<float> scaled = symbol * scale;
-        const Constellation::Cell point = constellation_->Nearest(scaled.real(), scaled.imag());
-        const std::complex<float> decided(Constellation::I(point) * unit, Constellation::Q(point) * unit);
-        const std::complex<float> error = decided - symbol;
-        carrier_.Follow(symbol, decided);
-        if (i % adaptEvery_ == 0 && !held_) {
-            const std::complex<float> moving = error + meanError_;
-            meanError_ -= moving * 2e-4F;
-            equaliser_.Adapt(row, Times(moving * decided_.forward, std::conj(turn)), moving * -decided_.backward);
+    for (size_t first = 0; first < out.size(); first += ComplexGroup::size) {
+        const ComplexRow row = values.From(2 * first);
+        equaliser_.BeginGroup(row);
+        const ComplexGroup turns = carrier_.Turns();
+        ComplexGroup symbols = Scaled(Difference(Product(equaliser_.Forward(), turns), equaliser_.Backward()), scale);
+        const ComplexGroup nearest = DecideGroup(symbols);
+        const ComplexGroup errors = Scaled(Difference(nearest, symbols), unit);
+        equaliser_.EndGroup(Scaled(nearest, unit));
+        float turned = 0;
+        for (size_t i = 0; i < ComplexGroup::size; ++i) {
+            out[first + i] = symbols[i];
+            points[first + i] = Constellation::CellOf(nearest.re[i], nearest.im[i]);
+            used[points[first + i]] = true;
+            turned += symbols.im[i] * nearest.re[i] - symbols.re[i] * nearest.im[i];
+            errorPower[i] += errors.re[i] * errors.re[i] + errors.im[i] * errors.im[i];
+            power[i] += symbols.re[i] * symbols.re[i] + symbols.im[i] * symbols.im[i];
         }
-        equaliser_.Push(decided);
-        out[i] = scaled;
-        points[i] = point;
-        used[point] = true;
-        errors += std::norm(error);
-        powers += std::norm(symbol);
+        carrier_.Follow(turned * unit * unit / ComplexGroup::size);
+        for (size_t i = 0; i < ComplexGroup::size && !held_; i += adaptEvery_) {
+            const std::complex<float> moving = errors[i] + meanError_;
+            meanError_ -= moving * 2e-4F;
+            equaliser_.Adapt(i, row, Times(moving * decided_.forward, std::conj(turns[i])),
+                             moving * -decided_.backward);
+        }
     }
-    const double toUnits = constellation_->MeanPower() / static_cast<double>(out.size());
+    const auto count = static_cast<double>(out.size());
     const auto pointsUsed = static_cast<int>(std::count(used.begin(), used.end(), true));
-    return {static_cast<double>(errors) * toUnits, static_cast<double>(powers) * toUnits, pointsUsed};
+    return {Sum(errorPower) * constellation_->MeanPower() / count, Sum(power) / count, pointsUsed};
 }
 
 }  // namespace tvn2x::recordings

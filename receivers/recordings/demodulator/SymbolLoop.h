@@ -55,6 +55,8 @@ private:
         float backward;
     };
 
+    ComplexGroup DecideGroup(ComplexGroup& symbols) const;
+
     const Constellation* constellation_;
     Equaliser equaliser_;
     CarrierLoop carrier_;

@@ -21,11 +21,6 @@ constexpr std::array<int, 36> cross128{0b00000, 0b00001, 0b00101, 0b00100, 0b011
                                        0b11000, 0b11001, 0b01001, 0b01000, none,    none,     //
                                        0b11010, 0b11011, 0b01011, 0b01010, none,    none};
 
-Constellation::Cell CellOf(int i, int q)
-{
-    return static_cast<Constellation::Cell>((q + 15) / 2 << 4 | (i + 15) / 2);
-}
-
 /// Every other bit of a label is one axis's: spreads a number over the even places.
 unsigned Spread(unsigned number)
 {
@@ -59,7 +54,7 @@ Constellation::Constellation(int32_t order) : order_(order)
 void Constellation::AddPoint(int i, int q, unsigned label)
 {
     for (unsigned quadrant = 0; quadrant < 4; ++quadrant) {
-        labels_[CellOf(i, q)] = static_cast<uint8_t>(quadrant << 6 | label);
+        labels_[CellOf(static_cast<float>(i), static_cast<float>(q))] = static_cast<uint8_t>(quadrant << 6 | label);
         const int turned = -q;
         q = i;
         i = turned;
@@ -103,7 +98,7 @@ void Constellation::TakeMoments()
         for (int q = -15; q <= 15; q += 2) {
             const auto isPoint = [&](int column, int row) {
                 return static_cast<float>(std::max(std::abs(column), std::abs(row))) < limit_ &&
-                       (!corners_ || labels_[CellOf(column, row)] != missing);
+                       (!corners_ || labels_[CellOf(static_cast<float>(column), static_cast<float>(row))] != missing);
             };
             if (!isPoint(i, q)) {
                 continue;
@@ -121,12 +116,10 @@ void Constellation::TakeMoments()
 }
 
 /// In a missing corner, the nearest point is beside it or above it: where less has to be gone.
-Constellation::Cell Constellation::NearestToCorner(float i, float q) const
+void Constellation::LeaveCorner(float placeI, float placeQ, float& i, float& q) const
 {
-    const bool beside = std::abs(i) < std::abs(q);
-    const float& shortened = beside ? i : q;
-    const float end = std::copysign(cornerLimit_, shortened);
-    return beside ? Nearest(end, q) : Nearest(i, end);
+    float& shortened = std::abs(placeI) < std::abs(placeQ) ? i : q;
+    shortened = std::copysign(cornerLimit_, shortened);
 }
 
 }  // namespace tvn2x::recordings

@@ -29,16 +29,19 @@ public:
     /// The mean number of neighbours at the least distance.
     double Neighbours() const { return neighbours_; }
 
-    /// The point nearest to a place.
-    Cell Nearest(float i, float q) const
+    /// Moves a place to the point nearest to it.
+    void Decide(float& i, float& q) const
     {
-        // In this order what is no number becomes the limit.
-        const auto column = static_cast<int>(std::max(-limit_, std::min(limit_, i)) * 0.5F + 8.0F);
-        const auto row = static_cast<int>(std::max(-limit_, std::min(limit_, q)) * 0.5F + 8.0F);
-        const auto cell = static_cast<Cell>(row << 4 | column);
-        return corners_ && labels_[cell] == missing ? NearestToCorner(i, q) : cell;
+        const float placeI = i;
+        const float placeQ = q;
+        i = NearestOdd(placeI);
+        q = NearestOdd(placeQ);
+        if (corners_ && std::min(std::abs(i), std::abs(q)) > cornerLimit_) {
+            LeaveCorner(placeI, placeQ, i, q);
+        }
     }
 
+    static Cell CellOf(float i, float q) { return static_cast<Cell>(static_cast<int>(8 * q + 0.5F * i + 127.5F)); }
     static float I(Cell cell) { return static_cast<float>(2 * (cell & 15) - 15); }
     static float Q(Cell cell) { return static_cast<float>(2 * (cell >> 4) - 15); }
     /// The same point with the sign of Q turned, as it is seen in an inverted spectrum.
@@ -51,7 +54,15 @@ public:
 private:
     static constexpr uint8_t missing = 0x3F;
 
-    Cell NearestToCorner(float i, float q) const;
+    /// Within the constellation.
+    float NearestOdd(float place) const
+    {
+        // In this order what is no number becomes the limit. So far from 0 only even numbers can be told apart.
+        constexpr float distant = 3 << 23;
+        return std::max(-limit_, std::min(limit_, place)) + 1 + distant - distant - 1;
+    }
+
+    void LeaveCorner(float placeI, float placeQ, float& i, float& q) const;
     void AddPoint(int i, int q, unsigned label);
     void AddSquare();
     void AddCross();

@@ -34,6 +34,10 @@ ReedSolomon::ReedSolomon()
             half = half << 8 | Product(generator[i + 1], static_cast<uint8_t>(byte));
         }
     }
+    for (size_t byte = 0; byte < feedback_.size(); ++byte) {
+        const Parity& added = feedback_[byte];
+        feedbackBefore_[byte] = added.Without(1).Plus(feedback_[added.First()]);
+    }
 }
 
 uint8_t ReedSolomon::Product(uint8_t a, uint8_t b) const
@@ -60,10 +64,10 @@ uint8_t ReedSolomon::Value(std::span<const uint8_t> polynomial, uint8_t at) cons
 std::array<uint8_t, ReedSolomon::parityBytes> ReedSolomon::Remainder(std::span<const uint8_t, codeBytes> word) const
 {
     Parity rest;
-    for (size_t i = 0; i < dataBytes; ++i) {
-        const Parity& added = feedback_[word[i] ^ rest.high >> 56];
-        rest.high = (rest.high << 8 | rest.low >> 56) ^ added.high;
-        rest.low = rest.low << 8 ^ added.low;
+    for (size_t i = 0; i < dataBytes; i += 2) {
+        const Parity& first = feedbackBefore_[word[i] ^ rest.First()];
+        const Parity& second = feedback_[word[i + 1] ^ rest.Second()];
+        rest = rest.Without(2).Plus(first).Plus(second);
     }
     std::array<uint8_t, parityBytes> remainder{};
     for (size_t i = 0; i < parityBytes; ++i) {

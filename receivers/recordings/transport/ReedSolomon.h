@@ -47,11 +47,18 @@ private:
     {
         uint64_t high = 0;
         uint64_t low = 0;
+
+        uint8_t First() const { return static_cast<uint8_t>(high >> 56); }
+        uint8_t Second() const { return static_cast<uint8_t>(high >> 48); }
+        Parity Without(int bytes) const { return {high << (8 * bytes) | low >> (64 - 8 * bytes), low << (8 * bytes)}; }
+        Parity Plus(const Parity& other) const { return {high ^ other.high, low ^ other.low}; }
     };
 
     std::array<uint8_t, 512> powers_{};  ///< of the field's generator; twice round, so that sums need no modulo
     std::array<uint8_t, 256> logarithms_{};
-    std::array<Parity, 256> feedback_{};  ///< what a byte that leaves the division adds to the remainder
+    /// What a byte that leaves the division adds to the remainder, and what it has added one byte later.
+    std::array<Parity, 256> feedback_{};
+    std::array<Parity, 256> feedbackBefore_{};
 };
 
 }  // namespace tvn2x::recordings

@@ -31,6 +31,14 @@ std::vector<std::complex<double>> RandomPoints(int order, size_t count)
     return points;
 }
 
+std::complex<float> Nearest(const Constellation& constellation, std::complex<float> place)
+{
+    float i = place.real();
+    float q = place.imag();
+    constellation.Decide(i, q);
+    return {i, q};
+}
+
 TEST(Constellation, DecidesForTheNearestPoint)
 {
     for (const int order : {16, 32, 64, 128, 256}) {
@@ -45,20 +53,21 @@ TEST(Constellation, DecidesForTheNearestPoint)
         std::uniform_real_distribution<float> place(-18, 18);
         for (int number = 0; number < 500; ++number) {
             const std::complex<float> at(place(random), place(random));
-            const Constellation::Cell cell = constellation.Nearest(at.real(), at.imag());
             float least = 1000;
             for (const auto& [i, q] : points) {
                 least =
                     std::min(least, std::hypot(at.real() - static_cast<float>(i), at.imag() - static_cast<float>(q)));
             }
-            const std::complex<float> decided(Constellation::I(cell), Constellation::Q(cell));
+            const std::complex<float> decided = Nearest(constellation, at);
             ASSERT_NEAR(std::abs(at - decided), least, 1e-4) << order << at;
+            const Constellation::Cell cell = Constellation::CellOf(decided.real(), decided.imag());
+            ASSERT_EQ(decided, std::complex<float>(Constellation::I(cell), Constellation::Q(cell)));
         }
     }
     // What is no number is somebody's nearest point, too: the search among the missing corners ends.
     const float nan = std::nanf("");
-    EXPECT_EQ(Constellation::I(Constellation(32).Nearest(nan, nan)), 5);
-    EXPECT_EQ(Constellation::Q(Constellation(32).Nearest(5, nan)), 3);
+    EXPECT_EQ(Nearest(Constellation(32), {nan, nan}).real(), 5);
+    EXPECT_EQ(Nearest(Constellation(32), {5, nan}).imag(), 3);
     EXPECT_THROW(Constellation(100), std::invalid_argument);
 }
 
@@ -120,7 +129,8 @@ SignalReadings Measured(int order, double noise, double jitter, std::complex<dou
                                             origin * std::sqrt(power) +
                                             std::complex<double>(gaussian(random), gaussian(random)) * deviation;
         symbols.emplace_back(symbol);
-        cells.push_back(constellation.Nearest(symbols.back().real(), symbols.back().imag()));
+        const std::complex<float> nearest = Nearest(constellation, symbols.back());
+        cells.push_back(Constellation::CellOf(nearest.real(), nearest.imag()));
     }
     return ConstellationAnalysis(constellation).Measure({symbols, cells}, [](double) { return 1; });
 }
@@ -161,7 +171,7 @@ TEST(Kernels, OfBothKindsReckonAlike)
     std::uniform_real_distribution<float> uniform(-1, 1);
     std::vector<float> rows[4];
     for (std::vector<float>& row : rows) {
-        for (int i = 0; i < 64; ++i) {
+        for (int i = 0; i < 80; ++i) {
             row.push_back(uniform(random));
         }
     }
@@ -172,10 +182,17 @@ TEST(Kernels, OfBothKindsReckonAlike)
         std::vector<float> b = rows[1];
         const float factor[2] = {0.25F, -0.5F};
         kernels.adapt({a.data(), b.data()}, {rows[2].data(), rows[3].data()}, 64, 0.5F, factor);
-        float sum[2];
-        kernels.product({a.data(), b.data()}, {rows[2].data(), rows[3].data()}, 64, sum);
+        ComplexGroup sums;
+        kernels.products({a.data(), b.data()}, {rows[2].data(), rows[3].data()}, 2, 64, sums);
+        for (size_t place = 0; place < ComplexGroup::size; ++place) {
+            std::complex<float> sum;
+            for (size_t i = 0; i < 64; ++i) {
+                sum += std::complex<float>(a[i], b[i]) *
+                       std::complex<float>(rows[2][2 * place + i], rows[3][2 * place + i]);
+            }
+            EXPECT_NEAR(std::abs(sums[place] - sum), 0, 1e-4) << kernels.name;
+        }
         a.insert(a.end(), b.begin(), b.end());
-        a.insert(a.end(), sum, sum + 2);
         results[kind] = a;
     }
     for (size_t i = 0; i < results[0].size(); ++i) {

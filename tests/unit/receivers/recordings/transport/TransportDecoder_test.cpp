@@ -38,7 +38,7 @@ std::vector<Constellation::Cell> CellsOf(int order, const std::vector<uint8_t>& 
     std::vector<Constellation::Cell> cells;
     for (std::complex<double> point : points) {
         point = (mirrored ? std::conj(point) : point) * std::pow(std::complex<double>(0, 1), turns);
-        cells.push_back(constellation.Nearest(static_cast<float>(point.real()), static_cast<float>(point.imag())));
+        cells.push_back(Constellation::CellOf(static_cast<float>(point.real()), static_cast<float>(point.imag())));
     }
     return cells;
 }
