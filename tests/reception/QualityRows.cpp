@@ -128,7 +128,10 @@ void AddImpairment(std::vector<Row>& rows, const std::string& name, const sender
         rows.push_back({"carrier to interference, dB", trial, brief, *signal.interferer, 1, 1,
                         [readings] { return readings().carrierToInterference.value_or(notMeasured); }});
     }
-    rows.push_back({"signal to noise, dB", trial, brief, 36, 1, 1,
+    // An interferer counts as noise.
+    const double noise =
+        signal.interferer ? -10 * std::log10(std::pow(10, -3.6) + std::pow(10, -*signal.interferer / 10)) : 36;
+    rows.push_back({"signal to noise, dB", trial, brief, noise, 1, 1,
                     [readings] { return readings().signalToNoise.value_or(notMeasured); }});
 }
 

@@ -189,11 +189,13 @@ SignalReadings ConstellationAnalysis::Measure(const ReceivedSymbols& received, c
         return readings;
     }
     const double power = constellation_->MeanPower();
+    const Axes axes = FitAxes(received);
+    const std::vector<std::complex<float>> residues = Residues(received, axes.origin, axes.i, axes.q);
+    const double blurred = MeanPower(residues);
     // Noise that was folded away; below a twentieth the decisions are right.
-    const double folded = flattered > 0.05 ? TruePower(flattered) - flattered : 0;
+    const double folded = blurred > 0.05 ? TruePower(blurred) - blurred : 0;
     readings.mer = dvbc::DecibelsOfPower(power / (flattered + folded));
 
-    const Axes axes = FitAxes(received);
     readings.carrierSuppression = std::min(70.0, dvbc::DecibelsOfPower(power / std::norm(axes.origin)));
     const double longer = std::max(std::abs(axes.i), std::abs(axes.q));
     const double shorter = std::min(std::abs(axes.i), std::abs(axes.q));
@@ -201,7 +203,6 @@ SignalReadings ConstellationAnalysis::Measure(const ReceivedSymbols& received, c
     const double sine = (axes.i * std::conj(axes.q)).real() / (longer * shorter);
     readings.quadratureError = std::abs(std::asin(std::clamp(sine, -1.0, 1.0))) * 180 / pi;
 
-    const std::vector<std::complex<float>> residues = Residues(received, axes.origin, axes.i, axes.q);
     const Jitter jitter = MeasureJitter(received, residues);
     constexpr double greatestBlur = 0.2 * pi / 180;
     if (jitter.blur < greatestBlur * greatestBlur) {
@@ -212,7 +213,7 @@ SignalReadings ConstellationAnalysis::Measure(const ReceivedSymbols& received, c
     if (lines.received > 0) {
         readings.carrierToInterference = dvbc::DecibelsOfPower(power / lines.received);
     }
-    const double noise = MeanPower(residues) + folded - std::max(0.0, jitter.variance) * power - lines.left;
+    const double noise = blurred + folded - std::max(0.0, jitter.variance) * power + lines.received - lines.left;
     readings.signalToNoise = dvbc::DecibelsOfPower(power / std::max(noise, 1e-6 * power));
     return readings;
 }

@@ -21,8 +21,8 @@ struct ReceivedSymbols
 /// and means go over all N symbols, P is the mean of |d|^2.
 ///
 /// - MER (6.9.2): P over the mean of |r - d|^2. Where noise takes symbols to a neighbour, what is decided flatters: the
-///   share is put back that white noise of such a strength loses that way. Not measured where the errors are more than
-///   0.40, about 3 dB below the MER of a bit error ratio of 1e-3: there the decisions say too little.
+///   share is put back that white noise as strong as e (below) loses that way. Not measured where the errors are more
+///   than 0.40, about 3 dB below the MER of a bit error ratio of 1e-3: there the decisions say too little.
 /// - Carrier suppression (6.9.4): P over |mean of r - d|^2. At most 70 dB, which is about what N resolves.
 /// - Amplitude imbalance and quadrature error (6.9.5, 6.9.6): of the straight lines that I and Q of d are received as
 ///   (least squares): how much longer one is, and how far they are from a right angle. Without signs, because the
@@ -35,7 +35,8 @@ struct ReceivedSymbols
 ///   seen.
 /// - Interferer (6.9.8): lines in the spectrum of e, with what the equaliser took away of them put back. One is seen
 ///   down to about 25 dB below the noise.
-/// - Signal to noise (6.9.10): P over what is left of e without jitter and lines.
+/// - Signal to noise (6.9.10): P over what is left of e without jitter. Lines count as noise, as the other receivers
+///   have it, and as much of them as came in: taking the interferer's power away leaves that of the noise.
 class ConstellationAnalysis
 {
 public:

@@ -12,7 +12,7 @@ struct SignalReadings
     size_t symbols = 0;  ///< that the readings were taken over
 
     std::optional<double> mer;                    ///< dB, clause 6.9.2
-    std::optional<double> signalToNoise;          ///< dB, clause 6.9.10: what is left when all below is taken out
+    std::optional<double> signalToNoise;          ///< dB, clause 6.9.10; an interferer counts as noise
     std::optional<double> carrierSuppression;     ///< dB, clause 6.9.4
     std::optional<double> amplitudeImbalance;     ///< per cent, not negative, clause 6.9.5
     std::optional<double> quadratureError;        ///< degrees, not negative, clause 6.9.6
