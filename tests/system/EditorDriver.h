@@ -41,12 +41,13 @@ public:
         CloseHandle(done_);
     }
 
-    /// What ISetup.Edit says when the deeds are done. A dialog that is then still open is cancelled.
+    /// What ISetup.Edit says to a host with unmasked exceptions when the deeds are done. A dialog that is then still
+    /// open is cancelled.
     HRESULT Edit(ISetup* setup, bool& accepted, const Deeds& deeds)
     {
         VARIANT_BOOL answer = VARIANT_FALSE;
         HRESULT result = E_FAIL;
-        Work([&] { result = setup->Edit(&answer); }, deeds);
+        Work([&] { result = FromUnmaskedHost([&] { return setup->Edit(&answer); }); }, deeds);
         accepted = answer != VARIANT_FALSE;
         return result;
     }
@@ -200,7 +201,6 @@ public:
     }
     HWND List(Column column) const { return Find(control_id::List(GridOf(column))); }
     HWND CellEditor(Grid grid) const { return Find(control_id::CellEditor(grid)); }
-    bool IsEditing(Grid grid) const { return IsWindowVisible(CellEditor(grid)) && Focus() == CellEditor(grid); }
     HWND Focus() const { return GuiState().hwndFocus; }
     int FocusId() const { return GetDlgCtrlID(Focus()); }
     Page CurrentPage() const { return static_cast<Page>(SendMessageW(Find(control_id::tabs), TCM_GETCURSEL, 0, 0)); }

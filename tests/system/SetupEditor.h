@@ -13,10 +13,9 @@ namespace tvn2x::client {
 using Channels = std::vector<std::tuple<std::wstring, double, double>>;
 
 /// A setup, and a person who edits it.
-class SetupEditor : public Apartment
+struct EditedSetup
 {
-protected:
-    SetupEditor() : setup(Create<_clsSetup>(L"TVN2x.clsSetup")) { setup->put_ListSize(0); }
+    EditedSetup() { setup->put_ListSize(0); }
 
     /// True for OK.
     bool Edit(const EditorDriver::Deeds& deeds)
@@ -58,8 +57,12 @@ protected:
         return value != VARIANT_FALSE;
     }
 
-    ComPtr<_clsSetup> setup;
+    ComPtr<_clsSetup> setup = Create<_clsSetup>(L"TVN2x.clsSetup");
     EditorDriver person;
+};
+
+struct SetupEditor : Apartment, EditedSetup
+{
 };
 
 }  // namespace tvn2x::client

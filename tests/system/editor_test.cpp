@@ -1,4 +1,4 @@
-// The setup editor as a person uses it: the registered plug-in's own dialog, by keys and clicks.
+// The setup editor's window: its size and place, what a screen reader and the mouse find, colours, and its owner.
 
 #include <initguid.h>
 
@@ -8,122 +8,6 @@
 
 namespace tvn2x::client {
 namespace {
-
-TEST_F(SetupEditor, NewChannelIsTypedAndAHostThatHasUnmaskedExceptionsKeepsItsControlWords)
-{
-    HRESULT result = E_FAIL;
-    VARIANT_BOOL accepted = VARIANT_FALSE;
-    person.Work([&] { result = FromUnmaskedHost([&] { return setup.As<ISetup>()->Edit(&accepted); }); },
-                [](EditorDriver& editor) {
-                    editor.ClickTab(Page::notes);
-                    editor.Alt(L'f');
-                    editor.Alt(L'r');
-                    editor.Type(L" S21");
-                    editor.Press(VK_TAB);
-                    EXPECT_EQ(editor.Rows(MP_FREQUENCY), 2) << "a new placeholder";
-                    editor.Type(L"306x.25");
-                    EXPECT_EQ(editor.FocusText(), L"306.25") << "a letter is no part of a number";
-                    editor.Press(VK_TAB, shift);
-                    EXPECT_EQ(editor.FocusText(), L"S21");
-                    editor.Press(VK_RETURN);
-                    editor.Press(VK_F2);
-                    editor.Type(L"other");
-                    editor.Press(VK_ESCAPE);
-                    EXPECT_EQ(editor.Focus(), editor.List(MP_USERFIELD)) << "Escape leaves the cell before the dialog";
-                    editor.Press(VK_RETURN);
-                });
-    EXPECT_EQ(result, S_OK);
-    EXPECT_EQ(Stored(), (Channels{{L"S21", 306.25, 6.9}}));
-}
-
-TEST_F(SetupEditor, RefusedEntriesAreNamedAndGetTheKeyboardOnTheirPages)
-{
-    Put({{L"one", 474, 6.9}, {L"two", 482, 6.9}});
-    Edit([](EditorDriver& editor) {
-        editor.ClickTab(Page::application);
-        editor.Alt(L'm');
-        editor.Type(L"30a1");
-        editor.ClickTab(Page::frequencies);
-        editor.ClickRow(MP_FREQUENCY, 1);
-        editor.Type(L"2");
-        editor.Click(control_id::ok);
-        EXPECT_TRUE(editor.AnswerMessageBox().starts_with(L"Setup|Maximum settling time is out of range"));
-        EXPECT_EQ(editor.CurrentPage(), Page::application);
-        EXPECT_EQ(editor.FocusId(), control_id::Of(Field::maxSettlingTime));
-        editor.Alt(L'm');
-        editor.Type(L"9");
-        editor.Click(control_id::ok);
-        EXPECT_TRUE(editor.AnswerMessageBox().starts_with(L"Setup|Frequency too low.\n\nPlease"));
-        EXPECT_TRUE(editor.IsEditing(Grid::channels));
-        EXPECT_EQ(editor.FocusText(), L"2");
-    });
-}
-
-TEST_F(SetupEditor, HeadingsSortAndButtonsMoveByClickAndByKey)
-{
-    Put({{L"b", 482, 6.9}, {L"c", 474, 6.9}, {L"a", 490, 6.9}});
-    EXPECT_TRUE(Edit([](EditorDriver& editor) {
-        editor.ClickTab(Page::frequencies);
-        editor.ClickHeading(MP_FREQUENCY);
-        editor.ClickHeading(MP_FREQUENCY);
-        editor.Alt(L'f');
-        editor.Alt(L'r');
-        editor.Alt(L'r');
-        editor.Click(control_id::Of(RowCommand::moveDown, Grid::channels));
-        editor.Alt(L'e');
-        editor.Click(control_id::ok);
-    }));
-    EXPECT_EQ(Stored(), (Channels{{L"a", 490, 6.9}, {L"c", 474, 6.9}})) << "the same channel is moved and removed";
-    EXPECT_EQ(Cell(setup.As<IMeasure>().Get(), 1, MP_FREQUENCY, 2), L"474.0000000") << "OK resets the results";
-}
-
-TEST_F(SetupEditor, ChecksAndChoicesArriveInTheSetup)
-{
-    setup->put_CoupleDisplayAndSave(VARIANT_TRUE);
-    setup->put_Parameter(1, ::MP_FIRST, VARIANT_FALSE);
-    setup->put_Parameter(2, ::MP_FIRST, VARIANT_FALSE);
-    EXPECT_TRUE(Edit([](EditorDriver& editor) {
-        editor.Alt(L's');
-        editor.Alt(L'u');
-        EXPECT_EQ(editor.FocusId(), control_id::Of(Choice::levelUnit));
-        editor.Press(VK_HOME);
-        editor.Press(VK_DOWN);
-        editor.Press(VK_DOWN);
-        editor.Alt(L'p');
-        editor.ClickRow(displayColumn, 1);
-        editor.Alt(L'o');
-        editor.ClickRow(saveColumn, 1);
-        editor.Click(control_id::ok);
-    }));
-    EXPECT_EQ(Get(setup, &_clsSetup::get_LevelUnit), L"dBm");
-    EXPECT_TRUE(Parameter(1, ::MP_FIRST));
-    EXPECT_FALSE(Parameter(2, ::MP_FIRST));
-    EXPECT_EQ(Get(setup, &_clsSetup::get_CoupleDisplayAndSave), VARIANT_FALSE);
-}
-
-TEST_F(SetupEditor, AccessKeysWorkOnTheirOwnPageAndGoRoundWhereTwoAreAlike)
-{
-    Edit([](EditorDriver& editor) {
-        editor.Alt(L'r');
-        EXPECT_EQ(editor.FocusId(), control_id::Of(Choice::rolloffFactor));
-        editor.Alt(L'r');
-        EXPECT_EQ(editor.FocusId(), control_id::Of(Choice::reference));
-        editor.Alt(L'r');
-        EXPECT_EQ(editor.FocusId(), control_id::Of(Choice::rolloffFactor));
-        editor.Alt(L'x');
-        EXPECT_EQ(editor.CurrentPage(), Page::xAxis);
-        editor.Alt(L'r');
-        EXPECT_EQ(editor.FocusId(), control_id::Of(Choice::resultFile));
-        editor.Press(VK_TAB, control);
-        EXPECT_EQ(editor.CurrentPage(), Page::settings);
-        editor.Press(VK_TAB, control | shift);
-        EXPECT_EQ(editor.CurrentPage(), Page::xAxis);
-        for (const int hidden :
-             {control_id::Of(Choice::sawFilter), control_id::notes, control_id::List(Grid::channels)}) {
-            EXPECT_FALSE(IsWindowEnabled(GetParent(editor.Find(hidden))));
-        }
-    });
-}
 
 TEST_F(SetupEditor, LargerWindowShowsMoreRowsAndASmallestSizeIsKept)
 {
@@ -163,58 +47,6 @@ TEST_F(SetupEditor, LargerWindowShowsMoreRowsAndASmallestSizeIsKept)
         EXPECT_GE(field.top, around.top);
         EXPECT_LE(field.bottom, around.bottom);
     });
-}
-
-TEST_F(SetupEditor, ProtectedNotesCannotBeEditedUntilTheyAreUnprotected)
-{
-    setup->put_Notes(Bstr(L"Site: Tester:").Get());
-    EXPECT_TRUE(Edit([](EditorDriver& editor) {
-        editor.Alt(L'n');
-        editor.Alt(L't');
-        const HWND notes = editor.Find(control_id::notes);
-        EXPECT_EQ(editor.Focus(), notes);
-        const auto select = [&](LONG from, LONG to) { SendMessageW(notes, EM_SETSEL, static_cast<WPARAM>(from), to); };
-        select(0, 5);
-        editor.Alt(L'r');
-        EXPECT_EQ(editor.Focus(), notes) << "the button gives the keyboard back";
-        select(2, 2);
-        editor.Type(L"x");
-        for (const WPARAM key : {VK_BACK, VK_DELETE, VK_RETURN}) {
-            editor.Press(key);
-        }
-        select(5, 5);
-        editor.Press(VK_BACK);
-        select(0, 13);
-        SendMessageW(notes, WM_CLEAR, 0, 0);
-        SendMessageW(notes, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(L"gone"));
-        EXPECT_EQ(EditorDriver::TextOf(notes), L"Site: Tester:");
-        select(5, 5);
-        editor.Type(L"?");
-        EXPECT_EQ(EditorDriver::TextOf(notes), L"Site:? Tester:") << "behind it there is room for text";
-        select(0, 5);
-        editor.Alt(L'u');
-        select(4, 5);
-        editor.Press(VK_DELETE);
-        EXPECT_EQ(EditorDriver::TextOf(notes), L"Site? Tester:");
-        select(0, 4);
-        editor.Alt(L'r');
-        editor.Click(control_id::ok);
-    }));
-    EXPECT_FALSE(Edit([](EditorDriver& editor) {
-        editor.ClickTab(Page::notes);
-        editor.Alt(L't');
-        const HWND field = editor.Focus();
-        SendMessageW(field, EM_SETSEL, 1, 2);
-        editor.Press(VK_DELETE);
-        EXPECT_EQ(EditorDriver::TextOf(field).substr(0, 13), L"Site? Tester:") << "still protected when opened again";
-        const LRESULT lines = SendMessageW(field, EM_GETLINECOUNT, 0, 0);
-        editor.Press(VK_END, control);
-        editor.Press(VK_RETURN);
-        ASSERT_TRUE(IsWindow(editor.dialog)) << "Enter is a line and not OK";
-        EXPECT_EQ(SendMessageW(field, EM_GETLINECOUNT, 0, 0), lines + 1);
-        editor.Press(VK_ESCAPE);
-        EXPECT_FALSE(IsWindow(editor.dialog));
-    }));
 }
 
 TEST_F(SetupEditor, ProtectedNotesCanBeReadOnDarkWindowsAndKeepTheirColour)
@@ -265,6 +97,113 @@ TEST_F(SetupEditor, SecondEditIsRefusedAndAnObjectThatTheHostLetsGoOfOutlivesThe
     });
     EXPECT_EQ(result, S_OK);
     EXPECT_TRUE(accepted);
+}
+
+TEST_F(SetupEditor, ScreenReaderReadsCellsAndActsOnThem)
+{
+    Put({{L"one", 474, 6.9}, {L"two", 474, 6.9}});
+    Edit([](EditorDriver& editor) {
+        editor.ClickTab(Page::frequencies);
+        EXPECT_EQ(editor.NameOf(MP_FREQUENCY, 1), L"Row 2, Center Frequency, 474.0000000, not selected");
+        EXPECT_EQ(editor.NameOf(MP_FREQUENCY, -1), L"Center Frequency");
+        editor.Accessible(MP_FREQUENCY, [](IAccessible& grid) {
+            const VARIANT cell = EditorDriver::Child(MP_FREQUENCY, 1);
+            Bstr description, key;
+            grid.get_accDescription(cell, description.Put());
+            EXPECT_EQ(description.View(), L"Channel 1 has the same frequency.");
+            grid.get_accKeyboardShortcut(EditorDriver::Child(MP_FREQUENCY, -1), key.Put());
+            EXPECT_EQ(key.View(), L"Alt+F");
+            VARIANT answer{};
+            EXPECT_EQ(grid.get_accRole(cell, &answer), S_OK);
+            EXPECT_EQ(answer.lVal, ROLE_SYSTEM_CELL);
+            EXPECT_EQ(grid.get_accRole(EditorDriver::Child(MP_FREQUENCY, 9), &answer), E_INVALIDARG);
+            EXPECT_EQ(grid.accSelect(SELFLAG_TAKEFOCUS | SELFLAG_TAKESELECTION, cell), S_OK);
+            EXPECT_EQ(grid.get_accState(cell, &answer), S_OK);
+            EXPECT_NE(answer.lVal & STATE_SYSTEM_SELECTED, 0);
+            EXPECT_EQ(grid.get_accFocus(&answer), S_OK);
+            EXPECT_EQ(answer.lVal, cell.lVal);
+            EXPECT_EQ(grid.accNavigate(NAVDIR_DOWN, cell, &answer), S_OK);
+            EXPECT_EQ(answer.lVal, EditorDriver::Child(MP_FREQUENCY, 2).lVal);
+            EXPECT_EQ(grid.accDoDefaultAction(cell), S_OK);
+        });
+        EXPECT_TRUE(editor.Focus() == editor.CellEditor(Grid::channels));
+    });
+}
+
+TEST_F(SetupEditor, WindowComesBackAsItWasLeftAndTheCloseSignAsks)
+{
+    Put({{L"one", 474, 6.9}, {L"two", 482, 6.9}});
+    RECT left{};
+    const auto leave = [&](EditorDriver& editor) {
+        editor.ClickTab(Page::frequencies);
+        const RECT frame = EditorDriver::PlaceOf(editor.dialog);
+        SetWindowPos(editor.dialog, nullptr, frame.left - 20, frame.top - 10, frame.right - frame.left + 60,
+                     frame.bottom - frame.top + 40, SWP_NOZORDER);
+        left = EditorDriver::PlaceOf(editor.dialog);
+        editor.Alt(L'r');
+        editor.Press(VK_DELETE);
+        editor.Type(L"x");
+        PostMessageW(editor.dialog, WM_CLOSE, 0, 0);
+        editor.Press(VK_SHIFT);
+        EXPECT_TRUE(editor.AnswerMessageBox().starts_with(L"Setup|Close the editor")) << "Cancel is the default";
+        EXPECT_TRUE(IsWindow(editor.dialog));
+        editor.Click(control_id::cancel);
+        EXPECT_FALSE(IsWindow(editor.dialog)) << "Cancel does not ask";
+    };
+    Edit(leave);
+    person.remembers = true;
+    Edit([&](EditorDriver& editor) {
+        const RECT frame = EditorDriver::PlaceOf(editor.dialog);
+        EXPECT_TRUE(EqualRect(&frame, &left));
+        EXPECT_EQ(editor.CurrentPage(), Page::frequencies);
+        SetWindowPos(editor.dialog, nullptr, -3000, 20, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+    });
+    Edit([&](EditorDriver& editor) {
+        const RECT frame = EditorDriver::PlaceOf(editor.dialog);
+        EXPECT_GE(frame.left, 0) << "a place off the screen is ignored";
+        EXPECT_EQ(frame.right - frame.left, left.right - left.left);
+    });
+}
+
+TEST_F(SetupEditor, MenuTipColumnsAndResolutionFollowTheMouseAndTheScreen)
+{
+    Put({{std::wstring(60, L'w'), 474, 6.9}, {L"two", 482, 6.9}});
+    Edit([](EditorDriver& editor) {
+        editor.ClickTab(Page::frequencies);
+        editor.ClickRow(MP_USERFIELD, 1);
+        editor.Press(VK_ESCAPE);
+        const HWND list = editor.List(MP_USERFIELD);
+        PostMessageW(list, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(list), -1);  // by its key
+        editor.Press(VK_SHIFT);
+        const HWND menu = FindWindowW(L"#32768", nullptr);
+        constexpr UINT getMenu = 0x01E1;
+        const auto entries = reinterpret_cast<HMENU>(SendMessageW(menu, getMenu, 0, 0));
+        wchar_t entry[80] = L"";
+        GetMenuStringW(entries, static_cast<UINT>(RowCommand::duplicate) + 1, entry, 80, MF_BYCOMMAND);
+        EXPECT_STREQ(entry, L"Dup&licate\tCtrl+Shift+D");
+        PostMessageW(menu, WM_KEYDOWN, VK_ESCAPE, 1);
+        editor.Press(VK_SHIFT);
+        EXPECT_EQ(FindWindowW(L"#32768", nullptr), nullptr);
+
+        EXPECT_EQ(editor.TipOf(MP_USERFIELD, 0), std::wstring(60, L'w'));
+        EXPECT_EQ(editor.TipOf(MP_USERFIELD, 1), L"");
+
+        const RECT before = editor.CellRect(MP_USERFIELD, 1);
+        const RECT heading = editor.CellRect(MP_USERFIELD, -1);
+        const LONG y = (heading.top + heading.bottom) / 2;
+        editor.Mouse(list, {heading.right, y}, {heading.right - 20, y});
+        EXPECT_EQ(editor.CellRect(MP_USERFIELD, 1).right, before.right - 20);
+
+        const RECT frame = EditorDriver::PlaceOf(editor.dialog);
+        RECT larger{frame.left, frame.top, frame.left + (frame.right - frame.left) * 4 / 3,
+                    frame.top + (frame.bottom - frame.top) * 4 / 3};
+        constexpr UINT dpiChanged = 0x02E0;
+        SendMessageW(editor.dialog, dpiChanged, MAKEWPARAM(120, 120), reinterpret_cast<LPARAM>(&larger));
+        const RECT after = editor.CellRect(MP_USERFIELD, 1);
+        EXPECT_NEAR(after.bottom - after.top, (before.bottom - before.top) * 1.25, 2);
+        const RECT moved = EditorDriver::PlaceOf(editor.dialog);
+        EXPECT_TRUE(EqualRect(&moved, &larger));
+    });
 }
 
 }  // namespace

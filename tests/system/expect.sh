@@ -72,3 +72,30 @@ end_by_ctrl_c() { # CODE MILLISECONDS
     took=$((($(date +%s%N) - pressed) / 1000000))
     [ "$took" -lt "$2" ] || fail "takes $took ms to end"
 }
+# What is written in tests/data/sessions, line by line:
+#   $ CODE ARGUMENT...  a command of the host, and what it ends with
+#   > TEXT  it prints     ~ PATTERN  it prints     ! TEXT  it tells     * PATTERN  it prints or tells
+#   = NEW OLD           makes a file of another; each line below it, set in, is a key with its new value
+#   + FILE TEXT         is in the file             - FILE  does not exist
+session() { # NAME
+    local line text made value
+    while IFS= read -r line; do
+        line=${line//@BITS@/$bits}
+        text=${line:2}
+        case $line in
+            '$ '*) eval "expect_exit $text" ;;
+            '> '*) expect_text "$text" ;;
+            '~ '*) expect_match "$text" ;;
+            '! '*) expect_notice "$text" ;;
+            '* '*) LC_ALL=C grep -qE -- "$text" "$work/out" "$work/err" || fail "says nowhere: $text" ;;
+            '= '*) made=${text%% *} && eval "cp ${text#* } $made" ;;
+            '+ '*) grep -qF -- "${text#* }" "${text%% *}" || fail "does not write into ${text%% *}: ${text#* }" ;;
+            '- '*) [ ! -e "$text" ] || fail "leaves $text behind" ;;
+            '    '*)
+                value=${line:4}
+                grep -q "^${value%%=*}=" "$made" || sed -i "s/^\[Network\]/&\n${value%%=*}=/" "$made"
+                sed -i "s|^${value%%=*}=[^\r]*|$value|" "$made"
+                grep -qF "$value" "$made" || fail "$made has no ${value%%=*}" ;;
+        esac
+    done <"$root/tests/data/sessions/$1.txt"
+}

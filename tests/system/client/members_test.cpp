@@ -33,6 +33,13 @@ HRESULT CallShifted(void* member, const Words& arguments, DWORD shift)
     return result;
 }
 
+/// An object that a new receiver hands out.
+template <class Interface, class Handed>
+ComPtr<IUnknown> OfReceiver(HRESULT (STDMETHODCALLTYPE Interface::*property)(Handed**))
+{
+    return ComPtr<IUnknown>(ComPtr<Handed>::Attach(Get(Create<Interface>(L"XKTR2x.clsReceiver"), property)).Get());
+}
+
 /// What an object offers: an interface as a type library describes it.
 struct Side
 {
@@ -145,23 +152,22 @@ void CallEveryMember(int& calls)
 {
     constexpr FloatingPointWords states[] = {{0x027F, 0x1F80}, {0x0370, 0x1800}, {0x0C7F, 0xFFC0}};
     Create<IRunControl>(L"XKTR2x.clsRunControl")->put_StopFlag(VARIANT_TRUE);
-    const auto setup = Create<IUnknown>(L"TVN2x.clsSetup"), receiver = Create<IUnknown>(L"XKTR2x.clsReceiver");
-    const auto counters = ComPtr<IErrorCounters>::Attach(Get(receiver.As<IReceiver>(), &IReceiver::get_ErrorCounters));
-    const auto settings = ComPtr<IDispatch>::Attach(Get(receiver.As<IDriver>(), &IDriver::get_Settings));
+    const auto setup = [] { return Create<IUnknown>(L"TVN2x.clsSetup"); };
+    const auto receiver = [] { return Create<IUnknown>(L"XKTR2x.clsReceiver"); };
     const Side sides[] = {
-        {setup, LIBID_TVN2x, __uuidof(_clsSetup)},
-        {setup, LIBID_TVNINT, __uuidof(ISetup)},
-        {setup, LIBID_TVNINT, __uuidof(IMeasure)},
-        {setup, LIBID_TVNINT, __uuidof(IDriver)},
-        {setup, LIBID_TVNINT, __uuidof(ICheckHardware)},
-        {setup, LIBID_TVN2x, __uuidof(IResults)},
+        {setup(), LIBID_TVN2x, __uuidof(_clsSetup)},
+        {setup(), LIBID_TVNINT, __uuidof(ISetup)},
+        {setup(), LIBID_TVNINT, __uuidof(IMeasure)},
+        {setup(), LIBID_TVNINT, __uuidof(IDriver)},
+        {setup(), LIBID_TVNINT, __uuidof(ICheckHardware)},
+        {setup(), LIBID_TVN2x, __uuidof(IResults)},
         {Create<IUnknown>(L"TVN2x.clsSupport"), LIBID_TVNINT, __uuidof(ISupport)},
         {Create<IUnknown>(L"TVN2x.clsTimeout"), LIBID_TVN2x, __uuidof(_clsTimeout)},
-        {receiver, LIBID_XKTR2x, __uuidof(IReceiver)},
-        {receiver, LIBID_TVNINT, __uuidof(IDriver)},
-        {receiver, LIBID_XKTR2x, __uuidof(IIdentification)},
-        {counters.As<IUnknown>(), LIBID_XKTR2x, __uuidof(IErrorCounters)},
-        {settings.As<IUnknown>(), LIBID_XKTR2x, __uuidof(ISimulatorSettings)},
+        {receiver(), LIBID_XKTR2x, __uuidof(IReceiver)},
+        {receiver(), LIBID_TVNINT, __uuidof(IDriver)},
+        {receiver(), LIBID_XKTR2x, __uuidof(IIdentification)},
+        {OfReceiver(&IReceiver::get_ErrorCounters), LIBID_XKTR2x, __uuidof(IErrorCounters)},
+        {OfReceiver(&IDriver::get_Settings), LIBID_XKTR2x, __uuidof(ISimulatorSettings)},
         {Create<IUnknown>(L"XKTR2x.clsRunControl"), LIBID_XKTR2x, __uuidof(IRunControl)},
         {Create<IUnknown>(L"XKTR2x.clsErrorReport"), LIBID_XKTR2x, __uuidof(IErrorReport)},
     };

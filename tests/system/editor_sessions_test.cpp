@@ -1,0 +1,244 @@
+// What a person does in the setup editor's window and sees there: the registered plug-in's own dialog, by keys and
+// clicks.
+
+#include <windows.h>
+
+#include <richedit.h>
+
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <sstream>
+
+#include "SetupEditor.h"
+#include "support/TestTable.h"
+#include "util/Encoding.h"
+
+namespace tvn2x::client {
+namespace {
+
+const std::map<std::string, int> controls = {
+    {"ok", control_id::ok},
+    {"notes", control_id::notes},
+    {"insert", control_id::Of(RowCommand::insert, Grid::channels)},
+    {"remove", control_id::Of(RowCommand::remove, Grid::channels)},
+    {"move-down", control_id::Of(RowCommand::moveDown, Grid::channels)},
+    {"list", control_id::List(Grid::channels)},
+    {"cell", control_id::CellEditor(Grid::channels)},
+    {"level-unit", control_id::Of(Choice::levelUnit)},
+    {"roll-off", control_id::Of(Choice::rolloffFactor)},
+    {"reference", control_id::Of(Choice::reference)},
+    {"saw-filter", control_id::Of(Choice::sawFilter)},
+    {"result-file", control_id::Of(Choice::resultFile)},
+    {"settling-time", control_id::Of(Field::maxSettlingTime)},
+};
+const std::map<std::string, WPARAM> keys = {
+    {"tab", VK_TAB},       {"enter", VK_RETURN}, {"escape", VK_ESCAPE}, {"back", VK_BACK},
+    {"delete", VK_DELETE}, {"home", VK_HOME},    {"end", VK_END},       {"down", VK_DOWN},
+    {"f2", VK_F2},         {"right", VK_RIGHT},  {"left", VK_LEFT},     {"shift", VK_SHIFT},
+};
+const std::map<std::string, Column> columns = {{"display", displayColumn},
+                                               {"save", saveColumn},
+                                               {"label", MP_USERFIELD},
+                                               {"frequency", MP_FREQUENCY},
+                                               {"rate", MP_SYMBOLRATE}};
+const std::map<std::string, Page> pages = {{"settings", Page::settings},
+                                           {"application", Page::application},
+                                           {"frequencies", Page::frequencies},
+                                           {"parameters", Page::parameters},
+                                           {"notes", Page::notes},
+                                           {"x-axis", Page::xAxis}};
+
+template <class Value>
+std::wstring WordOf(const std::map<std::string, Value>& words, Value value)
+{
+    for (const auto& [word, each] : words) {
+        if (each == value) {
+            return FromUtf8(word);
+        }
+    }
+    return L"another";
+}
+
+/// A setup before, while and after it is edited, as it is written.
+class Session : EditedSetup
+{
+public:
+    /// A line at the margin; "edit" opens the dialog for all that follow it until "closed".
+    void Do(std::istream& lines, std::string line)
+    {
+        if (line != "edit") {
+            Take(line);
+            deeds.at(name)();
+            return;
+        }
+        accepted = Edit([&](EditorDriver&) {
+            while (std::getline(lines, line) && line != "closed") {
+                Follow(lines, line);
+            }
+        });
+    }
+    void Follow(std::istream& lines, const std::string& line)
+    {
+        SCOPED_TRACE(line);
+        if (line.starts_with("  ")) {
+            const size_t colon = line.find(": ");
+            Take(line.substr(2, colon - 2));
+            const std::wstring expected = FromUtf8(CellText(line.substr(colon + 2))), seen = sights.at(name)();
+            EXPECT_EQ(expected.ends_with(L"...") ? seen.substr(0, expected.size() - 3) + L"..." : seen, expected);
+        } else if (!line.empty() && line[0] != '#') {
+            Do(lines, line);
+        }
+    }
+
+private:
+    void Take(const std::string& line)
+    {
+        std::istringstream in(line);
+        in >> name >> std::ws;
+        std::getline(in, rest);
+        std::istringstream each(rest);
+        words.assign(std::istream_iterator<std::string>(each), {});
+    }
+    std::wstring Text() const { return FromUtf8(CellText(rest)); }
+    int Number(size_t word) const { return std::stoi(words.at(word)); }
+    Column Named() const { return columns.at(words.at(0)); }
+    HWND Control() const { return person.Find(controls.at(words.at(0))); }
+    unsigned Held(size_t from) const
+    {
+        unsigned held = 0;
+        for (; from < words.size(); ++from) {
+            held |= words[from] == "shift" ? shift : control;
+        }
+        return held;
+    }
+    static std::wstring Told(bool answer) { return answer ? L"yes" : L"no"; }
+
+    void Press()
+    {
+        const auto key = keys.find(words.at(0));
+        person.Press(key != keys.end() ? key->second : static_cast<WPARAM>(rest[0]), Held(1));
+    }
+    void PutChannels()
+    {
+        Channels channels;
+        for (const std::string& word : words) {
+            channels.emplace_back(FromUtf8(word), 474, 6.9);
+        }
+        Put(channels);
+    }
+    /// What a spreadsheet program would put there.
+    void PutOnClipboard()
+    {
+        person.OnGuiThread([this] {
+            const std::wstring text = Text();
+            const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, (text.size() + 1) * sizeof(wchar_t));
+            *std::copy(text.begin(), text.end(), static_cast<wchar_t*>(GlobalLock(memory))) = L'\0';
+            GlobalUnlock(memory);
+            ASSERT_TRUE(OpenClipboard(person.dialog));
+            EmptyClipboard();
+            SetClipboardData(CF_UNICODETEXT, memory);
+            CloseClipboard();
+        });
+    }
+    void TurnWheel()
+    {
+        PostMessageW(person.Focus(), WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-WHEEL_DELTA)), 0);
+        person.Press(VK_SHIFT);
+    }
+    std::wstring StoredChannels() const
+    {
+        std::wostringstream text;
+        for (const auto& [userField, frequency, symbolRate] : Stored()) {
+            text << userField << L'/' << frequency << L'/' << symbolRate << L' ';
+        }
+        return text.str();
+    }
+    std::wstring Defaults() const
+    {
+        std::wstring found;
+        for (const auto& [word, id] : controls) {
+            const HWND button = person.Find(id);
+            wchar_t kind[20] = L"";
+            GetClassNameW(button, kind, 20);
+            const bool isDefault = (GetWindowLongPtrW(button, GWL_STYLE) & BS_TYPEMASK) == BS_DEFPUSHBUTTON;
+            found += isDefault && std::wstring(kind) == L"Button" ? FromUtf8(word) : std::wstring();
+        }
+        return found;
+    }
+
+    std::string name, rest;
+    std::vector<std::string> words;
+    bool accepted = false;
+
+    const std::map<std::string, std::function<void()>> deeds{
+        {"channels", [this] { PutChannels(); }},
+        {"frequency", [this] { setup->put_Frequency(Number(0), Number(1)); }},
+        {"set-notes", [this] { setup->put_Notes(Bstr(Text()).Get()); }},
+        {"couple", [this] { setup->put_CoupleDisplayAndSave(VARIANT_TRUE); }},
+        {"unmark", [this] { setup->put_Parameter(Number(0), ::MP_FIRST, VARIANT_FALSE); }},
+        {"page", [this] { person.ClickTab(pages.at(rest)); }},
+        {"alt", [this] { person.Alt(static_cast<wchar_t>(rest[0])); }},
+        {"type", [this] { person.Type(Text()); }},
+        {"press", [this] { Press(); }},
+        {"click", [this] { person.Click(controls.at(rest)); }},
+        {"row", [this] { person.ClickRow(Named(), Number(1), Held(2)); }},
+        {"heading", [this] { person.ClickHeading(Named()); }},
+        {"drag",
+         [this] {
+             person.Mouse(person.List(Named()), person.PointIn(Named(), Number(1)), person.PointIn(Named(), Number(2)));
+         }},
+        {"clipboard", [this] { PutOnClipboard(); }},
+        {"paste", [this] { SendMessageW(person.Focus(), WM_PASTE, 0, 0); }},
+        {"clear", [this] { SendMessageW(person.Focus(), WM_CLEAR, 0, 0); }},
+        {"replace",
+         [this] { SendMessageW(person.Focus(), EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(Text().c_str())); }},
+        {"select",
+         [this] { SendMessageW(person.Focus(), EM_SETSEL, static_cast<WPARAM>(Number(0)), LPARAM{Number(1)}); }},
+        {"wheel", [this] { TurnWheel(); }},
+    };
+    const std::map<std::string, std::function<std::wstring()>> sights{
+        {"rows", [this] { return std::to_wstring(person.Rows(MP_FREQUENCY)); }},
+        {"cell", [this] { return person.NameOf(Named(), Number(1)); }},
+        {"selected-row", [this] { return std::to_wstring(person.SelectedRow(MP_FREQUENCY)); }},
+        {"keyboard-at", [this] { return WordOf(controls, person.FocusId()); }},
+        {"text", [this] { return person.FocusText(); }},
+        {"lines", [this] { return std::to_wstring(SendMessageW(person.Focus(), EM_GETLINECOUNT, 0, 0)); }},
+        {"choice", [this] { return std::to_wstring(SendMessageW(Control(), CB_GETCURSEL, 0, 0)); }},
+        {"enabled", [this] { return Told(IsWindowEnabled(Control())); }},
+        {"page-enabled", [this] { return Told(IsWindowEnabled(GetParent(Control()))); }},
+        {"default", [this] { return Defaults(); }},
+        {"message", [this] { return person.AnswerMessageBox(); }},
+        {"shown-page", [this] { return WordOf(pages, person.CurrentPage()); }},
+        {"open", [this] { return Told(IsWindow(person.dialog)); }},
+        {"accepted", [this] { return Told(accepted); }},
+        {"stored", [this] { return StoredChannels(); }},
+        {"result", [this] { return Cell(setup.As<IMeasure>().Get(), 1, MP_FREQUENCY, Number(0)); }},
+        {"notes", [this] { return Get(setup, &_clsSetup::get_Notes); }},
+        {"level-unit", [this] { return Get(setup, &_clsSetup::get_LevelUnit); }},
+        {"marked", [this] { return Told(Parameter(Number(0), ::MP_FIRST)); }},
+        {"coupled", [this] { return Told(Get(setup, &_clsSetup::get_CoupleDisplayAndSave) != VARIANT_FALSE); }},
+    };
+};
+
+TEST_F(SetupEditor, ShowsWhatEachSessionExpects)
+{
+    std::ifstream lines(std::filesystem::path(TVN_TEST_DATA "/window-sessions.txt"));
+    std::optional<Session> session;
+    std::string title;
+    int titles = 0;
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with("=")) {
+            title = line;
+            session.emplace();
+            ++titles;
+        } else if (session) {
+            SCOPED_TRACE(title);
+            session->Follow(lines, line);
+        }
+    }
+    EXPECT_GT(titles, 8);
+}
+
+}  // namespace
+}  // namespace tvn2x::client
