@@ -186,18 +186,11 @@ public:
     /// A control of the dialog, on any page.
     HWND Find(int id) const
     {
-        std::pair sought(id, HWND{});
-        struct Search
-        {
-            static BOOL CALLBACK IsOther(HWND child, LPARAM search)
-            {
-                auto& [wanted, found] = *reinterpret_cast<std::pair<int, HWND>*>(search);
-                found = GetDlgCtrlID(child) == wanted ? child : nullptr;
-                return found == nullptr;
-            }
-        };
-        EnumChildWindows(dialog, Search::IsOther, reinterpret_cast<LPARAM>(&sought));
-        return sought.second;
+        HWND found = GetDlgItem(dialog, id);
+        for (HWND page = GetWindow(dialog, GW_CHILD); page && !found; page = GetWindow(page, GW_HWNDNEXT)) {
+            found = GetDlgItem(page, id);
+        }
+        return found;
     }
     HWND List(Column column) const { return Find(control_id::List(GridOf(column))); }
     HWND CellEditor(Grid grid) const { return Find(control_id::CellEditor(grid)); }
@@ -209,18 +202,6 @@ public:
         long cells = 0;
         Accessible(column, [&](IAccessible& grid) { grid.get_accChildCount(&cells); });
         return cells / 3 - 1;
-    }
-    /// The first one that is selected.
-    long SelectedRow(Column column)
-    {
-        VARIANT child{};
-        Accessible(column, [&](IAccessible& grid) {
-            VARIANT selected{};
-            grid.get_accSelection(&selected);
-            const ComPtr<IEnumVARIANT> cells = ComPtr<IUnknown>::Attach(selected.punkVal).As<IEnumVARIANT>();
-            cells->Next(1, &child, nullptr);
-        });
-        return (child.lVal - 4) / 3;
     }
     long TopRow(Column column) const { return GetScrollPos(List(column), SB_VERT); }
     static std::wstring TextOf(HWND window)

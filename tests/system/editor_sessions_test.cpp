@@ -200,7 +200,6 @@ private:
     const std::map<std::string, std::function<std::wstring()>> sights{
         {"rows", [this] { return std::to_wstring(person.Rows(MP_FREQUENCY)); }},
         {"cell", [this] { return person.NameOf(Named(), Number(1)); }},
-        {"selected-row", [this] { return std::to_wstring(person.SelectedRow(MP_FREQUENCY)); }},
         {"keyboard-at", [this] { return WordOf(controls, person.FocusId()); }},
         {"text", [this] { return person.FocusText(); }},
         {"lines", [this] { return std::to_wstring(SendMessageW(person.Focus(), EM_GETLINECOUNT, 0, 0)); }},

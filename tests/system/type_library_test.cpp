@@ -7,7 +7,6 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
-#include <sstream>
 
 #include "Client.h"
 
@@ -33,15 +32,6 @@ ComPtr<ITypeLib> Load(const std::wstring& name)
     return library;
 }
 
-std::string ReadText(const std::wstring& path)
-{
-    std::ifstream file{std::filesystem::path(path)};
-    EXPECT_TRUE(file);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
-
 std::string Narrow(std::wstring_view text)
 {
     return {text.begin(), text.end()};
@@ -63,16 +53,6 @@ public:
     std::string text;
 
 private:
-    struct Attributes
-    {
-        explicit Attributes(ITypeInfo* of) : info(of) { EXPECT_EQ(info->GetTypeAttr(&value), S_OK); }
-        ~Attributes() { info->ReleaseTypeAttr(value); }
-        TYPEATTR* operator->() const { return value; }
-
-        ITypeInfo* info;
-        TYPEATTR* value = nullptr;
-    };
-
     static std::string NameOf(ITypeInfo* info)
     {
         Bstr name;
@@ -82,19 +62,32 @@ private:
 
     void Add(ITypeInfo* info)
     {
-        const Attributes attributes(info);
+        TYPEATTR* attributes = nullptr;
+        ASSERT_EQ(info->GetTypeAttr(&attributes), S_OK);
+        const TYPEKIND kind = attributes->typekind;
         const char* const kinds[] = {"enum", "record", "module", "interface", "interface", "coclass", "alias", "union"};
         wchar_t id[40];
         StringFromGUID2(attributes->guid, id, 40);
-        text += fmt::format("{} {} {}\n", kinds[attributes->typekind], NameOf(info), Narrow(id));
-        for (WORD i = 0; i < attributes->cVars; ++i) {
-            AddConstant(info, i);
+        text += fmt::format("{} {} {}\n", kinds[kind], NameOf(info), Narrow(id));
+        info->ReleaseTypeAttr(attributes);
+        VARDESC* constant = nullptr;
+        for (UINT i = 0; SUCCEEDED(info->GetVarDesc(i, &constant)); ++i) {
+            text += fmt::format("  {} = {}\n", NamesOf(info, constant->memid).front(), constant->lpvarValue->lVal);
+            info->ReleaseVarDesc(constant);
         }
-        for (WORD i = 0; attributes->typekind == TKIND_COCLASS && i < attributes->cImplTypes; ++i) {
-            AddImplemented(info, i);
+        INT flags = 0;
+        for (UINT i = 0; kind == TKIND_COCLASS && SUCCEEDED(info->GetImplTypeFlags(i, &flags)); ++i) {
+            HREFTYPE reference = 0;
+            ASSERT_EQ(info->GetRefTypeOfImplType(i, &reference), S_OK);
+            text += fmt::format("  {}{}\n", flags & IMPLTYPEFLAG_FDEFAULT ? "default " : "", Referred(info, reference));
         }
-        if (attributes->typekind == TKIND_DISPATCH) {
-            AddFunctions(VtableOf(info).Get());
+        if (kind == TKIND_DISPATCH) {
+            const ComPtr<ITypeInfo> vtable = VtableOf(info);
+            FUNCDESC* function = nullptr;
+            for (UINT i = 0; SUCCEEDED(vtable->GetFuncDesc(i, &function)); ++i) {
+                AddFunction(vtable.Get(), *function);
+                vtable->ReleaseFuncDesc(function);
+            }
         }
     }
 
@@ -106,34 +99,6 @@ private:
         EXPECT_EQ(dispatch->GetRefTypeOfImplType(static_cast<UINT>(-1), &reference), S_OK);
         EXPECT_EQ(dispatch->GetRefTypeInfo(reference, info.Put()), S_OK);
         return info;
-    }
-
-    void AddConstant(ITypeInfo* info, UINT index)
-    {
-        VARDESC* constant = nullptr;
-        ASSERT_EQ(info->GetVarDesc(index, &constant), S_OK);
-        text += fmt::format("  {} = {}\n", NamesOf(info, constant->memid).front(), constant->lpvarValue->lVal);
-        info->ReleaseVarDesc(constant);
-    }
-
-    void AddImplemented(ITypeInfo* info, UINT index)
-    {
-        HREFTYPE reference = 0;
-        INT flags = 0;
-        ASSERT_EQ(info->GetRefTypeOfImplType(index, &reference), S_OK);
-        ASSERT_EQ(info->GetImplTypeFlags(index, &flags), S_OK);
-        text += fmt::format("  {}{}\n", flags & IMPLTYPEFLAG_FDEFAULT ? "default " : "", Referred(info, reference));
-    }
-
-    void AddFunctions(ITypeInfo* info)
-    {
-        const Attributes attributes(info);
-        for (UINT i = 0; i < attributes->cFuncs; ++i) {
-            FUNCDESC* function = nullptr;
-            ASSERT_EQ(info->GetFuncDesc(i, &function), S_OK);
-            AddFunction(info, *function);
-            info->ReleaseFuncDesc(function);
-        }
     }
 
     void AddFunction(ITypeInfo* info, const FUNCDESC& function)
@@ -216,11 +181,12 @@ private:
 /// No vtable slot, DISPID, identity, name or type of the contract changes: clients were compiled against them.
 TEST_F(Contract, IsPublishedAsItAlwaysWas)
 {
-    for (const auto& [file, name] : embedded) {
-        const ComPtr<ITypeLib> library = Load(file);
+    for (const auto& [place, name] : embedded) {
+        const ComPtr<ITypeLib> library = Load(place);
         ASSERT_TRUE(library);
         const std::string published = Description(library.Get()).text;
-        EXPECT_EQ(published, ReadText(TVN_TEST_DATA L"\\contracts\\" + std::wstring(name) + L".txt")) << Narrow(file);
+        std::ifstream file(std::filesystem::path(TVN_TEST_DATA L"\\contracts\\" + std::wstring(name) + L".txt"));
+        EXPECT_EQ(published, std::string(std::istreambuf_iterator<char>(file), {})) << Narrow(place);
     }
 }
 

@@ -36,22 +36,25 @@ struct Value : VARIANT
     }
 };
 
+void Check(HRESULT result)
+{
+    if (FAILED(result)) {
+        throw std::runtime_error("it fails with " + std::to_string(result));
+    }
+}
+
 Value Invoke(const Value& object, const wchar_t* name, WORD kind, std::initializer_list<Value> arguments)
 {
-    IDispatch* const callee = object.vt == VT_DISPATCH ? object.pdispVal : nullptr;
+    IDispatch* const callee = object.pdispVal;
     auto* writable = const_cast<wchar_t*>(name);
     DISPID member, put = DISPID_PROPERTYPUT;
-    if (!callee || FAILED(callee->GetIDsOfNames(IID_NULL, &writable, 1, LOCALE_USER_DEFAULT, &member))) {
-        throw std::runtime_error("no such member");
-    }
+    Check(callee->GetIDsOfNames(IID_NULL, &writable, 1, LOCALE_USER_DEFAULT, &member));
     std::vector<VARIANT> reversed(arguments.begin(), arguments.end());
     std::reverse(reversed.begin(), reversed.end());
     const bool isPut = kind == DISPATCH_PROPERTYPUT;
     DISPPARAMS parameters{reversed.data(), isPut ? &put : nullptr, static_cast<UINT>(reversed.size()), isPut ? 1u : 0u};
     Value result;
-    if (FAILED(callee->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, kind, &parameters, &result, nullptr, nullptr))) {
-        throw std::runtime_error("a member fails");
-    }
+    Check(callee->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, kind, &parameters, &result, nullptr, nullptr));
     return result;
 }
 
@@ -64,12 +67,9 @@ Value Setup()
 {
     CLSID id;
     Value object;
-    if (FAILED(CLSIDFromProgID(L"TVN2x.clsSetup", &id)) ||
-        FAILED(CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
-                                reinterpret_cast<void**>(&object.pdispVal)))) {
-        throw std::runtime_error("the plug-in cannot be created");
-    }
-    object.vt = VT_DISPATCH;
+    Check(CLSIDFromProgID(L"TVN2x.clsSetup", &id));
+    Check(
+        CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, reinterpret_cast<void**>(&object.pdispVal)));
     return object;
 }
 

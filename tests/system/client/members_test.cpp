@@ -48,17 +48,12 @@ struct Side
     const IID& interfaceId;
 };
 
-/// One way to call.
-struct Way
-{
-    FloatingPointWords words;
-    DWORD shift;
-};
-
 class Caller
 {
 public:
-    Caller(const Side& side, const Way& way) : side_(side), way_(way) {}
+    Caller(const Side& side, const FloatingPointWords& words, DWORD shift) : side_(side), words_(words), shift_(shift)
+    {
+    }
 
     /// How many members were called.
     int CallAll()
@@ -72,13 +67,9 @@ public:
         EXPECT_EQ(dual->GetRefTypeInfo(reference, info.Put()), S_OK);
         void* callee = nullptr;
         EXPECT_EQ(side_.object->QueryInterface(side_.interfaceId, &callee), S_OK);
-        TYPEATTR* attributes = nullptr;
-        EXPECT_EQ(info->GetTypeAttr(&attributes), S_OK);
-        const WORD count = attributes->cFuncs;
-        info->ReleaseTypeAttr(attributes);
-        for (UINT i = 0; i < count; ++i) {
-            FUNCDESC* member = nullptr;
-            EXPECT_EQ(info->GetFuncDesc(i, &member), S_OK);
+        FUNCDESC* member = nullptr;
+        int count = 0;
+        for (; SUCCEEDED(info->GetFuncDesc(static_cast<UINT>(count), &member)); ++count) {
             Call(callee, *member);
             info->ReleaseFuncDesc(member);
         }
@@ -95,11 +86,11 @@ private:
         }
         void* const code = (*static_cast<void***>(callee))[member.oVft / sizeof(void*)];
         const FloatingPointWords before = FloatingPointWords::Now();
-        way_.words.Load();
-        CallShifted(code, arguments, way_.shift);
+        words_.Load();
+        CallShifted(code, arguments, shift_);
         const FloatingPointWords after = FloatingPointWords::Now();
         before.Load();
-        EXPECT_TRUE(after.ComputesLike(way_.words)) << member.memid;
+        EXPECT_TRUE(after.ComputesLike(words_)) << member.memid;
     }
 
     void Add(VARTYPE type, WORD flags, Words& arguments)
@@ -125,7 +116,8 @@ private:
     }
 
     const Side& side_;
-    const Way& way_;
+    const FloatingPointWords& words_;
+    const DWORD shift_;
     const Bstr text_{L"C:\\members.ini"};
     std::vector<std::unique_ptr<VARIANT>> outs_;  ///< what is handed out in them is given up with the process
 };
@@ -174,7 +166,7 @@ void CallEveryMember(int& calls)
     for (const FloatingPointWords& words : states) {
         for (DWORD shift = 0; shift < 16; shift += 4) {
             for (const Side& side : sides) {
-                calls += Caller(side, {words, shift}).CallAll();
+                calls += Caller(side, words, shift).CallAll();
             }
         }
     }
