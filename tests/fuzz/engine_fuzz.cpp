@@ -78,18 +78,14 @@ std::string_view NextPart(std::string_view& rest, char end)
 
 struct Step
 {
-    char kind = 0;
+    char kind;  ///< w, s or any other letter for d
     std::array<std::string, 3> text;
 };
 
 Step Decoded(std::string_view bytes)
 {
-    Step step;
-    if (bytes.empty()) {
-        return step;
-    }
-    step.kind = bytes.front();
-    bytes.remove_prefix(1);
+    Step step{bytes.empty() ? 'd' : bytes.front(), {}};
+    bytes.remove_prefix(std::min<size_t>(bytes.size(), 1));
     for (std::string& text : step.text) {
         text = file_text::FromWide(FromUtf8(NextPart(bytes, '\x1F')));
     }
@@ -99,16 +95,8 @@ Step Decoded(std::string_view bytes)
 bool Apply(ProfileFile& profile, const Step& step)
 {
     const auto& [section, key, value] = step.text;
-    switch (step.kind) {
-        case 'w':
-            return profile.Write(section, key, value);
-        case 'd':
-            return profile.Write(section, key, std::nullopt);
-        case 's':
-            return profile.DeleteSection(section);
-        default:
-            return true;
-    }
+    return step.kind == 's' ? profile.DeleteSection(section)
+                            : profile.Write(section, key, step.kind == 'w' ? std::optional(value) : std::nullopt);
 }
 
 void RequireReadBack(const ProfileFile& profile, const Step& step)
@@ -117,14 +105,6 @@ void RequireReadBack(const ProfileFile& profile, const Step& step)
     const std::string_view key = profile::TrimSpaces(step.text[1]);
     if (step.kind == 'w' && profile::IsPlainSection(section) && profile::IsPlainKey(key)) {
         Require(profile.Find(section, key) == ini::ReadableValue(TrimBlanks(step.text[2])), "it reads back");
-    }
-}
-
-/// How many lines a step on a file as it was read may take away and bring.
-void RequireLocal(const Lines& before, const Lines& after, const Step& step)
-{
-    if (step.kind == 'w' || step.kind == 'd' || step.kind == 's') {
-        RequireOneChange(before, after, step.kind == 's' ? before.size() : 1, step.kind == 'w' ? 2 : 0);
     }
 }
 
@@ -150,7 +130,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         } else {
             RequireReadBack(profile, step);
             RequireReadBack(fresh, step);
-            RequireLocal(before, LinesOf(alone, true, page), step);
+            RequireOneChange(before, LinesOf(alone, true, page), step.kind == 's' ? before.size() : 1,
+                             step.kind == 'w' ? 2 : 0);
         }
         rendered = profile.Render();
         // Where a new line goes between blank ones may depend on what was written before it.

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <gtest/gtest.h>
+#include <process.h>
 
 #include <filesystem>
 #include <fstream>
@@ -119,41 +120,38 @@ TEST_F(FilesOnWindows, APathBeyondTheUsualLengthIsWrittenAndRead)
 class Writer
 {
 public:
-    explicit Writer(const std::wstring& arguments)
+    Writer(const std::wstring& path, const std::wstring& what, const std::wstring& argument)
     {
-        std::wstring command(MAX_PATH, L'\0');
-        command.resize(GetModuleFileNameW(nullptr, command.data(), MAX_PATH));
-        command = L'"' + (fs::path(command).parent_path() / L"profile_writer.exe").wstring() + L"\" " + arguments;
-        STARTUPINFOW startup{};
-        startup.cb = sizeof startup;
-        EXPECT_TRUE(
-            CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process_))
-            << GetLastError();
-        CloseHandle(process_.hThread);
+        wchar_t program[MAX_PATH];
+        GetModuleFileNameW(nullptr, program, MAX_PATH);
+        const std::wstring writer = fs::path(program).replace_filename(L"profile_writer.exe").wstring();
+        const std::wstring quoted = L'"' + path + L'"';
+        process_ = reinterpret_cast<HANDLE>(_wspawnl(_P_NOWAIT, writer.c_str(), L"profile_writer", quoted.c_str(),
+                                                     what.c_str(), argument.c_str(), nullptr));
     }
     ~Writer()
     {
         Kill();
-        CloseHandle(process_.hProcess);
+        CloseHandle(process_);
     }
     Writer(const Writer&) = delete;
     Writer& operator=(const Writer&) = delete;
 
     void Kill()
     {
-        TerminateProcess(process_.hProcess, 9);
-        WaitForSingleObject(process_.hProcess, INFINITE);
+        TerminateProcess(process_, 9);
+        WaitForSingleObject(process_, INFINITE);
     }
     DWORD Result()
     {
         DWORD result = STILL_ACTIVE;
-        EXPECT_EQ(WaitForSingleObject(process_.hProcess, 120'000), WAIT_OBJECT_0);
-        GetExitCodeProcess(process_.hProcess, &result);
+        EXPECT_EQ(WaitForSingleObject(process_, 120'000), WAIT_OBJECT_0);
+        GetExitCodeProcess(process_, &result);
         return result;
     }
 
 private:
-    PROCESS_INFORMATION process_{};
+    HANDLE process_;
 };
 
 TEST_F(FilesOnWindows, TwoProcessesLoseNoneOfTheirWritesOfOneFile)
@@ -161,8 +159,8 @@ TEST_F(FilesOnWindows, TwoProcessesLoseNoneOfTheirWritesOfOneFile)
     constexpr int count = 300;
     const fs::path path = folder / L"net.ini";
     {
-        Writer first(L'"' + path.wstring() + L"\" a " + std::to_wstring(count));
-        Writer second(L'"' + LongForm(folder).wstring() + L"\\NET.INI\" b " + std::to_wstring(count));
+        Writer first(path.wstring(), L"a", std::to_wstring(count));
+        Writer second(LongForm(folder / L"NET.INI").wstring(), L"b", std::to_wstring(count));
         EXPECT_EQ(first.Result(), 0u);
         EXPECT_EQ(second.Result(), 0u);
     }
@@ -182,7 +180,7 @@ TEST_F(FilesOnWindows, AWriterThatIsKilledAnywhereLeavesAWholeFile)
     const fs::path path = folder / L"net.ini";
     for (int round = 0; round < 10; ++round) {
         const std::string before = ContentOf(path);
-        Writer writer(L'"' + path.wstring() + L"\" a 100000");
+        Writer writer(path.wstring(), L"a", L"100000");
         while (ContentOf(path) == before) {
         }
         writer.Kill();
@@ -202,7 +200,7 @@ TEST_F(FilesOnWindows, AFileIsOneWritersAloneByWhateverPathUntilItsProcessIsKill
     const fs::path path = Make(L"the network.ini", "old");
     const std::wstring eventName = UnpredictableName();
     const HANDLE ready = CreateEventW(nullptr, TRUE, FALSE, eventName.c_str());
-    Writer holder(L'"' + path.wstring() + L"\" hold " + eventName);
+    Writer holder(path.wstring(), L"hold", eventName);
     ASSERT_EQ(WaitForSingleObject(ready, 60'000), WAIT_OBJECT_0);
     CloseHandle(ready);
 

@@ -196,16 +196,6 @@ TEST(MultithreadedClient, ReachesEveryInterfaceOfThePlugIn)
     CoUninitialize();
 }
 
-/// What an entry point of a library beside this program answers.
-HRESULT CallExport(const wchar_t* library, const char* name)
-{
-    const HMODULE module = LoadLibraryW(library);
-    const auto call = Export<HRESULT(STDMETHODCALLTYPE*)()>(library, name);
-    const HRESULT result = call ? call() : E_NOINTERFACE;
-    FreeLibrary(module);
-    return result;
-}
-
 /// The key of a class or an interface of the machine.
 std::wstring KeyOf(const wchar_t* kind, REFGUID id)
 {
@@ -237,7 +227,9 @@ TEST_F(Server, RegistrationThatFailsHalfWayLeavesWhatWasThereBefore)
               ERROR_SUCCESS);
     RegCloseKey(key);
 
-    EXPECT_EQ(CallExport(L"TVN2x.dll", "DllRegisterServer"), HRESULT_FROM_WIN32(ERROR_CHILD_MUST_BE_VOLATILE));
+    const auto setup = Create<_clsSetup>(L"TVN2x.clsSetup");
+    const auto registerServer = Export<HRESULT(STDMETHODCALLTYPE*)()>(L"TVN2x.dll", "DllRegisterServer");
+    EXPECT_EQ(registerServer(), HRESULT_FROM_WIN32(ERROR_CHILD_MUST_BE_VOLATILE));
     EXPECT_EQ(RegisteredText(kept), L"before");
     EXPECT_EQ(RegisteredText(kept + L"\\InprocServer32"), file);
     EXPECT_EQ(RegisteredText(lacking), L"<none>");
@@ -245,7 +237,7 @@ TEST_F(Server, RegistrationThatFailsHalfWayLeavesWhatWasThereBefore)
     EXPECT_EQ(RegisteredText(KeyOf(L"Interface", IID_ISetup)), L"ISetup");
 
     EXPECT_EQ(RegDeleteTreeW(HKEY_LOCAL_MACHINE, blocked.c_str()), ERROR_SUCCESS);
-    EXPECT_EQ(CallExport(L"TVN2x.dll", "DllRegisterServer"), S_OK);
+    EXPECT_EQ(registerServer(), S_OK);
     EXPECT_EQ(RegisteredText(lacking), L"Polled timer");
     EXPECT_EQ(RegisteredText(blocked), L"IResults");
 }
@@ -358,21 +350,20 @@ TEST_F(LateBinding, ReferencesWorkByNameAsByPositionAndWhatIsLeftOutStaysLeftOut
         EXPECT_EQ(Cell(setup.As<IMeasure>().Get(), 1, 13, 2), L"Un-measured");
     }
 
-    // The model and the mode come back through variables, however they are handed in.
-    for (const int named : {0, 1, 2, 4}) {
+    // The model and the mode come back through variables, by name as by position.
+    for (const size_t named : {0, 1, 2, 4}) {
         SCOPED_TRACE(named);
         VARIANT model{}, mode{}, productHeld = Held(productName);
         mode.vt = VT_I2;
-        std::vector<std::pair<const wchar_t*, VARIANT>> arguments = {{L"sProductName", Reference(productHeld)},
-                                                                     {L"sFullPath", Held(path)},
-                                                                     {L"strModel", Reference(model)},
-                                                                     {L"udtMode", Reference(mode)}};
-        std::vector<VARIANT> positional;
-        for (; arguments.size() > static_cast<size_t>(named); arguments.erase(arguments.begin())) {
-            positional.push_back(arguments.front().second);
+        const std::vector<VARIANT> values = {Reference(productHeld), Held(path), Reference(model), Reference(mode)};
+        std::vector<std::pair<const wchar_t*, VARIANT>> arguments;
+        for (size_t i = 4; i-- > 4 - named;) {
+            constexpr const wchar_t* names[] = {L"sProductName", L"sFullPath", L"strModel", L"udtMode"};
+            arguments.emplace_back(names[i], values[i]);
         }
-        std::reverse(arguments.begin(), arguments.end());
-        EXPECT_EQ(Call(document, L"Load", DISPATCH_METHOD, positional, arguments, &loaded), S_OK);
+        EXPECT_EQ(Call(document, L"Load", DISPATCH_METHOD, {values.begin(), values.end() - static_cast<int>(named)},
+                       arguments, &loaded),
+                  S_OK);
         EXPECT_EQ(loaded.boolVal, VARIANT_TRUE);
         EXPECT_EQ(com::ViewOf(model.bstrVal), L"2x");
         EXPECT_EQ(mode.vt, VT_I4);

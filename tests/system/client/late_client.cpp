@@ -63,19 +63,13 @@ Value Get(const Value& object, const wchar_t* name, std::initializer_list<Value>
     return Invoke(object, name, DISPATCH_PROPERTYGET | DISPATCH_METHOD, arguments);
 }
 
-Value Setup()
-{
-    CLSID id;
-    Value object;
-    Check(CLSIDFromProgID(L"TVN2x.clsSetup", &id));
-    Check(
-        CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, reinterpret_cast<void**>(&object.pdispVal)));
-    return object;
-}
-
 void Measure(wchar_t** words)
 {
-    const Value setup = Setup();
+    CLSID id;
+    Value setup;
+    Check(CLSIDFromProgID(L"TVN2x.clsSetup", &id));
+    Check(
+        CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, reinterpret_cast<void**>(&setup.pdispVal)));
     const Value loaded = Get(Get(setup, L"Setup"), L"Load", {L"TVN Host", words[1], L"2x", 4L});
     const Value simulator = Get(Get(setup, L"Driver"), L"Settings");
     Invoke(simulator, L"NetworkModel", DISPATCH_PROPERTYPUT, {words[2]});
@@ -91,16 +85,14 @@ void Measure(wchar_t** words)
 
 }  // namespace
 
-int wmain(int count, wchar_t** words)
+int wmain(int, wchar_t** words)
 {
     CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
     try {
-        if (count == 4) {
-            Measure(words);
-            return 0;
-        }
+        Measure(words);
+        return 0;
     } catch (const std::exception& error) {
         std::printf("%s\n", error.what());
+        return 2;
     }
-    return 2;
 }
