@@ -103,7 +103,6 @@ public:
          [this] { return Passing(Text(1), [this](wchar_t c) { return editor.FieldChar(FieldOf(), c); }); }},
         {"selected", [this] { return Selected(); }},
         {"rows", [this] { return Told(editor.RowCount(Shown())); }},
-        {"row-of", [this] { return Told(test.RowOf(Number(0))); }},
         {"top", [this] { return Told(editor.TopRow(Shown())); }},
         {"arrow", [this] { return std::wstring(1, L"-^v"[static_cast<size_t>(editor.Arrow(ColumnOf()))]); }},
         {"keyboard-at", [this] { return Told(test.view.focus == Focused()); }},

@@ -184,14 +184,6 @@ public:
         const CellEdit& edit = editor.CurrentEdit();
         return !edit.open ? L"" : std::to_wstring(edit.column) + L"/" + std::to_wstring(edit.row) + L" " + edit.text;
     }
-    int32_t RowOf(int32_t parameter) const
-    {
-        int32_t row = 0;
-        while (editor.ItemData(Grid::parameters, row) != parameter) {
-            ++row;
-        }
-        return row;
-    }
     void Choose(Choice choice, std::wstring_view text)
     {
         editor.SelectItem(choice, FindListText(ItemsOf(choice), text));

@@ -117,87 +117,10 @@ TEST(ConfigurationRead, CallsReceiverAndParentInThisOrder)
     EXPECT_EQ(Lines(test.log.calls) + "\n", TestFile("configuration-read-calls.txt"));
 }
 
-TEST(ConfigurationRead, KeepsTheRestAndChangesNothingWhereNothingButAKnownLevelUnitHasChanged)
-{
-    Reading test;
-    test.document.Notes(L"keep me");
-    test.document.MaxSettlingTime(33);
-    test.document.dirty = false;
-    EXPECT_EQ(test.Run(), L"");
-    EXPECT_TRUE(test.document.dirty);
-    EXPECT_EQ(test.document.Notes(), L"keep me");
-    EXPECT_EQ(test.document.MaxSettlingTime(), 33);
-    test.document.UserField(1, L"label");
-    test.document.dirty = false;
-    for (const auto& [code, name] : {std::pair{5, L"mV"}, {6, L"mV"}, {-1, L"mV"}, {4, L"dB\u00B5V"}}) {
-        test.receiver.answers.LevelUnit = code;
-        EXPECT_EQ(test.Run(), L"");
-        EXPECT_EQ(test.document.LevelUnit(), name) << code;
-        EXPECT_FALSE(test.document.dirty);
-    }
-    EXPECT_EQ(test.document.UserField(1), L"label");
-}
-
-TEST(ConfigurationRead, FirstChannelKeepsItsUserFieldWhateverTheListsSize)
-{
-    for (const auto& [size, label] : {std::pair{3, L"first"}, {2, L""}, {1, L"first"}, {0, L""}}) {
-        Reading test;
-        if (size != 3) {
-            test.document.ListSize(size);
-            test.document.UserField(size, L"first");
-        }
-        EXPECT_EQ(test.Run(), L"");
-        EXPECT_EQ(test.document.ListSize(), 1);
-        EXPECT_EQ(test.document.UserField(1), label) << size;
-    }
-}
-
-TEST(ConfigurationRead, FrequencyOrSymbolRateThatIsNoNumberIsRefused)
-{
-    constexpr double infinite = std::numeric_limits<double>::infinity();
-    for (const double value : {std::numeric_limits<double>::quiet_NaN(), infinite, -infinite, 1.1e15, -1.1e15}) {
-        Reading frequency, symbolRate;
-        frequency.receiver.answers.Frequency = value;
-        EXPECT_EQ(frequency.Run(), L"13 clsSetup.GetConfiguration: The receiver reports a frequency that is no number");
-        EXPECT_EQ(frequency.document.Frequency(1), 300);
-        symbolRate.receiver.answers.SymbolRate = value;
-        EXPECT_EQ(symbolRate.Run(),
-                  L"13 clsSetup.GetConfiguration: The receiver reports a symbol rate that is no number");
-        EXPECT_EQ(symbolRate.document.DefaultSymbolRate(), 6.9);
-    }
-}
-
-TEST(ConfigurationRead, ReferenceSourceCountsOnlyWithItsInput)
-{
-    Reading test;
-    test.receiver.answers.ReferenceSource = 1;
-    EXPECT_EQ(test.Run(), L"");
-    EXPECT_EQ(test.document.ReferenceSource(), 1);
-    test.receiver.answers.InstalledOptions = L"KTR-H2,extref";
-    EXPECT_EQ(test.Run(), L"");
-    EXPECT_EQ(test.document.ReferenceSource(), 0);
-    EXPECT_EQ(test.log.Count("ReferenceSource"), 1) << "not even asked";
-}
-
-TEST(ConfigurationRead, AnotherModeIsReportedAndReadAllTheSame)
-{
-    Reading test;
-    test.receiver.answers.Mode = 6;
-    EXPECT_EQ(test.Run(), L"");
-    ASSERT_EQ(test.host.reported.size(), 1u);
-    EXPECT_EQ(RaisedBy([&] { throw test.host.reported[0]; }),
-              L"1002 frmMain.IMeasure_GetConfiguration: KTR must be in DVB-C Demod. mode");
-    EXPECT_EQ(test.document.OrderOfQam(), 64);
-}
-
 TEST(ConfigurationRead, EndsInOrderWhereverAnErrorOrTheStopFlagComes)
 {
     ExpectOrderlyEndInEachCall<Reading>("Progress 10", 4);
 }
-
-constexpr const wchar_t* filterMessage = L"Selected SAW filter is not available, filter will be turned off";
-constexpr const wchar_t* referenceMessage =
-    L"External 10MHz reference input is not fitted, internal reference will be used";
 
 struct Writing : TestConfiguration
 {
@@ -217,88 +140,6 @@ TEST(ConfigurationWrite, CallsReceiverAndParentInThisOrder)
     EXPECT_EQ(test.Run(), L"");
     EXPECT_EQ(Lines(test.log.calls) + "\n", TestFile("configuration-write-calls.txt"));
     EXPECT_FALSE(test.document.dirty);
-}
-
-TEST(ConfigurationWrite, BringsTheReceiverIntoDemodulatorMode)
-{
-    Writing test;
-    test.receiver.answers.Mode = 6;
-    EXPECT_EQ(test.Run(), L"");
-    EXPECT_EQ(test.receiver.answers.Mode, 4);
-    EXPECT_EQ(test.log.Count("Mode"), 3);
-
-    test.receiver.answers.Mode = 6;
-    test.receiver.ignoresModes = true;
-    EXPECT_EQ(test.Run(),
-              L"1002 clsSetup.SetConfiguration: The KTR does not change to DVB-C Demod. mode; check that its option "
-              L"KTR-H2 is installed");
-}
-
-TEST(ConfigurationWrite, InputSettingsBelongToTheirRoutes)
-{
-    for (const auto& [route, setting] : {std::pair{2, ", InputAttenuation 255"},
-                                         {75, ", InputAttenuation 255"},
-                                         {4, ", DemodulatorGainControl 1"},
-                                         {128, ""}}) {
-        Writing test;
-        test.document.Zin(route);
-        EXPECT_EQ(test.Run(), L"");
-        EXPECT_THAT(Lines(test.log.calls), testing::HasSubstr("InputRoute " + std::to_string(route) +
-                                                              "\nStopFlag, Progress 4" + setting + "\nStopFlag"));
-    }
-}
-
-TEST(ConfigurationWrite, SawFilterThatIsNotTheRightOneIsSwitchedOff)
-{
-    const std::tuple<int32_t, int32_t, bool> rows[] = {
-        {2, 2, false}, {2, 6, true},  {8, 8, false}, {8, 6, true}, {8, 0, true},  {6, 6, false}, {6, 7, false},
-        {7, 6, false}, {7, 7, false}, {7, 8, true},  {6, 0, true}, {0, 0, false}, {0, 8, false}, {5, 6, false}};
-    for (const auto& [wanted, taken, off] : rows) {
-        SCOPED_TRACE(std::to_string(wanted) + " " + std::to_string(taken));
-        Writing test;
-        test.document.SawBw(wanted);
-        if (taken != wanted) {
-            test.receiver.sawTaken[wanted] = taken;
-        }
-        EXPECT_EQ(test.Run(), L"");
-        EXPECT_EQ(test.receiver.answers.SawBandwidth, off ? 0 : taken);
-        EXPECT_EQ(test.log.Count("SawBandwidth"), off ? 3 : 2);
-    }
-}
-
-TEST(ConfigurationWrite, UnknownLevelUnitAndReferenceWithoutItsInputAreNotWritten)
-{
-    Writing test;
-    test.document.LevelUnit(L"dBuV");
-    test.receiver.answers.InstalledOptions = L"KTR-H2,ExtRef";
-    test.receiver.answers.ReferenceSource = 7;
-    test.host.raises = false;
-    EXPECT_EQ(test.Run(), std::wstring(L"-2147219499 clsSetup.SetConfiguration: ") + referenceMessage);
-    EXPECT_EQ(test.log.calls.back(), "Report -2147219499 raise");
-    test.document.ReferenceSource(0);
-    EXPECT_EQ(test.Run(), L"");
-    EXPECT_EQ(test.receiver.answers.ReferenceSource, 7);
-    EXPECT_EQ(test.log.Count("LevelUnit"), 0);
-}
-
-TEST(ConfigurationWrite, DescriptionOfAnErrorDecidesWhatTheUserIsTold)
-{
-    const std::pair<const wchar_t*, const wchar_t*> rows[] = {
-        {L"Let Mode failed", L"Let Mode failed"},
-        {L"13: Let StatusSawFilterBW failed: no such filter", filterMessage},
-        {L"Let Setup10MhzRef not available", referenceMessage},
-        {L"Let StatusSawFilterBW failed, Let Mode failed", L"Let StatusSawFilterBW failed, Let Mode failed"},
-        {L"Let Setup10MhzRef not available, Let StatusSawFilterBW failed", filterMessage},
-        {L"Timeout", L"Timeout"},
-    };
-    for (const auto& [description, told] : rows) {
-        for (const char* call : {"Initialise", "Mode", "SawBandwidth", "Equaliser", "Progress 12"}) {
-            Writing test;
-            test.log.FailAt(1, std::make_exception_ptr(RaisedError(4711, L"XKTR2x.clsReceiver", description)), call);
-            EXPECT_EQ(test.Run(), std::wstring(L"4711 XKTR2x.clsReceiver: ") + told);
-            EXPECT_TRUE(test.log.calls.back().starts_with(call)) << "nothing follows";
-        }
-    }
 }
 
 TEST(ConfigurationWrite, EndsInOrderWhereverAnErrorOrTheStopFlagComes)

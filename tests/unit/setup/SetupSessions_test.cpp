@@ -55,7 +55,6 @@ public:
         {"mode", [this] { mode = Number(0); }},
         {"new-document", [this] { document = SetupDocument(); }},
         {"clean", [this] { document.dirty = false; }},
-        {"edited", [this] { document.dirty = true; }},
         {"belongs-to", [this] { std::tie(document.productName, document.appVersion) = std::pair(Word(0), Word(1)); }},
         {"remarks", [this] { document.measurementNotes = Text(); }},
         {"remarks-show", [this] { document.measurementShowNotesAfter = true; }},
@@ -103,7 +102,7 @@ public:
         {"write-once", [this] { return Told(ini->IniWrite(L"t", Word(0), Text(1), L"C:\\other.ini") != 0); }},
         {"read-once", [this] { return ReadOnce(); }},
         {"messages", [this] { return Told(messages.messages.size()); }},
-        {"message", [this] { return messages.messages.at(0).title + L": " + messages.messages.at(0).text; }},
+        {"message", [this] { return Message(); }},
 
         {"load", [this] { return Load(path); }},
         {"load-from", [this] { return Load(Text()); }},
@@ -145,6 +144,11 @@ private:
         return bytes.starts_with("\xFF\xFE")
                    ? L"UTF-16 " + file_text::ToWide(file_text::FromUtf16(bytes.substr(2)), SystemCodePage())
                    : SystemCodePage().Decode(bytes);
+    }
+    std::wstring Message() const
+    {
+        const RecordingMessageBoxes::Message& message = messages.messages.at(0);
+        return (message.icon == MessageIcon::information ? L"(i) " : L"(!) ") + message.title + L": " + message.text;
     }
     /// A piece of the text that is divided by "|".
     std::wstring Part(size_t number) const
