@@ -99,7 +99,7 @@ Lines MeasureLines(std::span<const std::complex<float>> residues, const Constell
             const double power = (density[bin] - floor) * scale;
             const double frequency = static_cast<double>(bin) / length - (bin < length / 2 ? 0 : 1);
             lines.left += power;
-            lines.received += power / std::max(response(frequency), 1e-3);
+            lines.received += power / std::max(response.at(frequency), 1e-3);
         }
     }
     return lines;
@@ -196,7 +196,8 @@ SignalReadings ConstellationAnalysis::Measure(const ReceivedSymbols& received, c
     const double folded = blurred > 0.05 ? TruePower(blurred) - blurred : 0;
     readings.mer = dvbc::DecibelsOfPower(power / (flattered + folded));
 
-    readings.carrierSuppression = std::min(70.0, dvbc::DecibelsOfPower(power / std::norm(axes.origin)));
+    const double carrier = std::norm(axes.origin) / std::max(response.carrier, 1e-3);
+    readings.carrierSuppression = std::min(70.0, dvbc::DecibelsOfPower(power / carrier));
     const double longer = std::max(std::abs(axes.i), std::abs(axes.q));
     const double shorter = std::min(std::abs(axes.i), std::abs(axes.q));
     readings.amplitudeImbalance = (longer / shorter - 1) * 100;

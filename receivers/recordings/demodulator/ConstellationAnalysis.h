@@ -23,7 +23,8 @@ struct ReceivedSymbols
 /// - MER (6.9.2): P over the mean of |r - d|^2. Where noise takes symbols to a neighbour, what is decided flatters: the
 ///   share is put back that white noise as strong as e (below) loses that way. Not measured where the errors are more
 ///   than 0.40, about 3 dB below the MER of a bit error ratio of 1e-3: there the decisions say too little.
-/// - Carrier suppression (6.9.4): P over |mean of r - d|^2. At most 70 dB, which is about what N resolves.
+/// - Carrier suppression (6.9.4): P over |mean of r - d|^2, as it was ahead of the equaliser. At most 70 dB, which is
+///   about what N resolves.
 /// - Amplitude imbalance and quadrature error (6.9.5, 6.9.6): of the straight lines that I and Q of d are received as
 ///   (least squares): how much longer one is, and how far they are from a right angle. Without signs, because the
 ///   carrier recovery may rest at any of four phases.
@@ -44,8 +45,12 @@ public:
 
     explicit ConstellationAnalysis(const Constellation& constellation) : constellation_(&constellation) {}
 
-    /// How much of the power at a frequency, in turns a symbol from -0.5 to 0.5, has come through the equaliser.
-    using Response = std::function<double(double)>;
+    /// What has come through the equaliser of what is no symbol, as a share of its power.
+    struct Response
+    {
+        std::function<double(double)> at;  ///< a frequency, in turns a symbol from -0.5 to 0.5
+        double carrier = 1;                ///< the residual one, whose echoes no decision takes away
+    };
 
     /// Nothing is measured of fewer than `leastSymbols` symbols.
     SignalReadings Measure(const ReceivedSymbols& received, const Response& response) const;

@@ -356,7 +356,7 @@ SignalReadings Demodulator::Chain::Readings() const
     // The equaliser makes up for what the level has changed by since the gain was set.
     const double level = level_.SignalPower() * level_.Gain() * level_.Gain();
     const auto response = [this, level](double frequency) { return loop_.PowerResponse(frequency) * level; };
-    return ConstellationAnalysis(constellation_).Measure({symbols, points}, response);
+    return ConstellationAnalysis(constellation_).Measure({symbols, points}, {response, loop_.CarrierPowerResponse()});
 }
 
 std::vector<std::complex<float>> Demodulator::Chain::NewestSymbols(size_t most) const

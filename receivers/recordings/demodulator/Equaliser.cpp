@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <numbers>
+#include <numeric>
 
 namespace tvn2x::recordings {
 namespace {
@@ -62,6 +63,12 @@ double Equaliser::PowerResponse(double frequency) const
         sum += std::complex<double>(forwardRe_[i], forwardIm_[i]) * std::polar(1.0, angle);
     }
     return std::norm(sum);
+}
+
+double Equaliser::CarrierPowerResponse() const
+{
+    return std::norm(std::complex<double>(std::accumulate(backwardRe_, backwardRe_ + backwardTaps, 1.0),
+                                          std::accumulate(backwardIm_, backwardIm_ + backwardTaps, 0.0)));
 }
 
 void Equaliser::UseBackward(bool use)

@@ -82,6 +82,9 @@ public:
     bool HasEchoes() const;
     /// Of the forward filter, at a frequency in turns a symbol.
     double PowerResponse(double frequency) const;
+    /// Of a constant, behind a channel that both filters together have made flat for symbols: nobody decides for the
+    /// constant, so that its echoes stay.
+    double CarrierPowerResponse() const;
     void UseBackward(bool use);
     bool BackwardUsed() const { return backwardUsed_; }
 

@@ -47,6 +47,7 @@ public:
     /// How much the equaliser lets through of the power at a frequency in the constellation's spectrum, in turns a
     /// symbol from -0.5 to 0.5: adapted to a sine wave beside the signal, it is a notch.
     double PowerResponse(double frequency) const { return equaliser_.PowerResponse(frequency + carrier_.Frequency()); }
+    double CarrierPowerResponse() const { return equaliser_.CarrierPowerResponse(); }
 
 private:
     struct Steps

@@ -132,7 +132,7 @@ SignalReadings Measured(int order, double noise, double jitter, std::complex<dou
         const std::complex<float> nearest = Nearest(constellation, symbols.back());
         cells.push_back(Constellation::CellOf(nearest.real(), nearest.imag()));
     }
-    return ConstellationAnalysis(constellation).Measure({symbols, cells}, [](double) { return 1; });
+    return ConstellationAnalysis(constellation).Measure({symbols, cells}, {[](double) { return 1; }});
 }
 
 TEST(ConstellationAnalysis, PutsBackWhatDecisionsFlatterAndRefusesWhereTheySayNothing)
