@@ -2,11 +2,14 @@
 //   reception_quality                  the whole table (minutes)
 //   reception_quality brief            the lines that are run with the other tests
 //   reception_quality false-locks N    how often it locks to what is no signal, N tries of each kind
+//   reception_quality against-simulator N  the readings of N drawn channels beside those of the simulated receiver
 // Ends with 1 where a line misses its goal.
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 
+#include "reception/AgainstSimulator.h"
 #include "reception/FalseLocks.h"
 #include "reception/QualityRows.h"
 
@@ -43,6 +46,22 @@ bool PrintFalseLocks(int tries)
     return none;
 }
 
+bool PrintEncounters(unsigned channels)
+{
+    bool agree = true;
+    std::printf("%-28s %-58s %12s %12s\n", "quantity", "channel", "simulated", "recorded");
+    for (unsigned number = 1; number <= channels; ++number) {
+        const Encounter encounter = MeetSimulator(number);
+        for (const Comparison& reading : encounter.readings) {
+            agree = agree && reading.Agree();
+            std::printf("%-28s %-58s %12.4g %12.4g%s\n", reading.quantity.c_str(), encounter.channel.c_str(),
+                        reading.simulated, reading.recorded.value_or(NAN), reading.Agree() ? "" : "  MISSED");
+        }
+        std::fflush(stdout);
+    }
+    return agree;
+}
+
 }  // namespace
 
 int main(int argumentCount, char** arguments)
@@ -51,6 +70,8 @@ int main(int argumentCount, char** arguments)
     bool good = false;
     if (what == "false-locks") {
         good = PrintFalseLocks(argumentCount > 2 ? std::atoi(arguments[2]) : 1000);
+    } else if (what == "against-simulator") {
+        good = PrintEncounters(argumentCount > 2 ? static_cast<unsigned>(std::atoi(arguments[2])) : 30);
     } else {
         good = PrintTable(what == "brief");
         good = PrintFalseLocks(what == "brief" ? 5 : 20) && good;
