@@ -2,7 +2,7 @@
 
 #include <array>
 #include <cmath>
-#include <cstdio>
+#include <limits>
 #include <numbers>
 #include <random>
 
@@ -95,37 +95,36 @@ Channel Draw(unsigned number)
     return channel;
 }
 
-std::string Key(const char* name, double value)
-{
-    return std::string(name) + "=" + std::to_string(value) + "\n";
-}
-
 /// Without the loss that it is said to have: the receiver for recordings has none worth the name.
-std::string ModelOf(const Channel& channel)
+NetworkModel ModelOf(const Channel& channel)
 {
     const sender::Signal& signal = channel.signal;
-    return "[Network]\n" + Key("Noise Figure (dB)", channel.noiseFigure) + Key("Head-end MER (dB)", headEndMer) +
-           Key("Implementation Loss (dB)", 0) + "[Channel 1]\n" + Key("Frequency (MHz)", channel.frequency) +
-           Key("Symbol Rate (MSymb/s)", signal.symbolRate / 1e6) + "Order of QAM=" + std::to_string(signal.order) +
-           "\n" + Key("Level (dBuV)", channel.level) + Key("C/I (dB)", channel.interference) +
-           Key("Carrier Suppression (dB)", *signal.carrier) + Key("Phase Jitter (deg)", signal.jitter) +
-           Key("I/Q Imbalance (%)", signal.imbalance) + Key("Quadrature Error (deg)", signal.quadrature) +
-           Key("Echo (dB)", signal.echoes.empty() ? 20 : -signal.echoes[0].level) +
-           Key("Echo Length (m)", channel.echoLength) + Key("Frequency Offset (Hz)", signal.frequency) +
-           Key("Symbol Rate Offset (ppm)", signal.symbolRatePpm);
-}
-
-std::string NameOf(const sender::Signal& signal)
-{
-    std::array<char, 100> name{};
-    std::snprintf(name.data(), name.size(), "%d-QAM, %.3f MSymb/s, %.1f dB%s%s", signal.order, signal.symbolRate / 1e6,
-                  *signal.noise, signal.interferer ? ", interferer" : "", signal.echoes.empty() ? "" : ", echo");
-    return name.data();
+    const std::pair<const char*, double> values[] = {
+        {"Level (dBuV)", channel.level},
+        {"Symbol Rate (MSymb/s)", signal.symbolRate / 1e6},
+        {"C/I (dB)", channel.interference},
+        {"Carrier Suppression (dB)", *signal.carrier},
+        {"Phase Jitter (deg)", signal.jitter},
+        {"I/Q Imbalance (%)", signal.imbalance},
+        {"Quadrature Error (deg)", signal.quadrature},
+        {"Echo (dB)", signal.echoes.empty() ? 20 : -signal.echoes[0].level},
+        {"Echo Length (m)", channel.echoLength},
+        {"Frequency Offset (Hz)", signal.frequency},
+        {"Symbol Rate Offset (ppm)", signal.symbolRatePpm},
+        {"Frequency (MHz)", channel.frequency},
+    };
+    std::string text =
+        "[Network]\nImplementation Loss (dB)=0\nNoise Figure (dB)=" + std::to_string(channel.noiseFigure) +
+        "\n[Channel 1]\nOrder of QAM=" + std::to_string(signal.order);
+    for (const auto& [key, value] : values) {
+        text += std::string("\n") + key + "=" + std::to_string(value);
+    }
+    return NetworkModel::Parse(text, L"drawn");
 }
 
 void Tune(ReceiverPhysics& simulated, Moment& time, const Channel& channel)
 {
-    simulated.Network(NetworkModel::Parse(ModelOf(channel), L"drawn"));
+    simulated.Network(ModelOf(channel));
     simulated.OrderOfQam(channel.signal.order);
     simulated.SymbolRate(channel.signal.symbolRate);
     simulated.Frequency(channel.frequency * 1e6);
@@ -137,7 +136,7 @@ void Tune(ReceiverPhysics& simulated, Moment& time, const Channel& channel)
 
 }  // namespace
 
-Encounter MeetSimulator(unsigned number)
+std::vector<Row> RowsAgainstSimulator(unsigned number)
 {
     const Channel channel = Draw(number);
     const sender::Signal& signal = channel.signal;
@@ -147,12 +146,15 @@ Encounter MeetSimulator(unsigned number)
     const Reception reception = Receive({signal, 0.01 + 0.4e6 / signal.symbolRate, 0});
     const recordings::SignalReadings& recorded = reception.readings;
 
-    Encounter encounter{NameOf(signal), {}};
-    // `spread` is that of a simulated reading, of which three times are allowed for; `below` and `above` are what the
-    // receiver for recordings may miss by.
-    const auto add = [&](const char* quantity, double read, double spread, std::optional<double> other, double below,
+    std::vector<Row> rows;
+    const std::string trial = "channel " + std::to_string(number) + ", " + std::to_string(signal.order) + "-QAM" +
+                              (signal.interferer ? ", interferer" : "") + (signal.echoes.empty() ? "" : ", echo");
+    // Of the spread of a simulated reading three times are allowed for, and what the receiver for recordings may be
+    // off.
+    const auto add = [&](const char* quantity, double expected, double spread, std::optional<double> read, double below,
                          double above) {
-        encounter.readings.push_back({quantity, read, other, 3 * spread + below, 3 * spread + above});
+        rows.push_back({quantity, trial, false, expected, 3 * spread + below, 3 * spread + above,
+                        [read] { return read.value_or(std::numeric_limits<double>::quiet_NaN()); }});
     };
     const double echo = signal.echoes.empty() ? 0 : 0.4;  // MER that equalising costs
     const double mer = simulated.ReadMer();
@@ -160,24 +162,25 @@ Encounter MeetSimulator(unsigned number)
     const double notched =
         dvbc::RatioOfErrorPower(dvbc::ErrorPowerOfRatio(mer) - dvbc::ErrorPowerOfRatio(channel.interference)) - mer;
     add("MER, dB", mer, 0.1, recorded.mer, 0.3 + echo, 0.3 + notched);
-    add("S/N, dB", simulated.ReadSignalToNoise(), 0.1, recorded.signalToNoise, 0.5 + echo, 0.5);
+    add("signal to noise, dB", simulated.ReadSignalToNoise(), 0.1, recorded.signalToNoise, 0.5 + echo, 0.5);
     add("level, dB", simulated.ReadRfLevel() + 60 - channel.level, 0.1,
         dvbc::DecibelsOfPower(reception.state.channelPower / signal.level / signal.level), 0.2, 0.2);
     add("carrier suppression, dB", simulated.ReadCarrierSuppression(), 0.2, recorded.carrierSuppression, 1, 1);
-    add("imbalance, %", simulated.ReadIqImbalance(), 0.02, recorded.amplitudeImbalance, 0.2, 0.2);
+    add("amplitude imbalance, %", simulated.ReadIqImbalance(), 0.02, recorded.amplitudeImbalance, 0.2, 0.2);
     add("quadrature error, degrees", simulated.ReadIqPhase(), 0.02, recorded.quadratureError, 0.2, 0.2);
-    add("C/I, dB", simulated.ReadCarrierToInterference(), 0.3, recorded.carrierToInterference.value_or(60), 1, 1);
+    add("carrier to interference, dB", simulated.ReadCarrierToInterference(), 0.3,
+        recorded.carrierToInterference.value_or(60), 1, 1);
     add("frequency offset, Hz", simulated.ReadFrequencyOffset(), 50, reception.state.frequencyOffset, 50, 50);
     if (mer > 26) {  // below, jitter is not measured
-        const double hidden = mer < 34 ? 0.4 : 0.1;
-        add("phase jitter, degrees", simulated.ReadPhaseJitter(), 0.02, recorded.phaseJitter, hidden, 0.1);
+        add("phase jitter, degrees", simulated.ReadPhaseJitter(), 0.02, recorded.phaseJitter, mer < 34 ? 0.4 : 0.1,
+            0.1);
     }
     // Not all that spoils the signal is Gaussian, and differential coding doubles errors; three hundred are counted.
     if (const double ber = simulated.ReadBer(); ber > 1e-4) {
         add("C/N for such a BER, dB", dvbc::RequiredEsN0(signal.order, ber), 0,
             dvbc::RequiredEsN0(signal.order, reception.ber), 0.8, 0.8);
     }
-    return encounter;
+    return rows;
 }
 
 }  // namespace tvn2x::reception

@@ -104,7 +104,7 @@ void AddEchoes(std::vector<Row>& rows)
 }
 
 /// One signal is received for all rows that ask for a reading of it.
-void AddImpairment(std::vector<Row>& rows, const std::string& name, const sender::Signal& signal, bool brief)
+void AddImpairment(std::vector<Row>& rows, const std::string& name, const sender::Signal& signal)
 {
     const auto received = std::make_shared<std::optional<Reception>>();
     const auto readings = [received, signal]() -> const recordings::SignalReadings& {
@@ -113,26 +113,23 @@ void AddImpairment(std::vector<Row>& rows, const std::string& name, const sender
         }
         return (*received)->readings;
     };
-    const std::string trial = Name(signal.order) + " at 36 dB, " + name;
+    const auto add = [&](const char* quantity, double expected, double tolerance, auto reading) {
+        rows.push_back({quantity, Name(signal.order) + " at 36 dB, " + name, false, expected, tolerance, tolerance,
+                        [readings, reading] { return (readings().*reading).value_or(notMeasured); }});
+    };
+    using Readings = recordings::SignalReadings;
     if (signal.carrier) {
-        rows.push_back({"carrier suppression, dB", trial, brief, *signal.carrier, 1, 1,
-                        [readings] { return readings().carrierSuppression.value_or(notMeasured); }});
+        add("carrier suppression, dB", *signal.carrier, 1, &Readings::carrierSuppression);
     }
-    rows.push_back({"amplitude imbalance, %", trial, brief, signal.imbalance, 0.2, 0.2,
-                    [readings] { return readings().amplitudeImbalance.value_or(notMeasured); }});
-    rows.push_back({"quadrature error, degrees", trial, brief, signal.quadrature, 0.2, 0.2,
-                    [readings] { return readings().quadratureError.value_or(notMeasured); }});
-    rows.push_back({"phase jitter, degrees", trial, brief, signal.jitter, 0.1, 0.1,
-                    [readings] { return readings().phaseJitter.value_or(notMeasured); }});
+    add("amplitude imbalance, %", signal.imbalance, 0.2, &Readings::amplitudeImbalance);
+    add("quadrature error, degrees", signal.quadrature, 0.2, &Readings::quadratureError);
+    add("phase jitter, degrees", signal.jitter, 0.1, &Readings::phaseJitter);
     if (signal.interferer) {
-        rows.push_back({"carrier to interference, dB", trial, brief, *signal.interferer, 1, 1,
-                        [readings] { return readings().carrierToInterference.value_or(notMeasured); }});
+        add("carrier to interference, dB", *signal.interferer, 1, &Readings::carrierToInterference);
     }
     // An interferer counts as noise.
-    const double noise =
-        signal.interferer ? -10 * std::log10(std::pow(10, -3.6) + std::pow(10, -*signal.interferer / 10)) : 36;
-    rows.push_back({"signal to noise, dB", trial, brief, noise, 1, 1,
-                    [readings] { return readings().signalToNoise.value_or(notMeasured); }});
+    const double interference = signal.interferer ? std::pow(10, -*signal.interferer / 10) : 0;
+    add("signal to noise, dB", -10 * std::log10(std::pow(10, -3.6) + interference), 1, &Readings::signalToNoise);
 }
 
 void AddImpairments(std::vector<Row>& rows)
@@ -145,18 +142,11 @@ void AddImpairments(std::vector<Row>& rows)
         {"sine wave", [](sender::Signal& signal) { signal.interferer = 32; }},
     };
     for (const int order : {16, 64, 128, 256}) {
-        const sender::Signal plain = Noisy(order, 36);
         for (const auto& [name, impair] : alone) {
-            sender::Signal signal = plain;
+            sender::Signal signal = Noisy(order, 36);
             impair(signal);
-            AddImpairment(rows, name, signal, false);
+            AddImpairment(rows, name, signal);
         }
-        sender::Signal all = plain;
-        all.carrier = 34;
-        all.imbalance = 1;
-        all.quadrature = 1;
-        all.jitter = 0.5;
-        AddImpairment(rows, "together", all, order == 64);
     }
 }
 

@@ -4,7 +4,6 @@
 //   reception_quality false-locks N    how often it locks to what is no signal, N tries of each kind
 //   reception_quality against-simulator N  the readings of N drawn channels beside those of the simulated receiver
 // Ends with 1 where a line misses its goal.
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -17,20 +16,34 @@ namespace {
 
 using namespace tvn2x::reception;
 
+bool PrintRow(const Row& row)
+{
+    const double read = row.read();
+    const bool good = read >= row.expected - row.below && read <= row.expected + row.above;
+    std::printf("%-44s %-58s %12.4g %12.4g%s\n", row.quantity.c_str(), row.trial.c_str(), row.expected, read,
+                good ? "" : "  MISSED");
+    std::fflush(stdout);
+    return good;
+}
+
 bool PrintTable(bool brief)
 {
     bool met = true;
     std::printf("%-44s %-58s %12s %12s\n", "quantity", "signal", "put in", "read");
     for (const Row& row : QualityRows()) {
-        if (brief && !row.brief) {
-            continue;
+        met = ((brief && !row.brief) || PrintRow(row)) && met;
+    }
+    return met;
+}
+
+bool PrintAgainstSimulator(unsigned channels)
+{
+    bool met = true;
+    std::printf("%-44s %-58s %12s %12s\n", "quantity", "channel", "simulated", "recorded");
+    for (unsigned number = 1; number <= channels; ++number) {
+        for (const Row& row : RowsAgainstSimulator(number)) {
+            met = PrintRow(row) && met;
         }
-        const double read = row.read();
-        const bool good = read >= row.expected - row.below && read <= row.expected + row.above;
-        met = met && good;
-        std::printf("%-44s %-58s %12.4g %12.4g%s\n", row.quantity.c_str(), row.trial.c_str(), row.expected, read,
-                    good ? "" : "  MISSED");
-        std::fflush(stdout);
     }
     return met;
 }
@@ -46,22 +59,6 @@ bool PrintFalseLocks(int tries)
     return none;
 }
 
-bool PrintEncounters(unsigned channels)
-{
-    bool agree = true;
-    std::printf("%-28s %-58s %12s %12s\n", "quantity", "channel", "simulated", "recorded");
-    for (unsigned number = 1; number <= channels; ++number) {
-        const Encounter encounter = MeetSimulator(number);
-        for (const Comparison& reading : encounter.readings) {
-            agree = agree && reading.Agree();
-            std::printf("%-28s %-58s %12.4g %12.4g%s\n", reading.quantity.c_str(), encounter.channel.c_str(),
-                        reading.simulated, reading.recorded.value_or(NAN), reading.Agree() ? "" : "  MISSED");
-        }
-        std::fflush(stdout);
-    }
-    return agree;
-}
-
 }  // namespace
 
 int main(int argumentCount, char** arguments)
@@ -71,7 +68,7 @@ int main(int argumentCount, char** arguments)
     if (what == "false-locks") {
         good = PrintFalseLocks(argumentCount > 2 ? std::atoi(arguments[2]) : 1000);
     } else if (what == "against-simulator") {
-        good = PrintEncounters(argumentCount > 2 ? static_cast<unsigned>(std::atoi(arguments[2])) : 30);
+        good = PrintAgainstSimulator(argumentCount > 2 ? static_cast<unsigned>(std::atoi(arguments[2])) : 30);
     } else {
         good = PrintTable(what == "brief");
         good = PrintFalseLocks(what == "brief" ? 5 : 20) && good;

@@ -6,11 +6,9 @@
 #include <random>
 #include <set>
 
-#include "receivers/recordings/demodulator/CarrierSearch.h"
 #include "receivers/recordings/demodulator/ConstellationAnalysis.h"
 #include "receivers/recordings/demodulator/Demodulator.h"
 #include "receivers/recordings/demodulator/LockDetector.h"
-#include "receivers/recordings/demodulator/MatchedInterpolator.h"
 #include "support/sender/Mapper.h"
 
 namespace tvn2x::recordings {
@@ -69,49 +67,6 @@ TEST(Constellation, DecidesForTheNearestPoint)
     EXPECT_EQ(Nearest(Constellation(32), {nan, nan}).real(), 5);
     EXPECT_EQ(Nearest(Constellation(32), {5, nan}).imag(), 3);
     EXPECT_THROW(Constellation(100), std::invalid_argument);
-}
-
-TEST(MatchedInterpolator, PassesSineWavesAsTheStandardsFilterDoes)
-{
-    constexpr double rate = 10e6;
-    constexpr double symbolRate = 6.9e6;
-    for (const double share : {0.0, 0.3, 0.46, 0.5, 0.54, 0.6}) {  // of the symbol rate
-        Mixer mixer(rate, ChosenKernels());
-        mixer.SetFrequency(-share * symbolRate);
-        MatchedInterpolator interpolator(rate / symbolRate / 2, 0.15, ChosenKernels());
-        interpolator.Take(std::vector<std::complex<float>>(4096, 1), mixer);
-        std::vector<float> re(4000);
-        std::vector<float> im(4000);
-        ASSERT_EQ(interpolator.Give(4000, {re.data(), im.data()}), 4000U);
-        const double edge = std::clamp((share - 0.425) / 0.15, 0.0, 1.0);
-        const double phase = std::arg(std::complex<double>(re[2000], im[2000]));
-        for (size_t i = 200; i < 3800; i += 100) {
-            const std::complex<double> value(re[i], im[i]);
-            EXPECT_NEAR(std::abs(value), std::cos(pi / 2 * edge), 0.012) << share;
-            const double turns = share / 2 * (static_cast<double>(i) - 2000);
-            if (edge < 0.9) {
-                EXPECT_NEAR(std::arg(value * std::polar(1.0, -phase - 2 * pi * turns)), 0, 0.01) << share;
-            }
-        }
-    }
-}
-
-TEST(CarrierSearch, FindsHowConstellationsTurn)
-{
-    for (const int order : {16, 32, 64, 128, 256}) {
-        const std::vector<std::complex<double>> points = RandomPoints(order, CarrierSearch::searchSymbols);
-        for (const double frequency : {-0.024, 1e-6, 0.0007}) {
-            std::vector<std::complex<float>> symbols;
-            for (const std::complex<double>& point : points) {
-                const double turns = 0.1 + frequency * static_cast<double>(symbols.size());
-                symbols.emplace_back(point / std::sqrt(sender::Mapper::MeanPower(order)) *
-                                     std::polar(1.0, 2 * pi * turns));
-            }
-            const CarrierSearch::Turning turning = CarrierSearch(Constellation(order)).Search(symbols);
-            EXPECT_NEAR(turning.frequency, frequency, 2e-6) << order;
-            EXPECT_NEAR(std::remainder(turning.phase - 0.1, 0.25), 0, 0.03) << order;
-        }
-    }
 }
 
 /// Symbols with known errors, as the points that they are nearest to.
