@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string>
 
 #include "receivers/model/ReceiverSettings.h"
 #include "setup/catalogue/Settings.h"
@@ -20,9 +21,33 @@ struct ControlRanges
     std::span<const int32_t> ordersOfQam;
 };
 
+/// What every receiver shows where it does not measure a reading: nothing. A receiver has a reading of the same name
+/// instead for each that it measures.
+class UnmeasuredReadings
+{
+public:
+#define RECEIVER_READING(name, parameter) \
+    double name()                         \
+    {                                     \
+        status_ = L"---";                 \
+        return 0;                         \
+    }
+#include "setup/catalogue/ReceiverOperations.h"
+    /// Of the last reading: where it tells of a range marker, the reading is 0 or the end of the range.
+    std::wstring ValueStatus() const
+    {
+        return status_;
+    }
+
+protected:
+    ~UnmeasuredReadings() = default;
+
+    std::wstring status_;
+};
+
 /// What is set alike in every receiver, and read back: the operations of that name, in their units. A setter that is
 /// refused raises an error that begins with "Let ... failed" and leaves the setting as it was.
-class ReceiverControls
+class ReceiverControls : public UnmeasuredReadings
 {
 public:
     double Frequency() const { return settings_.frequency; }

@@ -33,13 +33,9 @@ public:
     double SettlingTime() const { return settlingTime_; }
     void SettlingTime(double seconds) { settlingTime_ = seconds; }
 
-    // Readings. Where ValueStatus then tells of a range marker, the reading is 0 or the end of the range.
+    // Readings.
 #define RECEIVER_READING(name, parameter) double name();
 #include "setup/catalogue/ReceiverOperations.h"
-    std::wstring ValueStatus() const
-    {
-        return status_;
-    }
     std::wstring BerState();
     std::wstring BerResult();
 
@@ -204,7 +200,6 @@ private:
     double settlingTime_ = 0;
     double referenceSince_ = 0;
     std::optional<BitErrorCount> ber_;
-    std::wstring status_;
 };
 
 }  // namespace tvn2x

@@ -47,13 +47,18 @@ public:
     /// The last symbols, as Demodulator tells them.
     std::vector<std::complex<float>> Constellation(size_t most);
 
-    // Readings. Where ValueStatus then tells of a range marker, the reading is 0 or the end of the range.
-#define RECEIVER_READING(name, parameter) double name();
-#include "setup/catalogue/ReceiverOperations.h"
-    std::wstring ValueStatus() const
-    {
-        return status_;
-    }
+    // Readings.
+    double ReadRfLevel();
+    double ReadBer();
+    double ReadFrequencyOffset();
+    double ReadIqImbalance();
+    double ReadIqPhase();
+    double ReadCarrierSuppression();
+    double ReadPhaseJitter();
+    double ReadCarrierToInterference();
+    double ReadSignalToNoise();
+    double ReadMer();
+    double ReadMerPercent();
     std::wstring BerState();
     std::wstring BerResult();
 
@@ -61,95 +66,44 @@ public:
     bool TsError();
     bool SymbolClockUnlocked();
     bool CarrierUnlocked();
-    bool ReferenceLocked() const
-    {
-        return false;
-    }
+    bool ReferenceLocked() const { return false; }
     bool RfSignalPresent();
     /// No numbers once the recording is over: nobody knows the seconds after it.
     dvbc::ErroredTime ErrorCounters();
     void ResetErrorCounters();
 
     // Settings of its own, beside those of every receiver. A recording that is over begins again with the symbol rate.
-    int32_t SawBandwidth() const
-    {
-        return settings_.sawBandwidth;
-    }
+    int32_t SawBandwidth() const { return settings_.sawBandwidth; }
     void SawBandwidth(int32_t megahertz);  ///< 0, 2, 6, 7, 8: the filters are those of the demodulator in any case
-    int32_t ReferenceSource() const
-    {
-        return 0;
-    }
+    int32_t ReferenceSource() const { return 0; }
     void ReferenceSource(int32_t source);  ///< 0: the recorder's reference is all there is
-    int32_t Mode() const
-    {
-        return dvbCDemodulator;
-    }
+    int32_t Mode() const { return dvbCDemodulator; }
     void Mode(int32_t mode);  ///< 4
-    bool Hold() const
-    {
-        return held_;
-    }
+    bool Hold() const { return held_; }
     void Hold(bool hold);
-    int32_t DemodulatorGainControl() const
-    {
-        return 1;
-    }
+    int32_t DemodulatorGainControl() const { return 1; }
     void DemodulatorGainControl(int32_t mode);  ///< 1
-    int32_t Equaliser() const
-    {
-        return 1;
-    }
+    int32_t Equaliser() const { return 1; }
     void Equaliser(int32_t mode);  ///< 1
     void Initialise();
 
     // Identity.
-    std::wstring SerialNumber() const
-    {
-        return L"0";
-    }
-    std::wstring FirmwareVersion() const
-    {
-        return L"1.0";
-    }
+    std::wstring SerialNumber() const { return L"0"; }
+    std::wstring FirmwareVersion() const { return L"1.0"; }
     std::wstring InstalledOptions() const;
-    std::wstring InstrumentName() const
-    {
-        return L"Receiver of recorded signals";
-    }
-    std::wstring BusAddress() const
-    {
-        return L"IQ1";
-    }
-    std::wstring Model() const
-    {
-        return L"KTR";
-    }
-    std::wstring Manufacturer() const
-    {
-        return L"KESTREL&BRAND";
-    }
-    std::wstring Hardware() const
-    {
-        return L"KTR 2x in software, for recordings";
-    }
-    bool Online() const
-    {
-        return online_;
-    }
-    void Online(bool online)
-    {
-        online_ = online;
-    }
+    std::wstring InstrumentName() const { return L"Receiver of recorded signals"; }
+    std::wstring BusAddress() const { return L"IQ1"; }
+    std::wstring Model() const { return L"KTR"; }
+    std::wstring Manufacturer() const { return L"KESTREL&BRAND"; }
+    std::wstring Hardware() const { return L"KTR 2x in software, for recordings"; }
+    bool Online() const { return online_; }
+    void Online(bool online) { online_ = online; }
 
 private:
     SignalParameters Signal() const;
     void Tune() override;
     void BeginMeasurement() override;
-    void RestartBerCount() override
-    {
-        berFrom_.reset();
-    }
+    void RestartBerCount() override { berFrom_.reset(); }
     void Open();
     /// Plays what is due and hands out the channel. Raises what keeps it from being received.
     PlayedChannel& Played();
@@ -167,7 +121,6 @@ private:
     std::optional<RaisedError> fault_;      ///< why there is none
     ErroredSeconds errored_;
     std::optional<PacketCounters> berFrom_;  ///< what had been counted when the count of bit errors began
-    std::wstring status_;
 };
 
 }  // namespace tvn2x::recordings
