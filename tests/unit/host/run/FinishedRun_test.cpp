@@ -8,96 +8,128 @@
 #include "support/FixedLocale.h"
 #include "support/TestFiles.h"
 #include "support/TestRun.h"
+#include "support/TestSession.h"
 #include "support/TestTable.h"
 #include "util/Encoding.h"
 
 namespace tvn2x {
 namespace {
 
-using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using enum ChannelOutcome;
 
-TEST(OutcomeOf, OnlyWhatWasSeenLockedIsSynchronised)
+/// Runs as they go on, and what a person writes of them.
+class Session : public TestSession
 {
-    const std::tuple<const wchar_t*, std::vector<std::wstring>, ChannelOutcome> cases[] = {
-        {L"Done", {L"OK", L"OK", L"OK"}, synchronised},   {L"Done", {L"OK", L"OK", L"INTERMITTENT"}, notSynchronised},
-        {L"Done", {L"OK", L"OK"}, notSynchronised},       {L"Done", {}, notSynchronised},
-        {L"Control Error", {L"OK", L"OK", L"OK"}, error}, {L"", {L"OK", L"OK", L"OK"}, error}};
-    for (const auto& [status, locks, outcome] : cases) {
-        std::vector<Reading> readings{TestReading(MP_MER, L"39.0")};
-        for (size_t i = 0; i < locks.size(); ++i) {
-            readings.push_back({.parameter = MP_REF + static_cast<int32_t>(i), .text = locks[i]});
+public:
+    Session() { run.passes = 1; }
+
+    const Deeds deeds{
+        {"plan",
+         [this] {
+             run.selection.push_back({Number(0), L"C" + Word(0), Value(1), 6.9});
+         }},
+        {"result", [this] { AddResult(); }},
+        {"turns-into", [this] { run.channels.at(static_cast<size_t>(Number(0))).outcome = Outcome(1); }},
+        {"passes", [this] { run.passes = Number(0); }},
+        {"second-setup", [this] { AddSetup(run.setups, 'b', Number(0)).settings.orderOfQam = 64; }},
+        {"complete", [this] { run.Complete(); }},
+        {"given", [this] { AddSetup(given, words[0][0], Number(1)); }},
+        {"summary", [this] { summary = {.channels = Number(0), .stopped = words[1] == "stopped"}; }},
+        {"count", [this] { summary.Count(Outcome(0)); }},
+        {"took", [this] { summary.seconds = Value(0); }},
+    };
+    const Sights sights{
+        {"results", [this] { return Results(); }},
+        {"planned", [this] { return Told(run.Planned()); }},
+        {"measured", [this] { return Told(run.Measured()); }},
+        {"seconds", [this] { return NumberText(run.Seconds()); }},
+        {"complete", [this] { return Told(run.IsComplete()); }},
+        {"one-pass", [this] { return Told(run.IsOnePass()); }},
+        {"left", [this] { return Left(); }},
+        {"outcome", [this] { return OutcomeOfLocks(); }},
+        {"other-setups",
+         [this] { return Refusal([&] { RequireSameSetups(run, L"j.jsonl", given, Number(0), L""); }); }},
+        {"summary", [this] { return summary.Text(); }},
+        {"user-mark", [this] { return WithUserMark(Text(), CommaLocale()); }},
+        {"number-text", [this] { return NumberText(Value(0)); }},
+        {"local", [this] { return LocalText(Text()); }},
+        {"interval", [this] { return Interval(); }},
+        {"parameters", [this] { return Parameters(); }},
+    };
+
+private:
+    ChannelOutcome Outcome(size_t word) const
+    {
+        constexpr std::array names{"unmeasured", "synchronised", "notSynchronised", "error"};
+        return static_cast<ChannelOutcome>(std::ranges::find(names, words.at(word)) - names.begin());
+    }
+    /// Number and pass of a channel, and the outcome.
+    void AddResult()
+    {
+        const auto planned = std::ranges::find(run.selection, Number(0), &PlannedChannel::number);
+        run.channels.push_back(TestChannel(Number(0), planned->frequency, {}, Number(1), Outcome(2)));
+    }
+    static RunSetup& AddSetup(std::vector<RunSetup>& setups, char hash, int32_t firstChannel)
+    {
+        RunSetup& setup = setups.emplace_back();
+        setup.path = L"more.ini";
+        setup.sha256 = std::wstring(64, static_cast<wchar_t>(hash));
+        setup.firstChannel = firstChannel;
+        return setup;
+    }
+    /// Pass, number, order of QAM and outcome of each.
+    std::wstring Results() const
+    {
+        std::wstring all;
+        for (const ChannelResult& channel : run.channels) {
+            all += (all.empty() ? L"" : L"; ") + std::to_wstring(channel.pass) + L" " + channel.Name() + L" " +
+                   std::to_wstring(channel.orderOfQam) + L" " + OutcomeText(channel.outcome);
         }
-        EXPECT_EQ(OutcomeOf(status, readings), outcome) << status << locks.size();
+        return all;
     }
-}
-
-TEST(FinishedRun, CompleteGivesEachPlannedChannelOfTheBegunPassesItsPlace)
-{
-    FinishedRun run = TestRun({TestChannel(1, 474, {}), TestChannel(2, 482, {}), TestChannel(3, 490, {})});
-    RunSetup& second = run.setups.emplace_back();
-    second.firstChannel = 3;
-    second.settings.orderOfQam = 64;
-    run.passes = 5;
-    EXPECT_EQ(run.Planned(), 15);
-    run.channels = {TestChannel(3, 490, {}, 2), TestChannel(2, 482, {}, 1, unmeasured), TestChannel(2, 482, {}),
-                    TestChannel(1, 474, {}, 2, unmeasured), TestChannel(1, 474, {}, 3, unmeasured)};
-    run.Complete();
-    std::vector<std::tuple<int32_t, int32_t, ChannelOutcome>> places;
-    for (const ChannelResult& channel : run.channels) {
-        places.emplace_back(channel.pass, channel.number, channel.outcome);
+    std::wstring Left() const
+    {
+        std::wstring all;
+        for (const ChannelTurn& turn : TurnsLeft(run)) {
+            all += (all.empty() ? L"" : L" ") + std::to_wstring(turn.pass) + L"/" + std::to_wstring(turn.channel);
+        }
+        return all;
     }
-    EXPECT_THAT(places, ElementsAre(std::tuple(1, 1, unmeasured), std::tuple(1, 2, synchronised),
-                                    std::tuple(1, 3, unmeasured), std::tuple(2, 1, unmeasured),
-                                    std::tuple(2, 2, unmeasured), std::tuple(2, 3, synchronised)));
-    EXPECT_EQ(run.channels[0].Name(), L"C1 474 MHz");
-    EXPECT_EQ(run.channels[0].orderOfQam, 256) << "of its setup";
-    EXPECT_EQ(run.channels[2].orderOfQam, 64);
-    EXPECT_EQ(run.Measured(), 2);
-    EXPECT_EQ(TestRun({TestChannel(1, 474, {}), TestChannel(2, 482, {})}).Seconds(), 2.5);
-    EXPECT_FALSE(run.IsComplete());
-    run.passes = 0;
-    EXPECT_EQ(run.Planned(), 6) << "without an end the passes that began count";
-}
-
-TEST(ScanSummary, TellsOutcomesApartInOneLine)
-{
-    ScanSummary summary{.channels = 3, .synchronised = 2, .seconds = 62};
-    summary.Count(ChannelOutcome::synchronised);
-    EXPECT_EQ(summary.Text(), L"3 channels, 3 synchronised, 0 not synchronised, 0 errors, 1:02 min");
-
-    ScanSummary stopped{.channels = 5, .stopped = true, .seconds = 3};
-    stopped.Count(ChannelOutcome::error);
-    stopped.Count(ChannelOutcome::notSynchronised);
-    EXPECT_EQ(stopped.Text(),
-              L"Stopped: 5 channels, 0 synchronised, 1 not synchronised, 1 error, 3 not measured, 0:03 min");
-}
-
-TEST(WithUserMark, ChangesNumbersAlone)
-{
-    for (const auto& [number, expected] :
-         {std::pair{L"61.1", L"61,1"}, {L"<1.7E-8", L"<1,7E-8"}, {L">2.0e+3", L">2,0e+3"}}) {
-        EXPECT_EQ(WithUserMark(number, CommaLocale()), expected);
+    /// Of a status, where "-" is none, and locks.
+    std::wstring OutcomeOfLocks() const
+    {
+        std::vector<Reading> readings{TestReading(MP_MER, L"39.0")};
+        for (size_t i = 1; i < words.size() && !words[i].empty(); ++i) {
+            readings.push_back({.parameter = MP_REF + static_cast<int32_t>(i) - 1, .text = Word(i)});
+        }
+        return OutcomeText(OutcomeOf(words[0] == "-" ? L"" : Word(0), readings));
     }
-    for (const wchar_t* const kept :
-         {L"-0,25", L"105940", L"OVER", L"1.2.3", L"5.", L".5", L"1.5 dB", L"", L"1.5E", L"1.5E-"}) {
-        EXPECT_EQ(WithUserMark(kept, CommaLocale()), kept);
+    std::wstring Interval() const
+    {
+        double seconds = 0;
+        const std::wstring refusal = Refusal([&] { seconds = ReadInterval(Text()); });
+        return refusal.empty() ? NumberText(seconds) : refusal;
     }
-}
+    std::wstring Parameters() const
+    {
+        std::wstring all;
+        const std::wstring refusal = Refusal([&] {
+            for (const int32_t parameter : SelectParameters(Text())) {
+                all += (all.empty() ? L"" : L" ") + std::to_wstring(parameter);
+            }
+        });
+        return refusal.empty() ? all : refusal;
+    }
 
-TEST(NumberText, HasThreeDigits)
-{
-    EXPECT_EQ(NumberText(105940), L"105940");
-    EXPECT_EQ(NumberText(0.7273), L"0.727");
-    EXPECT_EQ(NumberText(2e-4), L"2E-4");
-    EXPECT_EQ(NumberText(0), L"0");
-}
+    FinishedRun run = TestRun({});
+    std::vector<RunSetup> given;
+    ScanSummary summary;
+};
 
-TEST(LocalText, LeavesWhatIsNoPointInTime)
+TEST(Run, IsWhatEachSessionExpects)
 {
-    EXPECT_EQ(LocalText(L"yesterday"), L"yesterday");
+    PlaySessions("run-sessions.txt", [](const std::string&) { return std::make_unique<Session>(); });
 }
 
 /// A file on a disk that can be full.
@@ -132,75 +164,6 @@ TEST(Journal, KeepsWhatAFullDiskRefusesAndTellsOnce)
     EXPECT_THAT(told, ElementsAre(FileFault::diskFull, FileFault::none));
 }
 
-TEST(Journal, ARunGoesOnBehindTheChannelsThatItHasPassByPass)
-{
-    FinishedRun run = TestRun({TestChannel(2, 482, {}), TestChannel(5, 506, {}), TestChannel(7, 522, {})});
-    EXPECT_TRUE(TurnsLeft(run).empty());
-    run.passes = 2;
-    EXPECT_THAT(TurnsLeft(run), ElementsAre(ChannelTurn{2, 2}, ChannelTurn{2, 5}, ChannelTurn{2, 7}));
-    run.channels.push_back(TestChannel(2, 482, {}, 2));
-    run.channels.push_back(TestChannel(5, 506, {}, 2));
-    EXPECT_THAT(TurnsLeft(run), ElementsAre(ChannelTurn{2, 7}));
-    run.channels.back().outcome = ChannelOutcome::unmeasured;
-    EXPECT_THAT(TurnsLeft(run), ElementsAre(ChannelTurn{2, 5}, ChannelTurn{2, 7})) << "a stopped channel is none";
-    run.channels[3].outcome = ChannelOutcome::error;
-    EXPECT_EQ(TurnsLeft(run).size(), 2u) << "an error is a result";
-    run.channels.resize(3);
-    run.passes = 0;
-    EXPECT_EQ(TurnsLeft(run).size(), 3u) << "without an end";
-}
-
-TEST(FinishedRun, IsOnePassWhereNoChannelHasItsLatestResultInAnother)
-{
-    FinishedRun run = TestRun({TestChannel(1, 474, {}), TestChannel(2, 482, {}, 1, ChannelOutcome::unmeasured)});
-    EXPECT_TRUE(run.IsOnePass()) << "stopped in the first pass";
-    run.channels.push_back(TestChannel(1, 474, {}, 2));
-    run.channels.push_back(TestChannel(2, 482, {}, 2));
-    EXPECT_TRUE(run.IsOnePass());
-    run.channels[1].outcome = ChannelOutcome::synchronised;
-    run.channels[3].outcome = ChannelOutcome::unmeasured;
-    EXPECT_FALSE(run.IsOnePass()) << "stopped in the second: the first has what it left out";
-    EXPECT_TRUE(TestRun({}).IsOnePass());
-}
-
-TEST(Journal, RefusesAnotherSetup)
-{
-    FinishedRun run = TestRun({TestChannel(1, 474, {}), TestChannel(2, 482, {})});
-    const auto add = [](std::vector<RunSetup>& setups, wchar_t hash, int32_t first) {
-        RunSetup& setup = setups.emplace_back();
-        setup.path = L"other.ini";
-        setup.sha256 = std::wstring(64, hash);
-        setup.firstChannel = first;
-    };
-    add(run.setups, L'b', 2);
-    run.setups.back().path = L"more.ini";
-    const auto refusal = [&](const std::vector<std::pair<wchar_t, int32_t>>& given, int32_t channels) {
-        std::vector<RunSetup> setups;
-        for (const auto& [hash, first] : given) {
-            add(setups, hash, first);
-        }
-        return Refusal([&] { RequireSameSetups(run, L"j.jsonl", setups, channels, L""); });
-    };
-    EXPECT_EQ(refusal({{L'a', 1}, {L'b', 2}}, 2), L"");
-    EXPECT_THAT(refusal({{L'b', 1}, {L'a', 2}}, 2),
-                HasSubstr(L"j.jsonl belongs to the setup C:\\data\\net.ini as it was on 2026-11-21"));
-    EXPECT_THAT(refusal({{L'a', 1}}, 2), HasSubstr(L"as many setups as net.ini, more.ini, and 1 is given"));
-    for (const auto& [first, channels] : {std::pair(2, 1), {3, 2}}) {
-        EXPECT_THAT(refusal({{L'a', 1}, {L'b', first}}, channels),
-                    HasSubstr(L"names channels that net.ini, more.ini does not have"));
-    }
-}
-
-TEST(Journal, ReadsIntervals)
-{
-    for (const auto& [text, seconds] : {std::pair{L"90s", 90}, {L"15m", 900}, {L"1.5h", 5400}, {L"30", 30}}) {
-        EXPECT_EQ(ReadInterval(text), seconds);
-    }
-    for (const wchar_t* bad : {L"", L"m", L"15 min", L"-1m", L"0s", L"8000h", L"nan"}) {
-        EXPECT_THAT(Refusal([&] { ReadInterval(bad); }), HasSubstr(L"is no time from 1 second to 7 days")) << bad;
-    }
-}
-
 std::vector<Setup::Channel> Network()
 {
     return {{L"K45", 666, 6.9}, {L"K46", 674, 6.9},       {L"K47", 682.25, 6.9}, {L"Sport, live", 690, 6.9},
@@ -224,14 +187,6 @@ TEST(ChannelSelection, NamesChannelsByLabelThenNumberThenFrequencyAndRefusesWhat
         }
     }
     EXPECT_THAT(AllChannels({Network()[0], Network()[1]}), ElementsAre(1, 2));
-}
-
-TEST(ParameterNames, AreReadInAnyCaseAndOnceAndListedWhereOneIsUnknown)
-{
-    EXPECT_THAT(SelectParameters(L"MER, rflev,mer,de"), ElementsAre(27, 15, 30));
-    EXPECT_THAT(Refusal([] { SelectParameters(L"mer,evm"); }),
-                AllOf(HasSubstr(L"\"evm\" is no parameter"), HasSubstr(L"userfield, frequency")));
-    EXPECT_THAT(Refusal([] { SelectParameters(L"mer,"); }), HasSubstr(L"\"\" is no parameter"));
 }
 
 }  // namespace
