@@ -73,39 +73,62 @@ bool Locks(int order, double symbolRate, const Samples& samples)
     return locked;
 }
 
+/// What the demodulator of a try is made for, and what it gets.
+struct Try
+{
+    int order;
+    double symbolRate;
+    Samples samples;
+};
+
+constexpr int orders[]{16, 32, 64, 128, 256};
+
+/// Every order with every other one, in turn.
+Try Mistaken(unsigned number, bool byOrder)
+{
+    const unsigned pair = number % 20;
+    sender::Signal signal;
+    signal.order = orders[pair / 4];
+    signal.seed = number;
+    signal.frequency = (static_cast<double>(number % 101) - 50) * 5e3;
+    signal.noise = 22 + number % 19;
+    const Samples samples = sender::Transmitter(signal).Send(samplesOfTry);
+    return byOrder ? Try{orders[(pair / 4 + 1 + pair % 4) % 5], 6.9e6, samples}
+                   : Try{signal.order, 6.9e6 * (number % 2 == 0 ? 1.001 : 0.999), samples};
+}
+
 }  // namespace
 
-void CountFalseLocks(int tries, const std::function<void(const FalseLocks&)>& tell)
+std::vector<Row> FalseLockRows(int tries)
 {
-    static constexpr int orders[]{16, 32, 64, 128, 256};
-    const std::vector<std::pair<std::string, std::function<Samples(unsigned)>>> kinds{
-        {"noise alone", Noise}, {"a carrier alone", Carrier}, {"an analogue picture", Picture}};
+    const std::pair<const char*, std::function<Try(unsigned)>> kinds[] = {
+        {"noise alone",
+         [](unsigned number) {
+             return Try{orders[number % 5], 6.9e6, Noise(number)};
+         }},
+        {"a carrier alone",
+         [](unsigned number) {
+             return Try{orders[number % 5], 6.9e6, Carrier(number)};
+         }},
+        {"an analogue picture",
+         [](unsigned number) {
+             return Try{orders[number % 5], 6.9e6, Picture(number)};
+         }},
+        {"a wrong order", [](unsigned number) { return Mistaken(number, true); }},
+        {"a symbol rate that is 0.1 % off", [](unsigned number) { return Mistaken(number, false); }},
+    };
+    std::vector<Row> rows;
     for (const auto& [name, make] : kinds) {
-        FalseLocks locks{name, tries, 0};
-        for (int number = 0; number < tries; ++number) {
-            const int order = orders[number % 5];
-            locks.locked += Locks(order, 6.9e6, make(static_cast<unsigned>(number))) ? 1 : 0;
-        }
-        tell(locks);
+        rows.push_back({"locks in " + std::to_string(tries) + " tries", name, true, 0, 0, 0, [tries, make = make] {
+                            int locked = 0;
+                            for (int number = 0; number < tries; ++number) {
+                                const Try tried = make(static_cast<unsigned>(number));
+                                locked += Locks(tried.order, tried.symbolRate, tried.samples) ? 1 : 0;
+                            }
+                            return static_cast<double>(locked);
+                        }});
     }
-    FalseLocks wrong{"a wrong order", 0, 0};
-    FalseLocks off{"a symbol rate that is 0.1 % off", 0, 0};
-    for (int number = 0; number < tries; ++number) {
-        sender::Signal signal;
-        const int pair = number % 20;
-        signal.order = orders[pair / 4];
-        const int other = orders[(pair / 4 + 1 + pair % 4) % 5];
-        signal.seed = static_cast<uint32_t>(number);
-        signal.frequency = (number % 101 - 50) * 5e3;
-        signal.noise = 22 + number % 19;
-        const Samples samples = sender::Transmitter(signal).Send(samplesOfTry);
-        ++wrong.tries;
-        wrong.locked += Locks(other, 6.9e6, samples) ? 1 : 0;
-        ++off.tries;
-        off.locked += Locks(signal.order, 6.9e6 * (number % 2 == 0 ? 1.001 : 0.999), samples) ? 1 : 0;
-    }
-    tell(wrong);
-    tell(off);
+    return rows;
 }
 
 }  // namespace tvn2x::reception

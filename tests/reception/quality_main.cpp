@@ -26,37 +26,13 @@ bool PrintRow(const Row& row)
     return good;
 }
 
-bool PrintTable(bool brief)
+bool Print(const std::vector<Row>& rows, bool brief = false)
 {
     bool met = true;
-    std::printf("%-44s %-58s %12s %12s\n", "quantity", "signal", "put in", "read");
-    for (const Row& row : QualityRows()) {
+    for (const Row& row : rows) {
         met = ((brief && !row.brief) || PrintRow(row)) && met;
     }
     return met;
-}
-
-bool PrintAgainstSimulator(unsigned channels)
-{
-    bool met = true;
-    std::printf("%-44s %-58s %12s %12s\n", "quantity", "channel", "simulated", "recorded");
-    for (unsigned number = 1; number <= channels; ++number) {
-        for (const Row& row : RowsAgainstSimulator(number)) {
-            met = PrintRow(row) && met;
-        }
-    }
-    return met;
-}
-
-bool PrintFalseLocks(int tries)
-{
-    bool none = true;
-    CountFalseLocks(tries, [&](const FalseLocks& locks) {
-        std::printf("locked to %s: %d of %d\n", locks.what.c_str(), locks.locked, locks.tries);
-        std::fflush(stdout);
-        none = none && locks.locked == 0;
-    });
-    return none;
 }
 
 }  // namespace
@@ -64,14 +40,18 @@ bool PrintFalseLocks(int tries)
 int main(int argumentCount, char** arguments)
 {
     const std::string what = argumentCount > 1 ? arguments[1] : "";
-    bool good = false;
+    const auto number = [&](int otherwise) { return argumentCount > 2 ? std::atoi(arguments[2]) : otherwise; };
+    std::printf("%-44s %-58s %12s %12s\n", "quantity", "signal", "expected", "read");
+    bool good = true;
     if (what == "false-locks") {
-        good = PrintFalseLocks(argumentCount > 2 ? std::atoi(arguments[2]) : 1000);
+        good = Print(FalseLockRows(number(1000)));
     } else if (what == "against-simulator") {
-        good = PrintAgainstSimulator(argumentCount > 2 ? static_cast<unsigned>(std::atoi(arguments[2])) : 30);
+        for (int channel = 1; channel <= number(30); ++channel) {
+            good = Print(RowsAgainstSimulator(static_cast<unsigned>(channel))) && good;
+        }
     } else {
-        good = PrintTable(what == "brief");
-        good = PrintFalseLocks(what == "brief" ? 5 : 20) && good;
+        good = Print(QualityRows(), what == "brief");
+        good = Print(FalseLockRows(what == "brief" ? 5 : 20)) && good;
     }
     return good ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -20,6 +20,7 @@
 
 #include "support/sender/Mapper.h"
 #include "support/sender/OuterEncoder.h"
+#include "support/sender/Transmitter.h"
 
 namespace {
 
@@ -36,20 +37,6 @@ constexpr int wideFactor = 4;
 constexpr int halfImage = 16;          // samples of a channel, of the filter that widens it
 constexpr double fullScaleLevel = 75;  // dBuV
 constexpr double level = 0.3;          // RMS of all channels, of full scale
-
-/// The root-raised-cosine pulse at a time in symbols.
-double Pulse(double t)
-{
-    if (std::abs(t) < 1e-9) {
-        return 1 - rollOff + 4 * rollOff / pi;
-    }
-    const double pole = 4 * rollOff * t;
-    if (std::abs(std::abs(pole) - 1) < 1e-6) {
-        const double angle = pi / (4 * rollOff);
-        return rollOff / std::sqrt(2) * ((1 + 2 / pi) * std::sin(angle) + (1 - 2 / pi) * std::cos(angle));
-    }
-    return (std::sin(pi * t * (1 - rollOff)) + pole * std::cos(pi * t * (1 + rollOff))) / (pi * t * (1 - pole * pole));
-}
 
 double Window(double place)
 {
@@ -70,8 +57,8 @@ public:
         for (int phase = 0; phase < phases; ++phase) {
             for (int k = -halfPulse + 1; k <= halfPulse; ++k) {
                 const double t = static_cast<double>(phase) / phases - k;
-                pulse_.push_back(
-                    static_cast<float>(Pulse(t) * std::sqrt(Window(std::min(1.0, std::abs(t) / halfPulse)))));
+                pulse_.push_back(static_cast<float>(tvn2x::sender::Pulse(t, rollOff) *
+                                                    std::sqrt(Window(std::min(1.0, std::abs(t) / halfPulse)))));
             }
         }
     }

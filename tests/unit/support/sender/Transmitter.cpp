@@ -14,22 +14,6 @@ constexpr int resolution = 2048;  // of its table, in a symbol
 constexpr double spacing = 8e6;
 constexpr double warmUp = 6000;  // symbols until the interleaver has sent what it was filled with
 
-/// The root-raised-cosine pulse of unit energy at a time in symbols, faded out at its ends.
-double Pulse(double t, double rollOff)
-{
-    const double fade = std::pow(std::cos(pi / 2 * std::min(1.0, std::abs(t) / (halfLength + 0.5))), 0.5);
-    if (std::abs(t) < 1e-9) {
-        return 1 - rollOff + 4 * rollOff / pi;
-    }
-    const double pole = 4 * rollOff * t;
-    if (std::abs(std::abs(pole) - 1) < 1e-6) {
-        const double angle = pi / (4 * rollOff);
-        return fade * rollOff / std::sqrt(2) * ((1 + 2 / pi) * std::sin(angle) + (1 - 2 / pi) * std::cos(angle));
-    }
-    return fade * (std::sin(pi * t * (1 - rollOff)) + pole * std::cos(pi * t * (1 + rollOff))) /
-           (pi * t * (1 - pole * pole));
-}
-
 double Amplitude(double decibels)
 {
     return std::pow(10, decibels / 20);
@@ -37,11 +21,28 @@ double Amplitude(double decibels)
 
 }  // namespace
 
+double Pulse(double time, double rollOff)
+{
+    if (std::abs(time) < 1e-9) {
+        return 1 - rollOff + 4 * rollOff / pi;
+    }
+    const double pole = 4 * rollOff * time;
+    if (std::abs(std::abs(pole) - 1) < 1e-6) {
+        const double angle = pi / (4 * rollOff);
+        return rollOff / std::sqrt(2) * ((1 + 2 / pi) * std::sin(angle) + (1 - 2 / pi) * std::cos(angle));
+    }
+    return (std::sin(pi * time * (1 - rollOff)) + pole * std::cos(pi * time * (1 + rollOff))) /
+           (pi * time * (1 - pole * pole));
+}
+
 Transmitter::Transmitter(const Signal& signal)
     : signal_(signal), meanPower_(Mapper::MeanPower(signal.order)), random_(signal.seed)
 {
     for (int i = -halfLength * resolution; i <= halfLength * resolution + 1; ++i) {
-        pulse_.push_back(Pulse(static_cast<double>(i) / resolution, signal.rollOff));
+        const double time = static_cast<double>(i) / resolution;
+        // It fades out at its ends.
+        const double fade = std::sqrt(std::cos(pi / 2 * std::min(1.0, std::abs(time) / (halfLength + 0.5))));
+        pulse_.push_back(fade * Pulse(time, signal.rollOff));
     }
     carriers_.emplace_back(signal.order, 0);
     if (signal.neighbours) {

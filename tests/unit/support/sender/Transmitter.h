@@ -12,6 +12,9 @@
 
 namespace tvn2x::sender {
 
+/// The root-raised-cosine pulse of unit energy at a time in symbols.
+double Pulse(double time, double rollOff);
+
 /// A second way of the signal: later by `delay` seconds, `level` dB against the first way.
 struct Echo
 {

@@ -10,6 +10,7 @@
 #include "receivers/recordings/demodulator/Demodulator.h"
 #include "receivers/recordings/demodulator/LockDetector.h"
 #include "support/sender/Mapper.h"
+#include "support/sender/Transmitter.h"
 
 namespace tvn2x::recordings {
 namespace {
@@ -168,6 +169,24 @@ TEST(Demodulator, RefusesWhatItCannotReceiveAndGetsOverWhatIsNoNumber)
     EXPECT_FALSE(demodulator.State().locks.timing);
     EXPECT_FALSE(demodulator.Readings().mer);
     EXPECT_TRUE(demodulator.Constellation(100).empty());
+}
+
+TEST(Demodulator, TakesSamplesInBlocksOfAnySize)
+{
+    const std::vector<std::complex<float>> samples = sender::Transmitter({.noise = 30}).Send(200000);
+    Demodulator whole({64, 6.9e6, 0.15}, 10e6);
+    Demodulator pieces({64, 6.9e6, 0.15}, 10e6);
+    whole.Process(samples);
+    std::mt19937 random(2);
+    for (std::span<const std::complex<float>> left(samples); !left.empty();) {
+        const size_t size = std::min<size_t>(random() % 50000, left.size());
+        pieces.Process(left.first(size));
+        left = left.subspan(size);
+    }
+    EXPECT_GT(whole.State().counters.packets, 20U);
+    EXPECT_EQ(whole.State().counters.packets, pieces.State().counters.packets);
+    EXPECT_EQ(whole.Readings().mer, pieces.Readings().mer);
+    EXPECT_EQ(whole.Constellation(100000), pieces.Constellation(100000));
 }
 
 }  // namespace
