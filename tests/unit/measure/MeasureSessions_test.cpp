@@ -101,9 +101,9 @@ private:
     void At(bool once)
     {
         const size_t space = rest.find(' ');
-        std::string call = rest.substr(0, space);
-        std::ranges::replace(call, '_', ' ');
-        happenings.push_back({call, rest.substr(space + 1), once});
+        std::string begin = rest.substr(0, space);
+        std::ranges::replace(begin, '_', ' ');
+        happenings.push_back({begin, rest.substr(space + 1), once});
         log.onCall = [this](const std::string& call) {
             for (Happening& each : happenings) {
                 if (!each.isOver && call.starts_with(each.call)) {
