@@ -6,33 +6,18 @@ cd "$(dirname "$0")/../.."
 . tests/system/expect.sh choice_test
 
 settings='Software\TVN2x\Receiver'
-ids=(78BE4523-D7A7-4F15-B0C0-964A5FB290E8 4AA7B9DA-F54D-464F-8BCE-D26AD76392BA 8DBCBD16-FAA0-4D4C-983F-09C300D8FF93)
-names=(clsReceiver clsRunControl clsErrorReport)
 simulated={954DD709-4EF6-496C-A462-6D3BFA2609A7}
-own=A0000000-0000-0000-0000-00000000000
-vendor={${own}1}
-classes='HKLM\Software\Classes'
-wine() { "$wine_program" "$@" </dev/null; }
+vendor={A0000000-0000-0000-0000-000000000001}
 choose() { # HIVE PROGRAM WORDS
     wine reg add "$1\\$settings" /v "$2" /d "$3" /f >/dev/null
 }
 give_back() {
-    for i in 0 1 2; do
-        for key in "CLSID\\{${ids[$i]}}" "CLSID\\{$own$((i + 1))}" "Vendor.${names[$i]}"; do
-            wine reg delete "$classes\\$key" /f >/dev/null
-        done
-    done
+    enter vendor-gone
     for hive in HKCU HKLM; do wine reg delete "$hive\\$settings" /f >/dev/null 2>&1 || true; done
     wine regsvr32 /s "$(wine_path "$bin/XKTR2x.dll")"
 }
 trap give_back EXIT
-for i in 0 1 2; do
-    for id in "${ids[$i]}" "$own$((i + 1))"; do
-        wine reg add "$classes\\CLSID\\{$id}\\InprocServer32" /ve /d "$(wine_path "$bin/vendor_driver.dll")" /f >/dev/null
-    done
-    wine reg add "$classes\\CLSID\\{$id}\\ProgID" /ve /d "Vendor.${names[$i]}" /f >/dev/null
-    wine reg add "$classes\\Vendor.${names[$i]}\\CLSID" /ve /d "{$id}" /f >/dev/null
-done
+enter vendor VENDOR="$bin/vendor_driver.dll"
 
 # For one run.
 is_simulated() { expect_text '(simulated)'; }
@@ -89,7 +74,7 @@ expect_notice 'a value that is no text'
 wine reg delete "HKCU\\$settings" /f >/dev/null
 
 # One library for all three.
-wine reg add "HKLM\\Software\\Classes\\CLSID\\{${ids[1]}}\\InprocServer32" /ve /d "$(wine_path "$bin/XKTR2x.dll")" /f >/dev/null
+wine reg add "HKLM\\Software\\Classes\\CLSID\\{4AA7B9DA-F54D-464F-8BCE-D26AD76392BA}\\InprocServer32" /ve /d "$(wine_path "$bin/XKTR2x.dll")" /f >/dev/null
 expect_exit 2 info
 expect_notice 'have to come from one library'
 echo "the chosen receiver measures"

@@ -15,26 +15,16 @@
 namespace tvn2x::client {
 namespace {
 
-/// The handles that this process holds.
+/// The handles that this process holds now, asked one by one: the system of the tests does not count them, and their
+/// lower halves alone name them there.
 struct HeldHandles
 {
-    int graphics = 0;  ///< GDI objects
-    int windows = 0;   ///< windows and menus
-
-    static HeldHandles Now()
+    HeldHandles()
     {
-        const HANDLE self = GetCurrentProcess();
-        HeldHandles held{static_cast<int>(GetGuiResources(self, GR_GDIOBJECTS)),
-                         static_cast<int>(GetGuiResources(self, GR_USEROBJECTS))};
-        if (held.graphics != 0) {
-            return held;
-        }
-        // A system that does not count them is asked one by one: their lower halves alone name them there.
         for (uintptr_t lower = 0; lower < 0x10000; ++lower) {
-            held.graphics += GetObjectType(reinterpret_cast<HGDIOBJ>(lower)) != 0;
-            held.windows += IsWindow(reinterpret_cast<HWND>(lower)) || IsMenu(reinterpret_cast<HMENU>(lower));
+            graphics += GetObjectType(reinterpret_cast<HGDIOBJ>(lower)) != 0;
+            windows += IsWindow(reinterpret_cast<HWND>(lower)) || IsMenu(reinterpret_cast<HMENU>(lower));
         }
-        return held;
     }
 
     /// How many more there are, of the kind that grew most. The system itself keeps some for later whenever it likes,
@@ -43,6 +33,9 @@ struct HeldHandles
     {
         return std::max(graphics - before.graphics, windows - before.windows);
     }
+
+    int graphics = 0;
+    int windows = 0;
 };
 
 SetupDocument TwoChannels()
@@ -117,22 +110,22 @@ bool WorkWithMemoryFor(long allocations, EditorDriver& person)
 TEST(EditorFaults, NoMemoryLeavesTheDocumentWholeAndNoHandleBehind)
 {
     EditorDriver person;
-    const HeldHandles none = HeldHandles::Now();
+    const HeldHandles none;
     const HGDIOBJ one = CreateSolidBrush(0x123456);
-    EXPECT_EQ(HeldHandles::Now().Since(none), 1) << "one is seen";
+    EXPECT_EQ(HeldHandles().Since(none), 1) << "one is seen";
     DeleteObject(one);
 
     // One after the other where the dialog is made, then every few, in strides that meet no pattern. The system keeps
     // handles for later whenever it likes: what is lost is lost again where the same memory lacks.
     constexpr int often = 4;
     bool failed = true;
-    HeldHandles before = HeldHandles::Now();
+    HeldHandles before;
     for (long allocations = 0; failed; allocations += allocations < 50 ? 1 : 23) {
         SCOPED_TRACE(allocations);
         int losses = 0;
         for (bool grew = true; grew && losses < often; losses += grew) {
             failed = WorkWithMemoryFor(allocations, person);
-            const HeldHandles now = HeldHandles::Now();
+            const HeldHandles now;
             grew = now.Since(before) > 0;
             before = now;
         }

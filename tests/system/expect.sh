@@ -27,16 +27,18 @@ mkdir -p "$work/files"
 touch "$work/out" "$work/err"
 cd "$work/files"
 
+wine() { "$wine_program" "$@" </dev/null; }
+check() { python3 -B "$root/tests/system/report_check.py" "$@"; }
 fail() {
     echo "$said: $*"
     tail -n 40 "$work/out" "$work/err"
     exit 1
 }
-expect_exit() { # CODE ARGUMENT..., or one CODE|of|several
+expect_exit() { # CODE ARGUMENT..., or one CODE|of|several; prints into $output where that is set
     local code=$1 status=0
     shift
     said="${program[0]##*/} $*"
-    "$wine_program" "${program[@]}" "$@" >"$work/out" 2>"$work/err" </dev/null || status=$?
+    "$wine_program" "${program[@]}" "$@" >"${output:-$work/out}" 2>"$work/err" </dev/null || status=$?
     [[ "|$code|" == *"|$status|"* ]] || fail "ends with $status instead of $code"
 }
 expect_text() { # LINE_OR_PART...
@@ -71,6 +73,16 @@ end_by_ctrl_c() { # CODE MILLISECONDS
     [ "$status" = "$1" ] || fail "ends with $status instead of $1"
     took=$((($(date +%s%N) - pressed) / 1000000))
     [ "$took" -lt "$2" ] || fail "takes $took ms to end"
+}
+enter() { # NAME WORD=FILE...: a file of tests/data/registry, with the place of a file for each @WORD@
+    local word text place
+    text=$(sed "s/@BITS@/$bits/" "$root/tests/data/registry/$1.reg")
+    for word in "${@:2}"; do
+        place=$(wine_path "${word#*=}")
+        text=${text//@${word%%=*}@/"${place//\\/\\\\}"}
+    done
+    echo "$text" >"$1.reg"
+    wine regedit /s "$1.reg"
 }
 # What is written in tests/data/sessions, line by line:
 #   $ CODE ARGUMENT...  a command of the host, and what it ends with

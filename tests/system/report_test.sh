@@ -4,7 +4,6 @@
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 . tests/system/expect.sh report_test
-check() { python3 -B "$root/tests/system/report_check.py" "$@"; }
 mkdir disk
 trap 'mountpoint -q "$work/files/disk" && umount "$work/files/disk"' EXIT
 

@@ -20,9 +20,6 @@ Class ScanParent
     Public Steps
     Public Cells
     Public Channel
-    Private Sub Class_Initialize()
-        Statuses = "" : Steps = 0 : Cells = 0 : Channel = ""
-    End Sub
     Public Sub Status(text)
         Statuses = Statuses & text & "|"
     End Sub

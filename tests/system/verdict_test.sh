@@ -64,7 +64,7 @@ head -n 2 good.jsonl >killed.jsonl
 sed 's/"outcome":"synchronised"/"outcome":"not measured"/' good.jsonl >unmeasured.jsonl
 for run in killed unmeasured; do
     bad judge $run.jsonl --limits lenient.ini
-    python3 -B "$root/tests/system/report_check.py" schema "$root/docs/result.schema.json" run.jsonl
+    check schema "$root/docs/result.schema.json" run.jsonl
     bad report $run.jsonl
 done
 expect_exit 1 compare killed.jsonl killed.jsonl

@@ -3,7 +3,6 @@
 set -euo pipefail
 cd "$(dirname "$0")/../../.."
 . tests/system/expect.sh serve_test
-check=$root/tests/system/serve/serve_check.py
 expect_exit 0 import --from 306 --to 346 --step 8 --order 256 --ber-samples 1 -o net.ini
 expect_exit 0 network --from 306 --to 346 --step 8 --order 256 --seed 7 -o model.ini
 
@@ -17,6 +16,7 @@ begin() { # ARGUMENT...: $link is where it serves
     done
     [[ $link == http* ]] || fail "does not begin to serve"
 }
+serve_check() { python3 -B "$root/tests/system/serve/serve_check.py" "$@"; }
 get() { # PATH CURL_OPTION...
     curl -sS --max-time 20 "${link%/}$1" "${@:2}"
 }
@@ -28,8 +28,8 @@ expect_status() { # CODE PATH CURL_OPTION...
 
 # Two passes to their end, and what is then there to be read.
 begin --listen 127.0.0.1:0 --limits outlet --repeat 2 --journal run.journal
-python3 -B "$check" until ended "$link"
-python3 -B "$check" data "$link" "$root/docs"
+serve_check until ended "$link"
+serve_check data "$link" "$root/docs"
 get /result.jsonl >served.jsonl
 get /result.csv >served.csv
 get /report.html | xmllint --noout -
@@ -42,7 +42,7 @@ expect_exit 2 serve net.ini --network model.ini --listen "127.0.0.1:${port%/}" -
 expect_notice 'another program has this port'
 [ ! -e second.journal ] || fail "leaves a journal"
 end_by_ctrl_c 1 3000
-python3 -B "$root/tests/system/report_check.py" schema "$root/docs/result.schema.json" run.journal served.jsonl
+check schema "$root/docs/result.schema.json" run.journal served.jsonl
 [ "$(grep -c '"record":"channel"' run.journal)" = 12 ] || fail "does not keep every channel"
 expect_exit 1 judge served.jsonl
 expect_exit 0 report run.journal --result journal.csv
@@ -62,38 +62,28 @@ begin --listen 127.0.0.1:0 --every 1h --journal hourly.journal
 for _ in 1 2 3 4 5; do
     get /events -N >/dev/null 2>&1 &
 done
-python3 -B "$check" until waiting "$link"
+serve_check until waiting "$link"
 end_by_ctrl_c 3 3000
-python3 -B "$root/tests/system/report_check.py" schema "$root/docs/result.schema.json" hourly.journal
+check schema "$root/docs/result.schema.json" hourly.journal
 [ "$(grep -c '"record":"channel"' hourly.journal)" = 6 ] || fail "does not keep every channel"
 
 # The receiver is lost between two passes and found again: a vendor's has the place of the simulated one.
-drivers='HKLM\Software\Classes\CLSID'
 give_back() {
-    for id in "${ids[@]}"; do "$wine_program" reg delete "$drivers\\{$id}" /f >/dev/null </dev/null; done
-    "$wine_program" regsvr32 /s "$(wine_path "$bin/XKTR2x.dll")" </dev/null
+    enter vendor-gone
+    wine regsvr32 /s "$(wine_path "$bin/XKTR2x.dll")"
 }
-ids=(78BE4523-D7A7-4F15-B0C0-964A5FB290E8 4AA7B9DA-F54D-464F-8BCE-D26AD76392BA 8DBCBD16-FAA0-4D4C-983F-09C300D8FF93)
-for id in "${ids[@]}"; do
-    "$wine_program" reg add "$drivers\\{$id}\\InprocServer32" /ve /d "$(wine_path "$bin/vendor_driver.dll")" /f >/dev/null </dev/null
-done
+enter vendor VENDOR="$bin/vendor_driver.dll"
 receiver=--as-is
 expect_exit 0 import --from 306 --to 306 --step 8 --order 256 --ber-samples 1 --force -o net.ini
 begin --listen 127.0.0.1:0 --every 4s --journal lost.journal
 trap '[ -z "$job" ] || kill "$job" 2>/dev/null || true; give_back' EXIT
-python3 -B "$check" until waiting "$link"
+serve_check until waiting "$link"
 touch unplugged
-python3 -B "$check" until lost "$link"
+serve_check until lost "$link"
 get / | grep -q 'The receiver has failed since' || fail "does not say that the receiver is lost"
 rm unplugged
-python3 -B "$check" until found "$link"
+serve_check until found "$link"
 end_by_ctrl_c 3 3000
-python3 - lost.journal <<'END' || fail "does not measure before and after"
-import json, sys
-outcomes = [json.loads(line).get("outcome", "") for line in open(sys.argv[1], encoding="utf-8")]
-words = [word for word in outcomes if word]
-runs = [word for i, word in enumerate(words) if i == 0 or words[i - 1] != word]
-print(runs)
-sys.exit(runs[:3] != ["synchronised", "error", "synchronised"])
-END
+outcomes=$(grep -oE '"outcome":"\w+' lost.journal | cut -d'"' -f4 | uniq | sed -n 1,3p | xargs)
+[ "$outcomes" = 'synchronised error synchronised' ] || fail "measures before and after: $outcomes"
 echo "a scan is served as it should be; Ctrl+C took $took ms"
