@@ -48,7 +48,7 @@ public:
         {"read", [this] { return Begun([&] { ReadConfiguration(document, Peers()); }); }},
         {"write", [this] { return Begun([&] { WriteConfiguration(document, Peers(), [] {}); }); }},
         {"identify", [this] { return Identified(); }},
-        {"activate", [this] { return Begun([&] { answer = check.ActivateMode(); }) + Told(answer); }},
+        {"activate", [this] { return Activated(); }},
         {"has-route", [this] { return Told(check.InputPort()); }},
         {"has-filter", [this] { return Told(check.SawFilterBw()); }},
         {"has-reference", [this] { return Told(check.ExtRef()); }},
@@ -106,6 +106,11 @@ private:
         log.calls.clear();
         return RaisedBy(action);
     }
+    std::wstring Activated()
+    {
+        log.calls.clear();
+        return Told(check.ActivateMode());
+    }
     /// Whether it is known, and the identity, hardware and mode that it tells.
     std::wstring Identified()
     {
@@ -128,7 +133,7 @@ private:
     CallLog log;
     ScriptedReceiver receiver{log};
     ScriptedHost host{log};
-    bool isGone = false, answer = false;
+    bool isGone = false;
     int opened = 0;  ///< how often the check asked for the receiver
     HardwareCheck check{document, [this]() -> Receiver& {
                             isGone ? throw RaisedError(429, {}, {}) : ++opened;

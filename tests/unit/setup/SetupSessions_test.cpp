@@ -204,8 +204,9 @@ private:
     std::wstring Channel() const
     {
         const int32_t number = Number(0);
-        return FormatNumber(document.Frequency(number), false, locale) + L" " +
-               FormatNumber(document.SymbolRate(number), false, locale) + L" " + document.UserField(number);
+        std::wstring text = FormatNumber(document.Frequency(number), false, locale);
+        text += L" " + FormatNumber(document.SymbolRate(number), false, locale);
+        return text + L" " + document.UserField(number);
     }
     /// Reference, samples, filter, order of QAM, roll-off, route, settling time and the two axes.
     std::wstring Numbers() const
