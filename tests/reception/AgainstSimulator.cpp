@@ -1,5 +1,3 @@
-#include "reception/AgainstSimulator.h"
-
 #include <array>
 #include <cmath>
 #include <limits>
@@ -9,6 +7,7 @@
 #include "dvbc/Decibels.h"
 #include "dvbc/Impairments.h"
 #include "dvbc/Qam.h"
+#include "reception/QualityRows.h"
 #include "reception/Reception.h"
 #include "simulator/model/ReceiverPhysics.h"
 
@@ -17,7 +16,7 @@ namespace {
 
 using std::numbers::pi;
 
-/// A moment long after the receiver was tuned, or any other.
+/// Time that passes when it is told to.
 class Moment : public SimulatedTime
 {
 public:
@@ -122,18 +121,6 @@ NetworkModel ModelOf(const Channel& channel)
     return NetworkModel::Parse(text, L"drawn");
 }
 
-void Tune(ReceiverPhysics& simulated, Moment& time, const Channel& channel)
-{
-    simulated.Network(ModelOf(channel));
-    simulated.OrderOfQam(channel.signal.order);
-    simulated.SymbolRate(channel.signal.symbolRate);
-    simulated.Frequency(channel.frequency * 1e6);
-    simulated.BerSamples(1);
-    time.now += 20;
-    simulated.ReadBer();
-    time.now += 20;
-}
-
 }  // namespace
 
 std::vector<Row> RowsAgainstSimulator(unsigned number)
@@ -142,7 +129,14 @@ std::vector<Row> RowsAgainstSimulator(unsigned number)
     const sender::Signal& signal = channel.signal;
     Moment time;
     ReceiverPhysics simulated(time);
-    Tune(simulated, time, channel);
+    simulated.Network(ModelOf(channel));
+    simulated.OrderOfQam(signal.order);
+    simulated.SymbolRate(signal.symbolRate);
+    simulated.Frequency(channel.frequency * 1e6);
+    simulated.BerSamples(1);
+    time.now += 20;
+    simulated.ReadBer();
+    time.now += 20;
     const Reception reception = Receive({signal, 0.01 + 0.4e6 / signal.symbolRate, 0});
     const recordings::SignalReadings& recorded = reception.readings;
 

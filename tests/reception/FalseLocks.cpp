@@ -1,10 +1,9 @@
-#include "reception/FalseLocks.h"
-
 #include <cmath>
 #include <numbers>
 #include <random>
 
 #include "receivers/recordings/demodulator/Demodulator.h"
+#include "reception/QualityRows.h"
 #include "support/sender/Transmitter.h"
 
 namespace tvn2x::reception {

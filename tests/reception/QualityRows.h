@@ -20,6 +20,16 @@ struct Row
     std::function<double()> read;
 };
 
+/// The receiver for recordings against what was put in.
 std::vector<Row> QualityRows();
+
+/// A channel drawn by a number from what the simulator's network model can say: the readings of the simulated receiver,
+/// and those of the receiver for recordings of a signal with the same impairments. Two ways to one number that share
+/// nothing; they may differ by what either of them may be off.
+std::vector<Row> RowsAgainstSimulator(unsigned number);
+
+/// How often a demodulator says of something that is no signal of its kind that it has locked to the carrier, the
+/// frames or the packets: a row for each kind, with so many tries. Never is what is expected.
+std::vector<Row> FalseLockRows(int tries);
 
 }  // namespace tvn2x::reception

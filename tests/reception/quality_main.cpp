@@ -8,8 +8,6 @@
 #include <cstdlib>
 #include <string>
 
-#include "reception/AgainstSimulator.h"
-#include "reception/FalseLocks.h"
 #include "reception/QualityRows.h"
 
 namespace {
