@@ -99,7 +99,7 @@ void SymbolLoop::Settle()
 {
     carrier_.SetGain(0.003F);
     decided_ = {2.5e-4F, 2.5e-4F};
-    adaptEvery_ = 4;
+    adaptEvery_ = 8;
     equaliser_.UseBackward(equaliser_.HasEchoes());
 }
 
@@ -150,7 +150,8 @@ SymbolLoop::Outcome SymbolLoop::Decide(ComplexRow values, std::span<std::complex
             power[i] += symbols.re[i] * symbols.re[i] + symbols.im[i] * symbols.im[i];
         }
         carrier_.Follow(turned * unit * unit / ComplexGroup::size);
-        for (size_t i = 0; i < ComplexGroup::size && !held_; i += adaptEvery_) {
+        const bool adapting = !held_ && first % adaptEvery_ == 0;
+        for (size_t i = 0; i < ComplexGroup::size && adapting; i += adaptEvery_) {
             const std::complex<float> moving = errors[i] + meanError_;
             meanError_ -= moving * 2e-4F;
             equaliser_.Adapt(i, row, Times(moving * decided_.forward, std::conj(turns[i])),
