@@ -3,26 +3,47 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <functional>
 #include <utility>
 
 #include "support/FixedLocale.h"
-#include "support/RaisedBy.h"
+#include "support/TestSession.h"
 
 namespace tvn2x {
 namespace {
 
-class QuickSortTest : public testing::Test
+/// A table that is filled, and sorted by some of its columns.
+class Session : public TestSession
 {
-protected:
-    void AddRow(const std::vector<std::wstring>& cells)
+public:
+    const Deeds deeds{
+        {"columns", [this] { sorter.Cols(Number(0)); }},
+        {"rows", [this] { AddRows(Number(0)); }},
+        {"cell", [this] { sorter.Cell(Number(0), Number(1), Text(2)); }},
+        {"type", [this] { sorter.ColType(Number(0), Number(1)); }},
+        {"direction", [this] { sorter.ColDirection(Number(0), Number(1)); }},
+        {"priority", [this] { sorter.ColPriority(Number(0), Number(1)); }},
+    };
+    const Sights sights{
+        {"sort", [this] { return Told(sorter.Sort()); }},
+        {"columns", [this] { return Told(sorter.Cols()); }},
+        {"rows", [this] { return Told(sorter.Rows()); }},
+        {"cell", [this] { return std::wstring(sorter.Cell(Number(0), Number(1))); }},
+        {"first-column", [this] { return FirstColumn(); }},
+        {"type", [this] { return Told(sorter.ColType(Number(0))); }},
+        {"direction", [this] { return Told(sorter.ColDirection(Number(0))); }},
+        {"priority", [this] { return Told(sorter.ColPriority(Number(0))); }},
+        {"width", [this] { return Told(sorter.Data(Number(0)).size()); }},
+        {"error-of", [this] { return ErrorOf(*this, std::string(rest)); }},
+    };
+
+private:
+    void AddRows(int32_t count)
     {
-        const int32_t row = sorter.AddRow();
-        for (int32_t column = 1; column <= sorter.Cols(); ++column) {
-            sorter.Cell(row, column, cells[static_cast<size_t>(column) - 1]);
+        while (sorter.Rows() < count) {
+            sorter.AddRow();
         }
     }
-    std::wstring Column() const
+    std::wstring FirstColumn() const
     {
         std::wstring text;
         for (int32_t row = 1; row <= sorter.Rows(); ++row) {
@@ -35,69 +56,16 @@ protected:
     clsQuickSort sorter{locale};
 };
 
-TEST_F(QuickSortTest, RefusesArgumentsOutsideTheirRange)
+TEST(QuickSort, SortsAsEachSessionExpects)
 {
-    sorter.Cols(2);
-    sorter.AddRow();
-    sorter.ColType(1, 1);
-    sorter.ColDirection(1, 1);
-    sorter.ColPriority(1, 2);
-    const std::pair<const wchar_t*, std::function<void()>> calls[] = {
-        {L"Cols", [&] { sorter.Cols(0); }},
-        {L"ColType", [&] { sorter.ColType(3, 0); }},
-        {L"ColType", [&] { sorter.ColType(1, 2); }},
-        {L"ColDirection", [&] { sorter.ColDirection(0, 0); }},
-        {L"ColDirection", [&] { sorter.ColDirection(1, -1); }},
-        {L"ColPriority", [&] { sorter.ColPriority(3, 1); }},
-        {L"ColPriority", [&] { sorter.ColPriority(1, 3); }},
-        {L"ColPriority", [&] { sorter.ColPriority(1, -1); }},
-        {L"Cell", [&] { sorter.Cell(2, 1); }},
-        {L"Cell", [&] { sorter.Cell(1, 3, L"x"); }},
-        {L"Data", [&] { sorter.Data(0); }},
-    };
-    for (const auto& [member, call] : calls) {
-        EXPECT_EQ(L"380 clsQuickSort." + std::wstring(member) + L": Invalid property value", RaisedBy(call));
-    }
-    EXPECT_EQ(std::tuple(2, 1, 1, 1, 2), std::tuple(sorter.Cols(), sorter.Rows(), sorter.ColType(1),
-                                                    sorter.ColDirection(1), sorter.ColPriority(1)));
-    sorter.ColPriority(1, 0);
-    sorter.Cols(3);
-    EXPECT_EQ(0, sorter.Rows());
-    EXPECT_EQ(3u, (sorter.AddRow(), sorter.Data(1).size()));
-}
-
-TEST_F(QuickSortTest, TextComparesByCodeUnitAndNumbersByValue)
-{
-    for (const wchar_t* const cell : {L"b", L"10", L"\u00E4", L"9", L"B", L""}) {
-        AddRow({cell});
-    }
-    sorter.ColPriority(1, 1);
-    EXPECT_TRUE(sorter.Sort());
-    EXPECT_EQ(L" 10 9 B b \u00E4", Column());
-    EXPECT_FALSE(sorter.Sort());
-
-    sorter.ColType(1, clsQuickSort::numeric);
-    sorter.Cell(1, 1, L"2");
-    EXPECT_EQ(0u, RaisedBy([&] { sorter.Sort(); }).find(L"13 "));
-    EXPECT_EQ(L"2 10 9 B b \u00E4", Column()) << "a cell that is no number moves nothing";
-}
-
-TEST_F(QuickSortTest, FewerThanTwoRowsNeverMoveAndMoreThanTheLimitOverflow)
-{
-    sorter.ColPriority(1, 1);
-    for (const int32_t rows : {0, 1, 32767}) {
-        while (sorter.Rows() < rows) {
-            sorter.AddRow();
-        }
-        EXPECT_FALSE(sorter.Sort());
-    }
-    sorter.AddRow();
-    EXPECT_EQ(L"6 clsQuickSort.Sort: Overflow", RaisedBy([&] { sorter.Sort(); }));
+    PlaySessions("sort-sessions.txt", [](const std::string&) { return std::make_unique<Session>(); });
 }
 
 /// By three columns; the last tells the rows apart, as the grid's does.
-TEST_F(QuickSortTest, SortsEveryShapeOfInputInBothDirections)
+TEST(QuickSort, SortsEveryShapeOfInputInBothDirections)
 {
+    const FixedLocale locale;
+    clsQuickSort sorter(locale);
     constexpr int count = 5000;
     int (*const shapes[])(int) = {
         [](int row) { return row * 7919 % count; },
@@ -110,7 +78,10 @@ TEST_F(QuickSortTest, SortsEveryShapeOfInputInBothDirections)
         for (const int32_t direction : {clsQuickSort::ascending, clsQuickSort::descending}) {
             sorter.Cols(3);
             for (int row = 0; row < count; ++row) {
-                AddRow({std::to_wstring(shape(row)), std::wstring(1, L"ba"[row % 2]), std::to_wstring(row)});
+                const int32_t added = sorter.AddRow();
+                sorter.Cell(added, 1, std::to_wstring(shape(row)));
+                sorter.Cell(added, 2, std::wstring(1, L"ba"[row % 2]));
+                sorter.Cell(added, 3, std::to_wstring(row));
             }
             for (const int32_t column : {1, 2, 3}) {
                 sorter.ColType(column, column == 2 ? clsQuickSort::text : clsQuickSort::numeric);

@@ -13,6 +13,7 @@
 #include "host/live/LiveEvents.h"
 #include "host/serve/ServedState.h"
 #include "support/RaisedBy.h"
+#include "support/TestTable.h"
 
 namespace tvn2x {
 namespace {
@@ -186,26 +187,7 @@ TEST_F(HttpServerTest, EndsHalfAndWrongRequests)
 TEST_F(HttpServerTest, OutlivesGarbage)
 {
     Start({.connections = 32, .request = std::chrono::milliseconds(200)});
-    const std::string pieces[] = {"GET ",
-                                  "HEAD ",
-                                  "POST ",
-                                  "/",
-                                  "/events",
-                                  "/?token=",
-                                  " HTTP/1.1\r\n",
-                                  "\r\n",
-                                  "Host: ",
-                                  "localhost",
-                                  "Content-Length: ",
-                                  "Transfer-Encoding: chunked\r\n",
-                                  "99999999999",
-                                  "Last-Event-ID: ",
-                                  "Connection: keep-alive\r\n",
-                                  std::string(3, '\0'),
-                                  std::string(3000, 'x'),
-                                  "\xff\xfe",
-                                  ":",
-                                  "GET /api/run HTTP/1.1\r\nHost: localhost\r\n\r\n"};
+    const auto pieces = TestTable("request-pieces.tsv", 1);
     std::minstd_rand random(7);
     const char* const wanted = std::getenv("TVN_FUZZ_SECONDS");
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(wanted ? std::atoi(wanted) : 1);
@@ -216,7 +198,7 @@ TEST_F(HttpServerTest, OutlivesGarbage)
         if (!reader || random() % 8 == 0) {
             reader = std::make_unique<Reader>(Port());
         }
-        reader->Send(pieces[random() % std::size(pieces)]);
+        reader->Send(CellText(pieces[random() % pieces.size()][0]));
         if (random() % 64 == 0) {
             served.Measure(1, ++pass);
             Publish();

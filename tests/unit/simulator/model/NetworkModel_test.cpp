@@ -103,22 +103,5 @@ TEST(NetworkModel, HasTheRangesAndDefaultsThatItsPageTells)
     EXPECT_GT(keys, 30);
 }
 
-TEST(NetworkModel, ChangesSingleValuesUnderTheSameRules)
-{
-    NetworkModel model = NetworkModel::Parse("[Channel 1]\nFrequency (MHz)=474\n", L"net.ini");
-    model.Set(L"channel 1", L"LEVEL (dBuV)", L"50");
-    model.Set(L"Network", L"Serial Number", L"4711");
-    EXPECT_EQ(model.Get(L"Network", L"Serial Number"), L"4711");
-    EXPECT_THROW(model.Set(L"Channel 1", L"Level (dBuV)", L"500"), ModelError);
-    EXPECT_THROW(model.Set(L"Channel 2", L"Level (dBuV)", L"50"), ModelError);
-    EXPECT_THROW(model.Set(L"Channel 2", L"Frequency (MHz)", L"474"), ModelError);
-    EXPECT_THROW(model.Get(L"Channel 2", L"Frequency (MHz)"), ModelError);
-    EXPECT_EQ(model.Get(L"Channel 1", L"Level (dBuV)"), L"50");
-
-    model.Set(L"Channel 2", L"Frequency (MHz)", L"482");
-    model.Set(L"Channel 2", L"Outages", L"rf 1 2,TS 3 0.5");
-    EXPECT_EQ(model.Get(L"Channel 2", L"Outages"), L"RF 1 2, TS 3 0.5");
-}
-
 }  // namespace
 }  // namespace tvn2x

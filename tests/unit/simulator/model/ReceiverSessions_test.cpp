@@ -23,6 +23,8 @@ public:
     const Sights sights{
         {"locking", [this] { return Locking(); }},
         {"locks", [this] { return Locks(); }},
+        {"of-channel", [this] { return receiver.Physics().Network().Get(L"channel " + Word(0), Text(1)); }},
+        {"of-network", [this] { return receiver.Physics().Network().Get(L"Network", Text()); }},
         {"error-of", [this] { return ErrorOf(*this, std::string(rest)); }},
 #define RECEIVER_READING(name, parameter) {#name, [this] { return Marked(receiver.name()); }},
 #define RECEIVER_STATE(Type, name) {#name, [this] { return Shown(receiver.name()); }},
