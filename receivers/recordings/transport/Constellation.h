@@ -58,7 +58,7 @@ private:
     float NearestOdd(float place) const
     {
         // In this order what is no number becomes the limit. So far from 0 only even numbers can be told apart.
-        constexpr float distant = 3 << 23;
+        constexpr float distant = 25165824.0F;
         return std::max(-limit_, std::min(limit_, place)) + 1 + distant - distant - 1;
     }
 
