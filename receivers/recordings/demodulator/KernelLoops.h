@@ -67,6 +67,7 @@ void Mix(const float* in, ConstComplexRow turns, const float base[2], size_t len
 
 void Interpolate(const Interpolation& interpolation, size_t outputs, ComplexRow out)
 {
+    constexpr double half = 0.5;  // to the nearest phase, by the fast conversion
     const size_t count = interpolation.tapCount;
     for (size_t i = 0; i < outputs; i += ComplexGroup::size) {
         const float* taps[ComplexGroup::size];
@@ -75,7 +76,7 @@ void Interpolate(const Interpolation& interpolation, size_t outputs, ComplexRow 
             const double position = interpolation.position + static_cast<int32_t>(i + k) * interpolation.step;
             // Signed numbers, because processors convert to those alone.
             const auto whole = static_cast<int32_t>(position);
-            const auto phase = static_cast<int32_t>((position - whole) * interpolation.phases + 0.5);
+            const auto phase = static_cast<int32_t>((position - whole) * interpolation.phases + half);
             taps[k] = interpolation.taps + static_cast<size_t>(phase) * count;
             first[k] = static_cast<size_t>(whole) + 1 - count / 2;
         }
