@@ -193,6 +193,19 @@ public:
         return found;
     }
     HWND List(Column column) const { return Find(control_id::List(GridOf(column))); }
+    /// What a spreadsheet program would put there.
+    void PutOnClipboard(std::wstring_view text)
+    {
+        OnGuiThread([&] {
+            const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, (text.size() + 1) * sizeof(wchar_t));
+            *std::copy(text.begin(), text.end(), static_cast<wchar_t*>(GlobalLock(memory))) = L'\0';
+            GlobalUnlock(memory);
+            ASSERT_TRUE(OpenClipboard(dialog));
+            EmptyClipboard();
+            SetClipboardData(CF_UNICODETEXT, memory);
+            CloseClipboard();
+        });
+    }
     HWND CellEditor(Grid grid) const { return Find(control_id::CellEditor(grid)); }
     HWND Focus() const { return GuiState().hwndFocus; }
     int FocusId() const { return GetDlgCtrlID(Focus()); }

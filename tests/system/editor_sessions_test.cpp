@@ -83,20 +83,6 @@ class Session final : public TestSession, public EditedSetup
         }
         Put(channels);
     }
-    /// What a spreadsheet program would put there.
-    void PutOnClipboard()
-    {
-        person.OnGuiThread([this] {
-            const std::wstring text = Text();
-            const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, (text.size() + 1) * sizeof(wchar_t));
-            *std::copy(text.begin(), text.end(), static_cast<wchar_t*>(GlobalLock(memory))) = L'\0';
-            GlobalUnlock(memory);
-            ASSERT_TRUE(OpenClipboard(person.dialog));
-            EmptyClipboard();
-            SetClipboardData(CF_UNICODETEXT, memory);
-            CloseClipboard();
-        });
-    }
     void TurnWheel()
     {
         PostMessageW(person.Focus(), WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-WHEEL_DELTA)), 0);
@@ -143,7 +129,7 @@ public:
          [this] {
              person.Mouse(person.List(Named()), person.PointIn(Named(), Number(1)), person.PointIn(Named(), Number(2)));
          }},
-        {"clipboard", [this] { PutOnClipboard(); }},
+        {"clipboard", [this] { person.PutOnClipboard(Text()); }},
         {"paste", [this] { SendMessageW(person.Focus(), WM_PASTE, 0, 0); }},
         {"clear", [this] { SendMessageW(person.Focus(), WM_CLEAR, 0, 0); }},
         {"replace",

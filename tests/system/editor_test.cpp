@@ -4,6 +4,9 @@
 
 #include <richedit.h>
 
+#include <cstdlib>
+#include <random>
+
 #include "SetupEditor.h"
 
 namespace tvn2x::client {
@@ -204,6 +207,65 @@ TEST_F(SetupEditor, MenuTipColumnsAndResolutionFollowTheMouseAndTheScreen)
         const RECT moved = EditorDriver::PlaceOf(editor.dialog);
         EXPECT_TRUE(EqualRect(&moved, &larger));
     });
+}
+
+/// Somebody who presses and clicks anywhere. TVN_RANDOM_ACTIONS says how often.
+TEST_F(SetupEditor, RandomUserLeavesTheListsAndTheSetupAtOne)
+{
+    Put(Channels(20, {L"K7", 474, 6.9}));
+    const char* const wanted = std::getenv("TVN_RANDOM_ACTIONS");
+    const int actions = wanted ? std::atoi(wanted) : 400;
+    std::mt19937 random(7);
+    const auto pick = [&](int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); };
+    Channels shown;
+    EXPECT_TRUE(Edit([&](EditorDriver& editor) {
+        editor.ClickTab(Page::frequencies);
+        editor.Alt(L'f');
+        constexpr WPARAM keys[] = {VK_UP,   VK_DOWN,   VK_LEFT,   VK_RIGHT, VK_HOME, VK_END,    VK_PRIOR,
+                                   VK_NEXT, VK_INSERT, VK_DELETE, VK_F2,    VK_TAB,  VK_RETURN, L'Z',
+                                   L'Y',    L'A',      L'C',      L'V',     L'D'};
+        for (int action = 0; action < actions && IsWindow(editor.dialog); ++action) {
+            const bool isEditing = editor.Focus() == editor.CellEditor(Grid::channels);
+            if (editor.MessageBoxWindow()) {
+                editor.AnswerMessageBox();
+            } else if (pick(4) == 0) {
+                editor.ClickRow(static_cast<Column>(MP_USERFIELD + pick(3)), pick(8) - 1,
+                                static_cast<unsigned>(pick(4)));
+            } else if (pick(3) == 0) {
+                editor.Type(std::wstring(1, L"12 .x"[pick(5)]));
+            } else {
+                const WPARAM key = keys[pick(static_cast<int>(std::size(keys)))];
+                const bool isLetter = key >= L'A' && key <= L'Z';
+                if (isEditing ? !isLetter : key != VK_RETURN) {  // Enter would be OK
+                    editor.Press(key, isLetter ? control : static_cast<unsigned>(pick(2)));
+                }
+            }
+            if (editor.CurrentPage() != Page::frequencies) {
+                editor.Alt(L'f');
+            }
+        }
+        while (editor.MessageBoxWindow()) {
+            editor.AnswerMessageBox();
+        }
+        editor.ClickHeading(MP_FREQUENCY);
+        const long rows = editor.Rows(MP_USERFIELD) - 1;
+        std::wstring plan;
+        for (long row = 0; row < rows; ++row) {
+            plan += std::to_wstring(474 + row) + L"\t6.9\r\n";
+        }
+        editor.Alt(L'r');
+        editor.Press(VK_HOME, control);
+        editor.Press(VK_RIGHT);
+        editor.PutOnClipboard(plan);
+        editor.Press(L'V', control);
+        for (int row = 0; row < rows; ++row) {
+            const std::wstring name = editor.NameOf(MP_USERFIELD, row);
+            const size_t first = name.find(L"User Field, ") + 12;
+            shown.emplace_back(name.substr(first, name.rfind(L", ") - first), 474.0 + row, 6.9);
+        }
+        editor.Click(control_id::ok);
+    }));
+    EXPECT_EQ(Stored(), shown);
 }
 
 }  // namespace
