@@ -141,14 +141,18 @@ SymbolLoop::Outcome SymbolLoop::Decide(ComplexRow values, std::span<std::complex
         const ComplexGroup errors = Scaled(Difference(nearest, symbols), unit);
         equaliser_.EndGroup(Scaled(nearest, unit));
         float turned = 0;
+        std::complex<float> decided;
         for (size_t i = 0; i < ComplexGroup::size; ++i) {
             out[first + i] = symbols[i];
             points[first + i] = Constellation::CellOf(nearest.re[i], nearest.im[i]);
             used[points[first + i]] = true;
             turned += symbols.im[i] * nearest.re[i] - symbols.re[i] * nearest.im[i];
+            decided += nearest[i];
             errorPower[i] += errors.re[i] * errors.re[i] + errors.im[i] * errors.im[i];
             power[i] += symbols.re[i] * symbols.re[i] + symbols.im[i] * symbols.im[i];
         }
+        // A residual carrier turns nothing, and would shake the loop.
+        turned -= Times(meanError_ * scale, std::conj(decided)).imag();
         carrier_.Follow(turned * unit * unit / ComplexGroup::size);
         const bool adapting = !held_ && first % adaptEvery_ == 0;
         for (size_t i = 0; i < ComplexGroup::size && adapting; i += adaptEvery_) {
