@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <limits>
+#include <memory>
 #include <utility>
 
 namespace tvn2x::reception {
@@ -102,6 +103,54 @@ void AddEchoes(std::vector<Row>& rows)
     }
 }
 
+/// One signal is received for all rows that ask for a reading of it.
+void AddImpairment(std::vector<Row>& rows, const std::string& name, const sender::Signal& signal)
+{
+    const auto received = std::make_shared<std::optional<Reception>>();
+    const auto readings = [received, signal]() -> const recordings::SignalReadings& {
+        if (!*received) {
+            *received = Receive({signal, 0.06, 0});
+        }
+        return (*received)->readings;
+    };
+    const auto add = [&](const char* quantity, double expected, double tolerance, auto reading) {
+        rows.push_back({quantity, Name(signal.order) + " at 36 dB, " + name, false, expected, tolerance, tolerance,
+                        [readings, reading] { return (readings().*reading).value_or(notMeasured); }});
+    };
+    using Readings = recordings::SignalReadings;
+    if (signal.carrier) {
+        add("carrier suppression, dB", *signal.carrier, 1, &Readings::carrierSuppression);
+    }
+    add("amplitude imbalance, %", signal.imbalance, 0.2, &Readings::amplitudeImbalance);
+    add("quadrature error, degrees", signal.quadrature, 0.2, &Readings::quadratureError);
+    if (!signal.interferer) {  // which leaves a MER of 30 dB, too little for its jitter
+        add("phase jitter, degrees", signal.jitter, 0.05, &Readings::phaseJitter);
+    } else {
+        add("carrier to interference, dB", *signal.interferer, 1, &Readings::carrierToInterference);
+    }
+    // An interferer counts as noise.
+    const double interference = signal.interferer ? std::pow(10, -*signal.interferer / 10) : 0;
+    add("signal to noise, dB", -10 * std::log10(std::pow(10, -3.6) + interference), 1, &Readings::signalToNoise);
+}
+
+void AddImpairments(std::vector<Row>& rows)
+{
+    constexpr std::pair<const char*, void (*)(sender::Signal&)> alone[] = {
+        {"residual carrier", [](sender::Signal& signal) { signal.carrier = 28; }},
+        {"imbalance", [](sender::Signal& signal) { signal.imbalance = 2; }},
+        {"quadrature error", [](sender::Signal& signal) { signal.quadrature = 1.5; }},
+        {"jitter", [](sender::Signal& signal) { signal.jitter = 0.6; }},
+        {"sine wave", [](sender::Signal& signal) { signal.interferer = 32; }},
+    };
+    for (const int order : {16, 64, 128, 256}) {
+        for (const auto& [name, impair] : alone) {
+            sender::Signal signal = Noisy(order, 36);
+            impair(signal);
+            AddImpairment(rows, name, signal);
+        }
+    }
+}
+
 void AddAcquisition(std::vector<Row>& rows)
 {
     for (const auto& [order, noise] : {std::pair{16, 20.0}, {32, 22.0}, {64, 24.0}, {128, 27.0}, {256, 30.0}}) {
@@ -142,6 +191,7 @@ std::vector<Row> QualityRows()
     AddNoise(rows);
     AddOffsets(rows);
     AddEchoes(rows);
+    AddImpairments(rows);
     AddAcquisition(rows);
     return rows;
 }
