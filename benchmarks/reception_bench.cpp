@@ -22,7 +22,7 @@ void Receive(const std::string& title, const std::vector<std::complex<float>>& s
             demodulator.Process(samples);
             bench::Keep(demodulator.State().counters.packets);
         });
-        race.Run(5, limit);
+        race.Run(9, limit);
     };
     if (recordings::HasWideKernels()) {
         run(recordings::wideKernels, ownTime / 2);
