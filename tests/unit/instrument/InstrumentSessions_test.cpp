@@ -78,22 +78,6 @@ private:
         const std::wstring description = call.empty() ? L"scripted" : Text(1);
         log.FailAt(n, std::make_exception_ptr(RaisedError(4711, L"XKTR2x", description)), call);
     }
-    void Answer(double& value)
-    {
-        value = Value(0);
-    }
-    void Answer(int32_t& number)
-    {
-        number = Number(0);
-    }
-    void Answer(bool& state)
-    {
-        state = Number(0) != 0;
-    }
-    void Answer(std::wstring& text)
-    {
-        text = Text();
-    }
     ConfigurationPeers Peers()
     {
         return {receiver, host, &host, host};

@@ -113,22 +113,7 @@ private:
             }
         };
     }
-    void Answer(double& answer)
-    {
-        answer = Value(0);
-    }
-    void Answer(int32_t& answer)
-    {
-        answer = Number(0);
-    }
-    void Answer(bool& answer)
-    {
-        answer = Number(0) != 0;
-    }
-    void Answer(std::wstring& answer)
-    {
-        answer = Text();
-    }
+    using TestSession::Answer;
     void Answer(dvbc::ErroredTime& answer)
     {
         answer = {Value(0), Value(1), Value(2)};

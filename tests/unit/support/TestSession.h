@@ -64,10 +64,15 @@ protected:
     }
     std::wstring Text(int behind = 0) const { return FromUtf8(Bytes(behind)); }
     std::wstring Word(size_t word) const { return FromUtf8(CellText(words.at(word))); }
-    template <class Answer>
-    static std::wstring Told(Answer answer)
+    /// What somebody who is asked answers: the rest of the line.
+    void Answer(double& answer) const { answer = Value(0); }
+    void Answer(int32_t& answer) const { answer = Number(0); }
+    void Answer(bool& answer) const { answer = Number(0) != 0; }
+    void Answer(std::wstring& answer) const { answer = Text(); }
+    template <class Said>
+    static std::wstring Told(Said answer)
     {
-        if constexpr (std::is_same_v<Answer, bool>) {
+        if constexpr (std::is_same_v<Said, bool>) {
             return answer ? L"yes" : L"no";
         } else {
             return std::to_wstring(answer);
