@@ -108,6 +108,8 @@ session() { # NAME
                 grep -q "^${value%%=*}=" "$made" || sed -i "s/^\[Network\]/&\n${value%%=*}=/" "$made"
                 sed -i "s|^${value%%=*}=[^\r]*|$value|" "$made"
                 grep -qF "$value" "$made" || fail "$made has no ${value%%=*}" ;;
+            '' | '#'*) ;;
+            *) fail "knows no such line of a session: $line" ;;
         esac
     done <"$root/tests/data/sessions/$1.txt"
 }
