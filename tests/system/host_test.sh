@@ -24,6 +24,8 @@ fast=(--time-scale 0.001)
 mixed=(mixed-64qam.ini mixed-128qam.ini mixed-256qam.ini)
 expect_exit 0 import "$plans/at-Kabel-Braunau" -o mixed.ini --max-settling-time 1 --ber-samples 1
 expect_notice 'The plan mixes 3 orders of QAM, and a setup has one: 3 setups are written.'
+expect_text 'mixed-64qam.ini: 20 channels' 'mixed-128qam.ini: 2 channels' 'mixed-256qam.ini: 2 channels'
+[ ! -e mixed.ini ] || fail "writes mixed.ini beside the three"
 read -r -a advice <<<"$(tr -d '\r' <"$work/err" | sed -n 's/^To scan them as one network: tvnhost //p' | sed 's/\\/\\\\/g')"
 expect_exit 0 network "$plans/at-Kabel-Braunau" -o town-clean.ini --clean
 expect_exit 0 "${advice[@]}" --network town-clean.ini "${fast[@]}" --channels 20-23 --limits outlet --journal mixed.journal \
@@ -49,6 +51,7 @@ at() { wine_path "$1"; }
 expect_refusal "cannot read $(at missing.ini): there is no such file" scan missing.ini
 expect_refusal "cannot write $(at folder.ini): it is a folder" import town -o folder.ini
 expect_refusal "cannot write $(at readonly.ini): it is read-only" network town -o readonly.ini --force
+expect_refusal "cannot write $(at none/new.ini): the folder does not exist" import town -o none/new.ini
 for command in import network; do
     expect_refusal "$(at town) would replace the file that it is made from" $command town -o town
 done
