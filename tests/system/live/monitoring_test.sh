@@ -46,7 +46,8 @@ sed "s/'127.0.0.1:8087'/$targets/; s/scrape_interval: 30s/scrape_interval: 1s\n 
     s/.*job_name: tvn2x/&\n$credentials/" \
     "$root/docs/monitoring/prometheus.yml" >prometheus.yml
 promtool check config prometheus.yml >/dev/null
-prometheus --config.file=prometheus.yml --storage.tsdb.path=data --web.listen-address=127.0.0.1:0 2>prometheus.log &
+: >prometheus.log # is read below, perhaps before the program is there to write it
+prometheus --config.file=prometheus.yml --storage.tsdb.path=data --web.listen-address=127.0.0.1:0 2>>prometheus.log &
 jobs+=($!)
 
 said=Prometheus
