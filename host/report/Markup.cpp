@@ -5,6 +5,7 @@
 #include "host/terminal/Words.h"
 #include "text/Blanks.h"
 #include "util/Encoding.h"
+#include "util/Unicode.h"
 
 namespace tvn2x {
 namespace {
@@ -61,7 +62,7 @@ std::wstring Shortened(std::wstring_view text, int32_t columns)
         --end;
     }
     // A character of two units stays whole: the second one has no width.
-    const bool isSplit = end > 0 && text[end - 1] >= 0xD800 && text[end - 1] < 0xDC00;
+    const bool isSplit = end > 0 && IsHighSurrogate(static_cast<uint32_t>(text[end - 1]));
     return std::wstring(TrimBlanks(text.substr(0, isSplit ? end - 1 : end))) + L"…";
 }
 

@@ -10,6 +10,7 @@
 
 #include "util/CodePage.h"
 #include "util/Encoding.h"
+#include "util/Unicode.h"
 
 namespace tvn2x {
 namespace {
@@ -70,7 +71,6 @@ constexpr std::array<CharacterSet, 19> characterSets{{{0, 1252},
                                                       {255, 850}}};
 
 constexpr std::wstring_view digits = L"0123456789";
-constexpr wchar_t unreadable = L'\uFFFD';
 
 bool IsLetter(wchar_t c)
 {
@@ -83,16 +83,6 @@ int32_t HexDigit(wchar_t c)
     const wchar_t folded = c >= L'A' && c <= L'F' ? static_cast<wchar_t>(c - L'A' + L'a') : c;
     const size_t value = lower.find(folded);
     return value == std::wstring_view::npos ? -1 : static_cast<int32_t>(value);
-}
-
-bool IsHighSurrogate(uint32_t unit)
-{
-    return unit >= 0xD800 && unit < 0xDC00;
-}
-
-bool IsLowSurrogate(uint32_t unit)
-{
-    return unit >= 0xDC00 && unit < 0xE000;
 }
 
 /// In a font of symbols the one that editors put before the points of a list is a bullet; most others are where
@@ -357,8 +347,7 @@ private:
 
     void AppendUnicode(int32_t number)
     {
-        constexpr uint32_t units = 0x10000;
-        const auto unit = static_cast<uint32_t>(number < 0 ? number + static_cast<int32_t>(units) : number);
+        const auto unit = static_cast<uint32_t>(number < 0 ? number + static_cast<int32_t>(firstPair) : number);
         FlushBytes();
         if (group_.IsSilent()) {
             return;
@@ -366,24 +355,14 @@ private:
         const uint32_t high = std::exchange(highSurrogate_, 0);
         const bool isPair = high != 0 && IsLowSurrogate(unit);
         if (high != 0 && !isPair) {
-            plain_ += unreadable;
+            AppendCharacter(plain_, replacementCharacter);
         }
         if (IsHighSurrogate(unit)) {
             highSurrogate_ = unit;
         } else if (isPair) {
-            AppendCharacter(units + ((high - 0xD800) << 10) + (unit - 0xDC00));
+            AppendCharacter(plain_, JoinedSurrogates(high, unit));
         } else if (unit != 0) {
-            AppendCharacter(IsLowSurrogate(unit) || unit > 0x10FFFF ? uint32_t{unreadable} : unit);
-        }
-    }
-
-    void AppendCharacter(uint32_t c)
-    {
-        if (sizeof(wchar_t) == 2 && c > 0xFFFF) {
-            plain_ += static_cast<wchar_t>(0xD800 + ((c - 0x10000) >> 10));
-            plain_ += static_cast<wchar_t>(0xDC00 + ((c - 0x10000) & 0x3FF));
-        } else {
-            plain_ += static_cast<wchar_t>(c);
+            AppendCharacter(plain_, IsLowSurrogate(unit) || unit > lastCharacter ? replacementCharacter : unit);
         }
     }
 
@@ -397,7 +376,7 @@ private:
     void EndPair()
     {
         if (std::exchange(highSurrogate_, 0) != 0) {
-            plain_ += unreadable;
+            AppendCharacter(plain_, replacementCharacter);
         }
     }
 

@@ -5,17 +5,13 @@
 #include "text/Blanks.h"
 #include "text/InputError.h"
 #include "util/Encoding.h"
+#include "util/Unicode.h"
 
 namespace tvn2x {
 namespace {
 
 constexpr size_t largestInput = 4u << 20;
 constexpr size_t longestExcerpt = 40;
-
-bool IsHighSurrogate(wchar_t c)
-{
-    return c >= 0xD800 && c < 0xDC00;
-}
 
 }  // namespace
 
@@ -54,7 +50,7 @@ std::wstring Excerpt(std::wstring_view text)
     std::wstring wide(text.substr(0, longestExcerpt + 1));
     const bool cut = wide.size() > longestExcerpt;
     wide.resize(std::min(wide.size(), longestExcerpt));
-    if (cut && IsHighSurrogate(wide.back())) {
+    if (cut && IsHighSurrogate(static_cast<uint32_t>(wide.back()))) {
         wide.pop_back();
     }
     std::replace_if(

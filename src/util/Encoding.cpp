@@ -1,64 +1,22 @@
 #include "util/Encoding.h"
 
 #include "util/CodePage.h"
+#include "util/Unicode.h"
 
 namespace tvn2x {
 namespace {
 
-constexpr char32_t replacement = 0xFFFD;
-constexpr bool surrogatePairs = sizeof(wchar_t) == 2;
-
-bool IsHighSurrogate(char32_t c)
-{
-    return c >= 0xD800 && c < 0xDC00;
-}
-
-bool IsLowSurrogate(char32_t c)
-{
-    return c >= 0xDC00 && c < 0xE000;
-}
-
 /// Takes one character from the front; half a surrogate pair is none.
-char32_t TakeWide(std::wstring_view& text)
+uint32_t TakeWide(std::wstring_view& text)
 {
-    const auto first = static_cast<char32_t>(text[0]);
+    const auto first = static_cast<uint32_t>(text[0]);
     text.remove_prefix(1);
-    if (surrogatePairs && IsHighSurrogate(first) && !text.empty() && IsLowSurrogate(text[0])) {
-        const auto second = static_cast<char32_t>(text[0]);
+    if (sizeof(wchar_t) == 2 && IsHighSurrogate(first) && !text.empty() && IsLowSurrogate(text[0])) {
+        const auto second = static_cast<uint32_t>(text[0]);
         text.remove_prefix(1);
-        return 0x10000 + ((first - 0xD800) << 10) + (second - 0xDC00);
+        return JoinedSurrogates(first, second);
     }
-    return IsHighSurrogate(first) || IsLowSurrogate(first) || first > 0x10FFFF ? replacement : first;
-}
-
-void AppendWide(std::wstring& text, char32_t c)
-{
-    if (surrogatePairs && c > 0xFFFF) {
-        text += static_cast<wchar_t>(0xD800 + ((c - 0x10000) >> 10));
-        text += static_cast<wchar_t>(0xDC00 + ((c - 0x10000) & 0x3FF));
-    } else {
-        text += static_cast<wchar_t>(c);
-    }
-}
-
-void AppendUtf8(std::string& bytes, char32_t c)
-{
-    const auto tail = [&](int shift) { bytes += static_cast<char>(0x80 | ((c >> shift) & 0x3F)); };
-    if (c < 0x80) {
-        bytes += static_cast<char>(c);
-    } else if (c < 0x800) {
-        bytes += static_cast<char>(0xC0 | (c >> 6));
-        tail(0);
-    } else if (c < 0x10000) {
-        bytes += static_cast<char>(0xE0 | (c >> 12));
-        tail(6);
-        tail(0);
-    } else {
-        bytes += static_cast<char>(0xF0 | (c >> 18));
-        tail(12);
-        tail(6);
-        tail(0);
-    }
+    return IsHighSurrogate(first) || IsLowSurrogate(first) || first > lastCharacter ? replacementCharacter : first;
 }
 
 /// How a sequence goes on after its first byte, and which second bytes are left to it: the others would spell a
@@ -90,24 +48,24 @@ Lead LeadOf(unsigned char byte)
 }
 
 /// Takes one character from the front, or the longest piece that began like one.
-char32_t TakeUtf8(std::string_view& bytes)
+uint32_t TakeUtf8(std::string_view& bytes)
 {
     const auto first = static_cast<unsigned char>(bytes[0]);
     bytes.remove_prefix(1);
     const Lead lead = LeadOf(first);
     if (lead.tails < 0) {
-        return replacement;
+        return replacementCharacter;
     }
     if (lead.tails == 0) {
         return first;
     }
-    char32_t c = first & (0x3FU >> lead.tails);
+    uint32_t c = first & (0x3FU >> lead.tails);
     for (int i = 0; i < lead.tails; ++i) {
         const unsigned char low = i == 0 ? lead.secondFrom : 0x80;
         const unsigned char high = i == 0 ? lead.secondTo : 0xBF;
         const auto byte = bytes.empty() ? 0 : static_cast<unsigned char>(bytes[0]);
         if (byte < low || byte > high) {
-            return replacement;
+            return replacementCharacter;
         }
         bytes.remove_prefix(1);
         c = c << 6 | (byte & 0x3FU);
@@ -142,7 +100,7 @@ std::wstring FromUtf8(std::string_view bytes)
     std::wstring text;
     text.reserve(bytes.size());
     while (!bytes.empty()) {
-        AppendWide(text, TakeUtf8(bytes));
+        AppendCharacter(text, TakeUtf8(bytes));
     }
     return text;
 }

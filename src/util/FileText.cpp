@@ -4,12 +4,14 @@
 #include <cstdint>
 #include <cstring>
 
+#include "util/Unicode.h"
+
 namespace tvn2x::file_text {
 namespace {
 
-constexpr uint32_t byteZero = 0x110000;  ///< the "character" that stands for the byte 0
-constexpr size_t byteLength = 4;         ///< of such a character
-constexpr size_t longestPiece = 4096;    ///< converted in one go
+constexpr uint32_t byteZero = lastCharacter + 1;  ///< the "character" that stands for the byte 0
+constexpr size_t byteLength = 4;                  ///< of such a character
+constexpr size_t longestPiece = 4096;             ///< converted in one go
 
 bool IsAscii(char c)
 {
@@ -31,16 +33,6 @@ size_t FindNonAscii(std::string_view text, size_t at)
         ++at;
     }
     return at;
-}
-
-void Append(std::string& text, uint32_t c)
-{
-    const int tails = c < 0x80 ? 0 : c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
-    constexpr unsigned char leads[] = {0, 0xC0, 0xE0, 0xF0};
-    text += static_cast<char>(leads[tails] | c >> (6 * tails));
-    for (int shift = 6 * (tails - 1); shift >= 0; shift -= 6) {
-        text += static_cast<char>(0x80 | ((c >> shift) & 0x3F));
-    }
 }
 
 size_t CharacterLength(char first)
@@ -89,26 +81,16 @@ std::string_view TakeCharacters(std::string_view& text)
     return characters;
 }
 
-void AppendWide(std::wstring& wide, uint32_t c)
-{
-    if (sizeof(wchar_t) == 2 && c > 0xFFFF) {
-        wide += static_cast<wchar_t>(0xD800 + ((c - 0x10000) >> 10));
-        wide += static_cast<wchar_t>(0xDC00 + ((c - 0x10000) & 0x3FF));
-    } else {
-        wide += static_cast<wchar_t>(c);
-    }
-}
-
 /// Joins the units of UTF-16 that `unit` hands out by their number; half a pair stays what it is.
 template <class Unit>
 void AppendUnits(std::string& text, size_t count, Unit unit)
 {
     for (size_t at = 0; at < count; ++at) {
         uint32_t c = unit(at);
-        if (c >= 0xD800 && c < 0xDC00 && at + 1 < count && unit(at + 1) >= 0xDC00 && unit(at + 1) < 0xE000) {
-            c = 0x10000 + ((c - 0xD800) << 10) + (unit(++at) - 0xDC00);
+        if (IsHighSurrogate(c) && at + 1 < count && IsLowSurrogate(unit(at + 1))) {
+            c = JoinedSurrogates(c, unit(++at));
         }
-        Append(text, c > 0x10FFFF ? 0xFFFD : c);
+        AppendUtf8(text, c > lastCharacter ? replacementCharacter : c);
     }
 }
 
@@ -157,7 +139,7 @@ std::string ConvertedSingly(std::string_view bytes, const CodePage& page)
         if (character.empty()) {
             length = page.DecodeStrictly(bytes.substr(0, length)) ? length : 1;
             for (const char byte : bytes.substr(0, length)) {
-                Append(text, byteZero + static_cast<unsigned char>(byte));
+                AppendUtf8(text, byteZero + static_cast<unsigned char>(byte));
             }
         }
         bytes.remove_prefix(length);
@@ -250,28 +232,22 @@ std::string FromUtf16(std::string_view bytes)
 
 std::string ToUtf16(std::string_view text, const CodePage& page)
 {
-    std::string bytes;
-    bytes.reserve(text.size() * 2);
-    const auto append = [&](uint32_t unit) {
-        bytes += static_cast<char>(unit & 0xFF);
-        bytes += static_cast<char>(unit >> 8);
-    };
-    const auto appendCharacter = [&](uint32_t c) {
-        if (c >= 0x10000) {
-            append(0xD800 + ((c - 0x10000) >> 10));
-            append(0xDC00 + ((c - 0x10000) & 0x3FF));
-        } else {
-            append(c);
-        }
-    };
+    std::u16string units;
+    units.reserve(text.size());
     while (!text.empty()) {
         if (!StandsForByte(text)) {
-            appendCharacter(Take(text));
+            AppendCharacter(units, Take(text));
             continue;
         }
         for (const wchar_t c : page.Decode(TakeBytes(text))) {
-            appendCharacter(static_cast<uint32_t>(c));
+            AppendCharacter(units, static_cast<uint32_t>(c));
         }
+    }
+    std::string bytes;
+    bytes.reserve(units.size() * 2);
+    for (const char16_t unit : units) {
+        bytes += static_cast<char>(unit & 0xFF);
+        bytes += static_cast<char>(unit >> 8);
     }
     return bytes;
 }
@@ -292,7 +268,7 @@ std::wstring ToWide(std::string_view text, const CodePage& page)
         if (StandsForByte(text)) {
             wide += page.Decode(TakeBytes(text));
         } else {
-            AppendWide(wide, Take(text));
+            AppendCharacter(wide, Take(text));
         }
     }
     return wide;

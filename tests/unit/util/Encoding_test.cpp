@@ -4,6 +4,7 @@
 
 #include "support/ShiftedCodePage.h"
 #include "util/FileText.h"
+#include "util/Unicode.h"
 
 namespace tvn2x {
 namespace {
@@ -40,6 +41,20 @@ TEST(Utf8, ReplacesWhatIsNone)
     EXPECT_EQ(FromUtf8("\xED\xA0\x80"), L"\uFFFD\uFFFD\uFFFD");            // half a surrogate pair
     EXPECT_EQ(FromUtf8("\xF4\x90\x80\x80"), L"\uFFFD\uFFFD\uFFFD\uFFFD");  // above U+10FFFF
     EXPECT_EQ(ToUtf8(std::wstring(1, static_cast<wchar_t>(0xD800)) + L"x"), "\xEF\xBF\xBDx");
+}
+
+/// Windows has units of 16 bits, whatever the machine has that runs this.
+TEST(Unicode, IsAPairWhereOneUnitDoesNotDo)
+{
+    std::u16string pairs;
+    std::u32string characters;
+    for (const uint32_t c : {0xFFFFU, 0x10000U, 0x1F4FAU, 0x10FFFFU}) {
+        AppendCharacter(pairs, c);
+        AppendCharacter(characters, c);
+    }
+    EXPECT_TRUE(pairs == u"\uFFFF\U00010000\U0001F4FA\U0010FFFF");
+    EXPECT_TRUE(characters == U"\uFFFF\U00010000\U0001F4FA\U0010FFFF");
+    EXPECT_EQ(0x1F4FAU, JoinedSurrogates(0xD83D, 0xDCFA));
 }
 
 const ShiftedCodePage shifted;
