@@ -1,7 +1,9 @@
 #include "host/live/LiveData.h"
 
 #include <algorithm>
+#include <cmath>
 
+#include "fmt/format.h"
 #include "host/judge/VerdictText.h"
 #include "host/report/JsonReport.h"
 #include "host/run/RunRecords.h"
@@ -45,18 +47,39 @@ void PutIf(Json& json, const char* key, const std::wstring& text)
     }
 }
 
+/// With the digits that make a short number what it is: as a long one it would have ten more that mean nothing.
+std::optional<double> Shortest(const std::optional<float>& number)
+{
+    if (!number) {
+        return {};
+    }
+    return std::stod(fmt::format("{}", *number));
+}
+
+/// As exact as anybody can use them.
+std::optional<double> Milliseconds(const std::optional<double>& seconds)
+{
+    if (!seconds) {
+        return {};
+    }
+    return std::round(*seconds * 1e3) / 1e3;
+}
+
 Json NowJson(const LiveState& state, double age)
 {
     const LiveNow& now = state.now;
-    Json json{{"phase", PhaseName(now.phase)}, {"pass", now.pass}, {"done", now.done}, {"ageSeconds", age}};
+    Json json{{"phase", PhaseName(now.phase)},
+              {"pass", now.pass},
+              {"done", now.done},
+              {"ageSeconds", Milliseconds(age).value()}};
     PutIf(json, "channel", now.channel);
     PutIf(json, "status", now.status);
-    PutIf(json, "secondsLeft", now.left);
-    PutIf(json, "nextPassInSeconds", now.nextPass);
+    PutIf(json, "secondsLeft", Milliseconds(now.left));
+    PutIf(json, "nextPassInSeconds", Milliseconds(now.nextPass));
     PutIf(json, "fault", now.fault);
     PutIf(json, "faultSince", now.faultSince);
     json["passesDone"] = state.passesDone;
-    PutIf(json, "lastPassSeconds", state.lastPassSeconds);
+    PutIf(json, "lastPassSeconds", Milliseconds(state.lastPassSeconds));
     PutIf(json, "lastPassEnded", state.lastPassEnded);
     return json;
 }
@@ -75,9 +98,9 @@ Json PointJson(const LivePoint& point)
 {
     Json json{
         {"pass", point.pass}, {"began", Text(UtcText(point.began))}, {"result", Text(VerdictName(point.verdict))}};
-    PutIf(json, "levelDbuv", point.level);
-    PutIf(json, "merDb", point.mer);
-    PutIf(json, "ber", point.ber);
+    PutIf(json, "levelDbuv", Shortest(point.level));
+    PutIf(json, "merDb", Shortest(point.mer));
+    PutIf(json, "ber", Shortest(point.ber));
     if (point.isBerBound) {
         json["berIsBound"] = true;
     }

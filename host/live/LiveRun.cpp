@@ -65,6 +65,7 @@ LiveRun::LiveRun(std::wstring serving, std::shared_ptr<const Limits> limits, Clo
 {
     state_.serving = std::move(serving);
     state_.limits = std::move(limits);
+    JudgeLatest();
     PublishNow();
 }
 
