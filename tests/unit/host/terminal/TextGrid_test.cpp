@@ -88,7 +88,8 @@ TEST(ProgressLine, ReckonsTheTimeLeftFromTheChannelsDoneAndKeepsItWithinTheTermi
 TEST(ProgressLine, DurationsAreMinutesAndSeconds)
 {
     const std::pair<double, const wchar_t*> cases[] = {{0, L"0:00"},     {59.4, L"0:59"},    {59.5, L"1:00"},
-                                                       {3599, L"59:59"}, {3661, L"1:01:01"}, {-5, L"0:00"}};
+                                                       {3599, L"59:59"}, {3661, L"1:01:01"}, {36610, L"10:10:10"},
+                                                       {-5, L"0:00"}};
     for (const auto& [seconds, text] : cases) {
         EXPECT_EQ(DurationText(seconds), text);
     }
