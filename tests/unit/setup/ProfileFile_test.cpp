@@ -49,6 +49,16 @@ TEST(ProfileFile, ALetterOrABracketInsideACharacterIsNone)
     EXPECT_EQ((std::vector<std::string>{"s"}), ProfileFile("[s]\n[\x83\x5D\n", shifted).GetBracketedLines());
 }
 
+TEST(ProfileFile, WhatAChangeHasTakenOutIsInNobodysWay)
+{
+    const ShiftedCodePage shifted;
+    ProfileFile profile("[a]\nk=\x83\n", shifted);
+    const std::string lacked = file_text::FromWide(L"\u041C");
+    EXPECT_FALSE(profile.Write("a", "m", lacked)) << "a byte without a meaning keeps the file from UTF-16";
+    EXPECT_TRUE(profile.Write("a", "k", "1"));
+    EXPECT_TRUE(profile.Write("a", "m", lacked));
+}
+
 /// What would cost more than a fixed amount of work per byte would take minutes here.
 TEST(ProfileFile, WritesToALargeFileTakeLinearTime)
 {

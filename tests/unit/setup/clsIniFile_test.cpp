@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "support/FailingMemory.h"
 #include "support/MemoryFiles.h"
 #include "support/RecordingMessageBoxes.h"
 #include "support/TestTable.h"
@@ -72,6 +73,26 @@ TEST_F(IniFile, ATextThatTheCodePageLacksStaysWholeInAUtf16File)
                   "\xFF\xFE" + file_text::ToUtf16(file_text::FromWide(L"[\u041F]\r\nlong=" + longest + L"more\r\n"),
                                                   SystemCodePage()));
         EXPECT_EQ(longest, ini.GetString(L"long", L""));
+    }
+}
+
+TEST_F(IniFile, AWriteThatRunsOutOfMemoryLeavesNothingToALaterOne)
+{
+    const std::wstring value(1000, L'v');
+    bool failed = true;
+    for (long n = 0; failed; ++n) {
+        files.Put(path, "[s]\r\nk=1\r\n");
+        const std::wstring key = L"k" + std::to_wstring(n);  // names are remembered
+        FailAllocationsFrom(n);
+        try {
+            ini.PutString(key, value);
+        } catch (const std::bad_alloc&) {
+        }
+        failed = AllowAllocations();
+        EXPECT_NE(0, ini.PutString(L"m", L"2"));
+        if (failed) {
+            EXPECT_EQ("[s]\r\nk=1\r\nm=2\r\n", files.Content(path)) << n;
+        }
     }
 }
 
