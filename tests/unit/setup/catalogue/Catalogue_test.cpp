@@ -1,6 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cctype>
 #include <cmath>
+#include <fstream>
+#include <map>
+#include <regex>
 #include <set>
 #include <string>
 #include <vector>
@@ -9,6 +14,7 @@
 #include "setup/catalogue/Options.h"
 #include "setup/catalogue/Parameters.h"
 #include "setup/catalogue/Settings.h"
+#include "util/Encoding.h"
 #include "util/modLocaleInfo.h"
 
 namespace tvn2x {
@@ -73,6 +79,72 @@ TEST(Settings, TakeWhatTheyMayBeWhereTheyAreMissingAndOfferNothingElse)
             EXPECT_TRUE(isClosed || choice.value >= setting->lowest) << setting->key;
         }
     }
+}
+
+/// A row of the page that people write their setups by: what it says of each key that it names.
+void ExpectAsTold(const std::string& key, const std::string& value, const std::string& otherwise,
+                  const Setting& setting)
+{
+    static const std::regex number(R"(-?\d+(\.\d+)?)"), range(R"((-?[\d.]+) to ([\d.]+))");
+    SCOPED_TRACE(key + ": " + value);
+    const bool isPlain = otherwise.find(' ') == std::string::npos && otherwise != "empty";
+    EXPECT_EQ(ToUtf8(setting.otherwise), isPlain ? otherwise : "");
+    std::smatch ends;
+    const bool isFlag = value == "-1 yes, 0 no", isFrom = value.find("from 1") != std::string::npos;
+    const bool isRange = std::regex_search(value, ends, range);
+    EXPECT_EQ(setting.lowest, isFlag ? -1 : isFrom ? 1 : isRange ? std::stod(ends.str(1)) : 0);
+    EXPECT_EQ(setting.highest, isFlag ? 1 : isFrom ? 2147483647 : isRange ? std::stod(ends.str(2)) : 0);
+    std::set<std::string> offered, told;
+    for (const ListItem& choice : setting.choices) {
+        offered.insert(setting.kind == SettingKind::text ? ToUtf8(choice.text) : std::to_string(choice.value));
+    }
+    static const std::regex word(R"([^ ,]+)");
+    const std::regex& kind = setting.kind == SettingKind::text ? word : number;
+    for (std::sregex_iterator each(value.begin(), value.end(), kind), end; each != end; ++each) {
+        told.insert(each->str());
+    }
+    EXPECT_TRUE(isFrom || offered.empty() || offered == told);
+}
+
+std::string Place(std::string section, const std::string& key)
+{
+    section += "/" + key.substr(0, key.find_last_not_of(' ') + 1);
+    std::ranges::transform(section, section.begin(), [](unsigned char c) { return std::tolower(c); });
+    return section;
+}
+
+TEST(Settings, HaveTheValuesAndDefaultsThatTheirPageTells)
+{
+    std::map<std::string, Setting> settings;
+    for (const Setting* setting : Settings()) {
+        settings.emplace(Place(setting->section, setting->key), *setting);
+    }
+    for (const SettingRows& rows : RowSettings()) {
+        settings.insert(
+            {Place(rows.section, rows.prefix), {rows.section, rows.prefix, rows.kind, rows.lowest, rows.highest}});
+    }
+    std::ifstream page(TVN_TEST_DATA "/../../docs/setup-file.md");
+    const std::regex row(R"(\| (.*?) ?\| (`.+`)[^|]* \| ([^|]+) \| ([^|]*) \|)"), name("`([^`]+?)( *NN)?`");
+    std::set<std::string> told;
+    std::string sections;
+    for (std::string line; std::getline(page, line);) {
+        std::smatch cells;
+        if (!std::regex_match(line, cells, row)) {
+            continue;
+        }
+        sections = cells.length(1) == 0 ? sections : cells.str(1);
+        const std::string keys = cells.str(2), otherwise = cells.str(4);
+        const std::sregex_iterator end;
+        for (std::sregex_iterator section(sections.begin(), sections.end(), name); section != end; ++section) {
+            for (std::sregex_iterator key(keys.begin(), keys.end(), name); key != end; ++key) {
+                const std::string place = Place((*section)[1].str(), (*key)[1].str());
+                told.insert(place);
+                const bool isRow = (*key)[2].matched;
+                ExpectAsTold(place, cells.str(3), isRow ? "empty" : otherwise, settings.at(place));
+            }
+        }
+    }
+    EXPECT_EQ(told.size(), settings.size());
 }
 
 TEST(Settings, ThatAreChosenByANumberHaveIt)
