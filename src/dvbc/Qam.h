@@ -23,7 +23,8 @@ double BitErrorRatio(int32_t order, double esN0);
 /// The Es/N0 at which BitErrorRatio gives `ber`, 0 < ber < 0.1.
 double RequiredEsN0(int32_t order, double ber);
 
-/// The bit error ratio before Reed-Solomon at which packets begin to be lost (about one an hour).
+/// The bit error ratio before Reed-Solomon from which on packets are in danger: here a channel loses one in days, at
+/// twice the ratio several an hour.
 constexpr double failureBer = 2e-4;
 
 constexpr int packetBytes = 204;

@@ -13,18 +13,18 @@ double TiltPosition(double frequency, double lower, double upper);
 /// The level at a frequency.
 struct LevelPoint
 {
-    double frequency = 0;
-    double level = 0;
+    double frequency;
+    double level;
 };
 
 /// A straight line through levels: its ends and what the levels spread round it.
 struct LevelTilt
 {
-    double lowestFrequency = 0;
-    double highestFrequency = 0;
-    double atLowest = 0;  ///< of the line
-    double atHighest = 0;
-    double spread = 0;  ///< dB, standard deviation of the levels from the line
+    double lowestFrequency;
+    double highestFrequency;
+    double atLowest;  ///< of the line
+    double atHighest;
+    double spread;  ///< dB, standard deviation of the levels from the line
 
     double At(double frequency) const;
     double Tilt() const { return atHighest - atLowest; }
