@@ -29,7 +29,7 @@ TEST(NetworkModel, ReadsSectionsKeysAndDefaults)
     const NetworkModel model = NetworkModel::Parse(
         "\xEF\xBB\xBF; plant north\r\n[network]\r\nnoise figure (dB) = 6.5\r\nSeed=9\r\n\r\n[Channel 12]\r\n"
         "Frequency (MHz)=474\r\nLevel (dB\xC2\xB5V)=+58.25\r\norder of qam=256\r\n"
-        "Outages=TS 1.5 0.4, carrier 3 .5\r\n# end",
+        "Outages=TS  1.5  0.4, carrier 0 86400\r\n# end",
         L"net.ini");
     EXPECT_EQ(model.Network().noiseFigure, 6.5);
     EXPECT_EQ(model.Network().headEndMer, 43);
@@ -39,7 +39,7 @@ TEST(NetworkModel, ReadsSectionsKeysAndDefaults)
     EXPECT_EQ(channel.level, 58.25);
     EXPECT_EQ(channel.order, 256);
     EXPECT_EQ(channel.symbolRate, 6.9);
-    EXPECT_EQ(channel.outages, (std::vector<Outage>{{LockKind::ts, 1.5, 0.4}, {LockKind::carrier, 3, 0.5}}));
+    EXPECT_EQ(channel.outages, (std::vector<Outage>{{LockKind::ts, 1.5, 0.4}, {LockKind::carrier, 0, 86400}}));
 }
 
 /// Of one more line in an otherwise good channel; the line is the fourth.
