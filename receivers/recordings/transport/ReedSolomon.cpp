@@ -110,9 +110,7 @@ ReedSolomon::Polynomial ReedSolomon::Locator(std::span<const uint8_t, parityByte
 
 ReedSolomon::ErrorPolynomials ReedSolomon::Solve(std::span<const uint8_t, parityBytes> syndromes) const
 {
-    ErrorPolynomials solved;
-    solved.locator = Locator(syndromes);
-    solved.errors = parityBytes;
+    ErrorPolynomials solved{Locator(syndromes), {}, parityBytes};
     while (solved.errors > 0 && solved.locator[solved.errors] == 0) {
         --solved.errors;
     }

@@ -29,9 +29,9 @@ private:
     /// The polynomials that say where the errors are and how large.
     struct ErrorPolynomials
     {
-        Polynomial locator{};
-        Polynomial evaluator{};
-        size_t errors = 0;
+        Polynomial locator;
+        Polynomial evaluator;
+        size_t errors;
     };
 
     uint8_t Product(uint8_t a, uint8_t b) const;

@@ -1,7 +1,9 @@
 #include "receivers/recordings/transport/TransportDecoder.h"
 
 #include <bit>
+#include <functional>
 #include <random>
+#include <utility>
 
 #include "support/sender/Mapper.h"
 #include "support/sender/OuterEncoder.h"
@@ -64,6 +66,59 @@ TEST(TransportDecoder, GivesBackThePacketsOfSomebodyElsesEncoder)
             EXPECT_EQ(decoder.Counters().correctedBits, 0U);
         }
     }
+}
+
+/// What becomes of a stream of 320 packets that is spoilt in the middle, as "F" and "P" with the number of the block in
+/// which frames and packets come to be there, "f" and "p" where they go, and what was counted.
+std::string StoryOf(const std::function<void(std::vector<uint8_t>&)>& spoil, size_t uncertainBlock = 999)
+{
+    sender::OuterEncoder encoder;
+    std::vector<uint8_t> sent;
+    for (uint32_t number = 0; number < 320; ++number) {
+        const std::vector<uint8_t> encoded = encoder.Encode(sender::NumberedPacket(number));
+        sent.insert(sent.end(), encoded.begin(), encoded.end());
+    }
+    spoil(sent);
+    const std::vector<Constellation::Cell> cells = CellsOf(64, sent, false, 0);
+    TransportDecoder decoder(Constellation(64), nullptr);
+    std::string story;
+    bool frames = false;
+    bool packets = false;
+    for (size_t block = 0; block < cells.size() / 1024; ++block) {
+        decoder.Process(std::span(cells).subspan(block * 1024, 1024), block != uncertainBlock);
+        if (std::exchange(frames, decoder.FrameLocked()) != frames) {
+            story += (frames ? "F" : "f") + std::to_string(block) + " ";
+        }
+        if (std::exchange(packets, decoder.PacketsLocked()) != packets) {
+            story += (packets ? "P" : "p") + std::to_string(block) + " ";
+        }
+    }
+    const PacketCounters& counters = decoder.Counters();
+    return story + std::to_string(counters.failedPackets) + " of " + std::to_string(counters.packets) + " failed, " +
+           std::to_string(counters.lostSymbols) + " symbols lost";
+}
+
+TEST(TransportDecoder, ComesBackWhateverHasSpoiltTheStream)
+{
+    const auto spoilt = [](size_t from, size_t to, size_t every) {
+        return [=](std::vector<uint8_t>& sent) {
+            for (size_t i = from * 204; i < to * 204; ++i) {
+                sent[i] = static_cast<uint8_t>(sent[i] ^ (i % every != 0 ? 0x55 : 0));
+            }
+        };
+    };
+    EXPECT_EQ(StoryOf(spoilt(0, 0, 1)), "F3 P3 0 of 309 failed, 0 symbols lost");
+    EXPECT_EQ(StoryOf(spoilt(100, 110, 204)), "F3 P3 21 of 309 failed, 0 symbols lost") << "a few packets";
+    EXPECT_EQ(StoryOf(spoilt(100, 150, 204)), "F3 P3 p32 P43 61 of 309 failed, 0 symbols lost") << "many";
+    EXPECT_EQ(StoryOf(spoilt(100, 240, 204)), "F3 P3 p32 f52 F56 P67 139 of 297 failed, 4096 symbols lost")
+        << "as if frames were cut wrongly";
+    EXPECT_EQ(StoryOf(spoilt(100, 150, 100000)), "F3 P3 f28 p28 F43 P44 8 of 254 failed, 15360 symbols lost")
+        << "synchronisation bytes, too";
+    EXPECT_EQ(StoryOf([](std::vector<uint8_t>& sent) { sent.erase(sent.begin() + 30000); }),
+              "F3 P3 f41 p41 F45 P46 9 of 291 failed, 4096 symbols lost")
+        << "one byte is gone";
+    EXPECT_EQ(StoryOf(spoilt(0, 0, 1), 60), "F3 P3 f60 p60 F64 P65 0 of 293 failed, 5120 symbols lost")
+        << "the carrier was lost";
 }
 
 TEST(ReedSolomon, CorrectsEightBytesAndTellsHowManyBits)
