@@ -79,9 +79,6 @@ size_t Channelizer::Read(std::span<std::complex<float>> into)
 /// The turn of a block's first sample is kept in double precision, so that the phase does not drift in hours.
 void Channelizer::Shift()
 {
-    if (step_ == 0) {
-        return;
-    }
     const std::complex<float> first = Turned(turn_);
     const float a = first.real();
     const float b = first.imag();

@@ -11,18 +11,6 @@ namespace {
 
 constexpr size_t lanes = 8;  // floats that are reckoned side by side, four samples
 
-/// The modified Bessel function of order 0.
-double Bessel(double x)
-{
-    double sum = 1;
-    double term = 1;
-    for (int k = 1; term > sum * 1e-12; ++k) {
-        term *= (x / (2 * k)) * (x / (2 * k));
-        sum += term;
-    }
-    return sum;
-}
-
 std::complex<float> Product(const float* samples, const std::vector<float>& taps)
 {
     std::array<float, lanes> sums{};
@@ -38,9 +26,7 @@ std::complex<float> Product(const float* samples, const std::vector<float>& taps
 
 std::vector<float> LowPass(double pass, double stop, double attenuation)
 {
-    const double beta = attenuation > 50 ? 0.1102 * (attenuation - 8.7)
-                                         : 0.5842 * std::pow(std::max(0.0, attenuation - 21), 0.4) +
-                                               0.07886 * std::max(0.0, attenuation - 21);
+    const double beta = 0.1102 * (attenuation - 8.7);
     const double transition = 2 * std::numbers::pi * (stop - pass);
     const auto half = static_cast<int>(std::ceil((attenuation - 7.95) / (2.285 * transition) / 2));
     const double cut = pass + stop;  // twice the middle of the transition
@@ -48,7 +34,8 @@ std::vector<float> LowPass(double pass, double stop, double attenuation)
     for (int i = -half; i <= half; ++i) {
         const double angle = std::numbers::pi * cut * i;
         const double place = static_cast<double>(i) / (half + 1);
-        taps.push_back((i == 0 ? cut : cut * std::sin(angle) / angle) * Bessel(beta * std::sqrt(1 - place * place)));
+        taps.push_back((i == 0 ? cut : cut * std::sin(angle) / angle) *
+                       std::cyl_bessel_i(0, beta * std::sqrt(1 - place * place)));
     }
     const double gain = std::accumulate(taps.begin(), taps.end(), 0.0);
     std::vector<float> scaled;

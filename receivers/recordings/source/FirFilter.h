@@ -8,7 +8,7 @@
 namespace tvn2x::recordings {
 
 /// Taps of a low-pass filter of linear phase with a gain of 1 (Kaiser's window): `pass` and `stop` are the edges of the
-/// transition as shares of the sampling rate, 0 < pass < stop <= 0.5, `attenuation` is in dB.
+/// transition as shares of the sampling rate, 0 < pass < stop <= 0.5, `attenuation` is in dB, above 50.
 std::vector<float> LowPass(double pass, double stop, double attenuation);
 
 /// Filters complex samples with real taps and keeps every n-th.

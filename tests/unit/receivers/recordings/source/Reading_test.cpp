@@ -163,14 +163,16 @@ TEST(RecordingStream, ReadsEveryFormatToTheEndOfTheFile)
         {SampleFormat::unsigned8, Bytes<uint8_t>(255) + Bytes<uint8_t>(0), {1, -1}},
     };
     for (const auto& [format, bytes, value] : cases) {
-        // One byte is missing of the third sample.
-        RecordingStream stream({.file = L"f", .format = format, .firstByte = 3, .samples = 3, .rate = 1e6},
-                               std::make_unique<MemoryBytes>("abc" + bytes + bytes + bytes.substr(1)));
-        std::vector<std::complex<float>> samples(8);
-        EXPECT_EQ(stream.Read(std::span(samples).first(1)), 1U);
-        EXPECT_EQ(stream.Read(samples), 1U);
-        EXPECT_EQ(samples[0], value);
-        EXPECT_EQ(stream.Read(samples), 0U);
+        // One byte is missing of the third sample, or what follows is not the recording's.
+        for (const uint64_t recorded : {3U, 2U}) {
+            RecordingStream stream({.file = L"f", .format = format, .firstByte = 3, .samples = recorded, .rate = 1e6},
+                                   std::make_unique<MemoryBytes>("abc" + bytes + bytes + bytes.substr(recorded - 2)));
+            std::vector<std::complex<float>> samples(8);
+            EXPECT_EQ(stream.Read(std::span(samples).first(1)), 1U);
+            EXPECT_EQ(stream.Read(samples), 1U);
+            EXPECT_EQ(samples[0], value);
+            EXPECT_EQ(stream.Read(samples), 0U);
+        }
     }
     for (const float fault : {std::nanf(""), std::numeric_limits<float>::infinity(), 1e20F}) {
         RecordingStream stream({.file = L"f", .firstByte = 4, .samples = 2, .rate = 1e6},
