@@ -12,12 +12,12 @@ constexpr double residualShare = 1e-6;  // of the time that nothing was wrong
 
 void ErroredSeconds::Add(double now, const DemodulatorState& state)
 {
-    if (last_ >= 0 && now > last_) {
+    if (last_) {
         // Packets that fail before the stream is there, or after it has gone, are part of that.
         const bool isLost = wasLost_ || !state.locks.reedSolomon;
-        Count(sync_, isLost, state.counters.lostSymbols != counted_.lostSymbols, last_, now);
-        Count(data_, isLost, state.counters.failedPackets != counted_.failedPackets, last_, now);
-        time_.unavailable += (now - last_) * (isLost ? 1 : residualShare);
+        Count(sync_, isLost, state.counters.lostSymbols != counted_.lostSymbols, *last_, now);
+        Count(data_, isLost, state.counters.failedPackets != counted_.failedPackets, *last_, now);
+        time_.unavailable += (now - *last_) * (isLost ? 1 : residualShare);
     }
     last_ = now;
     wasLost_ = !state.locks.reedSolomon;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "dvbc/ErroredTime.h"
 #include "receivers/recordings/demodulator/DemodulatorState.h"
 
@@ -31,7 +33,7 @@ private:
     dvbc::ErroredTime time_;
     Kind sync_{&dvbc::ErroredTime::syncErrors};
     Kind data_{&dvbc::ErroredTime::dataErrors};
-    double last_ = -1;  ///< the moment before; below 0 where there was none
+    std::optional<double> last_;  ///< the moment before
     bool wasLost_ = true;
     PacketCounters counted_;
 };

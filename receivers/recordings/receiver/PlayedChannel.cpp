@@ -45,15 +45,14 @@ void PlayedChannel::Play()
 void PlayedChannel::PlayBlock()
 {
     const bool wasLocked = State().locks.reedSolomon;
+    const uint64_t failedBefore = State().counters.failedPackets;
     const size_t count = source_->Read(block_);
     isOver_ = count == 0;
     demodulator_.Process(std::span(block_).first(count));
     played_ += count;
-    const uint64_t failed = State().counters.failedPackets;
-    if (failed != failed_ && wasLocked) {
+    if (wasLocked && State().counters.failedPackets != failedBefore) {
         lastFailure_ = Seconds();
     }
-    failed_ = failed;
 }
 
 void PlayedChannel::Rest(bool rests)
@@ -87,7 +86,7 @@ const SignalReadings& PlayedChannel::Readings()
 bool PlayedChannel::HasFailedLately() const
 {
     constexpr double lately = 0.25;
-    return lastFailure_ >= 0 && Seconds() < lastFailure_ + lately;
+    return lastFailure_ && Seconds() < *lastFailure_ + lately;
 }
 
 }  // namespace tvn2x::recordings

@@ -54,8 +54,7 @@ private:
     std::optional<double> resting_;  ///< since when
     uint64_t played_ = 0;            ///< samples
     bool isOver_ = false;
-    uint64_t failed_ = 0;      ///< packets
-    double lastFailure_ = -1;  ///< in seconds of the signal; below 0 where there was none
+    std::optional<double> lastFailure_;  ///< of a packet, in seconds of the signal
     std::vector<std::complex<float>> block_;
     std::optional<SignalReadings> readings_;
     double readAt_ = 0;

@@ -7,6 +7,8 @@
 #include <fstream>
 
 #include "receivers/recordings/source/RecordingError.h"
+#include "support/RaisedBy.h"
+#include "support/ReceiverSession.h"
 #include "support/sender/Transmitter.h"
 #include "util/Encoding.h"
 
@@ -20,25 +22,25 @@ using testing::StartsWith;
 class LookedAtTime final : public PlayTime
 {
 public:
-    double Seconds() override { return now_ += 0.001; }
-    void Wait(double seconds) override { now_ += seconds; }
+    double Seconds() override { return now += 0.001; }
+    void Wait(double seconds) override { now += seconds; }
 
-private:
-    double now_ = 100;
+    double now = 100;
 };
 
-/// A folder with a channel of 0.87 MSymb/s, 16-QAM, at 100 MHz: 0.4 s of it.
-class RecordedReceiverTest : public testing::Test
+/// A channel of 0.87 MSymb/s, 16-QAM, at 100 MHz: 0.4 s of it.
+const std::vector<std::complex<float>>& Samples()
+{
+    constexpr double rate = 2e6;
+    const sender::Signal signal{.order = 16, .symbolRate = 0.87e6, .rate = rate, .frequency = 12e3, .noise = 30};
+    static const auto samples = sender::Transmitter(signal).Send(static_cast<size_t>(0.4 * rate));
+    return samples;
+}
+
+/// A receiver with a folder that has it.
+class PlayingReceiver
 {
 protected:
-    static void SetUpTestSuite()
-    {
-        const sender::Signal signal{.order = 16, .symbolRate = 0.87e6, .rate = rate, .frequency = 12e3, .noise = 30};
-        samples_ =
-            new std::vector<std::complex<float>>(sender::Transmitter(signal).Send(static_cast<size_t>(0.4 * rate)));
-    }
-    static void TearDownTestSuite() { delete samples_; }
-
     void Put(std::vector<std::complex<float>> samples, const std::string& calibration = "")
     {
         std::filesystem::remove_all(folder_);
@@ -58,6 +60,12 @@ protected:
         receiver_.Frequency(frequency);
         receiver_.SymbolRate(0.87e6);
     }
+    void Ask(int times)
+    {
+        while (times-- > 0) {
+            receiver_.RfSignalPresent();
+        }
+    }
     bool Locks()
     {
         for (int i = 0; i < 400; ++i) {
@@ -67,27 +75,45 @@ protected:
         }
         return false;
     }
-    std::wstring ErrorOf(const std::function<void()>& statement)
-    {
-        try {
-            statement();
-        } catch (const RaisedError& raised) {
-            return raised.description;
-        }
-        return L"no error";
-    }
 
-    static constexpr double rate = 2e6;
-    static std::vector<std::complex<float>>* samples_;
-    const std::filesystem::path folder_ = testing::TempDir() + "played";
+    const std::filesystem::path folder_ =
+        testing::TempDir() + "played." + testing::UnitTest::GetInstance()->current_test_info()->name();
     LookedAtTime time_;
     RecordedReceiver receiver_{time_};
 };
-std::vector<std::complex<float>>* RecordedReceiverTest::samples_ = nullptr;
+
+class RecordedReceiverTest : public testing::Test, protected PlayingReceiver
+{
+};
+
+/// Deeds and sights beside the receiver's operations: a recording is put into the folder, with more of its metadata;
+/// time passes; the client asks for a lock so many times, or until there is one.
+class Session : public ReceiverSession, private PlayingReceiver
+{
+public:
+    const Deeds deeds = With(receiver_, Deeds{
+                                            {"put", [this] { Put(Samples(), Bytes()); }},
+                                            {"wait", [this] { time_.now += Value(0); }},
+                                            {"ask", [this] { Ask(Number(0)); }},
+                                            {"lock", [this] { EXPECT_TRUE(Locks()); }},
+                                        });
+    const Sights sights =
+        With(receiver_,
+             Sights{
+                 {"remark", [this] { return receiver_.Remark(); }},
+                 {"symbols", [this] { return Told(receiver_.Constellation(static_cast<size_t>(Number(0))).size()); }},
+                 {"error-of", [this] { return ErrorOf(*this, std::string(rest)); }},
+             });
+};
+
+TEST(RecordedReceiverSessions, AnswerAsEachExpects)
+{
+    PlaySessions("recording-sessions.txt", [](const std::string&) { return std::make_unique<Session>(); });
+}
 
 TEST_F(RecordedReceiverTest, MeasuresARecordingAndStaysAtItsEnd)
 {
-    Put(*samples_, R"(,"tvn2x:full_scale_dbuv":100)");
+    Put(Samples(), R"(,"tvn2x:full_scale_dbuv":100)");
     EXPECT_TRUE(receiver_.CarrierUnlocked()) << "locks take their time";
     ASSERT_TRUE(Locks()) << ToUtf8(receiver_.Remark());
     receiver_.LevelUnit(4);
@@ -104,15 +130,11 @@ TEST_F(RecordedReceiverTest, MeasuresARecordingAndStaysAtItsEnd)
 
     receiver_.Hold(true);
     const std::wstring held = receiver_.BerResult();
-    for (int i = 0; i < 100; ++i) {
-        receiver_.RfSignalPresent();
-    }
+    Ask(100);
     EXPECT_EQ(receiver_.BerResult(), held);
     receiver_.Hold(false);
 
-    for (int i = 0; i < 1000; ++i) {
-        receiver_.RfSignalPresent();
-    }
+    Ask(1000);
     EXPECT_FALSE(receiver_.TsError()) << "the locks are those of the end";
     EXPECT_NEAR(receiver_.ReadMer(), 30, 1);
     EXPECT_EQ(receiver_.BerState(), L"0 of 10, the recording is over");
@@ -125,7 +147,7 @@ TEST_F(RecordedReceiverTest, MeasuresARecordingAndStaysAtItsEnd)
 
 TEST_F(RecordedReceiverTest, TellsNoLevelWithoutACalibration)
 {
-    Put(*samples_);
+    Put(Samples());
     ASSERT_TRUE(Locks());
     EXPECT_EQ(receiver_.ReadRfLevel(), 0);
     EXPECT_EQ(receiver_.ValueStatus(), L"---");
@@ -136,26 +158,28 @@ TEST_F(RecordedReceiverTest, TellsNoLevelWithoutACalibration)
 
 TEST_F(RecordedReceiverTest, NamesWhatKeepsItFromReceiving)
 {
-    EXPECT_THAT(ErrorOf([&] { receiver_.RfSignalPresent(); }), HasSubstr(L"There are no recordings"));
-    std::vector<std::complex<float>> damaged(samples_->begin(), samples_->begin() + 100000);
+    EXPECT_THAT(RaisedBy([&] { receiver_.RfSignalPresent(); }), HasSubstr(L"There are no recordings"));
+    std::vector<std::complex<float>> damaged(Samples().begin(), Samples().begin() + 100000);
     damaged[50000] = std::nanf("");
     Put(damaged);
-    const auto playToTheFault = [&] {
-        for (int i = 0; i < 100; ++i) {
-            receiver_.RfSignalPresent();
-        }
-    };
-    EXPECT_THAT(ErrorOf(playToTheFault), HasSubstr(L"a.sigmf-data, byte 400000: the sample there is no number"));
-    EXPECT_THAT(ErrorOf([&] { receiver_.ReadMer(); }), HasSubstr(L"byte 400000")) << "it stays so";
+    EXPECT_THAT(RaisedBy([&] { Ask(100); }), HasSubstr(L"a.sigmf-data, byte 400000: the sample there is no number"));
+    EXPECT_THAT(RaisedBy([&] { receiver_.ReadMer(); }), HasSubstr(L"byte 400000")) << "it stays so";
     Tune(101e6);
     EXPECT_THAT(
-        ErrorOf([&] { receiver_.RfSignalPresent(); }),
+        RaisedBy([&] { receiver_.RfSignalPresent(); }),
         HasSubstr(L"No recording holds the channel at 101.000 MHz with its 1.00 MHz. There is: a.sigmf-data 99 to "
                   L"101 MHz"));
     EXPECT_THAT(receiver_.Remark(), StartsWith(L"No recording holds"));
     Tune(100e6);
-    EXPECT_EQ(ErrorOf([&] { receiver_.RfSignalPresent(); }), L"no error");
-    EXPECT_THAT(ErrorOf([&] { receiver_.OrderOfQam(4); }), StartsWith(L"Let OrderOfQam failed: 4 is none of 16"));
+    EXPECT_EQ(RaisedBy([&] { receiver_.RfSignalPresent(); }), L"");
+}
+
+TEST(MachineTime, PassesWhileSomebodyWaits)
+{
+    MachineTime time;
+    const double before = time.Seconds();
+    time.Wait(0.002);
+    EXPECT_GE(time.Seconds() - before, 0.002);
 }
 
 TEST(ErroredSeconds, CountsASecondFromItsBeginningToItsEnd)
