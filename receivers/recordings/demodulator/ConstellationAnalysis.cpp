@@ -86,8 +86,9 @@ Lines MeasureLines(std::span<const std::complex<float>> residues, const Constell
         }
     }
     std::vector<double> sorted = density;
-    std::nth_element(sorted.begin(), sorted.begin() + length / 2, sorted.end());
-    const double floor = sorted[length / 2];
+    const auto median = sorted.begin() + length / 2;
+    std::nth_element(sorted.begin(), median, sorted.end());
+    const double floor = *median;
     constexpr double windowPower = 3.0 / 8 * length;
     const double scale = 1 / (static_cast<double>(stretches) * windowPower * length);
     Lines lines;

@@ -184,7 +184,6 @@ void Demodulator::Chain::Search()
         level_.Process(Values(), blockValues);
     }
     taken_ += samples.size();
-    decoder_.Process(std::span<const Constellation::Cell>(), false);
 }
 
 /// The samples that the signal was found in go through the stages as the first ones.
@@ -193,7 +192,6 @@ void Demodulator::Chain::Begin(const SignalSearch::Found& found)
     mixer_.SetFrequency(found.frequency);
     timing_ = TimingRecovery(parameters_.rollOff, found.symbolRateOffset);
     interpolator_.SetStretch(-found.symbolRateOffset * 1e-6);
-    interpolator_.SetGain(1);
     level_.Reset();
     loop_ = SymbolLoop(constellation_, *kernels_);
     timingLock_.Reset();
@@ -208,14 +206,11 @@ void Demodulator::Chain::Abandon()
 {
     phase_ = Phase::search;
     ++state_.acquisitions;
-    timingLock_.Reset();
-    carrierLock_.Reset();
     keptSymbols_.clear();
     keptPoints_.clear();
     nextKept_ = 0;
     interpolator_.SetGain(1);
     level_.Reset();
-    decoder_.Process(std::span<const Constellation::Cell>(), false);
 }
 
 void Demodulator::Chain::ProcessBlock()
@@ -308,7 +303,6 @@ void Demodulator::Chain::TakeOutcome(const SymbolLoop::Outcome& outcome)
     if (phase_ == Phase::decide && carrierLock_.Locked() && blocks_ >= calmBlocks) {
         loop_.Settle();
         phase_ = Phase::track;
-        blocks_ = 0;
         blindBlocks_ = leastBlindBlocks;
     } else if (phase_ == Phase::decide && !carrierLock_.Locked() && blocks_ >= decideBlocks) {
         // Perhaps there are strong echoes, for which the blind time was too short.
@@ -341,7 +335,7 @@ void Demodulator::Chain::Report()
     locks.frameSync = locks.carrier && decoder_.FrameLocked();
     locks.reedSolomon = locks.frameSync && decoder_.PacketsLocked();
     state_.counters = decoder_.Counters();
-    state_.inverted = decoder_.Inverted();
+    state_.inverted = locks.frameSync && decoder_.Inverted();
     state_.channelPower = level_.SignalPower();
     state_.frequencyOffset = locks.timing ? mixer_.Frequency() + meanFrequency_ * parameters_.symbolRate : 0;
     state_.symbolRateOffset = locks.timing ? timing_.SymbolRateOffset() : 0;

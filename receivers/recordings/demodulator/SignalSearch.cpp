@@ -73,15 +73,15 @@ std::optional<SignalSearch::Found> SignalSearch::Search(std::span<const std::com
     }
     const int most = static_cast<int>(widest / rate_ * length);
     std::vector<double> strengths;
-    for (int bin = -most - 1; bin <= most + 1; ++bin) {
+    for (int bin = -most; bin <= most; ++bin) {
         double strength = 0;
         for (const Edges& edges : stretches) {
             strength += std::abs(Weighed(edges, bin));
         }
         strengths.push_back(strength);
     }
-    const auto best = std::max_element(strengths.begin() + 1, strengths.end() - 1);
-    const int bin = static_cast<int>(best - strengths.begin()) - most - 1;
+    const auto best = std::ranges::max_element(strengths);
+    const int bin = static_cast<int>(best - strengths.begin()) - most;
     double power = 0;
     std::complex<double> turning;
     for (size_t i = 0; i < stretches.size(); ++i) {
@@ -90,16 +90,11 @@ std::optional<SignalSearch::Found> SignalSearch::Search(std::span<const std::com
             turning += Weighed(stretches[i], bin) * std::conj(Weighed(stretches[i - 1], bin));
         }
     }
-    Found found;
-    found.coherence = power > 0 ? *best / power : 0;
-    if (!(found.coherence > leastCoherence)) {
+    // The edges' coherence is 1 without noise; what is no number is no signal.
+    if (!(*best > leastCoherence * power)) {
         return std::nullopt;
     }
-    const double curvature = best[-1] - 2 * *best + best[1];
-    const double between = curvature < 0 ? (best[-1] - best[1]) / (2 * curvature) : 0;
-    found.frequency = (bin + std::clamp(between, -1.0, 1.0)) * rate_ / length;
-    found.symbolRateOffset = std::arg(turning) / (2 * pi) * rate_ / hop / symbolRate_ * 1e6;
-    return found;
+    return Found{bin * rate_ / length, std::arg(turning) / (2 * pi) * rate_ / hop / symbolRate_ * 1e6};
 }
 
 }  // namespace tvn2x::recordings

@@ -24,9 +24,8 @@ public:
 
     struct Found
     {
-        double frequency = 0;         ///< Hz, within about 0.1 % of the symbol rate, or 2 % with strong echoes
-        double symbolRateOffset = 0;  ///< ppm, within about 5
-        double coherence = 0;         ///< of the edges: 1 without noise
+        double frequency;         ///< Hz, within about 0.1 % of the symbol rate, or 2 % with strong echoes
+        double symbolRateOffset;  ///< ppm, within about 5
     };
 
     SignalSearch(const SignalParameters& parameters, double rate);

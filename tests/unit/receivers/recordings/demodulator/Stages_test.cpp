@@ -1,6 +1,7 @@
 // The stages of the demodulator, each against what it is by definition. What they make together of known signals is in
 // tests/reception.
 
+#include <cfenv>
 #include <cmath>
 #include <numbers>
 #include <random>
@@ -48,6 +49,19 @@ TEST(Constellation, DecidesForTheNearestPoint)
             points.insert({point.real(), point.imag()});
         }
         ASSERT_EQ(points.size(), static_cast<size_t>(order));
+        double squares = 0, fourth = 0, neighbours = 0;
+        for (const auto& [i, q] : points) {
+            const std::complex<double> point(i, q);
+            squares += std::norm(point) * std::norm(point) / order;
+            fourth += std::pow(point, 4).real() / order;
+            const std::pair<double, double> all[] = {{i + 2, q}, {i - 2, q}, {i, q + 2}, {i, q - 2}};
+            for (const auto& beside : all) {
+                neighbours += static_cast<double>(points.count(beside)) / order;
+            }
+        }
+        EXPECT_NEAR(constellation.Dispersion(), squares / constellation.MeanPower(), 1e-9);
+        EXPECT_NEAR(constellation.MeanFourthPower(), fourth, 1e-6);
+        EXPECT_NEAR(constellation.Neighbours(), neighbours, 1e-9);
         std::mt19937 random(3);
         std::uniform_real_distribution<float> place(-18, 18);
         for (int number = 0; number < 500; ++number) {
@@ -159,6 +173,52 @@ TEST(Demodulator, RefusesWhatItCannotReceiveAndGetsOverWhatIsNoNumber)
     EXPECT_FALSE(demodulator.State().locks.timing);
     EXPECT_FALSE(demodulator.Readings().mer);
     EXPECT_TRUE(demodulator.Constellation(100).empty());
+}
+
+TEST(Demodulator, TellsTheLevelOfWhatIsNoSignalOfItsKind)
+{
+    Demodulator demodulator({64, 6.9e6, 0.15}, 10e6);
+    std::feclearexcept(FE_ALL_EXCEPT);
+    demodulator.Process(std::vector<std::complex<float>>(100000));
+    EXPECT_FALSE(std::fetestexcept(FE_DIVBYZERO | FE_INVALID)) << "a host may have unmasked them";
+    EXPECT_FALSE(demodulator.State().locks.level);
+    std::mt19937 random(4);
+    std::normal_distribution<float> gaussian(0, 0.1F);
+    std::vector<std::complex<float>> noise(1000000);
+    std::generate(noise.begin(), noise.end(), [&] { return std::complex(gaussian(random), gaussian(random)); });
+    demodulator.Process(noise);
+    EXPECT_TRUE(demodulator.State().locks.level);
+    EXPECT_NEAR(demodulator.State().channelPower, 0.0143, 0.0003);
+}
+
+/// What was received before a signal was lost is no matter for the next one.
+TEST(Demodulator, ReceivesAnotherSignalAfterOneThatHasGone)
+{
+    const sender::Signal plain{.order = 256, .noise = 34, .inverted = true};
+    sender::Signal before = plain;
+    before.level = 0.02;
+    before.noise = 40;
+    before.frequency = 100e3;
+    before.symbolRatePpm = 60;
+    before.echoes = {{0.5e-6, -4, 1}};
+    before.inverted = false;
+    Demodulator demodulator({256, 6.9e6, 0.15}, 10e6);
+    for (const auto& [signal, samples] : {std::pair(before, 450000U), {plain, 300000U}}) {
+        const int acquisitions = demodulator.State().acquisitions;
+        demodulator.Process(sender::Transmitter(signal).Send(samples));
+        EXPECT_LE(demodulator.State().acquisitions, acquisitions + 1) << "one may begin in the silence before";
+        EXPECT_EQ(demodulator.State().inverted, signal.inverted);
+        EXPECT_NEAR(demodulator.State().frequencyOffset, signal.frequency, 50);
+        EXPECT_NEAR(demodulator.State().symbolRateOffset, signal.symbolRatePpm, 0.5);
+        const double power = demodulator.State().channelPower / signal.level / signal.level;
+        EXPECT_NEAR(power, signal.echoes.empty() ? 1 : 1.35, 0.02);
+        EXPECT_EQ(demodulator.Readings().symbols, 65536U);
+        EXPECT_NEAR(demodulator.Readings().mer.value_or(0), *signal.noise, signal.echoes.empty() ? 0.2 : 1.5);
+        demodulator.Process(std::vector<std::complex<float>>(100000));
+        EXPECT_FALSE(demodulator.State().locks.carrier);
+        EXPECT_FALSE(demodulator.State().inverted);
+        EXPECT_EQ(demodulator.Readings().symbols, 0U);
+    }
 }
 
 TEST(Demodulator, TakesSamplesInBlocksOfAnySize)
