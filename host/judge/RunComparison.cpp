@@ -5,6 +5,7 @@
 #include "fmt/format.h"
 #include "fmt/xchar.h"
 #include "host/judge/Judgement.h"
+#include "host/judge/VerdictText.h"
 #include "host/run/UserNumber.h"
 
 namespace tvn2x {
@@ -53,31 +54,36 @@ std::optional<double> Comparable(const ChannelResult& channel, const ReadingKind
 std::wstring Shown(const ChannelResult& channel, int32_t parameter)
 {
     const Reading* reading = channel.Find(parameter);
-    if (!reading) {
-        return L"not measured";
-    }
-    return reading->value && !reading->unit.empty() ? reading->text + L" " + reading->unit : reading->text;
+    return reading ? ReadingText(*reading) : L"not measured";
 }
+
+/// A channel that is in both runs.
+struct ComparedChannel
+{
+    std::wstring name;
+    const ChannelResult& before;
+    const ChannelResult& after;
+};
 
 /// Two bounds of one direction ("<1.7E-8", "<1.2E-7") tell nothing of a change.
-bool AreBothBounds(const ChannelResult& before, const ChannelResult& after, int32_t parameter)
+bool AreBothBounds(const ComparedChannel& channel, int32_t parameter)
 {
-    return before.Find(parameter)->bound != Bound::exact &&
-           before.Find(parameter)->bound == after.Find(parameter)->bound;
+    const Bound before = channel.before.Find(parameter)->bound;
+    return before != Bound::exact && before == channel.after.Find(parameter)->bound;
 }
 
-void CompareReading(const ChannelResult& before, const ChannelResult& after, const ReadingKind& kind, double drift,
-                    RunComparison& comparison)
+void CompareReading(const ComparedChannel& channel, const ReadingKind& kind, double drift, RunComparison& comparison)
 {
+    const auto& [name, before, after] = channel;
     const auto old = Comparable(before, kind);
     const auto now = Comparable(after, kind);
     const bool areLocked =
         before.outcome == ChannelOutcome::synchronised && after.outcome == ChannelOutcome::synchronised;
     if (areLocked && old.has_value() != now.has_value()) {
         comparison.changes.push_back(
-            {after.Name(), kind.title, Shown(before, kind.parameter), Shown(after, kind.parameter), L""});
+            {name, kind.title, Shown(before, kind.parameter), Shown(after, kind.parameter), L""});
     }
-    if (!old || !now || AreBothBounds(before, after, kind.parameter)) {
+    if (!old || !now || AreBothBounds(channel, kind.parameter)) {
         return;
     }
     // Readings have few decimals: what differs by the limit itself has not gone beyond it.
@@ -85,24 +91,24 @@ void CompareReading(const ChannelResult& before, const ChannelResult& after, con
     const double change = *now - *old;
     if (std::abs(change) > drift + rounding) {
         comparison.changes.push_back(
-            {after.Name(), kind.title, Shown(before, kind.parameter), Shown(after, kind.parameter),
-             fmt::format(L"{}{} {}", change > 0 ? L"+" : L"", NumberText(change), UnitOfDifference(kind))});
+            {name, kind.title, Shown(before, kind.parameter), Shown(after, kind.parameter),
+             (change > 0 ? L"+" : L"") + WithUnit(NumberText(change), UnitOfDifference(kind))});
     }
 }
 
-void CompareChannel(const ChannelResult& before, const ChannelResult& after, const std::map<int32_t, double>& drift,
-                    RunComparison& comparison)
+void CompareChannel(const ComparedChannel& channel, const std::map<int32_t, double>& drift, RunComparison& comparison)
 {
+    const auto& [name, before, after] = channel;
     const bool isUnmeasured =
         before.outcome == ChannelOutcome::unmeasured || after.outcome == ChannelOutcome::unmeasured;
     if (isUnmeasured || OutcomeIn(before) != OutcomeIn(after)) {
-        comparison.changes.push_back({after.Name(), L"outcome", OutcomeIn(before), OutcomeIn(after), L""});
+        comparison.changes.push_back({name, L"outcome", OutcomeIn(before), OutcomeIn(after), L""});
     }
     if (isUnmeasured) {
         return;
     }
     for (const auto& [parameter, limit] : drift) {
-        CompareReading(before, after, *FindReadingKind(parameter), limit, comparison);
+        CompareReading(channel, *FindReadingKind(parameter), limit, comparison);
     }
 }
 
@@ -120,13 +126,14 @@ RunComparison CompareRuns(const FinishedRun& before, const FinishedRun& after, c
         const auto was = old.find(signal);
         const auto is = now.find(signal);
         const std::wstring what = fmt::format(L"{}-QAM channel", signal.second);
+        const std::wstring name = (is == now.end() ? before : after).NameOf(*channel);
         if (was == old.end()) {
-            comparison.changes.push_back({channel->Name(), what, L"not in the run", OutcomeIn(*channel), L""});
+            comparison.changes.push_back({name, what, L"not in the run", OutcomeIn(*channel), L""});
         } else if (is == now.end()) {
-            comparison.changes.push_back({channel->Name(), what, OutcomeIn(*channel), L"not in the run", L""});
+            comparison.changes.push_back({name, what, OutcomeIn(*channel), L"not in the run", L""});
         } else {
             ++comparison.channels;
-            CompareChannel(*was->second, *is->second, drift, comparison);
+            CompareChannel({name, *was->second, *is->second}, drift, comparison);
         }
         comparison.changed += comparison.changes.size() > changes;
     }

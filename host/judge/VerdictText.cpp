@@ -93,6 +93,11 @@ std::wstring MarginText(const Finding& finding)
                     UnitOfDifference(kind));
 }
 
+std::wstring ReadingText(const Reading& reading)
+{
+    return reading.value ? WithUnit(reading.text, reading.unit) : reading.text;
+}
+
 std::wstring WithUnit(const std::wstring& number, std::wstring_view unit)
 {
     return unit.empty() ? number : number + (unit == L"°" ? L"" : L" ") + std::wstring(unit);

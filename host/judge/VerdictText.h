@@ -20,6 +20,9 @@ std::wstring UnappliedText(const UnappliedLimit& limit);
 /// The margin of a finding that has one, with its unit: "0.3 dB", "0.50 decades".
 std::wstring MarginText(const Finding& finding);
 
+/// A reading as its cell has it, with its unit where it has a number: "31.3 dB", "<1.7E-8", "UNDER".
+std::wstring ReadingText(const Reading& reading);
+
 /// A number with its unit: "31 dB", "1.2°", "2E-4".
 std::wstring WithUnit(const std::wstring& number, std::wstring_view unit);
 

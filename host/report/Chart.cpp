@@ -55,11 +55,14 @@ double TimeStep(double span, int ticks)
     return 365 * day;
 }
 
-/// "13:59", of a span of minutes "13:59:05", of one of days "11-21"; at midnight the date.
+/// "13:59", of a span of minutes "13:59:05", of one of days "11-21", of years "2026-11-21"; at midnight the date.
 std::string TimeText(double seconds, double span)
 {
-    constexpr double minutes = 600, days = 259200;
+    constexpr double minutes = 600, days = 259'200, years = 31'536'000;
     const DateTime time = LocalTimeOf(std::llround(seconds)).time;
+    if (span > years) {
+        return fmt::format("{:04}-{:02}-{:02}", time.year, time.month, time.day);
+    }
     if (span > days || (time.hour == 0 && time.minute == 0 && time.second == 0)) {
         return fmt::format("{:02}-{:02}", time.month, time.day);
     }
@@ -229,7 +232,7 @@ void Chart::Missing(double x, std::wstring_view label)
     Label(across, down, label);
 }
 
-/// Above its mark, or below where there is no room; above the labels that are there already where it would cover one.
+/// Above its mark, or below where there is no room; farther from it where it would cover a label that is there already.
 /// Long ones are shortened, and one that finds no place is left out: its mark's hint has it.
 void Chart::Label(double x, double y, std::wstring_view text)
 {
@@ -238,16 +241,17 @@ void Chart::Label(double x, double y, std::wstring_view text)
     constexpr int32_t mostColumns = 16;
     const std::wstring shown = Shortened(text, mostColumns);
     const double half = DisplayWidth(shown) * letter / 2;
+    const bool isBelow = y - above < top + lineHeight / 2;
     Place place{.centre = std::clamp(x, left + half, width - right - half),
                 .half = half,
-                .base = y - above < top + lineHeight / 2 ? y + below : y - above};
+                .base = isBelow ? y + below : y - above};
     const auto covers = [&](const Place& other) {
         return std::abs(other.centre - place.centre) < other.half + place.half + gap &&
                std::abs(other.base - place.base) < lineHeight - 1;
     };
     while (std::ranges::any_of(labels_, covers)) {
-        place.base -= lineHeight;
-        if (place.base < top) {
+        place.base += isBelow ? lineHeight : -lineHeight;
+        if (place.base < top || place.base > height - bottom) {
             return;
         }
     }

@@ -58,7 +58,9 @@ std::string ConstellationSection(const FinishedRun& run, const std::vector<Repor
     std::string text;
     for (const ReportRow& row : rows) {
         const ChannelDetails& details = row.channel.details;
-        if (row.judgement.verdict <= Verdict::warning || (details.symbols.empty() && details.remark.empty())) {
+        // What the instrument says of its own error is that channel's reason already.
+        const bool hasFailed = row.judgement.verdict > Verdict::warning && row.channel.outcome != ChannelOutcome::error;
+        if (!hasFailed || (details.symbols.empty() && details.remark.empty())) {
             continue;
         }
         const std::wstring name = run.NameOf(row.channel);

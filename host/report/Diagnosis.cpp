@@ -33,8 +33,10 @@ std::wstring DiagnosisText(const Diagnosis& diagnosis, int32_t maxWidth)
     for (const Complaint& complaint : diagnosis.complaints) {
         text += complaint.what + L"\n    " + complaint.remedy + L"\n";
     }
-    return text + (diagnosis.IsHealthy() ? L"Nothing is wrong\n"
-                                         : fmt::format(L"{} things are wrong\n", diagnosis.complaints.size()));
+    const size_t wrong = diagnosis.complaints.size();
+    return text + (wrong == 0   ? L"Nothing is wrong\n"
+                   : wrong == 1 ? L"1 thing is wrong\n"
+                                : fmt::format(L"{} things are wrong\n", wrong));
 }
 
 std::string DiagnosisJson(const Diagnosis& diagnosis)

@@ -8,6 +8,7 @@
 #include "fmt/format.h"
 #include "fmt/xchar.h"
 #include "host/judge/SignalAnalysis.h"
+#include "host/judge/VerdictText.h"
 #include "host/report/Chart.h"
 #include "host/report/Markup.h"
 #include "host/run/UserNumber.h"
@@ -101,8 +102,7 @@ std::wstring SignedTenths(double number)
 
 std::wstring Hint(const ReportRow& row, int32_t parameter)
 {
-    const Reading* reading = row.channel.Find(parameter);
-    return row.channel.Name() + L": " + reading->text + (reading->unit.empty() ? L"" : L" " + reading->unit);
+    return row.channel.Name() + L": " + ReadingText(*row.channel.Find(parameter));
 }
 
 /// The value in the unit of the limits.
@@ -266,8 +266,8 @@ std::string BudgetLegend()
     double at = 0;
     for (size_t i = 0; i < impairments; ++i) {
         const std::string name = ImpairmentName(static_cast<Impairment>(i));
-        text += fmt::format(R"(<rect class="{}" x="{}" y="26" width="11" height="11" fill="{}"/>)"
-                            R"(<text x="{}" y="35.5" fill="currentColor">{}</text>)",
+        text += fmt::format(R"(<rect class="{}" x="{:.1f}" y="26" width="11" height="11" fill="{}"/>)"
+                            R"(<text x="{:.1f}" y="35.5" fill="currentColor">{}</text>)",
                             impairmentStyles[i].name, at, impairmentStyles[i].colour, at + 15, name);
         at += 34 + 6.1 * static_cast<double>(name.size());
     }

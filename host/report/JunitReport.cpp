@@ -94,9 +94,7 @@ std::string Case(const FinishedRun& run, const ChannelResult& channel, const Cha
     }
     std::string readings = judgement.verdict == Verdict::warning ? "warning: " + reason + "\n" : "";
     for (const Reading& reading : channel.readings) {
-        const ReadingKind* kind = FindReadingKind(reading.parameter);
-        readings += Escape(
-            fmt::format(L"{}: {}{}{}\n", kind->title, reading.text, reading.unit.empty() ? L"" : L" ", reading.unit));
+        readings += Escape(fmt::format(L"{}: {}\n", FindReadingKind(reading.parameter)->title, ReadingText(reading)));
     }
     if (!readings.empty()) {
         body += "      <system-out>" + readings + "</system-out>\n";
@@ -136,9 +134,7 @@ int64_t ErrorsOf(const RunJudgement& judgement)
 std::wstring RunProblem(const FinishedRun& run, const RunJudgement& judgement)
 {
     const bool hasPlaces = judgement.planned == static_cast<int64_t>(run.channels.size());
-    return judgement.verdict > Verdict::warning && (!hasPlaces || !judgement.IsJudged())
-               ? VerdictSentence(run, judgement)
-               : L"";
+    return hasPlaces && judgement.IsJudged() ? L"" : VerdictSentence(run, judgement);
 }
 
 }  // namespace

@@ -50,6 +50,21 @@ inline ChannelResult TestChannel(int32_t number, double frequency, std::vector<s
     return channel;
 }
 
+/// A channel of a modulator out of adjustment.
+inline ChannelResult Misadjusted(int32_t number, double frequency)
+{
+    return TestChannel(number, frequency,
+                       {{MP_RFLEV, L"62.9"},
+                        {MP_BER, L"9.5E-5"},
+                        {MP_IQIMBAL, L"3.2"},
+                        {MP_IQPHASE, L"-1.58"},
+                        {MP_CS, L"36.6"},
+                        {MP_PHASJIT, L"0.28"},
+                        {MP_CI, L"53.6"},
+                        {MP_SN, L"42.1"},
+                        {MP_MER, L"31.3"}});
+}
+
 /// A run of 256-QAM over some channels, all of which were to be measured.
 inline FinishedRun TestRun(std::vector<ChannelResult> channels)
 {

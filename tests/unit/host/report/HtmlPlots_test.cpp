@@ -42,6 +42,7 @@ ReportPlot CrowdedPlot()
     Chart chart(L"Crowded", L"Names that are in each other's way", {L"x", 400, 800}, {L"y", 40, 80});
     const std::tuple<double, double, const wchar_t*> points[] = {
         {500, 60, L"one"}, {505, 60, L"two"}, {506, 59, L"three"}, {600, 79.5, L"top"}, {800, 60, L"end"}};
+    chart.Point(550, 79, Verdict::fail, Bound::above, L"", L"a name");
     for (const auto& [x, y, label] : points) {
         chart.Point(x, y, Verdict::fail, Bound::exact, L"", label);
     }
@@ -66,6 +67,21 @@ ReportPlot BudgetsPlot()
     return BudgetPlot(rows);
 }
 
+/// From a few seconds to some years, in a zone whose hours are not those of UTC.
+std::string TimePlots()
+{
+    setenv("TZ", "XXX-5:30", 1);
+    tzset();
+    constexpr double begin = 1'795'260'007.5;
+    std::string drawn;
+    for (const double span : {8.0, 500.0, 4e4, 1.5e5, 3e6, 1e8}) {
+        drawn += Chart(L"Time", L"Marks at whole local times", {L"Local time", begin, begin + span, false, true},
+                       {L"y", 1e-3, 1e-2, true})
+                     .Svg();
+    }
+    return drawn;
+}
+
 TEST(Plots, AreThoseOfThePageThatOneCanLookAt)
 {
     const Rows levels(MP_RFLEV, {{474, L"60.0"}, {482, L"52.5"}, {490, L"45.1"}, {498, L"---"}, {770, L"58.4"}},
@@ -80,11 +96,14 @@ TEST(Plots, AreThoseOfThePageThatOneCanLookAt)
     std::string drawn;
     for (const ReportPlot& plot :
          {LevelPlot(levels.all, &levels.limits), MerPlot(mers.all, &mers.limits), StepPlot(steps.all, &steps.limits),
-          BerPlot(ratios.all, &ratios.limits), BudgetsPlot(), CrowdedPlot()}) {
+          BerPlot(ratios.all, &ratios.limits), BudgetsPlot(), CrowdedPlot(),
+          ReportPlot{TimePlots(), "Over some seconds, minutes, hours, days, weeks and years."}}) {
         drawn += std::regex_replace(plot.svg, std::regex("><"), ">\n<") + "\n<p>" + plot.caption + "</p>\n";
     }
     const std::string page = TestFile("results/plots.html");
-    EXPECT_EQ(drawn, page.substr(page.find("<svg")));
+    const std::string now = testing::TempDir() + "plots.html";
+    std::ofstream(now) << page.substr(0, page.find("<svg")) << drawn;
+    EXPECT_EQ(drawn, page.substr(page.find("<svg"))) << "what is drawn now is in " << now;
     EXPECT_THAT(LevelPlot(levels.all, nullptr).caption, testing::Not(testing::HasSubstr("Limit")));
 }
 

@@ -4,10 +4,7 @@
 #include <cstring>
 
 #include "host/judge/SignalAnalysis.h"
-#include "host/report/HtmlReport.h"
 #include "host/report/JsonReport.h"
-#include "host/report/JunitReport.h"
-#include "host/report/RunGrid.h"
 #include "host/run/Sha256.h"
 #include "support/FixedLocale.h"
 #include "support/TestFiles.h"
@@ -15,11 +12,6 @@
 
 namespace tvn2x {
 namespace {
-
-using testing::AllOf;
-using testing::HasSubstr;
-using testing::Not;
-using testing::StartsWith;
 
 void Read(const std::string& content)
 {
@@ -162,21 +154,6 @@ TEST(RunRecords, NamesTheLineThatIsNoRecord)
                           {"{\"record\":\"run\",\"format\":2}\n", L"\"format\" is 2, this program reads 1"}});
 }
 
-/// A channel of a modulator out of adjustment.
-ChannelResult Misadjusted(int32_t number, double frequency)
-{
-    return TestChannel(number, frequency,
-                       {{MP_RFLEV, L"62.9"},
-                        {MP_BER, L"9.5E-5"},
-                        {MP_IQIMBAL, L"3.2"},
-                        {MP_IQPHASE, L"-1.58"},
-                        {MP_CS, L"36.6"},
-                        {MP_PHASJIT, L"0.28"},
-                        {MP_CI, L"53.6"},
-                        {MP_SN, L"42.1"},
-                        {MP_MER, L"31.3"}});
-}
-
 TEST(ErrorBudget, AddsUpToTheMerAndNamesItsLargestPart)
 {
     const auto budget = BudgetOf(Misadjusted(1, 354));
@@ -190,67 +167,6 @@ TEST(ErrorBudget, AddsUpToTheMerAndNamesItsLargestPart)
     EXPECT_NEAR(share, 1, 1e-9);
     EXPECT_EQ(BudgetOf(TestChannel(1, 354, {{MP_MER, L"---"}})), std::nullopt);
     EXPECT_EQ(BudgetOf(TestChannel(1, 354, {{MP_MER, L"31"}}))->Largest(), Impairment::other);
-}
-
-TEST(HtmlReport, StandsAloneWhateverTheTextsAre)
-{
-    FinishedRun run = TestRun({Misadjusted(1, 354), Misadjusted(2, 362), Misadjusted(3, 370)});
-    run.channels[1].label = L"</td><script>alert(1)</script>&\"'\x01";
-    run.columns[1].caption = L"<b>";
-    run.protocol = {.site = L"<Linz>", .outlet = L"3rd floor", .by = L"A. Huber", .order = L"4711", .remark = L"rain"};
-    run.receiver.simulation = {L"C:\\data\\town.ini", L"0123", L"7"};
-    run.channels[0].details = {L"<a.wav>, 1.0 of 2.0 s", false, {{32, -32}}};
-    run.channels.push_back(TestChannel(4, 378, {{MP_RFLEV, L"60.0"}}, 1, ChannelOutcome::notSynchronised));
-    run.selection.push_back({4, L"C4", 378, 6.9});
-    run.setups.push_back({L"C:\\data\\more.ini", L"", L"", 4, run.setups[0].settings});
-    run.setups[1].settings.orderOfQam = run.channels[3].orderOfQam = 64;
-    const Limits limits = OutletLimits();
-    const std::string html = HtmlReport(run, Judge(run, &limits), &limits);
-    for (const char* text : {"<script", "<b>", "\x01", "src="}) {
-        EXPECT_THAT(html, Not(HasSubstr(text)));
-    }
-    for (const char* text :
-         {"<h1>Cable network scan: net.ini, more.ini</h1>", ">QAM</th>", ">64-QAM, ",
-          "FAIL: 0 of 4 channels pass, 4 fail.", "Worst: C4 378 MHz 64-QAM, not synchronised",
-          "class=\"band\">Simulated receiver: network model town.ini, SHA-256 0123, seed 7<", "Level steps",
-          "Modulation error", "Bit error ratio", "What eats the MER", "<title>Constellation of C1 354 MHz",
-          "d=\"M170.0 170.0h0\"", "&lt;a.wav&gt;, 1.0 of 2.0 s", "&lt;Linz&gt;", "rain", "input Receiver (75 ohm)",
-          "Cable outlets, 20", ", outlet, SHA-256 "}) {
-        EXPECT_THAT(html, HasSubstr(text));
-    }
-    EXPECT_THAT(RunGrid(run, 1).Render(120), HasSubstr(L"64  C4"));
-    EXPECT_THAT(HtmlReport(TestRun({}), Judge(TestRun({}), nullptr), nullptr),
-                AllOf(StartsWith("<!DOCTYPE html>"), HasSubstr("none: a channel passes when all locks hold")));
-}
-
-TEST(HtmlReport, ShowsTheWorstOfSeveralPasses)
-{
-    const FinishedRun run =
-        TestRun({TestChannel(1, 474, {{MP_MER, L"39.1"}}), TestChannel(1, 474, {{MP_MER, L"28.2"}}, 2)});
-    const Limits limits = OutletLimits();
-    const std::string html = HtmlReport(run, Judge(run, &limits), &limits);
-    EXPECT_THAT(html, HasSubstr(">28.2</td>"));
-    EXPECT_THAT(html, Not(HasSubstr(">39.1</td>")));
-}
-
-TEST(JunitReport, IsGreenForNothingThatWasNotSeen)
-{
-    FinishedRun run = TestRun({Misadjusted(1, 354), TestChannel(2, 482, {}, 1, ChannelOutcome::error),
-                               TestChannel(3, 490, {}, 1, ChannelOutcome::unmeasured), TestChannel(1, 354, {}, 2)});
-    run.passes = 2;
-    const Limits limits = OutletLimits();
-    const std::string xml = JunitReport(run, Judge(run, &limits));
-    for (const char* text :
-         {R"(<testsuite name="net pass 1" tests="3" failures="1" errors="2" skipped="0" time="3.750")",
-          R"(<testsuite name="net pass 2" tests="1" failures="0" errors="1" skipped="0")",
-          R"(<testsuites name="net" tests="5" failures="1" errors="4")",
-          R"(<error message="FAIL, INCOMPLETE: 0 of 6 measurements pass, 1 fails, 1 error of the instrument, 4 not )",
-          R"(<failure message="MER 31.3 dB is 0.7 dB below the limit of 32 dB" type="limit">)",
-          "the instrument ended the channel with &quot;Control Error&quot;",
-          R"(<error message="the channel was not measured" type="not measured">)",
-          R"(<error message="RF level was not measured; )"}) {
-        EXPECT_THAT(xml, HasSubstr(text));
-    }
 }
 
 }  // namespace
