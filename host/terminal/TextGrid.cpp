@@ -116,7 +116,6 @@ TextGrid::TextGrid(std::vector<std::wstring> captions, size_t keyColumns)
 
 void TextGrid::AddRow(std::vector<std::wstring> cells)
 {
-    cells.resize(captions_.size());
     for (std::wstring& cell : cells) {
         cell = Printable(cell);
         std::ranges::replace(cell, L'\n', L' ');
@@ -182,7 +181,7 @@ std::vector<TextGrid::Panel> TextGrid::Panels(std::vector<Column>& columns, int3
     int32_t width = keyWidth;
     for (size_t index = keyColumns_; index < columns.size(); ++index) {
         Column& column = columns[index];
-        if (maxWidth > 0 && !column.isNumeric && width + gap + readableText <= maxWidth) {
+        if (!column.isNumeric && width + gap + readableText <= maxWidth) {
             Narrow(column, index, maxWidth - width - gap);
         }
         const bool isFirst = panels.back().size() == keyColumns_;

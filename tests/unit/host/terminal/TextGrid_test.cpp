@@ -23,7 +23,16 @@ TEST(TextGrid, GridsLookAsTheirFileShowsThem)
     TextGrid wrapped({L"No.", L"Label", L"MER"}, 2);
     wrapped.AddRow({L"1", L"a label of forty characters, no fewer ab", L"31.25"});
     wrapped.AddRow({L"2", L"AnUnbrokenOneOfTwentySix..", L"1E"});
-    EXPECT_EQ(ToUtf8(aligned.Render() + folded.Render(20) + wrapped.Render(50)), TestFile("text-grids.txt"));
+    TextGrid reasons({L"Channel", L"MER", L"Verdict and/or Explanation"}, 1);
+    reasons.AddRow({L"K36 594 MHz", L"-12.5", L"MER 28.5 dB is 2.5 dB below the limit of 31 dB"});
+    reasons.AddRow({L"K37 電視電視電視 602 MHz", L"UNDER", L"not synchronised"});
+    std::wstring grids = aligned.Render() + folded.Render(20) + wrapped.Render(50);
+    for (const int32_t width : {64, 57, 56, 12}) {
+        grids += reasons.Render(width);
+    }
+    const std::string now = testing::TempDir() + "text-grids.txt";
+    std::ofstream(now) << ToUtf8(grids);
+    EXPECT_EQ(ToUtf8(grids), TestFile("text-grids.txt")) << "what is shown now is in " << now;
 
     // A terminal narrower than a column gets one column a panel, and never a control character.
     folded.AddRow({L"2", L"a\x1B[2J\r\n\x9Bz", L"b", L""});
