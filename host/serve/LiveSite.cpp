@@ -19,6 +19,7 @@ namespace {
 constexpr const char* html = "text/html; charset=utf-8";
 constexpr const char* plain = "text/plain; charset=utf-8";
 constexpr const char* json = "application/json";
+constexpr const char* liveSchema = "/live.schema.json";
 
 Answer Text(unsigned status, const char* type, std::string body)
 {
@@ -84,12 +85,11 @@ constexpr Route routes[] = {
     {"/plots", html, [](const LiveState& state, double) { return LivePlotsPart(state); }},
     {"/live.css", "text/css; charset=utf-8", [](const LiveState&, double) { return std::string(LiveStyle()); }},
     {"/live.js", "text/javascript; charset=utf-8", [](const LiveState&, double) { return std::string(LiveScript()); }},
-    {"/api/run", json, RunData, "/live.schema.json"},
-    {"/api/channels", json, [](const LiveState& state, double) { return ChannelsData(state); }, "/live.schema.json"},
+    {"/api/run", json, RunData, liveSchema},
+    {"/api/channels", json, [](const LiveState& state, double) { return ChannelsData(state); }, liveSchema},
     {"/report.html", html, ReportPage},
     {"/result.jsonl", "application/x-ndjson", ResultLines, "/result.schema.json"},
-    {"/live.schema.json", "application/schema+json",
-     [](const LiveState&, double) { return std::string(LiveSchema()); }},
+    {liveSchema, "application/schema+json", [](const LiveState&, double) { return std::string(LiveSchema()); }},
     {"/result.schema.json", "application/schema+json",
      [](const LiveState&, double) { return std::string(ResultSchema()); }},
 };
@@ -105,6 +105,12 @@ std::optional<int32_t> NumberBehind(std::string_view beginning, std::string_view
     const char* const last = path.data() + path.size();
     const auto [end, error] = std::from_chars(first, last, number);
     return error == std::errc() && end == last && number > 0 ? std::optional(number) : std::nullopt;
+}
+
+/// Data says what describes it.
+void Describe(const char* schema, Answer& answer)
+{
+    answer.fields.emplace_back("Link", fmt::format("<{}>; rel=\"describedby\"", schema));
 }
 
 Answer Missing()
@@ -130,17 +136,18 @@ Answer ResultTable(const LiveState& state)
 /// What is there for one channel.
 Answer OfChannel(std::string_view path, const LiveState& state)
 {
-    std::string body;
-    const bool isData = path.starts_with("/api/");
     if (const auto number = NumberBehind("/channel/", path)) {
-        body = LiveChannelPage(state, *number);
-    } else if (const auto data = NumberBehind("/api/channels/", path)) {
-        body = ChannelData(state, *data);
+        const std::string page = LiveChannelPage(state, *number);
+        return page.empty() ? Missing() : Text(200, html, page);
     }
-    if (body.empty()) {
+    const auto number = NumberBehind("/api/channels/", path);
+    const std::string data = number ? ChannelData(state, *number) : "";
+    if (data.empty()) {
         return Missing();
     }
-    return Text(200, isData ? json : html, std::move(body));
+    Answer answer = Text(200, json, data);
+    Describe(liveSchema, answer);
+    return answer;
 }
 
 }  // namespace
@@ -209,7 +216,7 @@ Answer LiveSite::Serve(const Question& question, const LiveStatePtr& state, doub
     Answer answer{.body = made.body};
     answer.fields.emplace_back("Content-Type", route->type);
     if (*route->schema) {
-        answer.fields.emplace_back("Link", fmt::format("<{}>; rel=\"describedby\"", route->schema));
+        Describe(route->schema, answer);
     }
     return answer;
 }

@@ -18,6 +18,7 @@
 namespace tvn2x {
 namespace {
 
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
@@ -32,6 +33,8 @@ public:
         where.sin_family = AF_INET;
         where.sin_port = htons(port);
         where.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        const int narrow = 4096;  // so that what is not read soon stops the server
+        setsockopt(socket_, SOL_SOCKET, SO_RCVBUF, &narrow, sizeof narrow);
         isOpen_ = connect(socket_, reinterpret_cast<const sockaddr*>(&where), sizeof where) == 0;
     }
     Reader(const Reader&) = delete;
@@ -131,22 +134,34 @@ TEST_F(HttpServerTest, TellsEachReaderWhatIsNewToHim)
     EXPECT_TRUE(reader.IsEnded());
 }
 
-/// The scan is not held up by readers who take nothing, and who reads learns the newest all the same.
-TEST_F(HttpServerTest, LeavesBehindWhoNeverReads)
+/// The scan is not held up by readers who take nothing. Who reads learns the newest all the same, also who begins late.
+TEST_F(HttpServerTest, LeavesBehindWhoDoesNotRead)
 {
-    Start();
+    Start({.pace = std::chrono::milliseconds(1)});
     std::vector<std::unique_ptr<Reader>> mute;
-    for (int i = 0; i < 200; ++i) {
+    for (int i = 0; i < 50; ++i) {
         mute.push_back(std::make_unique<Reader>(Port()));
         mute.back()->Ask("/events");
     }
+    Reader reader(Port());
+    reader.Ask("/events");
     for (int pass = 2; pass < 100; ++pass) {
         served.Measure(1, pass);
         Publish();
+        EXPECT_THAT(reader.Until(IdLine()), HasSubstr(IdLine()));
     }
+    EXPECT_THAT(mute.front()->Until(IdLine()), HasSubstr(IdLine()));
+}
+
+/// A stream without news has signs of life, for longer than a piece of it may take to be sent.
+TEST_F(HttpServerTest, KeepsAStreamAlive)
+{
+    Start({.write = std::chrono::milliseconds(150), .keepAlive = std::chrono::milliseconds(10)});
     Reader reader(Port());
     reader.Ask("/events");
-    EXPECT_THAT(reader.Until(IdLine()), HasSubstr(IdLine()));
+    for (int sign = 0; sign < 30; ++sign) {
+        EXPECT_THAT(reader.Until("alive\ndata: 1\n\n"), EndsWith("event: alive\ndata: 1\n\n"));
+    }
 }
 
 TEST_F(HttpServerTest, SendsAwayWhoAsksForNothing)
