@@ -36,22 +36,21 @@ NetworkChannel GoodChannel(const PlanChannel& planned, double ripplePhase, uint6
 {
     // Seeded by the frequency: a channel keeps its values whatever else is in the plan.
     SeededRandom random(seed ^ static_cast<uint64_t>(planned.frequency * 1e6));
-    NetworkChannel channel{.frequency = planned.frequency,
-                           .symbolRate = planned.symbolRate,
-                           .orderOfQam = planned.orderOfQam,
-                           .label = planned.Label()};
     // Networks run the dense constellations 6 dB above the others.
     const double base = planned.orderOfQam > 64 ? 66 : 60;
     const double ripple = std::sin(2 * pi * planned.frequency / 130 + ripplePhase);
-    channel.level = base + ripple + 0.4 * random.Normal();
-    channel.carrierToInterference = 52 + 1.5 * random.Normal();
-    channel.carrierSuppression = 48 + 1.5 * random.Normal();
-    channel.phaseJitter = random.Between(0.15, 0.35);
-    channel.iqImbalance = random.Between(0.1, 0.5);
-    channel.quadratureError = random.Between(-0.3, 0.3);
-    channel.frequencyOffset = 1500 * random.Normal();
-    channel.symbolRateOffset = 2 * random.Normal();
-    return channel;
+    return {.frequency = planned.frequency,
+            .symbolRate = planned.symbolRate,
+            .orderOfQam = planned.orderOfQam,
+            .level = base + ripple + 0.4 * random.Normal(),
+            .carrierToInterference = 52 + 1.5 * random.Normal(),
+            .carrierSuppression = 48 + 1.5 * random.Normal(),
+            .phaseJitter = random.Between(0.15, 0.35),
+            .iqImbalance = random.Between(0.1, 0.5),
+            .quadratureError = random.Between(-0.3, 0.3),
+            .frequencyOffset = 1500 * random.Normal(),
+            .symbolRateOffset = 2 * random.Normal(),
+            .label = planned.Label()};
 }
 
 /// A radio service that leaks into cables.
@@ -132,8 +131,7 @@ void ChangeOrder(NetworkChannel& channel, const NetworkDraft&, SeededRandom&)
 void AddEcho(NetworkChannel& channel, const NetworkDraft&, SeededRandom& random)
 {
     channel.fault = L"a long echo between two badly matched taps, beyond the equaliser's reach";
-    channel.echoRatio = FailureThreshold(channel.orderOfQam) + 2;
-    channel.echoLength = std::floor(random.Between(380, 460));
+    channel.echo = {.ratio = FailureThreshold(channel.orderOfQam) + 2, .length = std::floor(random.Between(380, 460))};
 }
 
 void ShiftFrequency(NetworkChannel& channel, const NetworkDraft&, SeededRandom& random)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -8,26 +9,32 @@
 
 namespace tvn2x {
 
+/// What comes a second time, from two places that are badly matched.
+struct NetworkEcho
+{
+    double ratio;   ///< dB below the signal
+    double length;  ///< m of cable
+};
+
 /// One carrier as it leaves the head end and reaches the outlet.
 struct NetworkChannel
 {
-    double frequency = 0;   ///< MHz
-    double symbolRate = 0;  ///< MSymb/s
-    int32_t orderOfQam = 0;
-    double level = 0;  ///< dBµV at the low end of the band; the tilt comes off
-    double carrierToInterference = 0;
-    double carrierSuppression = 0;  ///< dB
-    double phaseJitter = 0;         ///< degrees RMS
-    double iqImbalance = 0;         ///< %
-    double quadratureError = 0;     ///< degrees
-    double echoRatio = 0;           ///< dB that the echo is below the signal
-    double echoLength = 0;          ///< m of cable, 0 is no echo
-    double frequencyOffset = 0;     ///< Hz
-    double symbolRateOffset = 0;    ///< ppm
-    bool dropsOut = false;          ///< the transport stream comes and goes
-    bool isMissing = false;         ///< no carrier at all
-    std::wstring label{};           ///< as in the plan
-    std::wstring fault{};           ///< what a cable engineer would call it, "" for a good channel
+    double frequency;   ///< MHz
+    double symbolRate;  ///< MSymb/s
+    int32_t orderOfQam;
+    double level;  ///< dBµV at the low end of the band; the tilt comes off
+    double carrierToInterference;
+    double carrierSuppression;          ///< dB
+    double phaseJitter;                 ///< degrees RMS
+    double iqImbalance;                 ///< %
+    double quadratureError;             ///< degrees
+    double frequencyOffset;             ///< Hz
+    double symbolRateOffset;            ///< ppm
+    std::wstring label;                 ///< as in the plan
+    std::optional<NetworkEcho> echo{};  ///< nothing for none
+    bool dropsOut = false;              ///< the transport stream comes and goes
+    bool isMissing = false;             ///< no carrier at all
+    std::wstring fault{};               ///< what a cable engineer would call it, "" for a good channel
 };
 
 /// An invented network, as its model file is written.

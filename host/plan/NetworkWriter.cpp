@@ -61,9 +61,9 @@ void WriteChannel(const NetworkChannel& channel, size_t number, Lines& lines)
     lines.Value(L"Quadrature Error (deg)", Number(channel.quadratureError, L"#0.00"));
     lines.Value(L"Frequency Offset (Hz)", Number(channel.frequencyOffset, L"#0"));
     lines.Value(L"Symbol Rate Offset (ppm)", Number(channel.symbolRateOffset));
-    if (channel.echoLength > 0) {
-        lines.Value(L"Echo (dB)", Number(channel.echoRatio));
-        lines.Value(L"Echo Length (m)", Number(channel.echoLength, L"#0"));
+    if (channel.echo) {
+        lines.Value(L"Echo (dB)", Number(channel.echo->ratio));
+        lines.Value(L"Echo Length (m)", Number(channel.echo->length, L"#0"));
     }
     if (channel.dropsOut) {
         lines.Value(L"Outages", Outages());
