@@ -13,7 +13,7 @@ namespace tvn2x {
 struct ReceiverAnswer
 {
     Capability need;
-    int32_t asked = 0;                   ///< the setup's value: mode number, reference source, input route, MHz
+    int32_t asked;                       ///< the setup's value: mode number, reference source, input route, MHz
     bool isMet = false;                  ///< the receiver can do it
     bool isActive = true;                ///< of the mode: the receiver is in it
     std::vector<int32_t> possible = {};  ///< of an unmet need: values that this receiver can do

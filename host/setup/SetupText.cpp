@@ -102,10 +102,10 @@ std::optional<int32_t> RowOf(std::string_view prefix, std::string_view key)
     }
     const std::string_view digits = key.substr(std::min(prefix.size(), key.size()));
     int32_t row = 0;
-    const auto [end, fault] = std::from_chars(digits.data(), digits.data() + digits.size(), row);
-    const bool isWhole = fault == std::errc() && end == digits.data() + digits.size();
-    return isWhole && row > 0 && key == std::string(key.substr(0, prefix.size())) + RowKey("", row) ? std::optional(row)
-                                                                                                    : std::nullopt;
+    std::from_chars(digits.data(), digits.data() + digits.size(), row);
+    // What is no whole number reads as another one, or as none.
+    return row > 0 && key == std::string(key.substr(0, prefix.size())) + RowKey("", row) ? std::optional(row)
+                                                                                         : std::nullopt;
 }
 
 }  // namespace tvn2x
