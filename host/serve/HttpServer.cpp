@@ -114,7 +114,7 @@ private:
     std::mutex mutex_;
     LiveStatePtr state_;  ///< the newest; with the mutex
     LiveStatePtr told_;
-    std::atomic<bool> isTold_ = false;
+    std::atomic<bool> isTold_;
     LiveStatePtr eventsOf_;
     double eventsAge_ = 0;
     std::map<uint64_t, std::shared_ptr<const std::string>> events_;  ///< of eventsOf_, by the version that is known

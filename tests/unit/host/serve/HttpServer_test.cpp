@@ -167,8 +167,11 @@ TEST_F(HttpServerTest, KeepsAStreamAlive)
 TEST_F(HttpServerTest, SendsAwayWhoAsksForNothing)
 {
     Start({.connections = 4, .request = std::chrono::hours(1)});
+    Reader follower(Port());
+    follower.Ask("/events");
+    follower.Until(IdLine());
     std::vector<std::unique_ptr<Reader>> idle;
-    for (int i = 0; i < 4; ++i) {
+    for (int i = 0; i < 3; ++i) {
         idle.push_back(std::make_unique<Reader>(Port()));
         idle.back()->Send("GET / HT");
     }
@@ -177,6 +180,9 @@ TEST_F(HttpServerTest, SendsAwayWhoAsksForNothing)
     EXPECT_THAT(reader.Until("\r\n"), HasSubstr("200 OK"));
     EXPECT_EQ(idle.front()->UntilEnd(), "");
     EXPECT_TRUE(idle.front()->IsEnded());
+    served.Measure(2);
+    Publish();
+    EXPECT_THAT(follower.Until(IdLine()), HasSubstr(IdLine()));
 }
 
 TEST_F(HttpServerTest, EndsHalfAndWrongRequests)
