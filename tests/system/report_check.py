@@ -49,7 +49,8 @@ def agree(result, html, junit):
         for name, reading in row["readings"].items():
             if reading["text"] not in texts:
                 sys.exit(f"{row['label']}: HTML lacks {name} {reading['text']}")
-            if not any(line.endswith(f" {reading['text']} {reading['unit']}".rstrip()) for line in lines):
+            unit = "" if reading["value"] is None else reading["unit"] if reading["unit"] == "°" else f" {reading['unit']}"
+            if not any(line.endswith(f": {reading['text']}{unit}".rstrip()) for line in lines):
                 sys.exit(f"{row['label']}: JUnit lacks {name} {reading['text']}")
             text = reading["text"].lstrip("<>")
             if reading["value"] is not None and not shows(text, reading["value"]):
