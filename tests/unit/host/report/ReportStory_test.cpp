@@ -150,7 +150,9 @@ TEST(ReportStory, IsToldInEveryFormAsWritten)
     const Limits others = ReadLimits("[mer 64-QAM]\nFail Below=26\n", L"others.ini");
     story.Tell("a warning as tests", JunitReport(good, Judge(good, &levels)));
     story.Tell("no limit as tests", JunitReport(good, Judge(good, &others)));
-    story.Tell("no channel as a page", HtmlReport(TestRun({}), Judge(TestRun({}), nullptr), nullptr));
+    FinishedRun none = TestRun({});
+    none.passes = 0;
+    story.Tell("no channel as a page", HtmlReport(none, Judge(none, nullptr), nullptr));
     story.Tell("constellations", Constellations());
     for (const Diagnosis& diagnosis : {BadInstallation(), Diagnosis{{{L"Program", L"tvnhost 1.0.0"}}, {}, {}}}) {
         story.Tell("diagnosis", DiagnosisText(diagnosis, 100));
