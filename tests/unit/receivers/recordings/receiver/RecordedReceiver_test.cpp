@@ -28,12 +28,18 @@ public:
     double now = 100;
 };
 
+constexpr double rate = 2e6;
+
 /// A channel of 0.87 MSymb/s, 16-QAM, at 100 MHz: 0.4 s of it.
+std::vector<std::complex<float>> Sent(double noise)
+{
+    const sender::Signal signal{.order = 16, .symbolRate = 0.87e6, .rate = rate, .frequency = 12e3, .noise = noise};
+    return sender::Transmitter(signal).Send(static_cast<size_t>(0.4 * rate));
+}
+
 const std::vector<std::complex<float>>& Samples()
 {
-    constexpr double rate = 2e6;
-    const sender::Signal signal{.order = 16, .symbolRate = 0.87e6, .rate = rate, .frequency = 12e3, .noise = 30};
-    static const auto samples = sender::Transmitter(signal).Send(static_cast<size_t>(0.4 * rate));
+    static const auto samples = Sent(30);
     return samples;
 }
 
@@ -54,6 +60,13 @@ protected:
         receiver_.OrderOfQam(16);
         receiver_.Signals(folder_.wstring());
         Tune(100e6);
+    }
+    /// Without a signal from one second to another.
+    void PutSilent(double from, double to)
+    {
+        std::vector<std::complex<float>> samples = Samples();
+        std::fill(samples.begin() + std::lround(from * rate), samples.begin() + std::lround(to * rate), 0.0F);
+        Put(samples);
     }
     void Tune(double frequency)
     {
@@ -86,13 +99,15 @@ class RecordedReceiverTest : public testing::Test, protected PlayingReceiver
 {
 };
 
-/// Deeds and sights beside the receiver's operations: a recording is put into the folder, with more of its metadata;
-/// time passes; the client asks for a lock so many times, or until there is one.
+/// Deeds and sights beside the receiver's operations: a recording is put into the folder, with more of its metadata or
+/// noise; time passes; the client asks for a lock so many times, or until there is one.
 class Session : public ReceiverSession, private PlayingReceiver
 {
 public:
     const Deeds deeds = With(receiver_, Deeds{
                                             {"put", [this] { Put(Samples(), Bytes()); }},
+                                            {"put-noisy", [this] { Put(Sent(Value(0))); }},
+                                            {"put-silent", [this] { PutSilent(Value(0), Value(1)); }},
                                             {"wait", [this] { time_.now += Value(0); }},
                                             {"ask", [this] { Ask(Number(0)); }},
                                             {"lock", [this] { EXPECT_TRUE(Locks()); }},
