@@ -171,6 +171,12 @@ void AddAcquisition(std::vector<Row>& rows)
                             }});
         }
     }
+    sender::Signal ghost = Noisy(64, 40);
+    ghost.echoes = {{2e-6, -5, 1}};
+    rows.push_back(
+        {"acquisition, s", "64-QAM at 40 dB, -5 dB at 2 us: after longer adapting", true, 0, 0, 0.04, [ghost] {
+             return Receive({ghost, 0.05, 0}).locked.value_or(notMeasured);
+         }});
     for (const double symbolRate : {0.87e6, 2e6, 5e6}) {
         sender::Signal signal = Noisy(64, 30);
         signal.symbolRate = symbolRate;

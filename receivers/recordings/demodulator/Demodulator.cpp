@@ -67,6 +67,27 @@ private:
     static constexpr int decideBlocks = 40;      ///< after as many without a lock, the search begins anew
     static constexpr int calmBlocks = 20;        ///< with a lock, until the loops become slow
 
+    /// What is learnt of a signal from when it was found, and begins anew with the next one.
+    struct Acquired
+    {
+        TimingRecovery timing;
+        SymbolLoop loop;
+        LockDetector timingLock{3, 3};
+        LockDetector carrierLock{4, 4};
+        int blocks = 0;            ///< of this phase
+        double meanFrequency = 0;  ///< of the carrier loop, turns a symbol
+        std::vector<std::complex<float>> blindSymbols = {};
+    };
+
+    /// The last symbols and the points that they were taken for, as a ring.
+    struct Kept
+    {
+        std::vector<std::complex<float>> symbols;
+        std::vector<Constellation::Cell> points;
+        size_t next = 0;
+    };
+
+    Acquired Anew(double symbolRateOffset) const;
     void Search();
     void Begin(const SignalSearch::Found& found);
     void Abandon();
@@ -90,26 +111,18 @@ private:
     Mixer mixer_;
     MatchedInterpolator interpolator_;
     LevelControl level_;
-    TimingRecovery timing_;
-    SymbolLoop loop_;
     TransportDecoder decoder_;
-    LockDetector timingLock_{3, 3};
-    LockDetector carrierLock_{4, 4};
+    Acquired acquired_;
 
     Phase phase_ = Phase::search;
-    int blocks_ = 0;  ///< of this phase
     int blindBlocks_ = leastBlindBlocks;
-    double meanFrequency_ = 0;  ///< of the carrier loop, turns a symbol
     std::vector<std::complex<float>> pending_;
     size_t taken_ = 0;  ///< of them
     std::vector<float> valuesRe_;
     std::vector<float> valuesIm_;
     std::vector<std::complex<float>> symbols_;
     std::vector<Constellation::Cell> points_;
-    std::vector<std::complex<float>> blindSymbols_;
-    std::vector<std::complex<float>> keptSymbols_;
-    std::vector<Constellation::Cell> keptPoints_;
-    size_t nextKept_ = 0;
+    Kept kept_;
     DemodulatorState state_;
 };
 
@@ -123,9 +136,8 @@ Demodulator::Chain::Chain(const SignalParameters& parameters, double rate, Packe
       mixer_(rate, *kernels_),
       interpolator_(rate / parameters.symbolRate / 2, parameters.rollOff, *kernels_),
       level_(parameters.rollOff),
-      timing_(parameters.rollOff, 0),
-      loop_(constellation_, *kernels_),
       decoder_(constellation_, sink),
+      acquired_(Anew(0)),
       valuesRe_(Equaliser::history + blockValues),
       valuesIm_(Equaliser::history + blockValues),
       symbols_(blockSymbols),
@@ -186,29 +198,26 @@ void Demodulator::Chain::Search()
     taken_ += samples.size();
 }
 
+Demodulator::Chain::Acquired Demodulator::Chain::Anew(double symbolRateOffset) const
+{
+    return {TimingRecovery(parameters_.rollOff, symbolRateOffset), SymbolLoop(constellation_, *kernels_)};
+}
+
 /// The samples that the signal was found in go through the stages as the first ones.
 void Demodulator::Chain::Begin(const SignalSearch::Found& found)
 {
     mixer_.SetFrequency(found.frequency);
-    timing_ = TimingRecovery(parameters_.rollOff, found.symbolRateOffset);
+    acquired_ = Anew(found.symbolRateOffset);
     interpolator_.SetStretch(-found.symbolRateOffset * 1e-6);
     level_.Reset();
-    loop_ = SymbolLoop(constellation_, *kernels_);
-    timingLock_.Reset();
-    carrierLock_.Reset();
-    blindSymbols_.clear();
     phase_ = Phase::settle;
-    blocks_ = 0;
-    meanFrequency_ = 0;
 }
 
 void Demodulator::Chain::Abandon()
 {
     phase_ = Phase::search;
     ++state_.acquisitions;
-    keptSymbols_.clear();
-    keptPoints_.clear();
-    nextKept_ = 0;
+    kept_ = {};
     interpolator_.SetGain(1);
     level_.Reset();
 }
@@ -216,14 +225,14 @@ void Demodulator::Chain::Abandon()
 void Demodulator::Chain::ProcessBlock()
 {
     FollowTiming();
-    ++blocks_;
+    ++acquired_.blocks;
     switch (phase_) {
         case Phase::settle:
-            if (blocks_ == settleBlocks) {
+            if (acquired_.blocks == settleBlocks) {
                 level_.Adjust();
                 interpolator_.SetGain(level_.Gain());
                 phase_ = Phase::blind;
-                blocks_ = -1;  // the block after this one has the old gain in its history
+                acquired_.blocks = -1;  // the block after this one has the old gain in its history
             }
             break;
         case Phase::blind:
@@ -242,47 +251,47 @@ void Demodulator::Chain::FollowTiming()
 {
     const ComplexRow values = Values().From(Equaliser::history);
     level_.Process(values, blockValues);
-    const TimingRecovery::Correction correction = timing_.Process(values);
+    const TimingRecovery::Correction correction = acquired_.timing.Process(values);
     interpolator_.Delay(correction.delay * rate_ / parameters_.symbolRate);
     interpolator_.SetStretch(correction.stretch);
-    timingLock_.Take(timing_.Coherence() > 0.15, timing_.Coherence() < 0.06);
+    acquired_.timingLock.Take(acquired_.timing.Coherence() > 0.15, acquired_.timing.Coherence() < 0.06);
 }
 
 void Demodulator::Chain::BlindBlock()
 {
-    if (blocks_ <= 0) {
+    if (acquired_.blocks <= 0) {
         return;
     }
-    loop_.SetBlindProgress(std::max(0.0, 1 - 1.3 * blocks_ / blindBlocks_));
-    loop_.Blind(Values(), symbols_);
-    if (blindBlocks_ - blocks_ < static_cast<int>(CarrierSearch::searchSymbols / blockSymbols)) {
-        blindSymbols_.insert(blindSymbols_.end(), symbols_.begin(), symbols_.end());
+    acquired_.loop.SetBlindProgress(std::max(0.0, 1 - 1.3 * acquired_.blocks / blindBlocks_));
+    acquired_.loop.Blind(Values(), symbols_);
+    if (blindBlocks_ - acquired_.blocks < static_cast<int>(CarrierSearch::searchSymbols / blockSymbols)) {
+        acquired_.blindSymbols.insert(acquired_.blindSymbols.end(), symbols_.begin(), symbols_.end());
     }
-    if (blocks_ < blindBlocks_) {
+    if (acquired_.blocks < blindBlocks_) {
         return;
     }
-    CarrierSearch::Turning turning = carrierSearch_.Search(blindSymbols_);
+    CarrierSearch::Turning turning = carrierSearch_.Search(acquired_.blindSymbols);
     if (std::abs(turning.frequency) > mostTurning) {
         // Echoes that ripple the spectrum's edges led the search astray: once more, with the filter where the signal
         // is.
         mixer_.SetFrequency(mixer_.Frequency() + turning.frequency * parameters_.symbolRate);
-        blindSymbols_.clear();
-        blocks_ = -1;
+        acquired_.blindSymbols.clear();
+        acquired_.blocks = -1;
         return;
     }
-    turning.phase += turning.frequency * static_cast<double>(blindSymbols_.size());
-    loop_.StartDeciding(turning);
-    meanFrequency_ = turning.frequency;
+    turning.phase += turning.frequency * static_cast<double>(acquired_.blindSymbols.size());
+    acquired_.loop.StartDeciding(turning);
+    acquired_.meanFrequency = turning.frequency;
     phase_ = Phase::decide;
-    blocks_ = 0;
+    acquired_.blocks = 0;
 }
 
 void Demodulator::Chain::DecideBlock()
 {
-    const SymbolLoop::Outcome outcome = loop_.Decide(Values(), symbols_, points_);
-    meanFrequency_ += (loop_.Carrier().Frequency() - meanFrequency_) / 16;
+    const SymbolLoop::Outcome outcome = acquired_.loop.Decide(Values(), symbols_, points_);
+    acquired_.meanFrequency += (acquired_.loop.Carrier().Frequency() - acquired_.meanFrequency) / 16;
     TakeOutcome(outcome);
-    const bool certain = carrierLock_.Locked();
+    const bool certain = acquired_.carrierLock.Locked();
     decoder_.Process(points_, certain);
     if (phase_ == Phase::track && certain) {
         Keep();
@@ -298,68 +307,69 @@ void Demodulator::Chain::TakeOutcome(const SymbolLoop::Outcome& outcome)
     const bool allUsed = outcome.pointsUsed * 4 > constellation_.Order() * 3;
     const bool good = outcome.error < 0.36 && power > 0.9 && power < 1.1 && allUsed;
     const bool bad = !(outcome.error < 0.45) || !(power > 0.7 && power < 1.4);
-    carrierLock_.Take(good, bad);
-    loop_.HoldEqualiser(bad && phase_ == Phase::track);
-    if (phase_ == Phase::decide && carrierLock_.Locked() && blocks_ >= calmBlocks) {
-        loop_.Settle();
+    acquired_.carrierLock.Take(good, bad);
+    acquired_.loop.HoldEqualiser(bad && phase_ == Phase::track);
+    if (phase_ == Phase::decide && acquired_.carrierLock.Locked() && acquired_.blocks >= calmBlocks) {
+        acquired_.loop.Settle();
         phase_ = Phase::track;
         blindBlocks_ = leastBlindBlocks;
-    } else if (phase_ == Phase::decide && !carrierLock_.Locked() && blocks_ >= decideBlocks) {
+    } else if (phase_ == Phase::decide && !acquired_.carrierLock.Locked() && acquired_.blocks >= decideBlocks) {
         // Perhaps there are strong echoes, for which the blind time was too short.
         blindBlocks_ = blindBlocks_ < mostBlindBlocks ? 2 * blindBlocks_ : leastBlindBlocks;
         Abandon();
-    } else if (phase_ == Phase::track && !carrierLock_.Locked()) {
+    } else if (phase_ == Phase::track && !acquired_.carrierLock.Locked()) {
         Abandon();
     }
 }
 
 void Demodulator::Chain::Keep()
 {
-    if (keptSymbols_.size() < keptSymbols) {
-        keptSymbols_.insert(keptSymbols_.end(), symbols_.begin(), symbols_.end());
-        keptPoints_.insert(keptPoints_.end(), points_.begin(), points_.end());
+    if (kept_.symbols.size() < keptSymbols) {
+        kept_.symbols.insert(kept_.symbols.end(), symbols_.begin(), symbols_.end());
+        kept_.points.insert(kept_.points.end(), points_.begin(), points_.end());
         return;
     }
-    std::copy(symbols_.begin(), symbols_.end(), keptSymbols_.begin() + static_cast<ptrdiff_t>(nextKept_));
-    std::copy(points_.begin(), points_.end(), keptPoints_.begin() + static_cast<ptrdiff_t>(nextKept_));
-    nextKept_ = (nextKept_ + blockSymbols) % keptSymbols;
+    std::copy(symbols_.begin(), symbols_.end(), kept_.symbols.begin() + static_cast<ptrdiff_t>(kept_.next));
+    std::copy(points_.begin(), points_.end(), kept_.points.begin() + static_cast<ptrdiff_t>(kept_.next));
+    kept_.next = (kept_.next + blockSymbols) % keptSymbols;
 }
 
 void Demodulator::Chain::Report()
 {
     Locks& locks = state_.locks;
     locks.level = level_.Locked();
-    locks.timing = phase_ != Phase::search && timingLock_.Locked();
-    locks.equaliser = locks.timing && carrierLock_.Locked();
+    locks.timing = phase_ != Phase::search && acquired_.timingLock.Locked();
+    locks.equaliser = locks.timing && acquired_.carrierLock.Locked();
     locks.carrier = locks.equaliser;
     locks.frameSync = locks.carrier && decoder_.FrameLocked();
     locks.reedSolomon = locks.frameSync && decoder_.PacketsLocked();
     state_.counters = decoder_.Counters();
     state_.inverted = locks.frameSync && decoder_.Inverted();
     state_.channelPower = level_.SignalPower();
-    state_.frequencyOffset = locks.timing ? mixer_.Frequency() + meanFrequency_ * parameters_.symbolRate : 0;
-    state_.symbolRateOffset = locks.timing ? timing_.SymbolRateOffset() : 0;
+    state_.frequencyOffset = locks.timing ? mixer_.Frequency() + acquired_.meanFrequency * parameters_.symbolRate : 0;
+    state_.symbolRateOffset = locks.timing ? acquired_.timing.SymbolRateOffset() : 0;
 }
 
 SignalReadings Demodulator::Chain::Readings() const
 {
-    std::vector<std::complex<float>> symbols = keptSymbols_;
-    std::vector<Constellation::Cell> points = keptPoints_;
-    std::rotate(symbols.begin(), symbols.begin() + static_cast<ptrdiff_t>(nextKept_), symbols.end());
-    std::rotate(points.begin(), points.begin() + static_cast<ptrdiff_t>(nextKept_), points.end());
+    std::vector<std::complex<float>> symbols = kept_.symbols;
+    std::vector<Constellation::Cell> points = kept_.points;
+    std::rotate(symbols.begin(), symbols.begin() + static_cast<ptrdiff_t>(kept_.next), symbols.end());
+    std::rotate(points.begin(), points.begin() + static_cast<ptrdiff_t>(kept_.next), points.end());
     // The equaliser makes up for what the level has changed by since the gain was set.
     const double level = level_.SignalPower() * level_.Gain() * level_.Gain();
-    const auto response = [this, level](double frequency) { return loop_.PowerResponse(frequency) * level; };
-    return ConstellationAnalysis(constellation_).Measure({symbols, points}, {response, loop_.CarrierPowerResponse()});
+    const auto response = [this, level](double frequency) { return acquired_.loop.PowerResponse(frequency) * level; };
+    return ConstellationAnalysis(constellation_)
+        .Measure({symbols, points}, {response, acquired_.loop.CarrierPowerResponse()});
 }
 
 std::vector<std::complex<float>> Demodulator::Chain::NewestSymbols(size_t most) const
 {
-    const size_t count = std::min(most, keptSymbols_.size());
+    const size_t count = std::min(most, kept_.symbols.size());
     std::vector<std::complex<float>> newest;
     newest.reserve(count);
-    for (size_t i = keptSymbols_.size() - count; i < keptSymbols_.size(); ++i) {
-        newest.push_back(keptSymbols_[(i + nextKept_) % keptSymbols_.size()]);
+    for (size_t i = kept_.symbols.size() - count; i < kept_.symbols.size(); ++i) {
+        newest.push_back(kept_.symbols[(i + kept_.next) % kept_.symbols.size()]);
     }
     return newest;
 }

@@ -18,20 +18,7 @@ constexpr size_t mainTap = 14;
 Equaliser::Equaliser(const Kernels& kernels)
     : kernels_(&kernels), earlierRe_(capacity + backwardTaps), earlierIm_(capacity + backwardTaps)
 {
-    Reset();
-}
-
-void Equaliser::Reset()
-{
-    std::fill_n(forwardRe_, forwardTaps, 0.0F);
-    std::fill_n(forwardIm_, forwardTaps, 0.0F);
-    std::fill_n(backwardRe_, backwardTaps, 0.0F);
-    std::fill_n(backwardIm_, backwardTaps, 0.0F);
-    std::fill(earlierRe_.begin(), earlierRe_.end(), 0.0F);
-    std::fill(earlierIm_.begin(), earlierIm_.end(), 0.0F);
     forwardRe_[mainTap] = 1;
-    backwardUsed_ = true;
-    symbols_ = 0;
 }
 
 void Equaliser::BeginBlock()

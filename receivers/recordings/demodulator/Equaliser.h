@@ -23,10 +23,9 @@ public:
     static constexpr size_t history = forwardTaps - 2;  ///< values ahead of the first pair
     static constexpr size_t capacity = 4096;            ///< symbols to a block, at most
 
+    /// One tap is 1, all others are 0.
     explicit Equaliser(const Kernels& kernels);
 
-    /// One tap is 1, all others are 0.
-    void Reset();
     /// Makes room for the next block's symbols.
     void BeginBlock();
 
@@ -96,10 +95,10 @@ private:
     }
 
     const Kernels* kernels_;
-    float forwardRe_[forwardTaps];
-    float forwardIm_[forwardTaps];
-    float backwardRe_[backwardTaps];
-    float backwardIm_[backwardTaps];
+    float forwardRe_[forwardTaps]{};
+    float forwardIm_[forwardTaps]{};
+    float backwardRe_[backwardTaps]{};
+    float backwardIm_[backwardTaps]{};
     std::vector<float> earlierRe_;
     std::vector<float> earlierIm_;
     size_t symbols_ = 0;  ///< of this block

@@ -18,10 +18,10 @@ void LevelControl::Process(ComplexRow values, size_t count)
             sums[k] += values.re[i + k] * values.re[i + k] + values.im[i + k] * values.im[i + k];
         }
     }
-    last_ =
+    const double power =
         std::accumulate(sums.begin(), sums.end(), 0.0) / static_cast<double>(count) / matchedShare_ / (gain_ * gain_);
     ++blocks_;
-    power_ = blocks_ == 1 ? last_ : power_ + (last_ - power_) / std::min(blocks_, 64);
+    power_ = blocks_ == 1 ? power : power_ + (power - power_) / std::min(blocks_, 64);
 }
 
 void LevelControl::Adjust()

@@ -29,7 +29,6 @@ private:
 
     double matchedShare_;  ///< of a signal's power, behind the matched filter
     double gain_ = 1;
-    double last_ = 0;
     double power_ = 0;
     int blocks_ = 0;
 };

@@ -2,13 +2,6 @@
 
 namespace tvn2x::recordings {
 
-void LockDetector::Reset()
-{
-    good_ = 0;
-    bad_ = 0;
-    locked_ = false;
-}
-
 void LockDetector::Take(bool good, bool bad)
 {
     good_ = good ? good_ + 1 : 0;

@@ -9,7 +9,6 @@ class LockDetector
 public:
     LockDetector(int goodToLock, int badToUnlock) : goodToLock_(goodToLock), badToUnlock_(badToUnlock) {}
 
-    void Reset();
     void Take(bool good, bool bad);
     bool Locked() const { return locked_; }
 

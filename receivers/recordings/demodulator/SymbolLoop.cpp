@@ -54,7 +54,6 @@ double Sum(const std::array<float, ComplexGroup::size>& values)
 SymbolLoop::SymbolLoop(const Constellation& constellation, const Kernels& kernels)
     : constellation_(&constellation), equaliser_(kernels)
 {
-    SetBlindProgress(1);
 }
 
 void SymbolLoop::SetBlindProgress(double remaining)
@@ -91,8 +90,6 @@ void SymbolLoop::StartDeciding(const CarrierSearch::Turning& turning)
     carrier_.Start(turning.frequency, turning.phase);
     carrier_.SetGain(0.02F);
     decided_ = {6e-4F, 6e-4F};
-    adaptEvery_ = 1;
-    meanError_ = 0;
 }
 
 void SymbolLoop::Settle()

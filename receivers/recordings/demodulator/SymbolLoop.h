@@ -27,10 +27,10 @@ public:
         int pointsUsed = 0;  ///< different ones
     };
 
-    /// `values` begins with Equaliser::history values of the block before; `symbols` fill `out`, their mean power is
-    /// about 1.
+    /// Behind SetBlindProgress. `values` begins with Equaliser::history values of the block before; `symbols` fill
+    /// `out`, their mean power is about 1.
     void Blind(ComplexRow values, std::span<std::complex<float>> out);
-    /// Ends the blind time. The constellation is where it will be at the next symbol.
+    /// Ends the blind time, once. The constellation is where it will be at the next symbol.
     void StartDeciding(const CarrierSearch::Turning& turning);
     /// The symbols in units of half the distance between neighbours, and the points that they are taken for.
     Outcome Decide(ComplexRow values, std::span<std::complex<float>> out, std::span<Constellation::Cell> points);
