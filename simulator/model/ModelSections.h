@@ -18,9 +18,9 @@ enum class LockKind
 /// A lock that drops on its own some time after tuning. Seconds.
 struct Outage
 {
-    LockKind lock = LockKind::rf;
-    double from = 0;
-    double duration = 0;
+    LockKind lock;
+    double from;
+    double duration;
 
     bool operator==(const Outage&) const = default;
 };
