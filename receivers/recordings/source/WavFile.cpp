@@ -27,6 +27,16 @@ struct Chunk
     bool Is(std::string_view other) const { return std::string_view(name.data(), name.size()) == other; }
 };
 
+/// What the chunk "fmt " tells, and where.
+struct FormatChunk
+{
+    uint64_t at;
+    uint16_t code;
+    uint16_t channels;
+    uint32_t rate;
+    uint16_t bits;
+};
+
 /// What the chunks of a file tell, as far as they were found.
 class WavHead
 {
@@ -57,22 +67,24 @@ public:
         if (!format_) {
             Refuse(size_, L"the file ends before its format (a chunk \"fmt \") was told");
         }
-        if (channels_ != 2) {
-            Refuse(format_->at + 2, L"it has " + std::to_wstring(channels_) +
-                                        L" channels, and a recording has two: in phase and in quadrature");
+        const auto [at, code, channels, rate, bits] = *format_;
+        if (channels != 2) {
+            Refuse(at + 2, L"it has " + std::to_wstring(channels) +
+                               L" channels, and a recording has two: in phase and in quadrature");
         }
-        if (code_ == floatingPoint && bits_ == 32) {
+        if (code == floatingPoint && bits == 32) {
             return SampleFormat::float32;
         }
-        if (code_ == wholeNumbers && (bits_ == 8 || bits_ == 16)) {
-            return bits_ == 8 ? SampleFormat::unsigned8 : SampleFormat::integer16;
+        if (code == wholeNumbers && (bits == 8 || bits == 16)) {
+            return bits == 8 ? SampleFormat::unsigned8 : SampleFormat::integer16;
         }
-        Refuse(format_->at, L"samples of " + std::to_wstring(bits_) + L" bits in format " + std::to_wstring(code_) +
-                                L" are not read. Record whole numbers of 8 or 16 bits, or floating point of 32");
+        Refuse(at, L"samples of " + std::to_wstring(bits) + L" bits in format " + std::to_wstring(code) +
+                       L" are not read. Record whole numbers of 8 or 16 bits, or floating point of 32");
     }
 
-    double Rate() const { return rate_; }
-    const std::optional<Chunk>& FormatChunk() const { return format_; }
+    /// Of those whose format is told.
+    uint32_t Rate() const { return format_->rate; }
+    uint64_t RateAt() const { return format_->at + 4; }
     const std::optional<Chunk>& Data() const { return data_; }
     std::optional<double> Frequency() const { return frequency_; }
 
@@ -108,13 +120,10 @@ private:
         if (chunk.Is("ds64") && chunk.length >= 16) {
             longData_ = At<uint64_t>(chunk.at + 8);
         } else if (chunk.Is("fmt ") && chunk.length >= 16) {
-            format_ = chunk;
-            code_ = At<uint16_t>(chunk.at);
-            channels_ = At<uint16_t>(chunk.at + 2);
-            rate_ = At<uint32_t>(chunk.at + 4);
-            bits_ = At<uint16_t>(chunk.at + 14);
-            if (code_ == extensible && chunk.length >= 26) {
-                code_ = At<uint16_t>(chunk.at + 24);
+            format_ = {chunk.at, At<uint16_t>(chunk.at), At<uint16_t>(chunk.at + 2), At<uint32_t>(chunk.at + 4),
+                       At<uint16_t>(chunk.at + 14)};
+            if (format_->code == extensible && chunk.length >= 26) {
+                format_->code = At<uint16_t>(chunk.at + 24);
             }
         } else if (chunk.Is("auxi") && chunk.length >= 36) {
             // Behind the times of start and stop, of 16 bytes each.
@@ -127,14 +136,10 @@ private:
     const std::wstring& path_;
     StoredBytes& file_;
     uint64_t size_;
-    std::optional<Chunk> format_;
+    std::optional<FormatChunk> format_;
     std::optional<Chunk> data_;
     std::optional<double> frequency_;
     uint64_t longData_ = unknownLength;
-    double rate_ = 0;
-    uint16_t code_ = 0;
-    uint16_t channels_ = 0;
-    uint16_t bits_ = 0;
 };
 
 }  // namespace
@@ -166,8 +171,8 @@ Recording ReadWav(const std::wstring& path, StoredBytes& file, std::optional<dou
     Recording recording{.file = path, .format = head.Format(), .fullScale = fullScale};
     recording.rate = head.Rate();
     if (!(recording.rate >= lowestRate && recording.rate <= highestRate)) {
-        head.Refuse(head.FormatChunk()->at + 4, L"the rate is " + std::to_wstring(std::llround(recording.rate)) +
-                                                    L" samples a second, and it must be from 100000 to 1000000000");
+        head.Refuse(head.RateAt(), L"the rate is " + std::to_wstring(std::llround(recording.rate)) +
+                                       L" samples a second, and it must be from 100000 to 1000000000");
     }
     if (!head.Data()) {
         head.Refuse(file.Size(), L"the file ends before its samples (a chunk \"data\") began");

@@ -134,6 +134,10 @@ TEST(WavFile, ReadsHeadsThatLieAboutTheirLength)
     MemoryBytes large("RF64" + Bytes(0xFFFFFFFFU) + "WAVE" +
                       Chunk("ds64", Bytes<uint64_t>(0) + Bytes<uint64_t>(16), 16) + Format(3, 2, 2000000, 32) +
                       Chunk("data", samples, 0xFFFFFFFFU));
+    const std::string extension = Bytes<uint16_t>(22) + Bytes<uint16_t>(32) + Bytes(3) + Bytes<uint16_t>(3);
+    MemoryBytes extensible("RIFF1234WAVE" + Format(0xFFFE, 2, 2000000, 32).replace(4, 4, Bytes(40)) + extension +
+                           std::string(14, '\0') + Chunk("data", samples, 42));
+    EXPECT_EQ(ReadWav(L"306 MHz.wav", extensible, {}).format, SampleFormat::float32);
     EXPECT_EQ(ReadWav(L"cable_306.5 MHz.wav", large, 90).samples, 2U);
     EXPECT_EQ(ReadWav(L"cable_306.5 MHz.wav", large, 90).frequency, 306.5e6);
     EXPECT_EQ(FrequencyInName(L"SDR_20260101_306000kHz_IQ.wav"), 306e6);
