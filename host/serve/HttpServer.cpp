@@ -1,5 +1,6 @@
 #include "host/serve/HttpServer.h"
 
+#include <array>
 #include <atomic>
 #include <list>
 #include <map>
@@ -146,7 +147,6 @@ public:
     void Close()
     {
         isWaiting_ = false;
-        since_.reset();
         error_code ignored;
         stream_.socket().shutdown(tcp::socket::shutdown_both, ignored);
         stream_.socket().close(ignored);
@@ -263,7 +263,7 @@ private:
         error_code ignored;
         stream_.socket().set_option(asio::socket_base::send_buffer_size(1 << 16), ignored);
         stream_.expires_never();
-        stream_.async_read_some(asio::buffer(&said_, 1),
+        stream_.async_read_some(asio::buffer(said_),
                                 [self = shared_from_this()](error_code, size_t) { self->Close(); });
         since_ = since;
         Tell();
@@ -291,7 +291,7 @@ private:
     std::optional<uint64_t> since_;  ///< the version that the reader of events knows; nothing for other readers
     bool isWaiting_ = true;
     bool isWriting_ = false;
-    char said_ = 0;
+    std::array<char, 1> said_{};
 };
 
 HttpServer::Core::Core(const ListenAddress& wanted, const HttpBounds& allowed)

@@ -103,6 +103,8 @@ TEST_F(HttpServerTest, AnswersOneQuestionAfterTheOther)
     Reader reader(Port());
     reader.Ask("/api/run", "", "HEAD");
     EXPECT_THAT(reader.Until("\r\n\r\n"), AllOf(StartsWith("HTTP/1.1 200 OK\r\n"), HasSubstr("Content-Length: ")));
+    reader.Ask("/favicon.ico");
+    EXPECT_THAT(reader.Until("\r\n\r\n"), AllOf(StartsWith("HTTP/1.1 204 "), Not(HasSubstr("Content-Length"))));
     reader.Ask("/api/run");
     reader.Ask("/nothing");
     EXPECT_THAT(reader.Until("\r\n\r\n"), StartsWith("HTTP/1.1 200 OK\r\n"));
@@ -115,7 +117,8 @@ TEST_F(HttpServerTest, TellsEachReaderWhatIsNewToHim)
     Start();
     Reader reader(Port());
     reader.Ask("/events");
-    EXPECT_THAT(reader.Until(IdLine()), HasSubstr("Content-Type: text/event-stream"));
+    EXPECT_THAT(reader.Until(IdLine()),
+                AllOf(HasSubstr("Content-Type: text/event-stream"), Not(HasSubstr("Content-Length"))));
     const std::string known = EventId(*served.state);
     served.Measure(2);
     Publish();
