@@ -10,6 +10,7 @@
 #include "receivers/recordings/demodulator/ConstellationAnalysis.h"
 #include "receivers/recordings/demodulator/Demodulator.h"
 #include "receivers/recordings/demodulator/LockDetector.h"
+#include "receivers/recordings/demodulator/MatchedInterpolator.h"
 #include "support/sender/Mapper.h"
 #include "support/sender/Transmitter.h"
 
@@ -119,6 +120,16 @@ TEST(ConstellationAnalysis, PutsBackWhatDecisionsFlatterAndRefusesWhereTheySayNo
     EXPECT_NEAR(readings.signalToNoise.value_or(0), 40, 0.1);
     EXPECT_NEAR(readings.mer.value_or(0), -10 * std::log10(2e-4 + std::pow(0.7 * pi / 180, 2)), 0.1);
     EXPECT_FALSE(readings.carrierToInterference);
+}
+
+TEST(MatchedInterpolator, HasTheSendersPulse)
+{
+    for (const double rollOff : {0.1, 0.15, 0.25}) {
+        const double pole = 1 / (4 * rollOff);
+        for (const double time : {-5.5, -pole, 0.0, 1e-10, 0.3, 1.0, pole, pole + 1e-7, 17.25}) {
+            EXPECT_NEAR(RootRaisedCosine(time, rollOff), sender::Pulse(time, rollOff), 1e-6) << rollOff << " " << time;
+        }
+    }
 }
 
 TEST(LockDetector, NeedsSeveralBlocksEitherWay)

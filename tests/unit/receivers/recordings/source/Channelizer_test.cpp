@@ -62,7 +62,7 @@ TEST(Channelizer, PassesTheChannelAndLetsNothingFoldIntoIt)
     for (const Case& c : {Case{10e6, 6.9e6, 10e6}, Case{20e6, 6.952e6, 10e6}, Case{56e6, 6.9e6, 56e6 / 6},
                           Case{20e6, 0.87e6, 20e6 / 11}, Case{18.44e6, 6.9e6, 18.44e6}, Case{18.46e6, 6.9e6, 9.23e6},
                           Case{18.1e6, 7e6, 18.1e6, 0.1}}) {
-        const SignalParameters signal{.symbolRate = c.symbolRate, .rollOff = c.rollOff};
+        const SignalParameters signal{.order = 64, .symbolRate = c.symbolRate, .rollOff = c.rollOff};
         const double edge = OccupiedWidth(signal) / 2 + 290e3;
         const double shift = (c.rate - c.decimated) / 2;  // the channel stands at the edge of the recording
         const std::vector<double> in{shift - edge, shift, shift + edge * 0.7};
