@@ -105,6 +105,8 @@ TEST(SigmfFile, NamesWhatIsWrong)
         {Metadata(R"(,"core:dataset":"../x")", "{}"), L"the same folder"},
         {Metadata(R"(,"core:num_channels":2)", "{}"), L"core:num_channels"},
         {Metadata("", ""), L"no captures"},
+        {R"({"global":{"core:datatype":"cu8","core:sample_rate":1e6}})", L"no captures"},
+        {R"({"global":{"core:datatype":"cu8","core:sample_rate":1e6},"captures":{"0":{}}})", L"no captures"},
         {Metadata("", "1"), L"captures[0] is missing, or is no object"},
         {Metadata("", R"({"core:frequency":"306"})"), L"captures[0], core:frequency is missing, or is no number"},
         {Metadata("", R"({"core:frequency":-1})"), L"is -1, and it must be from 0 to 100000000000"},
@@ -196,19 +198,22 @@ TEST(RecordingFolder, FindsTheRecordingWithTheChannelFarthestFromItsEdges)
     const auto put = [&](const std::string& name, const std::string& bytes) {
         std::ofstream(path / name, std::ios::binary) << bytes;
     };
-    put("a.sigmf-meta", Metadata("", R"({"core:frequency":306e6})"));
-    put("a.sigmf-data", std::string(400, '\0'));
     put("b.SIGMF-META", Metadata(R"(,"core:dataset":"b.wav")", R"({"core:frequency":308e6,"core:header_bytes":44})"));
     put("b.wav", std::string(400, '\0'));
+    for (const std::string name : {"a", "c"}) {  // in no order that a system may keep
+        put(name + ".sigmf-meta",
+            Metadata("", R"({"core:frequency":)" + std::string(name == "a" ? "306e6}" : "406e6}")));
+        put(name + ".sigmf-data", std::string(400, '\0'));
+    }
     put("recordings.json", R"({"tvn2x:full_scale_dbuv": 101.5})");
     const RecordingFolder folder(path.wstring());
-    EXPECT_EQ(folder.Recordings().size(), 2U) << "the WAV file is described by its metadata";
+    EXPECT_EQ(folder.Recordings().size(), 3U) << "the WAV file is described by its metadata";
     ASSERT_NE(folder.Find(306.5e6, 8e6), nullptr);
     EXPECT_EQ(folder.Find(306.5e6, 8e6)->FileName(), L"a.sigmf-data");
     EXPECT_EQ(folder.Find(307.5e6, 8e6)->FileName(), L"b.wav");
     EXPECT_EQ(folder.Find(307.5e6, 8e6)->fullScale, 101.5);
     EXPECT_EQ(folder.Find(309.1e6, 8e6), nullptr);
-    EXPECT_EQ(folder.Bands(), L"a.sigmf-data 301 to 311 MHz; b.wav 303 to 313 MHz");
+    EXPECT_EQ(folder.Bands(), L"a.sigmf-data 301 to 311 MHz; b.wav 303 to 313 MHz; c.sigmf-data 401 to 411 MHz");
     put("recordings.json", R"({"full_scale": 101.5})");
     EXPECT_THAT(ErrorOf([&] { RecordingFolder(path.wstring()); }), HasSubstr(L"recordings.json: calibration"));
 }
