@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "dvbc/ErroredTime.h"
 #include "support/TestSession.h"
 #include "util/modFormat.h"
 
