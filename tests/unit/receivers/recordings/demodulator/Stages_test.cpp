@@ -190,9 +190,11 @@ TEST(Demodulator, TellsTheLevelOfWhatIsNoSignalOfItsKind)
 {
     Demodulator demodulator({64, 6.9e6, 0.15}, 10e6);
     std::feclearexcept(FE_ALL_EXCEPT);
-    demodulator.Process(std::vector<std::complex<float>>(100000));
+    for (const size_t samples : {100U, 100000U}) {
+        demodulator.Process(std::vector<std::complex<float>>(samples));
+        EXPECT_FALSE(demodulator.State().locks.level);
+    }
     EXPECT_FALSE(std::fetestexcept(FE_DIVBYZERO | FE_INVALID)) << "a host may have unmasked them";
-    EXPECT_FALSE(demodulator.State().locks.level);
     std::mt19937 random(4);
     std::normal_distribution<float> gaussian(0, 0.1F);
     std::vector<std::complex<float>> noise(1000000);
