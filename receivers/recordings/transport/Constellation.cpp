@@ -91,9 +91,6 @@ void Constellation::AddCross()
 
 void Constellation::TakeMoments()
 {
-    double squares = 0;
-    double fourth = 0;
-    int neighbours = 0;
     for (int i = -15; i <= 15; i += 2) {
         for (int q = -15; q <= 15; q += 2) {
             const auto isPoint = [&](int column, int row) {
@@ -105,14 +102,13 @@ void Constellation::TakeMoments()
             }
             const std::complex<double> point(i, q);
             meanPower_ += std::norm(point) / order_;
-            squares += std::norm(point) * std::norm(point) / order_;
-            fourth += std::pow(point, 4).real() / order_;
-            neighbours += isPoint(i + 2, q) + isPoint(i - 2, q) + isPoint(i, q + 2) + isPoint(i, q - 2);
+            dispersion_ += std::norm(point) * std::norm(point) / order_;
+            meanFourthPower_ += std::pow(point, 4).real() / order_;
+            const int beside = isPoint(i + 2, q) + isPoint(i - 2, q) + isPoint(i, q + 2) + isPoint(i, q - 2);
+            neighbours_ += static_cast<double>(beside) / order_;
         }
     }
-    meanFourthPower_ = fourth;
-    dispersion_ = squares / meanPower_;
-    neighbours_ = static_cast<double>(neighbours) / order_;
+    dispersion_ /= meanPower_;
 }
 
 /// In a missing corner, the nearest point is beside it or above it: where less has to be gone.
