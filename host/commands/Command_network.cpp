@@ -7,6 +7,7 @@
 #include "host/console/Files.h"
 #include "host/plan/NetworkWriter.h"
 #include "text/TextInput.h"
+#include "util/FileSystem.h"
 
 namespace tvn2x {
 
@@ -24,7 +25,8 @@ int Network(const NetworkOptions& options, Console& console)
             console.Notice(AtLine(options.plan.file, remark.line) + L"left out: " + remark.text);
         }
     }
-    RequireWritten(SaveNetworkModel(SystemFiles(), modelPath, network, NameOf(options.plan)), modelPath);
+    RequireWritten(ReplaceContent(SystemFiles(), modelPath, WriteNetworkModel(network, NameOf(options.plan))),
+                   modelPath);
 
     const auto impaired =
         std::ranges::count_if(network.channels, [](const auto& channel) { return !channel.fault.empty(); });

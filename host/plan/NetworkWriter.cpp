@@ -89,10 +89,4 @@ std::string WriteNetworkModel(const NetworkDraft& network, const std::wstring& p
     return lines.Utf8();
 }
 
-FileFault SaveNetworkModel(FileSystem& files, const std::wstring& path, const NetworkDraft& network,
-                           const std::wstring& planName)
-{
-    return ReplaceContent(files, path, WriteNetworkModel(network, planName));
-}
-
 }  // namespace tvn2x

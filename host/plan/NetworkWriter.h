@@ -3,16 +3,11 @@
 #include <string>
 
 #include "host/plan/NetworkDraft.h"
-#include "util/FileSystem.h"
 
 namespace tvn2x {
 
 /// A network as the model file of the simulated receiver (docs/network-model.md): UTF-8, CR LF, a comment line above
 /// each channel that says what it is. planName stands in the file's first line.
 std::string WriteNetworkModel(const NetworkDraft& network, const std::wstring& planName);
-
-/// The same into a file, in one step.
-FileFault SaveNetworkModel(FileSystem& files, const std::wstring& path, const NetworkDraft& network,
-                           const std::wstring& planName);
 
 }  // namespace tvn2x

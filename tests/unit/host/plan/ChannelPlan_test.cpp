@@ -120,6 +120,10 @@ TEST(NetworkDraft, ACleanNetworkHasPlausibleLevelsThatAChannelKeepsWhateverElseI
         EXPECT_LT(channel.level, 74);
         EXPECT_GT(channel.carrierToInterference, 40);
     }
+    ChannelPlan mixed;
+    mixed.channels = {{474, 6.9, 64, 1}, {482, 6.9, 128, 7}};
+    const auto levels = DraftNetwork(mixed, 1, false).channels;
+    EXPECT_NEAR(levels[1].level - levels[0].level, 6, 3);
     ChannelPlan part = RealPlan();
     part.channels.erase(part.channels.begin(), part.channels.begin() + 20);
     const NetworkChannel first = DraftNetwork(part, 1, false).channels.front();
