@@ -84,7 +84,10 @@ TEST(SetupInspection, NamesEveryDoubtfulEntryByItsLine)
         for (std::string text; std::getline(remarks, text, '|');) {
             const bool isFatal = text[0] == '!';
             const size_t blank = text.find(' ');
-            expected.push_back(Remark(std::stoi(text.substr(isFatal)), FromUtf8(text.substr(blank + 1)), isFatal));
+            int32_t line = 0, first = 0, last = 0;
+            std::sscanf(text.c_str() + isFatal, "%d@%d-%d", &line, &first, &last);
+            expected.push_back(AllOf(Remark(line, FromUtf8(text.substr(blank + 1)), isFatal),
+                                     Field(&SetupRemark::firstChannel, first), Field(&SetupRemark::lastChannel, last)));
         }
         EXPECT_THAT(Changed(CellText(row[0]), CellText(row[1])), testing::ElementsAreArray(expected)) << row[1];
     }
