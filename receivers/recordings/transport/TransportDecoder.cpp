@@ -65,7 +65,6 @@ void TransportDecoder::Unlock()
 {
     locked_ = -1;
     packetsLocked_ = false;
-    bad_ = 0;
     for (Sense& sense : senses_) {
         sense.sync.Restart();
     }
