@@ -7,17 +7,15 @@
 namespace tvn2x {
 namespace {
 
-using testing::AllOf;
 using testing::HasSubstr;
-using testing::Not;
 
-std::string TextOf(const FinishedRun& run, MetricsFormat format = MetricsFormat::openMetrics)
+std::string TextOf(const FinishedRun& run)
 {
     const Limits limits = OutletLimits();
     const RunJudgement judgement = Judge(run, &limits);
     RunMetrics metrics = MetricsOf(run, judgement);
     metrics.answers = true;
-    return MetricsText(metrics, format);
+    return MetricsText(metrics, MetricsFormat::openMetrics);
 }
 
 /// A good channel with a bound, one that fails, one that the instrument failed at and one that no pass came to.
@@ -41,14 +39,6 @@ TEST(MetricsText, HasWhatWasMeasuredAndNothingElse)
                                   TestChannel(2, 482, {}, 2, ChannelOutcome::error), TestChannel(1, 474, {}, 3)});
     passes.interval = 900;
     EXPECT_EQ(TextOf(Measured()) + TextOf(passes), TestFile("results/metrics.txt"));
-}
-
-TEST(MetricsText, HasAFormForReadersOfTheOlderOne)
-{
-    const std::string text = TextOf(Measured(), MetricsFormat::prometheus);
-    EXPECT_THAT(text,
-                AllOf(HasSubstr("# TYPE tvn2x_measurements_total counter\n"), HasSubstr("# TYPE tvn2x_verdict gauge\n"),
-                      HasSubstr("# TYPE tvn2x_run_info gauge\n"), Not(HasSubstr("# UNIT")), Not(HasSubstr("# EOF"))));
 }
 
 /// A reading that is added to the catalogue is to have a unit that monitoring knows.
