@@ -112,6 +112,7 @@ TEST(SigmfFile, NamesWhatIsWrong)
         {Metadata("", R"({"core:frequency":-1})"), L"is -1, and it must be from 0 to 100000000000"},
         {Metadata("", R"({"core:frequency":1,"core:sample_start":2},{"core:frequency":1})"), L"captures[1]"},
         {R"({"global":{"core:datatype":"cf64_le"}})", L"what is read is cf32_le, ci16_le, ci8 and cu8"},
+        {R"({"global":{"core:datatype":8}})", L"core:datatype is missing, or is no text"},
         {R"({"global":{"core:datatype":"cu8","core:sample_rate":0}})", L"core:sample_rate is 0"},
     };
     for (const auto& [text, what] : cases) {
