@@ -110,6 +110,11 @@ TEST_F(HttpServerTest, AnswersOneQuestionAfterTheOther)
     EXPECT_THAT(reader.Until("\r\n\r\n"), StartsWith("HTTP/1.1 200 OK\r\n"));
     EXPECT_THAT(reader.Until("}}}\n"), HasSubstr("\"phase\":\"measuring\""));
     EXPECT_THAT(reader.UntilEnd(), AllOf(StartsWith("HTTP/1.1 404 "), HasSubstr("Connection: close")));
+    for (const char* const fields : {"Connection: close\r\n", "Content-Length: 5\r\n"}) {
+        Reader once(Port());
+        once.Ask("/favicon.ico", fields);
+        EXPECT_THAT(once.UntilEnd(), HasSubstr("Connection: close")) << fields;
+    }
 }
 
 TEST_F(HttpServerTest, TellsEachReaderWhatIsNewToHim)
