@@ -59,6 +59,15 @@ TEST(ProfileFile, WhatAChangeHasTakenOutIsInNobodysWay)
     EXPECT_TRUE(profile.Write("a", "m", lacked));
 }
 
+TEST(ProfileFile, AKeyIsChangedWhereItWasJustAdded)
+{
+    ProfileFile profile("[a]\r\n");
+    for (const char* const value : {"1", "2"}) {
+        EXPECT_TRUE(profile.Write("a", "k", value) && profile.Write("b", "k", value));
+    }
+    EXPECT_EQ("[a]\r\nk=2\r\n[b]\r\nk=2\r\n", profile.Render());
+}
+
 /// What would cost more than a fixed amount of work per byte would take minutes here.
 TEST(ProfileFile, WritesToALargeFileTakeLinearTime)
 {
