@@ -40,15 +40,9 @@ std::wstring AbsolutePath(const std::wstring& path)
     if (path.find_first_not_of(L" \t") == std::wstring::npos) {
         RaiseInput(L"an empty file name was given. Give a file");
     }
-    std::wstring result(MAX_PATH, L'\0');
-    DWORD length = GetFullPathNameW(path.c_str(), static_cast<DWORD>(result.size()), result.data(), nullptr);
-    if (length > result.size()) {
-        result.resize(length);
-        length = GetFullPathNameW(path.c_str(), static_cast<DWORD>(result.size()), result.data(), nullptr);
-    }
-    result.resize(length);
-    std::ranges::replace(result, L'/', L'\\');
-    return result.empty() ? path : result;
+    std::wstring full = FullPath(path);
+    std::ranges::replace(full, L'/', L'\\');
+    return full;
 }
 
 std::string ReadInput(const std::wstring& path)

@@ -1,17 +1,10 @@
 #include "simulator/server/SimulatorSettings.h"
 
 #include "receivers/driver/ThreadState.h"
+#include "util/FileSystem.h"
 
 namespace tvn2x {
 namespace {
-
-std::wstring FullPath(const std::wstring& path)
-{
-    const DWORD size = GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
-    std::wstring full(size, L'\0');
-    full.resize(GetFullPathNameW(path.c_str(), size, full.data(), nullptr));
-    return full.empty() ? path : full;
-}
 
 /// NaN is outside every range.
 void RequireRange(double value, double min, double max, const wchar_t* member, const wchar_t* allowed)

@@ -102,6 +102,9 @@ public:
 /// The machine's files. One object for the process.
 FileSystem& SystemFiles();
 
+/// Where a path leads from the folder that is the current one now; the path itself where the system cannot tell.
+std::wstring FullPath(const std::wstring& path);
+
 /// Whether a name matches a pattern of "*" and "?", in any case. "*.*" matches every name, "net." a name without a dot.
 bool MatchesPattern(std::wstring_view name, std::wstring_view pattern);
 

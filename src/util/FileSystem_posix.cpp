@@ -366,6 +366,12 @@ std::span<const SystemError> SystemErrors()
     return systemErrors;
 }
 
+std::wstring FullPath(const std::wstring& path)
+{
+    const std::wstring folder = path.starts_with(L'/') ? L"" : SystemFiles().CurrentFolder();
+    return folder.empty() ? path : folder + L"/" + path;
+}
+
 FileSystem& SystemFiles()
 {
     static MachineFiles files;

@@ -69,8 +69,7 @@ std::wstring NativePath(const std::wstring& path)
     if (path.starts_with(L"\\\\?\\") || path.starts_with(L"\\\\.\\")) {
         return path;
     }
-    std::wstring full(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
-    full.resize(GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+    const std::wstring full = FullPath(path);
     if (full.size() < longestPlain) {
         return path;
     }
@@ -478,6 +477,18 @@ public:
 std::span<const SystemError> SystemErrors()
 {
     return systemErrors;
+}
+
+std::wstring FullPath(const std::wstring& path)
+{
+    std::wstring full(MAX_PATH, L'\0');
+    DWORD length = GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+    // Another thread may have changed the current folder in between.
+    while (length > full.size()) {
+        full.resize(length);
+        length = GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+    }
+    return length == 0 ? path : full.substr(0, length);
 }
 
 FileSystem& SystemFiles()

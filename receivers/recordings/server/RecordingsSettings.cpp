@@ -4,16 +4,10 @@
 #include <complex>
 #include <vector>
 
+#include "util/FileSystem.h"
+
 namespace tvn2x {
 namespace {
-
-std::wstring FullPath(const std::wstring& path)
-{
-    const DWORD size = GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
-    std::wstring full(size, L'\0');
-    full.resize(GetFullPathNameW(path.c_str(), size, full.data(), nullptr));
-    return full.empty() ? path : full;
-}
 
 /// An array of doubles, the parts of each sample by turns.
 VARIANT ArrayOf(const std::vector<std::complex<float>>& symbols)
