@@ -32,7 +32,6 @@ void Editor::ListsChanged()
         grid->ScrollTo(grid->top);
         grid->Show(grid->selection.Current());
         view_.GridChanged(grid->grid);
-        SyncGridColumns(*grid);
     }
     for (size_t index = 0; index < lists_.channels.arrows.size(); ++index) {
         view_.ArrowChanged(lists_.channels.ColumnAt(index));

@@ -88,6 +88,7 @@ public:
         {"cancel", [this] { editor.Cancel(); }},
         {"ok", [this] { editor.Ok(); }},
     };
+    void IsDone() const { test.view.ExpectWhatTheEditorHolds(); }
     const Sights sights{
         {"taken", [this] { return Told(taken); }},
         {"editing", [this] { return test.Editing(); }},
@@ -193,12 +194,8 @@ private:
     /// "0 1 4 @4/11": the selected rows, and the current row and column.
     std::wstring Selected() const
     {
-        std::wstring rows;
-        for (const int32_t row : editor.Selection(Shown()).Rows()) {
-            rows += std::to_wstring(row) + L" ";
-        }
-        return rows + L"@" + std::to_wstring(editor.SelectedRow(Shown())) + L"/" +
-               std::to_wstring(editor.CurrentColumn(Shown()));
+        const std::wstring place = test.view.Place(Shown());
+        return place.substr(0, place.find(L" from"));
     }
     /// Of the document each channel's frequency and symbol rate.
     std::wstring Channels() const

@@ -48,6 +48,8 @@ TEST(PastedCells, FindTheirColumnsByHeadingOrByPlace)
     };
     EXPECT_EQ("0: 11 12", columns({{L"474", L"6.9"}}, MP_FREQUENCY));
     EXPECT_EQ("0: 10 11 12", columns({{L"S1", L"474", L"6.9"}, {L"", L" ", L""}}, MP_SYMBOLRATE));
+    EXPECT_EQ("0: 11 12", columns({{L"474", L"6.9", L""}, {L"", L" ", L""}}, MP_FREQUENCY));
+    EXPECT_EQ("fault", columns({{L"", L" "}}, MP_USERFIELD));
     EXPECT_EQ("1: 11 10", columns({{L"Frequency (MHz)", L"Label"}, {L"474", L"S1"}}, MP_SYMBOLRATE));
     EXPECT_EQ("1: 10 11", columns({{L"Kanal", L"Frequenz"}, {L"S1", L"474"}}, MP_USERFIELD));
     EXPECT_EQ("1: 0 2", columns({{L"CAPTION", L"Save"}, {L"x", L"1"}}, captionColumn));

@@ -15,7 +15,7 @@
 
 namespace tvn2x {
 
-/// A window that keeps a copy of the grids by the notices alone, and moves the keyboard as it is told.
+/// A window that keeps a copy of what it shows by the notices alone, and moves the keyboard as it is told.
 class FakeView : public EditorView
 {
 public:
@@ -30,16 +30,22 @@ public:
         for (int32_t each = row; each < row + count; ++each) {
             grids[grid].insert(grids[grid].begin() + each, Row(grid, each));
         }
+        SelectionChanged(grid);
     }
     void RowsRemoved(Grid grid, int32_t row, int32_t count) override
     {
         grids[grid].erase(grids[grid].begin() + row, grids[grid].begin() + row + count);
+        SelectionChanged(grid);
     }
-    void GridChanged(Grid grid) override { grids[grid] = Content(grid); }
-    void SelectionChanged(Grid) override {}
-    void ArrowChanged(Column) override {}
-    void CellEditorChanged() override {}
-    void PageChanged() override {}
+    void GridChanged(Grid grid) override
+    {
+        grids[grid] = Content(grid);
+        SelectionChanged(grid);
+    }
+    void SelectionChanged(Grid grid) override { places[grid] = Place(grid); }
+    void ArrowChanged(Column column) override { arrows[column] = editor->Arrow(column); }
+    void CellEditorChanged() override { cellEditor = CellEditor(); }
+    void PageChanged() override { page = editor->CurrentPage(); }
     void ChoiceChanged(Choice) override { ++shown; }
     void FieldChanged(Field) override {}
     void CheckChanged(Check) override { ++shown; }
@@ -82,6 +88,38 @@ public:
     }
     void Close() override { closed = true; }
 
+    void ExpectWhatTheEditorHolds() const
+    {
+        for (const auto& [grid, cells] : grids) {
+            EXPECT_EQ(Content(grid), cells);
+        }
+        for (const auto& [grid, place] : places) {
+            EXPECT_EQ(Place(grid), place);
+        }
+        for (const auto& [column, arrow] : arrows) {
+            EXPECT_EQ(editor->Arrow(column), arrow);
+        }
+        EXPECT_EQ(CellEditor(), cellEditor);
+        EXPECT_EQ(editor->CurrentPage(), page);
+        EXPECT_EQ(editor->OkIsDefault(), okIsDefault);
+    }
+
+    /// The rows that are selected, the current cell and the first row shown: "1 2 @2/10 from 0".
+    std::wstring Place(Grid grid) const
+    {
+        std::wstring place;
+        for (const int32_t row : editor->Selection(grid).Rows()) {
+            place += std::to_wstring(row) + L" ";
+        }
+        return place + L"@" + std::to_wstring(editor->SelectedRow(grid)) + L"/" +
+               std::to_wstring(editor->CurrentColumn(grid)) + L" from " + std::to_wstring(editor->TopRow(grid));
+    }
+    std::wstring CellEditor() const
+    {
+        const CellEdit& edit = editor->CurrentEdit();
+        return edit.open ? std::to_wstring(edit.column) + L"/" + std::to_wstring(edit.row) : L"";
+    }
+
     Cells Content(Grid grid) const
     {
         Cells cells;
@@ -93,6 +131,10 @@ public:
 
     Editor* editor = nullptr;
     std::map<Grid, Cells> grids;
+    std::map<Grid, std::wstring> places;
+    std::map<Column, SortArrow> arrows;
+    std::wstring cellEditor;
+    Page page = Page::settings;
     std::pair<Control, Column> focus{Control::other, 0};
     std::wstring notes;
     std::wstring richText = L"{\\rtf1 new}";
@@ -104,7 +146,7 @@ public:
     int shown = 0;  ///< choices and checks
     int confirmed = 0;
     int beeps = 0;
-    bool okIsDefault = false;
+    bool okIsDefault = true;
     bool closed = false;
 
 private:
@@ -123,14 +165,8 @@ class TestEditor
 {
 public:
     explicit TestEditor(std::wstring decimal = L".") : locale(std::move(decimal)) { view.editor = &editor; }
-    /// Every test ends with the window showing what the editor holds.
-    ~TestEditor()
-    {
-        for (const auto& [grid, cells] : view.grids) {
-            EXPECT_EQ(view.Content(grid), cells);
-        }
-        EXPECT_EQ(editor.OkIsDefault(), view.okIsDefault);
-    }
+    /// Whatever was done, the window shows what the editor holds.
+    ~TestEditor() { view.ExpectWhatTheEditorHolds(); }
 
     /// Channels "A", "B", ... at the frequencies given, 6.9 MSymb/s each.
     void Put(const std::vector<double>& frequencies)

@@ -91,6 +91,9 @@ void PlayLine(Session& session, const std::string& line)
         const std::string name = session.Take(line);
         ASSERT_TRUE(session.deeds.contains(name)) << name;
         session.deeds.at(name)();
+        if constexpr (requires { session.IsDone(); }) {
+            session.IsDone();  // what holds after every deed
+        }
         return;
     }
     const size_t colon = line.find(": ");
