@@ -76,6 +76,7 @@ TEST(ChannelScan, LockThatGoesWhileMeasuringReadsIntermittentEvenWhenItComesBack
             EXPECT_TRUE(test.Measure());
             for (const MP_TYPES indicator : lockIndicators) {
                 EXPECT_EQ(test.Cell(indicator), indicator == lost ? L"INTERMITTENT" : L"OK") << indicator << when;
+                EXPECT_EQ(test.log.Count("Cell 1," + std::to_string(indicator)), indicator == lost ? 2 : 1);
             }
         }
     }
