@@ -3,7 +3,6 @@
 #include <arpa/inet.h>
 #include <gmock/gmock.h>
 #include <poll.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -192,27 +191,6 @@ TEST_F(HttpServerTest, SendsAwayWhoAsksForNothing)
     served.Measure(2);
     Publish();
     EXPECT_THAT(follower.Until(IdLine()), HasSubstr(IdLine()));
-}
-
-TEST_F(HttpServerTest, AcceptsAgainWhoCameWhenThereWasNoSocketLeft)
-{
-    Start();
-    Reader known(Port());
-    known.Ask("/api/run");
-    known.Until("}}}\n");
-    rlimit files{};
-    getrlimit(RLIMIT_NOFILE, &files);
-    const int next = dup(0);
-    close(next);
-    rlimit few = files;
-    few.rlim_cur = static_cast<rlim_t>(next) + 1;  // the reader's own, and none for the server
-    setrlimit(RLIMIT_NOFILE, &few);
-    Reader reader(Port());
-    reader.Ask("/api/run");
-    known.Ask("/api/run");
-    EXPECT_THAT(known.Until("}}}\n"), HasSubstr("200 OK")) << "whoever is there is served";
-    setrlimit(RLIMIT_NOFILE, &files);
-    EXPECT_THAT(reader.Until("}}}\n"), HasSubstr("200 OK"));
 }
 
 TEST_F(HttpServerTest, EndsHalfAndWrongRequests)
