@@ -130,9 +130,7 @@ TEST(LiveStory, IsToldInEveryFormAsWritten)
     live.End();
     story.Tell("the end", LiveEvents(*story.state, story.state->version - 1) + RunData(*story.state, 0) +
                               LiveMetrics(*story.state, MetricsFormat::openMetrics));
-    const std::string now = testing::TempDir() + "live-story.txt";
-    std::ofstream(now) << story.told;
-    EXPECT_EQ(TestFile("live-story.txt"), story.told) << "what is told now is in " << now;
+    ExpectTold("live-story.txt", story.told);
 }
 
 }  // namespace

@@ -158,9 +158,7 @@ TEST(ReportStory, IsToldInEveryFormAsWritten)
         story.Tell("diagnosis", DiagnosisText(diagnosis, 100));
         story.Tell("diagnosis as data", DiagnosisJson(diagnosis));
     }
-    const std::string now = testing::TempDir() + "report-story.txt";
-    std::ofstream(now) << story.told;
-    EXPECT_EQ(TestFile("report-story.txt"), story.told) << "what is told now is in " << now;
+    ExpectTold("report-story.txt", story.told);
 }
 
 }  // namespace

@@ -80,9 +80,7 @@ TEST_F(LiveSiteTest, AnswersEachQuestionAsWritten)
     for (const auto& [answer, questions] : answers) {
         all += questions + answer + "\n\n";
     }
-    const std::string now = testing::TempDir() + "serve-answers.txt";
-    std::ofstream(now) << all;
-    EXPECT_EQ(TestFile("serve-answers.txt"), all) << "what is answered now is in " << now;
+    ExpectTold("serve-answers.txt", all);
 }
 
 TEST_F(LiveSiteTest, KeepsTheTokenFromThePage)

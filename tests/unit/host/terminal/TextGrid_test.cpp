@@ -30,9 +30,7 @@ TEST(TextGrid, GridsLookAsTheirFileShowsThem)
     for (const int32_t width : {64, 57, 56, 12}) {
         grids += reasons.Render(width);
     }
-    const std::string now = testing::TempDir() + "text-grids.txt";
-    std::ofstream(now) << ToUtf8(grids);
-    EXPECT_EQ(ToUtf8(grids), TestFile("text-grids.txt")) << "what is shown now is in " << now;
+    ExpectTold("text-grids.txt", ToUtf8(grids));
 
     // A terminal narrower than a column gets one column a panel, and never a control character.
     folded.AddRow({L"2", L"a\x1B[2J\r\n\x9Bz", L"b", L""});
