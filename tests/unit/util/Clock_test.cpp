@@ -24,6 +24,7 @@ TEST(SystemClock, RunsOnFromTheTimeOfDayOnTheWall)
     const DateTime wall = clock.Now();
     const double after = clock.SteadySeconds();
     EXPECT_LE(before, after);
+    EXPECT_GT(wall.year, 2000);
 
     const double sinceMidnight = wall.hour * 3600 + wall.minute * 60 + wall.second;
     EXPECT_LE(std::fabs(std::remainder(sinceMidnight - before, day)), after - before + 1);
