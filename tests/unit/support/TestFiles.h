@@ -18,13 +18,13 @@ inline std::string TestFile(const std::string& name)
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// Holds a long text against the file that has it. What is told now is written beside the other temporary files, so
-/// that it can be compared, looked at, and made the file.
+/// Holds a long text against the file of tests/data/told that has it. What is told now is written beside the other
+/// temporary files, so that it can be compared, looked at, and made the file.
 inline void ExpectTold(const std::string& name, const std::string& told)
 {
     const std::string now = testing::TempDir() + name;
     std::ofstream(now, std::ios::binary) << told;
-    EXPECT_EQ(TestFile(name), told) << "what is told now is in " << now;
+    EXPECT_EQ(TestFile("told/" + name), told) << "what is told now is in " << now;
 }
 
 /// The description of the input error that an action ends with; "" where it does not refuse.
