@@ -164,7 +164,7 @@ TEST_F(HttpServerTest, LeavesBehindWhoDoesNotRead)
 /// A stream without news has signs of life, for longer than a piece of it may take to be sent.
 TEST_F(HttpServerTest, KeepsAStreamAlive)
 {
-    Start({.write = std::chrono::milliseconds(150), .keepAlive = std::chrono::milliseconds(10)});
+    Start({.write = std::chrono::milliseconds(500), .keepAlive = std::chrono::milliseconds(20)});
     Reader reader(Port());
     reader.Ask("/events");
     for (int sign = 0; sign < 30; ++sign) {
@@ -195,7 +195,6 @@ TEST_F(HttpServerTest, SendsAwayWhoAsksForNothing)
 
 TEST_F(HttpServerTest, EndsHalfAndWrongRequests)
 {
-    Start({.request = std::chrono::milliseconds(50)});
     for (const auto& [request, answer] : std::initializer_list<std::pair<std::string, const char*>>{
              {"GET / HTTP/1.1\r\nHost: localhost\r\n", ""},
              {"", ""},
@@ -205,6 +204,8 @@ TEST_F(HttpServerTest, EndsHalfAndWrongRequests)
              {"GET / HTTP/1.1\r\nHost: localhost\r\nHost: elsewhere.example\r\n\r\n", "HTTP/1.1 421 "},
              {"GET / HTTP/1.1\r\nHost: localhost\r\nX: " + std::string(10'000, 'x'), "HTTP/1.1 431 "},
              {"POST / HTTP/1.1\r\nHost: localhost\r\nContent-Length: 100\r\n\r\nx", "HTTP/1.1 405 "}}) {
+        // What is answered is answered in time also on a machine that has much else to do.
+        Start({.request = std::chrono::milliseconds(*answer == '\0' ? 50 : 10'000)});
         Reader reader(Port());
         reader.Send(request);
         EXPECT_THAT(reader.UntilEnd(), StartsWith(answer)) << request.substr(0, 80);
@@ -215,7 +216,7 @@ TEST_F(HttpServerTest, EndsHalfAndWrongRequests)
 /// Garbage, pieces of requests and readers that go away at any moment, for TVN_FUZZ_SECONDS.
 TEST_F(HttpServerTest, OutlivesGarbage)
 {
-    Start({.connections = 32, .request = std::chrono::milliseconds(200)});
+    Start({.connections = 32, .request = std::chrono::seconds(2)});
     const auto pieces = TestTable("request-pieces.tsv", 1);
     std::minstd_rand random(7);
     const char* const wanted = std::getenv("TVN_FUZZ_SECONDS");
