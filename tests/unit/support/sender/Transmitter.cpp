@@ -124,7 +124,10 @@ std::complex<double> Transmitter::Sample()
     sum *= std::polar(1.0, 2 * pi * signal_.frequency * time);
     if (signal_.noise) {
         const double deviation = Amplitude(-*signal_.noise) * std::sqrt(signal_.rate / signal_.symbolRate / 2);
-        sum += std::complex<double>(gaussian_(random_) * deviation, gaussian_(random_) * deviation);
+        // One after the other, so that every compiler sends the same.
+        const double inPhase = gaussian_(random_) * deviation;
+        const double quadrature = gaussian_(random_) * deviation;
+        sum += std::complex<double>(inPhase, quadrature);
     }
     return signal_.inverted ? std::conj(sum) : sum;
 }
