@@ -9,12 +9,13 @@ namespace {
 /// Takes one character from the front; half a surrogate pair is none.
 uint32_t TakeWide(std::wstring_view& text)
 {
-    const auto first = static_cast<uint32_t>(text[0]);
+    const auto first = static_cast<char32_t>(text[0]);
     text.remove_prefix(1);
-    if (sizeof(wchar_t) == 2 && IsHighSurrogate(first) && !text.empty() && IsLowSurrogate(text[0])) {
-        const auto second = static_cast<uint32_t>(text[0]);
-        text.remove_prefix(1);
-        return JoinedSurrogates(first, second);
+    if (sizeof(wchar_t) == 2 && IsHighSurrogate(first) && !text.empty()) {
+        if (const auto second = static_cast<char32_t>(text[0]); IsLowSurrogate(second)) {
+            text.remove_prefix(1);
+            return JoinedSurrogates(first, second);
+        }
     }
     return IsHighSurrogate(first) || IsLowSurrogate(first) || first > lastCharacter ? replacementCharacter : first;
 }
