@@ -10,6 +10,7 @@
 #include "support/FakeClock.h"
 #include "support/TestFiles.h"
 #include "support/TestRun.h"
+#include "support/TimeZone.h"
 #include "util/Encoding.h"
 
 namespace tvn2x {
@@ -84,8 +85,7 @@ public:
 
 TEST(LiveStory, IsToldInEveryFormAsWritten)
 {
-    setenv("TZ", "UTC0", 1);
-    tzset();
+    const TimeZone universal("UTC0");
     Story story;
     LiveRun& live = story.live;
     story.Tell("page before anything is known", LivePage(*story.state, 0));

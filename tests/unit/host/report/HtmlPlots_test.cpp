@@ -5,6 +5,7 @@
 #include "host/report/Chart.h"
 #include "support/TestFiles.h"
 #include "support/TestRun.h"
+#include "support/TimeZone.h"
 
 namespace tvn2x {
 namespace {
@@ -70,8 +71,7 @@ ReportPlot BudgetsPlot()
 /// From a few seconds to some years, in a zone whose hours are not those of UTC.
 std::string TimePlots()
 {
-    setenv("TZ", "XXX-5:30", 1);
-    tzset();
+    const TimeZone india("IST-5:30");
     constexpr double begin = 1'795'260'007.5;
     std::string drawn;
     for (const double span : {8.0, 500.0, 4e4, 1.5e5, 3e6, 1e8}) {

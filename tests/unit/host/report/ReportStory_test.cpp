@@ -10,6 +10,7 @@
 #include "host/report/RunGrid.h"
 #include "support/TestFiles.h"
 #include "support/TestRun.h"
+#include "support/TimeZone.h"
 #include "util/Encoding.h"
 
 namespace tvn2x {
@@ -136,8 +137,7 @@ std::string Constellations()
 
 TEST(ReportStory, IsToldInEveryFormAsWritten)
 {
-    setenv("TZ", "XXX-5:30", 1);
-    tzset();
+    const TimeZone india("IST-5:30");
     Story story;
     const Limits limits = StoryLimits();
     const FinishedRun mixed = Mixed(), before = DayBefore();
