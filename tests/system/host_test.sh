@@ -79,7 +79,7 @@ for expected in 'Receiver *' '*1/3*synchronised'; do
     [[ $line == $expected ]] || fail "comes after: $line"
 done
 read -r -t 1 line <&4 && fail "comes too late: $line"
-end_by_ctrl_c 3 8000
+end_by_ctrl_c 3 2000
 read -r -t 1 line <&4 && [[ $line == *2/3*stopped ]] || fail "does not show as the end of the running channel"
 expect_match '^  2 '
 expect_text 'Stopped: 3 channels, 1 synchronised, 0 not synchronised, 0 errors, 2 not measured'

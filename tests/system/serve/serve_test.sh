@@ -41,7 +41,7 @@ port=${link##*:}
 expect_exit 2 serve net.ini --network model.ini --listen "127.0.0.1:${port%/}" --journal second.journal
 expect_notice 'another program has this port'
 [ ! -e second.journal ] || fail "leaves a journal"
-end_by_ctrl_c 1 8000
+end_by_ctrl_c 1 3000
 check schema "$root/docs/result.schema.json" run.journal served.jsonl
 [ "$(grep -c '"record":"channel"' run.journal)" = 12 ] || fail "does not keep every channel"
 expect_exit 1 judge served.jsonl
@@ -55,7 +55,7 @@ read -r -t 20 line <&4
 token=$(sed -nE 's|.*/\?token=([0-9a-f]+).*|\1|p' <<<"$line")
 expect_status 401 "/api/run?token=$token"
 get /api/channels/1 -H "Authorization: Bearer $token" | grep -q '"history":\[{"pass":1,' || fail "does not bring the history along"
-end_by_ctrl_c 3 8000
+end_by_ctrl_c 3 3000
 
 # Ctrl+C between two passes, with readers.
 begin --listen 127.0.0.1:0 --every 1h --journal hourly.journal
@@ -63,7 +63,7 @@ for _ in 1 2 3 4 5; do
     get /events -N >/dev/null 2>&1 &
 done
 serve_check until waiting "$link"
-end_by_ctrl_c 3 8000
+end_by_ctrl_c 3 3000
 check schema "$root/docs/result.schema.json" hourly.journal
 [ "$(grep -c '"record":"channel"' hourly.journal)" = 6 ] || fail "does not keep every channel"
 
@@ -83,7 +83,7 @@ serve_check until lost "$link"
 get / | grep -q 'The receiver has failed since' || fail "does not say that the receiver is lost"
 rm unplugged
 serve_check until found "$link"
-end_by_ctrl_c 3 8000
+end_by_ctrl_c 3 3000
 outcomes=$(grep -oE '"outcome":"\w+' lost.journal | cut -d'"' -f4 | uniq | sed -n 1,3p | xargs)
 [ "$outcomes" = 'synchronised error synchronised' ] || fail "measures before and after: $outcomes"
 echo "a scan is served as it should be; Ctrl+C took $took ms"
