@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cctype>
 #include <cmath>
-#include <fstream>
 #include <map>
 #include <regex>
 #include <set>
@@ -14,6 +13,7 @@
 #include "setup/catalogue/Options.h"
 #include "setup/catalogue/Parameters.h"
 #include "setup/catalogue/Settings.h"
+#include "support/PageRows.h"
 #include "util/Encoding.h"
 #include "util/modLocaleInfo.h"
 
@@ -123,24 +123,19 @@ TEST(Settings, HaveTheValuesAndDefaultsThatTheirPageTells)
         settings.insert(
             {Place(rows.section, rows.prefix), {rows.section, rows.prefix, rows.kind, rows.lowest, rows.highest}});
     }
-    std::ifstream page(TVN_TEST_DATA "/../../docs/setup-file.md");
-    const std::regex row(R"(\| (.*?) ?\| (`.+`)[^|]* \| ([^|]+) \| ([^|]*) \|)"), name("`([^`]+?)( *NN)?`");
+    const std::regex name("`([^`]+?)( *NN)?`");
+    const std::sregex_iterator end;
     std::set<std::string> told;
     std::string sections;
-    for (std::string line; std::getline(page, line);) {
-        std::smatch cells;
-        if (!std::regex_match(line, cells, row)) {
-            continue;
-        }
-        sections = cells.length(1) == 0 ? sections : cells.str(1);
-        const std::string keys = cells.str(2), otherwise = cells.str(4);
-        const std::sregex_iterator end;
+    for (const auto& row : PageRows("setup-file.md", R"(\| (.*?) ?\| (`.+`)[^|]* \| ([^|]+) \| ([^|]*) \|)")) {
+        const std::string &keys = row[1], &value = row[2], &otherwise = row[3];
+        sections = row[0].empty() ? sections : row[0];
         for (std::sregex_iterator section(sections.begin(), sections.end(), name); section != end; ++section) {
             for (std::sregex_iterator key(keys.begin(), keys.end(), name); key != end; ++key) {
                 const std::string place = Place((*section)[1].str(), (*key)[1].str());
                 told.insert(place);
                 const bool isRow = (*key)[2].matched;
-                ExpectAsTold(place, cells.str(3), isRow ? "empty" : otherwise, settings.at(place));
+                ExpectAsTold(place, value, isRow ? "empty" : otherwise, settings.at(place));
             }
         }
     }

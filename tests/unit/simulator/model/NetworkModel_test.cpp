@@ -2,9 +2,9 @@
 
 #include <gmock/gmock.h>
 
-#include <fstream>
 #include <regex>
 
+#include "support/PageRows.h"
 #include "support/TestTable.h"
 #include "util/Encoding.h"
 
@@ -68,22 +68,19 @@ TEST(NetworkModel, RefusesFilesThatAreNoModel)
 /// The page that people write their models by.
 TEST(NetworkModel, HasTheRangesAndDefaultsThatItsPageTells)
 {
-    std::ifstream page(TVN_TEST_DATA "/../../docs/network-model.md");
-    const std::regex row(R"(\| `([^`]+)` \| ([^|]+) \| ([^|]+) \|.*)"), range(R"((-?[\d.]+) to ([\d.]+))");
+    const std::regex range(R"((-?[\d.]+) to ([\d.]+))");
     NetworkModel model = NetworkModel::Parse("[Channel 1]\nFrequency (MHz)=474\n", L"net.ini");
     std::wstring section = L"Network";
-    int keys = 0;
-    for (std::string line; std::getline(page, line);) {
-        std::smatch cells, ends;
-        if (!std::regex_match(line, cells, row)) {
-            continue;
-        }
-        ++keys;
-        const std::wstring key = FromUtf8(cells.str(1));
-        const std::string allowed = cells.str(2), standard = cells.str(3);
+    const auto rows = PageRows("network-model.md", R"(\| `([^`]+)` \| ([^|]+) \| ([^|]+) \|.*)");
+    EXPECT_GT(rows.size(), 30u);
+    for (const std::vector<std::string>& row : rows) {
+        SCOPED_TRACE(row[0]);
+        const std::wstring key = FromUtf8(row[0]);
+        const std::string &allowed = row[1], &standard = row[2];
+        std::smatch ends;
         section = key == L"Frequency (MHz)" ? L"Channel 1" : section;
         if (standard != "all" && !standard.starts_with("none")) {
-            EXPECT_EQ(ToUtf8(model.Get(section, key)), standard) << line;
+            EXPECT_EQ(ToUtf8(model.Get(section, key)), standard);
         }
         if (std::regex_match(allowed, ends, range)) {
             const double low = std::stod(ends.str(1)), high = std::stod(ends.str(2));
@@ -93,14 +90,13 @@ TEST(NetworkModel, HasTheRangesAndDefaultsThatItsPageTells)
                 return isWhole ? std::to_wstring(static_cast<int64_t>(value)) : std::to_wstring(value);
             };
             for (const double good : {low, high}) {
-                EXPECT_NO_THROW(model.Set(section, key, text(good))) << line;
+                EXPECT_NO_THROW(model.Set(section, key, text(good)));
             }
             for (const double bad : {low - step, high + step}) {
-                EXPECT_THROW(model.Set(section, key, text(bad)), ModelError) << line;
+                EXPECT_THROW(model.Set(section, key, text(bad)), ModelError);
             }
         }
     }
-    EXPECT_GT(keys, 30);
 }
 
 }  // namespace
