@@ -48,38 +48,34 @@ void PutIf(Json& json, const char* key, const std::wstring& text)
 }
 
 /// With the digits that make a short number what it is: as a long one it would have ten more that mean nothing.
-std::optional<double> Shortest(const std::optional<float>& number)
+void PutIf(Json& json, const char* key, const std::optional<float>& number)
 {
-    if (!number) {
-        return {};
+    if (number) {
+        json[key] = std::stod(fmt::format("{}", *number));
     }
-    return std::stod(fmt::format("{}", *number));
 }
 
-/// As exact as anybody can use them.
-std::optional<double> Milliseconds(const std::optional<double>& seconds)
+/// To the millisecond, which is as exact as anybody can use them.
+void PutSeconds(Json& json, const char* key, const std::optional<double>& seconds)
 {
-    if (!seconds) {
-        return {};
+    if (seconds) {
+        json[key] = std::round(*seconds * 1e3) / 1e3;
     }
-    return std::round(*seconds * 1e3) / 1e3;
 }
 
 Json NowJson(const LiveState& state, double age)
 {
     const LiveNow& now = state.now;
-    Json json{{"phase", PhaseName(now.phase)},
-              {"pass", now.pass},
-              {"done", now.done},
-              {"ageSeconds", Milliseconds(age).value()}};
+    Json json{{"phase", PhaseName(now.phase)}, {"pass", now.pass}, {"done", now.done}};
+    PutSeconds(json, "ageSeconds", age);
     PutIf(json, "channel", now.channel);
     PutIf(json, "status", now.status);
-    PutIf(json, "secondsLeft", Milliseconds(now.left));
-    PutIf(json, "nextPassInSeconds", Milliseconds(now.nextPass));
+    PutSeconds(json, "secondsLeft", now.left);
+    PutSeconds(json, "nextPassInSeconds", now.nextPass);
     PutIf(json, "fault", now.fault);
     PutIf(json, "faultSince", now.faultSince);
     json["passesDone"] = state.passesDone;
-    PutIf(json, "lastPassSeconds", Milliseconds(state.lastPassSeconds));
+    PutSeconds(json, "lastPassSeconds", state.lastPassSeconds);
     PutIf(json, "lastPassEnded", state.lastPassEnded);
     return json;
 }
@@ -98,9 +94,9 @@ Json PointJson(const LivePoint& point)
 {
     Json json{
         {"pass", point.pass}, {"began", Text(UtcText(point.began))}, {"result", Text(VerdictName(point.verdict))}};
-    PutIf(json, "levelDbuv", Shortest(point.level));
-    PutIf(json, "merDb", Shortest(point.mer));
-    PutIf(json, "ber", Shortest(point.ber));
+    PutIf(json, "levelDbuv", point.level);
+    PutIf(json, "merDb", point.mer);
+    PutIf(json, "ber", point.ber);
     if (point.isBerBound) {
         json["berIsBound"] = true;
     }
