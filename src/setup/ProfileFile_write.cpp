@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "setup/ProfileFile.h"
@@ -189,11 +190,15 @@ bool ProfileFile::Admit(std::initializer_list<std::string_view> texts)
         return true;
     }
     // What a change has taken out of the file is in the way no longer.
-    if (!file_text::IsKnown(content_, *codePage_)) {
-        Settle();
+    Settle();
+    std::optional<std::string> characters = file_text::InCharacters(content_, *codePage_);
+    if (!characters) {
+        return false;
     }
-    utf16_ = file_text::IsKnown(content_, *codePage_);
-    return utf16_;
+    // What stood for bytes is found by its characters from now on, as it will be in the file that is written.
+    Reset(std::move(*characters));
+    utf16_ = true;
+    return true;
 }
 
 bool ProfileFile::Write(std::string_view section, std::string_view key, std::optional<std::string_view> value)

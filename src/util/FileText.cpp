@@ -207,15 +207,19 @@ bool Fits(std::string_view text, const CodePage& page)
     return page.Decode(page.Encode(wide)) == wide;
 }
 
-bool IsKnown(std::string_view text, const CodePage& page)
+std::optional<std::string> InCharacters(std::string_view text, const CodePage& page)
 {
+    std::string characters;
+    characters.reserve(text.size());
     while (!text.empty()) {
-        TakeCharacters(text);
-        if (!page.DecodeStrictly(TakeBytes(text))) {
-            return false;
+        characters += TakeCharacters(text);
+        const std::optional<std::wstring> wide = page.DecodeStrictly(TakeBytes(text));
+        if (!wide) {
+            return std::nullopt;
         }
+        characters += FromWide(*wide);
     }
-    return true;
+    return characters;
 }
 
 std::string FromUtf16(std::string_view bytes)

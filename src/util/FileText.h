@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,8 +19,9 @@ std::string FromBytes(std::string bytes, const CodePage& page);
 std::string ToBytes(std::string text, const CodePage& page);
 /// Whether a text reads back identical from the code page.
 bool Fits(std::string_view text, const CodePage& page);
-/// Whether every byte of the file that a text was made of is a character of the code page.
-bool IsKnown(std::string_view text, const CodePage& page);
+/// The text with the characters of the code page in place of what stands for its bytes; nothing where one is none
+/// there.
+std::optional<std::string> InCharacters(std::string_view text, const CodePage& page);
 
 /// Of a file in UTF-16LE without its mark; `bytes` has an even length.
 std::string FromUtf16(std::string_view bytes);

@@ -59,6 +59,18 @@ TEST(ProfileFile, WhatAChangeHasTakenOutIsInNobodysWay)
     EXPECT_TRUE(profile.Write("a", "m", lacked));
 }
 
+TEST(ProfileFile, AFileThatBecomesUtf16HasItsCharactersAtOnce)
+{
+    const ShiftedCodePage shifted;
+    const std::string stoodForBytes = file_text::FromWide(L"\u7E8A");
+    // The second of two places of a character: it would not come back as the same bytes.
+    ProfileFile profile("[a]\nk=1\n\xED\x40=\xED\x40\n", shifted);
+    EXPECT_FALSE(profile.Find("a", stoodForBytes));
+    EXPECT_TRUE(profile.Write("a", "k", "2") && profile.Write("a", "m", file_text::FromWide(L"\u041C")));
+    EXPECT_EQ(stoodForBytes, profile.GetString("a", stoodForBytes, ""));
+    EXPECT_EQ(profile.GetSection("a"), ProfileFile(profile.Render(), shifted).GetSection("a"));
+}
+
 TEST(ProfileFile, AKeyIsChangedWhereItWasJustAdded)
 {
     ProfileFile profile("[a]\r\n");
