@@ -66,6 +66,12 @@ on_screen() {
     )
 }
 
+# Whether a program's output is Wine's word that it could not start it: then it has done nothing, and can be started
+# again. It is rare and says nothing of us.
+not_started() { # FILE...
+    grep -qs 'ShellExecuteEx failed: Internal error' "$@"
+}
+
 # The Windows name of a file: drive Z: is the root of this machine.
 wine_path() {
     local full

@@ -15,7 +15,7 @@ for build in win64:x86_64-w64-mingw32 win32:i686-w64-mingw32; do
         foreign=$(sed -n 's/^\tDLL Name: //p' <<<"$dump" | grep -viE '^(kernel32|msvcrt|ole32|oleaut32|advapi32|user32|gdi32|comctl32|uxtheme|oleacc|bcrypt|api-ms-win-.*|ucrtbase)\.dll$' || true)
         [ -z "$foreign" ] || { echo "$file imports: $foreign"; exit 1; }
         grep -q DYNAMIC_BASE <<<"$dump" && grep -q NX_COMPAT <<<"$dump" || { echo "$file is not hardened"; exit 1; }
-        "$objdump" -h "$file" | grep -q '\.rsrc' || { echo "$file has no resources"; exit 1; }
+        grep -q '\.rsrc' <<<"$("$objdump" -h "$file")" || { echo "$file has no resources"; exit 1; }
         echo "$file: exports and imports as they should be"
     done
 done

@@ -11,12 +11,6 @@ vendor={A0000000-0000-0000-0000-000000000001}
 choose() { # HIVE PROGRAM WORDS
     wine reg add "$1\\$settings" /v "$2" /d "$3" /f >/dev/null
 }
-give_back() {
-    enter vendor-gone
-    for hive in HKCU HKLM; do wine reg delete "$hive\\$settings" /f >/dev/null 2>&1 || true; done
-    wine regsvr32 /s "$(wine_path "$bin/XKTR2x.dll")"
-}
-trap give_back EXIT
 enter vendor VENDOR="$bin/vendor_driver.dll"
 
 # For one run.

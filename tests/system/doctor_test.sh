@@ -18,7 +18,6 @@ give_back() {
     wine "$bin/tvnhost.exe" register >/dev/null
     for name in XKTR2x TVN2x XKIQ2x; do wine regsvr32 /s "$(wine_path "$bin/$name.dll")"; done
 }
-trap give_back EXIT
 
 expect_exit 0 doctor
 expect_text 'Nothing is wrong' 'TVN2x.clsSetup' 'TVNINT (type library)' '(simulated)'

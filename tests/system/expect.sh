@@ -2,7 +2,7 @@
 # makes the folder $work anew with an empty folder in it, in which the script goes on. The rest runs a command and says
 # what it should end with and print.
 
-# TVN_BITS=32 makes it the programs of 32 bits, in their world, in a Wine that goes on from call to call.
+# TVN_BITS=32 makes it the programs of 32 bits, in their world.
 
 # Nothing ends a script without a word.
 trap 'echo "line $LINENO: ends with $?: $BASH_COMMAND"' ERR
@@ -12,19 +12,41 @@ wine_environment
 bits=${TVN_BITS:-64}
 bin=$root/build/win$bits/bin
 work=$root/build/$1
+[ "$bits" = 64 ] || work+=_x86
+rm -rf "$work"
+mkdir -p "$work/files"
+touch "$work/out" "$work/err"
+
+# What is to be done when the script ends, however it does: the last one first.
+ends=()
+at_end() { ends=("$1" "${ends[@]}"); }
+trap 'for end in "${ends[@]}"; do eval "$end" || true; done' EXIT
+
+# A registry and a Wine server of the script's own, on the disk C: that all share: nothing that it changes, and no way in
+# which it ends, meets another one.
+own_wine() { # PREFIX
+    mkdir "$work/wine"
+    ln -s "$1/drive_c" "$work/wine/drive_c"
+    cp -a "$1"/{system.reg,user.reg,userdef.reg,dosdevices,made} "$work/wine"
+    [ ! -f "$1/.update-timestamp" ] || cp -a "$1/.update-timestamp" "$work/wine"
+}
 if [ "$bits" = 64 ]; then
-    tools/wine cmd /c ver >/dev/null # the prefix is made and everything registered
+    [ -f "$WINEPREFIX/made" ] || tools/wine cmd /c ver >/dev/null
+    own_wine "$WINEPREFIX"
+    export TVN_PREFIX=${work#"$root/build/"}/wine
+    wine_environment
+    wineserver -p60 # none is on its way out when the next program comes
+    at_end 'wineserver -k'
+    wine_ready
 else
-    work+=_x86
+    [ -f "$root/build/wine32/made" ] || tools/world32 cmd /c ver >/dev/null </dev/null
+    own_wine "$root/build/wine32"
+    export TVN_BARE=${work#"$root/build/"}/wine
     wine_program=$root/tools/world32
-    export TVN_BARE=wine32-scripts
     "$wine_program" "$bin/tvnhost.exe" register >/dev/null </dev/null
     for name in XKTR2x TVN2x; do "$wine_program" regsvr32 /s "$(wine_path "$bin/$name.dll")" </dev/null; done
 fi
 program=("$bin/tvnhost.exe")
-rm -rf "$work"
-mkdir -p "$work/files"
-touch "$work/out" "$work/err"
 cd "$work/files"
 
 wine() { "$wine_program" "$@" </dev/null; }
@@ -35,10 +57,14 @@ fail() {
     exit 1
 }
 expect_exit() { # CODE ARGUMENT..., or one CODE|of|several; prints into $output where that is set
-    local code=$1 status=0
+    local code=$1 status attempt
     shift
     said="${program[0]##*/} $*"
-    "$wine_program" "${program[@]}" "$@" >"${output:-$work/out}" 2>"$work/err" </dev/null || status=$?
+    for attempt in 1 2 3; do
+        status=0
+        "$wine_program" "${program[@]}" "$@" >"${output:-$work/out}" 2>"$work/err" </dev/null || status=$?
+        not_started "$work/out" "$work/err" || break
+    done
     [[ "|$code|" == *"|$status|"* ]] || fail "ends with $status instead of $code"
 }
 expect_text() { # LINE_OR_PART...
@@ -61,7 +87,7 @@ on_terminal() { # ARGUMENT...
     SHELL=/bin/bash script -qec "exec '$wine_program' '$bin/tvnhost.exe' $* >'$work/out' 2>notices" /dev/null \
         <keys >/dev/null 3>&- 4>&- &
     job=$!
-    trap '[ -z "$job" ] || kill "$job" 2>/dev/null || true' EXIT
+    at_end '[ -z "$job" ] || kill "$job" 2>/dev/null'
     exec 3<>keys 4<>notices
 }
 end_by_ctrl_c() { # CODE MILLISECONDS

@@ -27,13 +27,12 @@ else
     start() { TVN_BARE=${WINEPREFIX#"$root/build/"} "$root/tools/world32" "$@"; }
     trap 'start wineboot -k </dev/null || true' EXIT
 fi
-# What Wine could not start has done nothing, and is started again; that it could not is rare and says nothing of us.
 wine() {
     local status attempt
     for attempt in 1 2 3; do
         status=0
         start "$@" </dev/null >"$work/wine.out" || status=$?
-        grep -q 'ShellExecuteEx failed: Internal error' "$work/wine.out" || break
+        not_started "$work/wine.out" || break
     done
     cat "$work/wine.out"
     return $status
@@ -133,7 +132,7 @@ said='upgrade beside a vendor'
 driver='HKLM\Software\Classes\CLSID\{78BE4523-D7A7-4F15-B0C0-964A5FB290E8}\InprocServer32'
 wine reg add "$driver" /ve /d 'C:\vendor\driver.dll' /f >/dev/null
 installer /i "$newer" REINSTALL=ALL REINSTALLMODE=omus
-wine reg query "$driver" /ve | grep -q vendor || fail "the vendor's driver is replaced"
+grep -q vendor <<<"$(wine reg query "$driver" /ve)" || fail "the vendor's driver is replaced"
 wine reg add "$driver" /ve /d "$folder\\XKTR2x.dll" /f >/dev/null
 
 said=downgrade

@@ -53,7 +53,6 @@ all() { for name in host driver plugin; do step "$1$name"; done; }
 # The receiver of recordings would take the place of whoever goes.
 recordings() { "$wine_program" regsvr32 /s ${1:-} "$(wine_path "$bin/XKIQ2x.dll")" </dev/null; }
 recordings /u
-trap 'all +; recordings' EXIT
 install_again
 all +
 export_classes registered.reg

@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "$0")/../.."
 . tests/system/expect.sh report_test
 mkdir disk
-trap 'mountpoint -q "$work/files/disk" && umount "$work/files/disk"' EXIT
+at_end '! mountpoint -q "$work/files/disk" || umount "$work/files/disk"'
 
 plan=$root/tests/data/plans/at-Kabelsignal
 expect_exit 0 import "$plan" -o net.ini --ber-samples 1 --max-settling-time 1

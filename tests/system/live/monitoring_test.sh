@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "$0")/../../.."
 . tests/system/expect.sh monitoring_test
 jobs=()
-trap 'kill "${jobs[@]}" 2>/dev/null || true' EXIT
+at_end 'kill "${jobs[@]}" 2>/dev/null'
 
 channels=(--from 346 --to 410 --step 32 --order 256)
 expect_exit 0 import "${channels[@]}" --ber-samples 1 --max-settling-time 1 -o net.ini

@@ -7,10 +7,6 @@ cd "$(dirname "$0")/../../.."
 
 maker=$root/build/asan/bin/sample_recording
 settings='Software\TVN2x'
-give_back() {
-    for key in Receiver Signals; do wine reg delete "HKCU\\$settings\\$key" /f >/dev/null 2>&1 || true; done
-}
-trap give_back EXIT
 mkdir good bad
 "$maker" good 1.2 306:64:36
 "$maker" bad 1.2 314:64:22
