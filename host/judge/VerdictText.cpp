@@ -24,8 +24,9 @@ std::wstring Head(const RunJudgement& judgement)
 
 std::wstring CountsText(const FinishedRun& run, const RunJudgement& judgement)
 {
-    std::wstring text = fmt::format(L"{} of {} pass", judgement.Count(Verdict::pass),
-                                    Counted(judgement.planned, run.passes == 1 ? L"channel" : L"measurement"));
+    std::wstring text = fmt::format(L"{} of {} {}", judgement.Count(Verdict::pass),
+                                    Counted(judgement.planned, run.passes == 1 ? L"channel" : L"measurement"),
+                                    judgement.planned == 1 ? L"passes" : L"pass");
     const auto add = [&](Verdict verdict, const wchar_t* one, const wchar_t* several) {
         if (const int64_t count = judgement.Count(verdict)) {
             text += fmt::format(L", {} {}", count, count == 1 ? one : several);
