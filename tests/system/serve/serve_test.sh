@@ -3,7 +3,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/../../.."
 . tests/system/expect.sh serve_test
-expect_exit 0 import --from 306 --to 346 --step 8 --order 256 --ber-samples 1 -o net.ini
+expect_exit 0 import --from 306 --to 346 --step 8 --order 256 --ber-samples 1 --max-settling-time 1 -o net.ini
 expect_exit 0 network --from 306 --to 346 --step 8 --order 256 --seed 7 -o model.ini
 
 receiver='--network model.ini --time-scale 0.001'
