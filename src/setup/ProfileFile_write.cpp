@@ -190,8 +190,7 @@ bool ProfileFile::Admit(std::initializer_list<std::string_view> texts)
         return true;
     }
     // What a change has taken out of the file is in the way no longer.
-    Settle();
-    std::optional<std::string> characters = file_text::InCharacters(content_, *codePage_);
+    std::optional<std::string> characters = file_text::InCharacters(RenderText(), *codePage_);
     if (!characters) {
         return false;
     }
