@@ -101,10 +101,9 @@ void LiveRun::BeginPass(int32_t pass, int32_t channels)
 {
     pass_ = {.channels = channels, .channel = {}, .status = {}};
     passBegan_ = clock_.SteadySeconds();
-    state_.now.phase = LivePhase::measuring;
+    Enter(LivePhase::measuring);
     state_.now.pass = pass;
     state_.now.done = static_cast<int32_t>(state_.channels.size()) - channels;
-    state_.now.nextPass.reset();
     PublishNow();
 }
 
@@ -153,18 +152,23 @@ void LiveRun::EndPass(double seconds, const std::wstring& ended, std::optional<s
 
 void LiveRun::Wait(double seconds)
 {
-    state_.now.phase = LivePhase::waiting;
-    state_.now.channel.reset();
+    Enter(LivePhase::waiting);
     state_.now.nextPass = seconds;
     PublishNow();
 }
 
 void LiveRun::End()
 {
-    state_.now.phase = LivePhase::ended;
+    Enter(LivePhase::ended);
+    PublishNow();
+}
+
+/// No channel and no waiting time goes on into another phase.
+void LiveRun::Enter(LivePhase phase)
+{
+    state_.now.phase = phase;
     state_.now.channel.reset();
     state_.now.nextPass.reset();
-    PublishNow();
 }
 
 /// Results of one pass, which are judged together.

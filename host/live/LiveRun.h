@@ -33,6 +33,7 @@ public:
     void End();
 
 private:
+    void Enter(LivePhase phase);
     void Take(std::span<const ChannelResult> results);
     void JudgeLatest();
     void Rejudge(LiveChannel& channel, const ChannelJudgement& judgement, const std::optional<double>& step);

@@ -58,6 +58,7 @@ TEST_F(LiveRunTest, TellsSinceWhenAChannelIsBadAndKeepsItsWorst)
     EXPECT_EQ(state->now.channel, 1);
     clock.Advance(3);
     live.EndChannel(Channel(1, good));
+    EXPECT_EQ(state->now.channel, std::nullopt);
     EXPECT_EQ(state->now.left, 3);
     const LiveStatePtr before = state;
     live.EndChannel(Channel(2, low));
@@ -72,6 +73,7 @@ TEST_F(LiveRunTest, TellsSinceWhenAChannelIsBadAndKeepsItsWorst)
     EXPECT_EQ(state->now.nextPass, 54);
 
     live.BeginPass(2, 2);
+    EXPECT_EQ(state->now.nextPass, std::nullopt);
     live.EndChannel(Channel(1, good, 2));
     live.EndChannel(Channel(2, good, 2));
     EXPECT_EQ(state->channels[1].badSince, L"");
@@ -80,6 +82,10 @@ TEST_F(LiveRunTest, TellsSinceWhenAChannelIsBadAndKeepsItsWorst)
     EXPECT_EQ(state->verdict.planned, 2);
     EXPECT_TRUE(RunOf(*state).IsComplete());
     EXPECT_FALSE(RunOf(*before).IsComplete());
+    EXPECT_EQ(RunOf(*before).channels.size(), 2u) << "what is not measured is told";
+    live.BeginChannel(1);
+    live.End();
+    EXPECT_EQ(state->now.channel, std::nullopt) << "stopped in the middle";
 }
 
 /// The level step of the second channel is the first one's fault.
