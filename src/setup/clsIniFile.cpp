@@ -91,7 +91,6 @@ void clsIniFile::FullPath(const std::wstring& path)
     privatePath_ = path;
     TakePath(privatePath_);
     store_.Bind(FileOf(privatePath_));
-    registered_ = !IsBlankText(sectionName_);
     useWinIni_ = false;
 }
 
@@ -117,7 +116,6 @@ void clsIniFile::TakePath(const std::wstring& path)
 void clsIniFile::SectionName(const std::wstring& name)
 {
     sectionName_ = name;
-    registered_ = !IsBlankText(name);
     section_ = profile::FromCaller(name);
 }
 
@@ -165,11 +163,12 @@ int16_t clsIniFile::Exists(const std::wstring& name) const
 
 bool clsIniFile::Registered() const
 {
-    if (!registered_) {
+    const bool registered = !IsBlankText(sectionName_);
+    if (!registered) {
         messages_.Show(L"[Section] and FileName Not Registered in Private.Ini!", L"IniFile Logic Error",
                        MessageIcon::information);
     }
-    return registered_;
+    return registered;
 }
 
 std::wstring clsIniFile::GetString(const std::wstring& key, const std::wstring& defaultValue)

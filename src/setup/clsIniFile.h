@@ -107,7 +107,6 @@ private:
     std::wstring filePath_;
     std::wstring fileName_;
     std::wstring fileExt_;
-    bool registered_ = false;
     bool useWinIni_ = false;
     std::string section_;  ///< the section's name as a profile takes it
 };

@@ -51,6 +51,23 @@ TEST_F(IniFile, StartsOnTheRunningModulesOwnFileAndTakesPathsApart)
     EXPECT_EQ(L"net", ini.ExtractName(L"", 1)) << "an empty path means the full path";
 }
 
+TEST_F(IniFile, TellsItsDescendantOfEachWriteToWinIni)
+{
+    struct Descendant : clsIniFile
+    {
+        using clsIniFile::clsIniFile;
+        void WinIniWritten() override { ++told; }
+        int told = 0;
+    };
+    Descendant descendant(files, messages);
+    descendant.PutString(L"k", L"v");
+    EXPECT_EQ(0, descendant.told);
+    descendant.UseWinINI(true);
+    descendant.PutString(L"k", L"v");
+    descendant.DeleteSection();
+    EXPECT_EQ(2, descendant.told);
+}
+
 TEST_F(IniFile, ATextThatTheCodePageLacksStaysWholeInAUtf16File)
 {
     files.Put(path, "; \xB5\n[s]\nk=1\n?=no\n[\xDC]\n");
