@@ -59,6 +59,14 @@ TEST(ProfileFile, WhatAChangeHasTakenOutIsInNobodysWay)
     EXPECT_TRUE(profile.Write("a", "m", lacked));
 }
 
+TEST(ProfileFile, HalfAUnitAtTheEndStaysThere)
+{
+    ProfileFile profile("\xFF\xFE[\0a\0]\0\n\0x"s);
+    EXPECT_EQ("\xFF\xFE[\0a\0]\0\n\0x"s, profile.Render());
+    EXPECT_TRUE(profile.Write("a", "k", "1"));
+    EXPECT_EQ("\xFF\xFE[\0a\0]\0\n\0k\0=\0001\0\n\0x"s, profile.Render());
+}
+
 TEST(ProfileFile, AFileThatBecomesUtf16HasItsCharactersAtOnce)
 {
     const ShiftedCodePage shifted;

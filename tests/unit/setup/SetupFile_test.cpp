@@ -47,15 +47,30 @@ TEST_F(SetupFile, IsWrittenSectionBySection)
     EXPECT_EQ(L"Head end north\r\nCall before measuring: V\u00F6sendorf", document.Notes());
     const std::wstring copy = L"C:\\data\\copy.ini";
     document.dirty = true;
+    document.appVersion = L"";
     for (const std::wstring& target : {path, copy}) {
         const std::string sample = files.Content(path);
         ASSERT_TRUE(Save(target));
         EXPECT_EQ(sample, files.Content(target));
         EXPECT_EQ(target, document.fullPath);
+        EXPECT_EQ(L"2.0", document.appVersion);
         EXPECT_FALSE(document.dirty);
     }
     EXPECT_EQ(L"copy", document.FileTitle());
     EXPECT_EQ(L"C:\\data", document.FolderOfFile());
+}
+
+TEST_F(SetupFile, IsMeasuredWhatIsShownOrSaved)
+{
+    constexpr int32_t measured = 0, shown = 1, saved = 2;
+    for (const auto& [parameter, which] : {std::pair{MP_MER, shown}, {MP_BER, saved}}) {
+        document.Parameter(shown, parameter, which == shown);
+        document.Parameter(saved, parameter, which == saved);
+    }
+    ASSERT_TRUE(Save(path));
+    document = SetupDocument();
+    ASSERT_TRUE(Load());
+    EXPECT_TRUE(document.Parameter(measured, MP_MER) && document.Parameter(measured, MP_BER));
 }
 
 TEST_F(SetupFile, Version14IsConverted)

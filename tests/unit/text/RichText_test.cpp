@@ -46,6 +46,7 @@ TEST(RichText, EveryBodyReadsAsTheTableSays)
     }
     EXPECT_EQ(PlainText(L"{\\rtf1\\ansi " + std::wstring(100000, L'{') + L"deep}"), L"deep");
     EXPECT_EQ(PlainText(L"{\\rtf1 a\\"), L"a");
+    EXPECT_EQ(PlainText(L"{\\rtf1 \\'e4"), L"\u00E4") << "a byte waits for the next one of its character";
     EXPECT_EQ(PlainText(L"{\\rtf1}}}} left over"), L"");
 }
 
@@ -72,6 +73,8 @@ TEST(TextInput, AnExcerptIsShortAndShowsThatItIs)
     EXPECT_EQ(Excerpt(std::string(41, 'a')), L"\"" + std::wstring(40, L'a') + L"…\"");
     EXPECT_TRUE(Excerpt(many).ends_with(L"\U0001F4E1…\""));
     EXPECT_EQ(Excerpt("a\tb\x7F"), L"\"a?b?\"");
+    const std::wstring pair{static_cast<wchar_t>(0xD83D), static_cast<wchar_t>(0xDCE1)};
+    EXPECT_EQ(Excerpt(std::wstring(39, L'a') + pair), L"\"" + std::wstring(39, L'a') + L"…\"") << "no half of a pair";
 }
 
 TEST(Folding, AloneTheCaseOfAToZIsNoDifference)

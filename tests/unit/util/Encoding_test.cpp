@@ -22,6 +22,16 @@ TEST(CodePage, KeepsEveryByteAndHasAQuestionMarkForWhatIsNotOfWesternEurope)
     EXPECT_EQ(ToCodePage(L"\u03A9 \uFF3B\uFF1D \u0080 \uFFFD"), "? ?? ? ?");
 }
 
+TEST(CodePage, OfANumberIsReadAsFarAsItGoes)
+{
+    EXPECT_EQ(DecodeNumbered(10000, "\x80"), L"\u00C4");
+    EXPECT_EQ(DecodeNumbered(932, "[\x83\x5D\x83"), L"[\u30BE\uFFFD");
+    EXPECT_EQ(DecodeNumbered(1258, "a\xD2"), L"\u1EA3") << "a letter with its accent behind it";
+    EXPECT_EQ(DecodeNumbered(1258, "a"), L"a");
+    EXPECT_EQ(DecodeNumbered(65001, "\xC3\x84"), L"\u00C4");
+    EXPECT_EQ(DecodeNumbered(54321, "a"), std::nullopt);
+}
+
 TEST(Utf8, RoundTripsEveryLength)
 {
     const std::wstring text = L"A\u007F\u0080\u07FF\u0800\uD7FF\uE000\uFFFF\U00010000\U0010FFFF";
