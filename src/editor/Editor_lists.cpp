@@ -29,7 +29,6 @@ void Editor::ListsChanged()
 {
     marksAreOld_ = true;
     for (GridRows* const grid : {&lists_.channels, &lists_.parameters}) {
-        grid->ScrollTo(grid->top);
         grid->Show(grid->selection.Current());
         view_.GridChanged(grid->grid);
     }
