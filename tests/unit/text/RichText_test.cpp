@@ -82,6 +82,7 @@ TEST(Folding, AloneTheCaseOfAToZIsNoDifference)
     for (const auto& [left, right, isEqual] : {std::tuple("", "", true),
                                                {"Parameters To Save", "parameters to save", true},
                                                {"[", "{", false},
+                                               {"AZ", "az", true},
                                                {"@`", "`@", false},
                                                {"Frequency   01", "FREQUENCY   02", false},
                                                {"\xC3\x84", "\xC3\xA4", false}}) {

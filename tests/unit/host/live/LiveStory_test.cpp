@@ -113,6 +113,7 @@ TEST(LiveStory, IsToldInEveryFormAsWritten)
     story.Measure(4, {{MP_RFLEV, L"44.0"}, {MP_SYNC, L"UNSYNC"}}, notSynchronised);
     live.EndPass(10, L"2026-11-21T13:01:10.000Z", "table");
     live.Wait(80);
+    story.Tell("run between two passes", RunData(*story.state, 20));
     story.Tell("events of a reader who knows nothing", LiveEvents(*story.state, 0, 15));
     story.Tell("channels", ChannelsData(*story.state));
 
