@@ -84,6 +84,7 @@ TEST(ChannelMarks, TellEqualFromOverlappingFromTouchingChannels)
     EXPECT_EQ("oo", kinds({{482, 7}, {474, 7}}, 0.15));
     EXPECT_EQ("--", kinds({{482, 8}, {474, 8}}, 0)) << "they touch";
     EXPECT_EQ("e-e", kinds({{482, 6.9}, {500, 6.9}, {482, none}}, 0.15));
+    EXPECT_EQ("ee", kinds({{482, 6.9}, {482 + 4e-8, 6.9}}, 0.15)) << "one when they are put onto the raster";
     EXPECT_EQ("ee-ee", kinds({{1, 1}, {1, 1}, {5, 1}, {9, 1}, {9, 1}}, 0.15));
     EXPECT_EQ("ooo", kinds({{100, 1}, {110, 1}, {111, 7}}, 2.5)) << "one reaches over its neighbour";
     EXPECT_EQ("oooo", kinds({{100, 1}, {110, 20}, {112, 1}, {120, 1}}, 0.15));

@@ -63,6 +63,11 @@ TEST(NetworkModel, RefusesFilesThatAreNoModel)
     EXPECT_THAT(Complaint(std::string_view("\xFF\xFE[\0", 4)), HasSubstr("UTF-16; save it as UTF-8"));
     EXPECT_THAT(Complaint("[Channel 1]\nFrequency (MHz)=474\nHardware=\xB5"), HasSubstr("net.ini:3: this line is not"));
     EXPECT_THAT(Complaint("Seed=1"), HasSubstr("stands before any section"));
+    std::string outages = "[Channel 1]\nFrequency (MHz)=474\nOutages=RF 1 1";
+    for (int outage = 2; outage <= 101; ++outage) {
+        outages += ", RF 1 1";
+    }
+    EXPECT_THAT(Complaint(outages), HasSubstr("a channel has 100 at most"));
 }
 
 /// The page that people write their models by.
