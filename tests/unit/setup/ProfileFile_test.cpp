@@ -86,6 +86,8 @@ TEST(ProfileFile, AKeyIsChangedWhereItWasJustAdded)
         EXPECT_TRUE(profile.Write("a", "k", value) && profile.Write("b", "k", value));
     }
     EXPECT_EQ("[a]\r\nk=2\r\n[b]\r\nk=2\r\n", profile.Render());
+    EXPECT_TRUE(profile.DeleteSection("b"));
+    EXPECT_EQ("[a]\r\nk=2\r\n", profile.Render()) << "what was written before it goes is kept";
 }
 
 /// What would cost more than a fixed amount of work per byte would take minutes here.

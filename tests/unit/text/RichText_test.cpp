@@ -85,6 +85,7 @@ TEST(Folding, AloneTheCaseOfAToZIsNoDifference)
                                                {"AZ", "az", true},
                                                {"@`", "`@", false},
                                                {"Frequency   01", "FREQUENCY   02", false},
+                                               {"Position 01", "Polition 01", false},
                                                {"\xC3\x84", "\xC3\xA4", false}}) {
         EXPECT_EQ(EqualIgnoringCase(left, right), isEqual) << left;
         EXPECT_EQ(!IgnoreCase()(left, right) && !IgnoreCase()(right, left), isEqual) << left;
