@@ -24,9 +24,14 @@ std::wstring Scientific(double value)
 
 }  // namespace
 
+int32_t BitErrorProgress::Blocks() const
+{
+    return static_cast<int32_t>(std::min<double>(wanted, bits / blockBits));
+}
+
 std::wstring BitErrorProgress::State() const
 {
-    return Done() ? L"Done" : std::to_wstring(blocks) + L" of " + std::to_wstring(wanted);
+    return Done() ? L"Done" : std::to_wstring(Blocks()) + L" of " + std::to_wstring(wanted);
 }
 
 std::wstring BitErrorProgress::Result() const

@@ -12,10 +12,10 @@ struct BitErrorProgress
 
     double bits = 0;
     double errors = 0;
-    int32_t blocks = 0;  ///< complete ones
-    int32_t wanted = 0;
+    int32_t wanted = 0;  ///< blocks
 
-    bool Done() const { return blocks >= wanted; }
+    int32_t Blocks() const;  ///< complete ones, `wanted` at most
+    bool Done() const { return Blocks() == wanted; }
     /// Errors against bits; 0 before the first error.
     double Ratio() const { return bits > 0 ? errors / bits : 0; }
     std::wstring State() const;   ///< "3 of 10", at the end "Done"

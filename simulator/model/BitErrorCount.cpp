@@ -13,7 +13,8 @@ constexpr uint64_t errorStream = 0x626572;
 BitErrorCount::Progress BitErrorCount::At(double seconds)
 {
     const double bits = std::clamp((seconds - startedAt_ + buffered) * bitRate_, 0.0, wanted_ * blockBits);
-    const auto complete = static_cast<int32_t>(bits / blockBits);
+    Progress progress{bits, 0, wanted_};
+    const int32_t complete = progress.Blocks();
     if (complete < summedBlocks_) {
         summedBlocks_ = 0;
         summedErrors_ = 0;
@@ -21,7 +22,7 @@ BitErrorCount::Progress BitErrorCount::At(double seconds)
     for (; summedBlocks_ < complete; ++summedBlocks_) {
         summedErrors_ += ErrorsOf(summedBlocks_);
     }
-    Progress progress{bits, static_cast<double>(summedErrors_), complete, wanted_};
+    progress.errors = static_cast<double>(summedErrors_);
     if (!progress.Done()) {
         const double begun = (bits - complete * blockBits) / blockBits;
         progress.errors += std::floor(begun * static_cast<double>(ErrorsOf(complete)));

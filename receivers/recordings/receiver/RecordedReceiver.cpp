@@ -270,7 +270,6 @@ std::optional<BitErrorProgress> RecordedReceiver::BerProgress()
     progress.bits = static_cast<double>(now.checkedBits - berFrom_->checkedBits) + failed * dvbc::packetBytes * 8;
     progress.errors =
         static_cast<double>(now.correctedBits - berFrom_->correctedBits) + failed * (dvbc::correctableBytes + 1);
-    progress.blocks = static_cast<int32_t>(std::min<double>(progress.wanted, progress.bits / progress.blockBits));
     return progress;
 }
 

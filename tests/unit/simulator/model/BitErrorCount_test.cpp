@@ -27,12 +27,14 @@ TEST(BitErrorCount, ShowsTheSameHoweverOftenItIsAsked)
 
 TEST(BitErrorCount, WritesRatiosWithTwoDigitsAndAPoint)
 {
-    const auto text = [](double bits, double errors) { return BitErrorCount::Progress{bits, errors, 1, 1}.Result(); };
+    const auto text = [](double bits, double errors) { return BitErrorCount::Progress{bits, errors, 1}.Result(); };
     EXPECT_EQ(text(1e7, 230), L"2.3E-5");
     EXPECT_EQ(text(1e7, 1), L"1.0E-7");
     EXPECT_EQ(text(1e12, 1), L"1.0E-12");
     EXPECT_EQ(text(3e7, 0), L"<3.3E-8");
     EXPECT_EQ(text(0, 0), L"<1.0E0");
+    EXPECT_EQ((BitErrorCount::Progress{2.9e7, 0, 3}.State()), L"2 of 3");
+    EXPECT_EQ((BitErrorCount::Progress{9e7, 0, 3}.State()), L"Done");
 }
 
 TEST(SeededNoise, DrawsWhatItsDistributionsPromise)

@@ -85,6 +85,8 @@ TEST_F(ReceiverModelTest, AddsUpErroredTime)
     EXPECT_GT(bad.dataErrors, 90);
     EXPECT_LT(bad.syncErrors, 80);
     EXPECT_LT(bad.unavailable, 0.01);
+    time.now += 0.25;
+    EXPECT_LE(receiver.ErrorCounters().dataErrors, bad.dataErrors + 0.2501) << "a part of a second is no whole one";
     EXPECT_TRUE(receiver.TsError());
 }
 
