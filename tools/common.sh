@@ -66,10 +66,17 @@ on_screen() {
     )
 }
 
-# Whether a program's output is Wine's word that it could not start it: then it has done nothing, and can be started
-# again. It is rare and says nothing of us.
-not_started() { # FILE...
-    grep -qs 'ShellExecuteEx failed: Internal error' "$@"
+# Runs a Windows program without input. What Wine could not start at all has done nothing and is started again: that is
+# rare and says nothing of us.
+started() { # OUTPUT ERRORS COMMAND...
+    local out=$1 err=$2 status attempt
+    shift 2
+    for attempt in 1 2 3; do
+        status=0
+        "$@" >"$out" 2>"$err" </dev/null || status=$?
+        grep -qs --devices=skip 'ShellExecuteEx failed: Internal error' "$out" "$err" || break
+    done
+    return "$status"
 }
 
 # The Windows name of a file: drive Z: is the root of this machine.

@@ -14,11 +14,12 @@ mkdir -p "$seeds" "build/fuzz/corpus/$name" build/fuzz/found
 steps='\x1ewFrequency List\x1fCount\x1f3\x1edFrequency List\x1fFrequency   02\x1ewFrequency List\x1fFrequency   02\x1f7'
 steps+='\x1ewNew\x1fk\x1f v \x1ewX-Axis\x1fn\x1f"1"\x1ewNew\x1fl\x1f\x1edNew\x1fk\x1esNotes'
 words=setup
-# The page is chosen by the size: in one of them bytes of the file are a character when it becomes UTF-16, not before.
-for rest in '' x xx; do
-    [ "$name" != engine ] || printf '[a]\r\n\xED\x40=\xED\x40\r\n\x1ewa\x1fk\x1f\xC2\xB5%s' "$rest" >"$seeds/page$rest"
-done
-if [ "$name" = recording ]; then
+if [ "$name" = engine ]; then
+    # The code page is chosen by the size: in one of them bytes are a character once the file is UTF-16, not before.
+    for rest in '' x xx; do
+        printf '[a]\r\n\xED\x40=\xED\x40\r\n\x1ewa\x1fk\x1f\xC2\xB5%s' "$rest" >"$seeds/page$rest"
+    done
+elif [ "$name" = recording ]; then
     words=recording
     printf '{"global":{"core:datatype":"ci8","core:sample_rate":1e7,"tvn2x:full_scale_dbuv":90},"captures":[{"core:frequency":1},%s]}' \
         '{"core:sample_start":9,"core:frequency":2.5e8}' >"$seeds/metadata"

@@ -28,13 +28,10 @@ else
     trap 'start wineboot -k </dev/null || true' EXIT
 fi
 wine() {
-    local status attempt
-    for attempt in 1 2 3; do
-        status=0
-        start "$@" </dev/null >"$work/wine.out" || status=$?
-        not_started "$work/wine.out" || break
-    done
+    local status=0
+    started "$work/wine.out" "$work/wine.err" start "$@" || status=$?
     cat "$work/wine.out"
+    cat "$work/wine.err" >&2
     return $status
 }
 # Registry and disk, without the installer's own records and what Wine writes at any time.
